@@ -1,0 +1,170 @@
+// The interface toolkit's objects, as the pane's code sees them.
+//
+// The classes are complete and inert: a plain Button remembers nothing and answers with zeroes. A platform derives from
+// them; an outlet that the interface file leaves unconnected points at an inert object, so code need not ask.
+// Coordinates are in points, y grows upward, a frame is relative to the superview's lower left corner.
+#pragma once
+
+#include "platform/PropertyList.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace platform {
+
+struct Point {
+    double x = 0, y = 0;
+    bool operator==(const Point&) const = default;
+};
+struct Size {
+    double width = 0, height = 0;
+    bool operator==(const Size&) const = default;
+};
+struct Rect {
+    Point origin;
+    Size size;
+    bool operator==(const Rect&) const = default;
+};
+
+class Button;
+class TextField;
+class PopUpButton;
+class TableView;
+class TabView;
+class Panel;
+
+// The owner of an interface file: the loader hands it every named object and tells it of every action.
+class InterfaceOwner {
+public:
+    virtual ~InterfaceOwner() = default;
+    virtual void setOutlet(std::string_view name, class View& object) = 0;
+    virtual void performAction(std::string_view selector, class View& sender) = 0;
+};
+
+class View {
+public:
+    View() = default;
+    View(const View&) = delete;
+    View& operator=(const View&) = delete;
+    virtual ~View() = default;
+
+    virtual Button* asButton() { return nullptr; }
+    virtual TextField* asTextField() { return nullptr; }
+    virtual PopUpButton* asPopUpButton() { return nullptr; }
+    virtual TableView* asTableView() { return nullptr; }
+    virtual TabView* asTabView() { return nullptr; }
+    virtual Panel* asPanel() { return nullptr; }
+
+    virtual bool isEnabled() const { return false; }
+    virtual void setEnabled(bool) {}
+    virtual void setToolTip(std::string_view) {}
+    virtual Rect frame() const { return {}; }
+    virtual void setFrame(const Rect&) {}
+
+    // Of controls: the tag and the values that an action reads from its sender, each 0 or empty where it has no
+    // meaning.
+    virtual int tag() const { return 0; }
+    virtual std::string title() const { return {}; }
+    virtual std::int64_t integerValue() const { return 0; }  // on/off state of a button, number in a field
+    virtual int selectedRow() const { return -1; }           // of a table or a pop-up menu; -1 when none
+};
+
+// A push button or check box.
+class Button : public View {
+public:
+    Button* asButton() override { return this; }
+    virtual bool state() const { return false; }
+    virtual void setState(bool) {}
+};
+
+enum class TextTone { Normal, Alert };  // Alert: red and centred
+
+// A line or paragraph of text, editable or not.
+class TextField : public View {
+public:
+    TextField* asTextField() override { return this; }
+    virtual std::string stringValue() const { return {}; }
+    virtual void setStringValue(std::string_view, TextTone = TextTone::Normal) {}
+    virtual void setIntegerValue(std::int64_t) {}
+    virtual void setSelectable(bool) {}
+    // The size that shows the whole text, wrapped at the width of the given bounds.
+    virtual Size cellSizeForBounds(const Rect&) const { return {}; }
+};
+
+class PopUpButton : public View {
+public:
+    PopUpButton* asPopUpButton() override { return this; }
+    virtual void selectItem(int) {}                          // an index outside the menu is ignored
+    virtual std::string itemTitle(int) const { return {}; }  // empty outside the menu
+    virtual int itemCount() const { return 0; }
+};
+
+enum class ControlTint { Default, Clear };
+
+class TabView : public View {
+public:
+    TabView* asTabView() override { return this; }
+    virtual void setControlTint(ControlTint) {}
+    virtual void setNeedsDisplay() {}
+};
+
+class Image {
+public:
+    virtual ~Image() = default;
+};
+using ImageRef = std::shared_ptr<const Image>;  // null: no image
+
+struct AttributedLine {
+    std::string text;
+    bool small = false;  // small system font, grey
+    bool operator==(const AttributedLine&) const = default;
+};
+// What a cell shows: an image, or lines of text.
+struct CellValue {
+    ImageRef image;
+    std::vector<AttributedLine> lines;
+};
+
+// Answers a table's questions. Called only for rows that are on screen, and afresh each time one is painted.
+class TableDataSource {
+public:
+    virtual ~TableDataSource() = default;
+    virtual int numberOfRowsInTableView(TableView& table) = 0;
+    virtual CellValue tableView_objectValueForTableColumn_row(TableView& table, std::string_view columnIdentifier,
+                                                              int row) = 0;
+    virtual bool tableView_validateDrop(TableView& table) = 0;  // true: the copy operation
+    virtual bool tableView_acceptDrop(TableView& table, const std::vector<std::string>& fileNames) = 0;
+};
+
+class TableView : public View {
+public:
+    TableView* asTableView() override { return this; }
+    virtual void setDataSource(TableDataSource*) {}  // not owned
+    virtual void setSelectionObserver(std::function<void()>) {}
+    virtual void setDoubleAction(std::string_view /*selector*/) {}
+    virtual void registerForFileNameDrags() {}
+    virtual void setImageColumn(std::string_view /*columnIdentifier*/) {}
+    virtual void reloadData() {}
+    virtual int numberOfRows() const { return 0; }  // as of the last reload
+    virtual void selectRow(int) {}  // -1 clears the selection; tells the observer when the selection changes
+    virtual void scrollRowToVisible(int) {}
+};
+
+// A sheet: a panel attached to the pane's window, which stays unusable until the sheet has ended.
+class Panel : public View {
+public:
+    Panel* asPanel() override { return this; }
+    virtual Size contentSize() const { return {}; }
+    virtual void setContentSize(const Size&) {}
+    // The handler is called once, with the return code of endSheet, or 0 when the user closed the panel otherwise. The
+    // panel is still on screen then.
+    virtual void beginSheet(std::function<void(int returnCode)> didEnd) { (void)didEnd; }
+    virtual void endSheet(int /*returnCode*/) {}
+    virtual void orderOut() {}
+};
+
+}  // namespace platform

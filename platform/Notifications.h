@@ -1,0 +1,38 @@
+// System-wide notifications: a name, an object string and optional user information, sent to every process that
+// observes the name.
+#pragma once
+
+#include "platform/PropertyList.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace platform {
+
+struct Notification {
+    std::string name;
+    std::string object;
+    PropertyList userInfo;  // a dictionary, or nothing
+};
+
+// Stops observing when it is destroyed. It must not outlive its notification centre.
+class Observation {
+public:
+    virtual ~Observation() = default;
+};
+
+class DistributedNotificationCenter {
+public:
+    virtual ~DistributedNotificationCenter() = default;
+    // Never blocks and never fails to the caller; without a transport the notification is dropped, and the log says so
+    // once.
+    virtual void post(std::string_view name, std::string_view object, const PropertyList& userInfo,
+                      bool deliverImmediately) = 0;
+    // The handler runs on the main thread. An empty object observes every object.
+    virtual std::unique_ptr<Observation> addObserver(std::string_view name, std::string_view object,
+                                                     std::function<void(const Notification&)> handler) = 0;
+};
+
+}  // namespace platform

@@ -1,0 +1,39 @@
+// The contract between a host settings application and a pane.
+//
+// A pane's bundle exports the C function named by "NSPrincipalClass" in its Info.plist, of type PreferencePaneFactory.
+// The host calls, in this order: the factory, mainNibName, (it loads that interface file from the pane's bundle with
+// the pane as owner) awakeFromNib, mainViewDidLoad; then willSelect each time the pane is shown, and shouldUnselect and
+// willUnselect each time the user leaves it. All on the main thread.
+#pragma once
+
+#include "platform/Controls.h"
+
+#include <string>
+
+namespace platform {
+
+struct Platform;
+
+enum class UnselectReply : unsigned char { Cancel = 0, Now = 1, Later = 2 };
+
+class PreferencePane : public InterfaceOwner {
+public:
+    virtual std::string mainNibName() = 0;
+    virtual void awakeFromNib() = 0;
+    virtual void mainViewDidLoad() = 0;
+    virtual void willSelect() = 0;
+    // Later: the pane gives its answer through PaneHost::replyToShouldUnselect.
+    virtual UnselectReply shouldUnselect() = 0;
+    virtual void willUnselect() = 0;
+};
+
+class PaneHost {
+public:
+    virtual ~PaneHost() = default;
+    virtual void replyToShouldUnselect(bool mayUnselect) = 0;
+};
+
+// The host owns the pane and deletes it before anything that the Platform refers to.
+using PreferencePaneFactory = PreferencePane* (*)(const Platform&);
+
+}  // namespace platform

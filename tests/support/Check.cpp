@@ -1,0 +1,104 @@
+#include "tests/support/Check.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+
+namespace check {
+namespace {
+
+struct Test {
+    const char* name;
+    void (*body)();
+};
+
+std::vector<Test>& tests() {
+    static std::vector<Test> all;
+    return all;
+}
+std::vector<std::string>& contexts() {
+    static std::vector<std::string> all;
+    return all;
+}
+int failuresInTest = 0;
+
+bool isSelected(const Test& test, int argc, char** argv) {
+    if (argc < 2) return true;
+    for (int i = 1; i < argc; ++i)
+        if (std::string_view(test.name).find(argv[i]) != std::string_view::npos) return true;
+    return false;
+}
+
+bool passes(const Test& test) {
+    failuresInTest = 0;
+    try {
+        test.body();
+    } catch (const Abandoned&) {
+    } catch (const std::exception& error) {
+        fail(test.name, 0, std::string("threw ") + error.what());
+    }
+    contexts().clear();
+    std::printf("%s %s\n", failuresInTest ? "FAILED" : "ok    ", test.name);
+    std::fflush(stdout);
+    return failuresInTest == 0;
+}
+
+}  // namespace
+
+bool add(const char* name, void (*body)()) {
+    tests().push_back({name, body});
+    return true;
+}
+
+void fail(const char* file, int line, const std::string& what) {
+    ++failuresInTest;
+    std::printf("%s:%d: ", file, line);
+    for (const std::string& context : contexts()) std::printf("[%s] ", context.c_str());
+    std::printf("%s\n", what.c_str());
+}
+
+Context::Context(std::string label) { contexts().push_back(std::move(label)); }
+Context::~Context() {
+    if (!contexts().empty()) contexts().pop_back();
+}
+
+TemporaryFolder::TemporaryFolder() {
+    std::string pattern = (std::filesystem::temp_directory_path() / "typeslate-test-XXXXXX").string();
+    if (mkdtemp(pattern.data())) path_ = std::filesystem::canonical(pattern).string();
+}
+TemporaryFolder::~TemporaryFolder() {
+    std::error_code ignored;
+    if (!path_.empty()) std::filesystem::remove_all(path_, ignored);
+}
+
+ScopedEnvironment::ScopedEnvironment(const char* name, const char* value) : name_(name) {
+    const char* old = std::getenv(name);
+    hadOld_ = old != nullptr;
+    if (old) old_ = old;
+    value ? setenv(name, value, 1) : unsetenv(name);
+}
+ScopedEnvironment::~ScopedEnvironment() { hadOld_ ? setenv(name_.c_str(), old_.c_str(), 1) : unsetenv(name_.c_str()); }
+
+std::string readFile(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), {}};
+}
+
+bool writeFile(const std::string& path, std::string_view bytes) {
+    std::ofstream out(path, std::ios::binary | std::ios::trunc);
+    out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    return static_cast<bool>(out.flush());
+}
+
+std::string show(const platform::PropertyList& value) { return value ? value.description() : "(nothing)"; }
+
+}  // namespace check
+
+int main(int argc, char** argv) {
+    int passed = 0, failed = 0;
+    for (const auto& test : check::tests())
+        if (check::isSelected(test, argc, argv)) (check::passes(test) ? passed : failed) += 1;
+    std::printf("%d passed, %d failed\n", passed, failed);
+    return failed == 0 && passed > 0 ? 0 : 1;
+}
