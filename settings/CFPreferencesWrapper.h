@@ -21,8 +21,8 @@ public:
     platform::PropertyList dictionaryForKey(std::string_view key) const;
     platform::PropertyList dataForKey(std::string_view key) const;
     platform::PropertyList stringForKey(std::string_view key) const;
-    // 0, or false, when the key is missing or its value is not accepted: numbers only for floatForKey; for the two others
-    // what the service's boolean and integer reads accept.
+    // 0, or false, when the key is missing or its value is not accepted: numbers only for floatForKey; for the two
+    // others what the service's boolean and integer reads accept.
     float floatForKey(std::string_view key) const;
     bool boolForKey(std::string_view key) const;
     std::int64_t integerForKey(std::string_view key) const;
