@@ -129,6 +129,13 @@ struct CellValue {
     std::vector<AttributedLine> lines;
 };
 
+// A message between interface objects: what happened, and to which object.
+struct InterfaceNotification {
+    std::string_view name;
+    View* object = nullptr;
+};
+inline constexpr std::string_view kTableViewSelectionDidChange = "NSTableViewSelectionDidChangeNotification";
+
 // Answers a table's questions. Called only for rows that are on screen, and afresh each time one is painted.
 class TableDataSource {
 public:
@@ -136,7 +143,9 @@ public:
     virtual int numberOfRowsInTableView(TableView& table) = 0;
     virtual CellValue tableView_objectValueForTableColumn_row(TableView& table, std::string_view columnIdentifier,
                                                               int row) = 0;
-    virtual bool tableView_validateDrop(TableView& table) = 0;  // true: the copy operation
+    // Drops have no position: validation answers for the table as a whole, true for the copy operation.
+    virtual bool tableView_validateDrop(TableView& table) = 0;
+    virtual bool tableView_writeRows_toPasteboard(TableView& table, const std::vector<int>& rows) = 0;
     virtual bool tableView_acceptDrop(TableView& table, const std::vector<std::string>& fileNames) = 0;
 };
 
@@ -144,13 +153,16 @@ class TableView : public View {
 public:
     TableView* asTableView() override { return this; }
     virtual void setDataSource(TableDataSource*) {}  // not owned
-    virtual void setSelectionObserver(std::function<void()>) {}
+    // Called after each change of the selection with the name "NSTableViewSelectionDidChangeNotification".
+    virtual void setSelectionObserver(std::function<void(const InterfaceNotification&)>) {}
     virtual void setDoubleAction(std::string_view /*selector*/) {}
     virtual void registerForFileNameDrags() {}
     virtual void setImageColumn(std::string_view /*columnIdentifier*/) {}
+    // The data source is asked again at the next numberOfRows() or when the table is next shown, never from within this
+    // call.
     virtual void reloadData() {}
-    virtual int numberOfRows() const { return 0; }  // as of the last reload
-    virtual void selectRow(int) {}  // -1 clears the selection; tells the observer when the selection changes
+    virtual int numberOfRows() { return 0; }  // asks the data source after a reload
+    virtual void selectRow(int) {}            // -1 clears the selection; tells the observer when the selection changes
     virtual void scrollRowToVisible(int) {}
 };
 
