@@ -13,6 +13,7 @@ inline constexpr OSStatus kDuplicateFile = -48;
 inline constexpr OSStatus kParamErr = -50;
 inline constexpr OSStatus kPermissionErr = -54;
 inline constexpr OSStatus kIOErr = -36;
+inline constexpr OSStatus kNotAFolder = -1407;
 
 // Four characters as a number, the first in the highest byte: 'sysv'.
 using FourCharCode = std::uint32_t;

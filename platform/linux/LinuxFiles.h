@@ -1,0 +1,22 @@
+// Files and folders on Linux.
+//
+// The environment is read at every call, so that a test can move the folders: HOME, XDG_DATA_HOME, WINEPREFIX, and
+// TYPESLATE_ROOT, a folder that is put in front of every absolute path not below the home folder and not given by an
+// XDG variable.
+#pragma once
+
+#include "platform/FileServices.h"
+
+namespace platform {
+
+class LinuxFiles final : public FileServices {
+public:
+    bool fileExists(std::string_view path) override;
+    std::string expandTilde(std::string_view path) override;
+    std::optional<std::string> folder(FolderDomain domain, FolderKind kind) override;
+    std::string displayName(std::string_view path) override;
+    std::unique_ptr<FolderIterator> openFolder(std::string_view path, FolderDetail detail, OSStatus& status) override;
+    std::shared_ptr<const std::string> readFile(std::string_view path) override;
+};
+
+}  // namespace platform
