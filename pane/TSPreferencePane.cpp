@@ -1,0 +1,183 @@
+// The pane's life in its host.
+#include "pane/TSPreferencePane.h"
+
+#include "settings/EntryList.h"
+
+#include <algorithm>
+
+using namespace platform;
+using namespace settings;
+
+namespace {
+
+constexpr const char* kRuntimeIdentifier = "com.tarnwick.plinth";
+constexpr std::uint32_t kLastOldSystem = 0x1014;
+constexpr std::string_view kIconColumn = "13";
+constexpr std::string_view kPrivateFramework = "CorvaneAdditions.framework";
+
+constexpr std::string_view kModuleFolder = "Plinthworks";
+constexpr std::string_view kDisabledModuleFolder = "Plinthworks (disabled)";
+constexpr std::string_view kModule = "Typeslate.plinth";
+
+template <typename Function>
+void lookUp(Function& function, BundleServices& bundles, const char* name) {
+    if (function) return;
+    if (Bundle* runtime = bundles.loadedBundle(kRuntimeIdentifier))
+        function = reinterpret_cast<Function>(runtime->functionNamed(name));
+}
+
+bool moduleExists(FileServices& files, std::string_view moduleFolder) {
+    for (FolderDomain domain : {FolderDomain::User, FolderDomain::Local}) {
+        std::optional<std::string> library = files.folder(domain, FolderKind::Library);
+        if (library && files.fileExists(formatted("%@/%@/%@", {*library, moduleFolder, kModule}))) return true;
+    }
+    return false;
+}
+
+}  // namespace
+
+PlinthMessageBroadcastFunction TSPreferencePane::PlinthMessageBroadcast = nullptr;
+PlinthMessageSendFunction TSPreferencePane::PlinthMessageSend = nullptr;
+
+extern "C" __attribute__((visibility("default"))) PreferencePane* TSPreferencePane_create(const Platform& platform) {
+    TSPreferencePane::initialize(platform.bundles);
+    return new TSPreferencePane(platform);
+}
+
+// The store is there from the start, because start-up reads it before the main view has loaded.
+TSPreferencePane::TSPreferencePane(const Platform& platform)
+    : platform_(platform),
+      prefs(CFPreferencesWrapper_Typeslate::preferencesWithApplication(platform.preferences, kSettingsDomain)),
+      thisBundle(platform.paneBundle) {}
+
+TSPreferencePane::~TSPreferencePane() = default;
+
+void TSPreferencePane::initialize(BundleServices& bundles) {
+    lookUp(PlinthMessageBroadcast, bundles, "PlinthMessageBroadcast");
+    lookUp(PlinthMessageSend, bundles, "PlinthMessageSend");
+}
+
+std::string TSPreferencePane::mainNibName() {
+    oldOSX = false;
+    lastSelected = -1;
+    std::optional<std::uint32_t> version = platform_.system.gestalt(fourCharCode("sysv"));
+    if (version && *version <= kLastOldSystem) oldOSX = true;
+    return "TSPrefs";
+}
+
+void TSPreferencePane::awakeFromNib() {
+    rootEnabled = platform_.system.realUserID() == 0;
+    bool enabled = !prefs->boolForKey(kDisabledKey) && !rootEnabled;
+    logStuff->setState(isLogging());
+    enabledCheckbox->setState(enabled);
+
+    exTableView->setDataSource(this);
+    exTableView->setSelectionObserver(
+        [this](const InterfaceNotification& notification) { tableViewSelectionDidChange(notification); });
+    makeSureGlobalIsFirst();
+    exTableView->reloadData();
+    tableViewSelectionDidChange({"Blah", &*exTableView});
+    exTableView->selectRow(-1);
+    exTableView->selectRow(0);
+    exTableView->setImageColumn(kIconColumn);
+
+    showRuntimeStatus();
+    toggleAll();
+    mSystemPrefsIcon = platform_.toolkit.applicationIcon();
+}
+
+void TSPreferencePane::mainViewDidLoad() {
+    canUnselect = UnselectReply::Now;
+    if (oldOSX) return;
+    exTableView->registerForFileNameDrags();
+    exTableView->setDoubleAction("doubleClickTable:");
+    versionField->setStringValue(thisBundle.infoValue("CFBundleVersion").stringValue());
+    versionField->setToolTip(formatted(localized("Born on %s at %s"), {__DATE__, __TIME__}));
+    if (!CVAliasClass) getCVAliasClass();
+    if (CVAliasClass) exRemoveAppButton->setEnabled(false);
+}
+
+void TSPreferencePane::getCVAliasClass() {
+    if (CVAliasClass) return;
+    std::string path = formatted("%@/%@", {thisBundle.privateFrameworksPath(), kPrivateFramework});
+    std::unique_ptr<Bundle> framework = platform_.bundles.openBundle(path);
+    if (!framework) return;
+    auto factory = reinterpret_cast<AliasClassFactory>(framework->functionNamed(kAliasFactoryName));
+    if (factory) CVAliasClass = factory(platform_);
+}
+
+void TSPreferencePane::willSelect() {
+    if (rootEnabled) {
+        plinthMissing = true;
+    } else if (moduleExists(platform_.files, kModuleFolder)) {
+        plinthMissing = false;
+    } else {
+        // A module in a disabled folder is as good as none, for now; the places are asked all the same.
+        moduleExists(platform_.files, kDisabledModuleFolder);
+        plinthMissing = true;
+    }
+    showRuntimeStatus();
+    platform_.toolkit.setApplicationIcon(mPrefPaneIcon);
+}
+
+void TSPreferencePane::showRuntimeStatus() {
+    enabledCheckbox->setEnabled(!plinthMissing);
+    if (!plinthMissing) return statusField->setStringValue("");
+    std::string_view text = rootEnabled ? "You are logged in as root. Plinth is disabled."
+                                        : "The Plinth component is either disabled or not installed.";
+    statusField->setStringValue(localized(text), TextTone::Alert);
+}
+
+UnselectReply TSPreferencePane::shouldUnselect() {
+    if (canUnselect == UnselectReply::Later) unselectRequest = true;
+    return canUnselect;
+}
+
+void TSPreferencePane::willUnselect() { platform_.toolkit.setApplicationIcon(mSystemPrefsIcon); }
+
+void TSPreferencePane::makeSureGlobalIsFirst() {
+    // While the stored list cannot be read it is unknown, not empty: a repaired empty list would one day overwrite it.
+    if (!prefs->isReadable()) return;
+    std::vector<PropertyList> list = mutableArray(entryList());
+    if (!putGlobalFirst(list)) return;
+    prefs->setObject_forKey(PropertyList::array(std::move(list)), kEntryListKey);
+    exTableView->reloadData();
+}
+
+PropertyList TSPreferencePane::getDefaultSettingsBasedOnGlobal() {
+    makeSureGlobalIsFirst();
+    return entryList()[0][kSettingsKey];
+}
+
+PropertyList TSPreferencePane::entryList() const { return prefs->arrayForKey(kEntryListKey); }
+
+PropertyList TSPreferencePane::entryAtRow(int row) const {
+    return row < 0 ? PropertyList() : entryList()[static_cast<std::size_t>(row)];
+}
+
+void TSPreferencePane::takeInChanges() {
+    PropertyList shown = entryList();
+    prefs->synchronize();
+    if (entryList() == shown) return;
+    exTableView->reloadData();
+    tableViewSelectionDidChange({kTableViewSelectionDidChange, &*exTableView});
+}
+
+std::vector<PropertyList> TSPreferencePane::freshEntryList() {
+    takeInChanges();
+    return mutableArray(entryList());
+}
+
+std::optional<TSPreferencePane::ListAndRow> TSPreferencePane::freshEntryListAndRow(int row) {
+    PropertyList entry = entryAtRow(row);
+    std::vector<PropertyList> list = freshEntryList();
+    auto index = static_cast<std::size_t>(row);
+    if (index < list.size() && list[index] == entry) return ListAndRow{std::move(list), index};
+    auto moved = std::ranges::find(list, entry);
+    if (!entry || moved == list.end()) return std::nullopt;
+    index = static_cast<std::size_t>(moved - list.begin());
+    exTableView->selectRow(static_cast<int>(index));
+    return ListAndRow{std::move(list), index};
+}
+
+bool TSPreferencePane::isLogging() const { return prefs->boolForKey(kLogStuffKey); }

@@ -1,0 +1,167 @@
+// The settings pane's controller. A host drives it through platform::PreferencePane, the user through the controls that
+// the interface file "TSPrefs" connects to its outlets. Its code is split by topic, one file each.
+//
+// It keeps no copy of the user's settings: every question goes to the store, every change goes through it.
+#pragma once
+
+#include "pane/Outlet.h"
+#include "platform/AliasClass.h"
+#include "platform/Platform.h"
+#include "platform/PlinthRuntime.h"
+#include "settings/CFPreferencesWrapper.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+class TSPreferencePane final : public platform::PreferencePane, public platform::TableDataSource {
+public:
+    // What the platform refers to must outlive the pane.
+    explicit TSPreferencePane(const platform::Platform& platform);
+    ~TSPreferencePane() override;
+
+    // Looks up the injection runtime's entry points, once for the process; each is null while the runtime is absent.
+    static void initialize(platform::BundleServices& bundles);
+    static PlinthMessageBroadcastFunction PlinthMessageBroadcast;
+    static PlinthMessageSendFunction PlinthMessageSend;
+
+    // Life in the host.
+    std::string mainNibName() override;
+    void setOutlet(std::string_view name, platform::View& object) override;
+    void performAction(std::string_view selector, platform::View& sender) override;
+    void awakeFromNib() override;
+    void mainViewDidLoad() override;
+    void willSelect() override;
+    platform::UnselectReply shouldUnselect() override;
+    void willUnselect() override;
+    void getCVAliasClass();
+
+    // Entry list.
+    void makeSureGlobalIsFirst();
+    platform::PropertyList getDefaultSettingsBasedOnGlobal();
+
+    // Change propagation.
+    void queueForFiring();
+    void prefsFire();
+
+    // Entry table.
+    int numberOfRowsInTableView(platform::TableView& table) override;
+    platform::CellValue tableView_objectValueForTableColumn_row(platform::TableView& table,
+                                                                std::string_view columnIdentifier, int row) override;
+    bool tableView_validateDrop(platform::TableView& table) override;
+    bool tableView_acceptDrop(platform::TableView& table, const std::vector<std::string>& fileNames) override;
+    bool tableView_writeRows_toPasteboard(platform::TableView& table, const std::vector<int>& rows) override;
+    void tableViewSelectionDidChange(const platform::InterfaceNotification& notification);
+    std::optional<std::string> pathForIndex(int row);
+    std::string nameForIndex(int row);
+    std::vector<platform::AttributedLine> nameAndPathForIndex(int row);
+
+    // Settings editor. Nothing as settings: no entry is selected.
+    void updateStates(const platform::PropertyList& settings);
+    void toggleAll();
+    void togglePerAppPrefs(platform::View& sender);
+    void toggleEnabled(platform::View& sender);
+    void toggleLogging(platform::View& sender);
+    void changeSettings(platform::View& sender);
+    platform::PropertyList fontSettingsForRow(int row);
+    bool isCocoaApp(std::string_view path);
+    void displayDialog_forError_andTitle(std::string_view message, platform::OSStatus error, std::string_view title);
+
+    // Warning sheet.
+    void showWarningSheetForString_key(std::string_view message, std::string_view key);
+    void warningEnd(platform::View& button);
+    void warningDidEnd_returnCode_contextInfo(platform::Panel& sheet, int returnCode, const std::string& key);
+
+private:
+    struct OutletEntry;
+    struct ActionEntry;
+    struct OptionBox;
+    static const OutletEntry kOutlets[];
+    static const ActionEntry kActions[];
+    static const OptionBox kOptionBoxes[];
+
+    platform::PropertyList entryList() const;
+    platform::PropertyList entryAtRow(int row) const;  // nothing outside the list
+    // Synchronises, and shows the list anew when another process changed it.
+    void takeInChanges();
+    // The stored list with the latest changes of other processes in it, to be changed and stored whole.
+    std::vector<platform::PropertyList> freshEntryList();
+    // The same, and where the entry that the user sees at the given row stands in it; nothing when it is gone.
+    struct ListAndRow {
+        std::vector<platform::PropertyList> list;
+        std::size_t row;
+    };
+    std::optional<ListAndRow> freshEntryListAndRow(int row);
+    void storeEntryList(std::vector<platform::PropertyList> list);
+    void postPrefsChanged();
+    bool isLogging() const;
+    void showRuntimeStatus();
+    std::string localized(std::string_view key) const { return platform_.paneBundle.localizedString(key); }
+
+    std::optional<std::string> foundApplication(const platform::PropertyList& entry);
+    std::optional<std::string> pathOfEntry(const platform::PropertyList& entry);
+    std::string nameOfEntry(const platform::PropertyList& entry);
+    platform::AttributedLine secondLineOfEntry(const platform::PropertyList& entry);
+    platform::ImageRef iconOfEntry(const platform::PropertyList& entry);
+    platform::ImageRef productIcon();
+    void showRegexFields(const platform::PropertyList& entry);
+    void selectedEntry(int row);
+    void lostSelection();
+
+    bool isSetSourceInUse() const;
+    std::string displayPath(std::string path);
+    void layOutWarningSheet();
+
+    platform::Platform platform_;
+
+    Outlet<platform::Button> enabledCheckbox;  // the master switch
+    Outlet<platform::TabView> tabs;
+    Outlet<platform::Button> logStuff;
+    Outlet<platform::View> introWarningTextBox;
+    Outlet<platform::Button> perAppEnabled;
+    Outlet<platform::Button> perAppCheckItems;
+    Outlet<platform::Button> perAppShowFace;
+    Outlet<platform::Button> perAppShowSets;
+    Outlet<platform::Button> perAppShowSize;
+    Outlet<platform::TextField> perAppFontSize;
+    Outlet<platform::Button> perAppShowIcons;
+    Outlet<platform::PopUpButton> perAppDupeHandling;
+    Outlet<platform::Button> perAppHierarchicalMenu;
+    Outlet<platform::Button> perAppShowAllSet;
+    Outlet<platform::Button> perAppSortByScript;
+    Outlet<platform::Button> perAppIncludeFAPSets;
+    Outlet<platform::Button> perAppIncludeFEXSets;
+    Outlet<platform::Button> perAppIncludeSuitcaseSets;
+    Outlet<platform::Button> perAppGenerateInactivePreview;
+    Outlet<platform::Button> perAppModifyFontPanel;
+    Outlet<platform::Button> exRemoveAppButton;
+    Outlet<platform::TableView> exTableView;
+    Outlet<platform::TextField> versionField;
+    Outlet<platform::TextField> statusField;
+
+    std::unique_ptr<platform::Timer> prefsTimer;
+    platform::UnselectReply canUnselect = platform::UnselectReply::Now;
+    bool unselectRequest = false;
+    bool justShowedSheet = false;
+    bool plinthMissing = false;
+    bool rootEnabled = false;
+    std::unique_ptr<CFPreferencesWrapper_Typeslate> prefs;
+    bool oldOSX = false;
+    platform::AliasClass* CVAliasClass = nullptr;
+    platform::Bundle& thisBundle;
+    int lastSelected = -1;
+    platform::ImageRef mPrefPaneIcon;
+    platform::ImageRef mSystemPrefsIcon;
+
+    Outlet<platform::Panel> warningSheet;
+    Outlet<platform::TextField> warningText;
+    Outlet<platform::Button> warningOKButton;
+    Outlet<platform::Button> warningCancelButton;
+    Outlet<platform::Button> dontShowAgain;
+
+    Outlet<platform::TextField> regexName;
+    Outlet<platform::TextField> regex;
+    Outlet<platform::PopUpButton> regexType;
+};

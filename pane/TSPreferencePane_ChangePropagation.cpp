@@ -1,0 +1,48 @@
+// Telling running applications that the settings changed: at once by a notification, and by a broadcast through the
+// injection runtime when two seconds have passed without another change.
+#include "pane/TSPreferencePane.h"
+
+#include "settings/EntryList.h"
+
+using namespace platform;
+using namespace settings;
+
+namespace {
+
+constexpr double kQuietPeriod = 2.0;
+
+// setlocale-independent and short: a timer's address as the log shows it.
+const void* addressOf(const Timer& timer) { return &timer; }
+
+}  // namespace
+
+void TSPreferencePane::queueForFiring() {
+    RunLoop& runLoop = platform_.runLoop;
+    if (!prefsTimer) {
+        prefsTimer = runLoop.scheduleTimer(kQuietPeriod, false, [this] { prefsFire(); });
+        if (isLogging()) platform_.log("Built %@ (0x%08X)", prefsTimer->description(), addressOf(*prefsTimer));
+        return;
+    }
+    if (!prefsTimer->isValid()) return;
+    if (isLogging()) platform_.log("Old date: %@", prefsTimer->fireDate());
+    prefsTimer->setFireDate(dateByAdding(runLoop.now(), kQuietPeriod));
+    if (isLogging())
+        platform_.log("New date: %@ (should be %@ )", prefsTimer->fireDate(),
+                      dateByAdding(runLoop.now(), kQuietPeriod));
+}
+
+void TSPreferencePane::prefsFire() {
+    if (isLogging()) platform_.log("Boom!");
+    if (PlinthMessageBroadcast) PlinthMessageBroadcast(kSettingsDomain.data(), "PrefChanged", nullptr);
+    if (prefsTimer) prefsTimer->invalidate();
+    prefsTimer.reset();
+}
+
+void TSPreferencePane::storeEntryList(std::vector<PropertyList> list) {
+    prefs->setObject_forKey(PropertyList::array(std::move(list)), kEntryListKey);
+    prefs->synchronize();
+    queueForFiring();
+    postPrefsChanged();
+}
+
+void TSPreferencePane::postPrefsChanged() { platform_.notifications.post(kSettingsDomain, "PrefsChanged", {}, true); }

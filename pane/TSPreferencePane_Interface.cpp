@@ -1,0 +1,77 @@
+// The names by which the interface file reaches the controller.
+#include "pane/TSPreferencePane.h"
+
+#include <algorithm>
+#include <iterator>
+
+using platform::View;
+
+struct TSPreferencePane::OutletEntry {
+    std::string_view name;
+    void (*connect)(TSPreferencePane&, View&);
+};
+
+struct TSPreferencePane::ActionEntry {
+    std::string_view selector;
+    void (TSPreferencePane::*action)(View& sender);
+};
+
+#define OUTLET(name)                                                                     \
+    {                                                                                    \
+#name, [](TSPreferencePane & pane, View & object) { pane.name.connect(object); } \
+    }
+
+const TSPreferencePane::OutletEntry TSPreferencePane::kOutlets[] = {
+    OUTLET(enabledCheckbox),
+    OUTLET(tabs),
+    OUTLET(logStuff),
+    OUTLET(introWarningTextBox),
+    OUTLET(perAppEnabled),
+    OUTLET(perAppCheckItems),
+    OUTLET(perAppShowFace),
+    OUTLET(perAppShowSets),
+    OUTLET(perAppShowSize),
+    OUTLET(perAppFontSize),
+    OUTLET(perAppShowIcons),
+    OUTLET(perAppDupeHandling),
+    OUTLET(perAppHierarchicalMenu),
+    OUTLET(perAppShowAllSet),
+    OUTLET(perAppSortByScript),
+    OUTLET(perAppIncludeFAPSets),
+    OUTLET(perAppIncludeFEXSets),
+    OUTLET(perAppIncludeSuitcaseSets),
+    OUTLET(perAppGenerateInactivePreview),
+    OUTLET(perAppModifyFontPanel),
+    OUTLET(exRemoveAppButton),
+    OUTLET(exTableView),
+    OUTLET(versionField),
+    OUTLET(statusField),
+    OUTLET(warningSheet),
+    OUTLET(warningText),
+    OUTLET(warningOKButton),
+    OUTLET(warningCancelButton),
+    OUTLET(dontShowAgain),
+    OUTLET(regexName),
+    OUTLET(regex),
+    OUTLET(regexType),
+};
+
+#undef OUTLET
+
+const TSPreferencePane::ActionEntry TSPreferencePane::kActions[] = {
+    {"togglePerAppPrefs:", &TSPreferencePane::togglePerAppPrefs},
+    {"toggleEnabled:", &TSPreferencePane::toggleEnabled},
+    {"toggleLogging:", &TSPreferencePane::toggleLogging},
+    {"changeSettings:", &TSPreferencePane::changeSettings},
+    {"warningEnd:", &TSPreferencePane::warningEnd},
+};
+
+void TSPreferencePane::setOutlet(std::string_view name, View& object) {
+    auto outlet = std::ranges::find(kOutlets, name, &OutletEntry::name);
+    if (outlet != std::end(kOutlets)) outlet->connect(*this, object);
+}
+
+void TSPreferencePane::performAction(std::string_view selector, View& sender) {
+    auto entry = std::ranges::find(kActions, selector, &ActionEntry::selector);
+    if (entry != std::end(kActions)) (this->*entry->action)(sender);
+}
