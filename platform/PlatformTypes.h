@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string_view>
 
 namespace platform {
 
@@ -14,6 +15,9 @@ inline constexpr OSStatus kParamErr = -50;
 inline constexpr OSStatus kPermissionErr = -54;
 inline constexpr OSStatus kIOErr = -36;
 inline constexpr OSStatus kNotAFolder = -1407;
+
+// A short English description, for logs and alerts; never empty.
+std::string_view statusText(OSStatus status);
 
 // Four characters as a number, the first in the highest byte: 'sysv'.
 using FourCharCode = std::uint32_t;
