@@ -1,0 +1,27 @@
+// Property lists as JSON, both ways without loss.
+//
+// Keys keep their order. JSON has no dates, data or special numbers; they stand as objects of one key:
+//     {"$date": "2026-01-31T12:00:00.000000Z"}  {"$data": "base64"}  {"$real": "nan"}  (also "inf", "-inf")
+// A dictionary whose only key begins with "$" is itself wrapped: {"$dictionary": {"$date": "not a date"}}.
+#pragma once
+
+#include "platform/PropertyList.h"
+
+#include <string>
+#include <string_view>
+
+namespace tools {
+
+enum class JsonLayout { Indented, OneLine };
+
+// Text of a value; "null" for nothing. No final newline.
+std::string jsonText(const platform::PropertyList& value, JsonLayout layout);
+
+struct JsonResult {
+    platform::PropertyList value;  // nothing on failure
+    std::string error;             // what is wrong and where, one line
+};
+// Null, invalid UTF-8, and nesting beyond PropertyList::kMaximumDepth are refused.
+JsonResult parseJson(std::string_view text);
+
+}  // namespace tools

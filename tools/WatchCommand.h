@@ -1,0 +1,10 @@
+// "typeslatectl watch": prints what the settings pane announces.
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+namespace tools {
+
+void addWatchCommand(CLI::App& app);
+
+}  // namespace tools
