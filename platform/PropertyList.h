@@ -54,12 +54,13 @@ public:
         requires(!std::same_as<Number, bool>)
     PropertyList(Number value) : PropertyList(makeInteger(value)) {}
     PropertyList(double value);
-    // Kept to the microsecond where the binary form's seconds since 2001 can tell microseconds apart (some 280 years to
+    // Kept to the microsecond where the binary form's seconds since 2001 can tell microseconds apart (some 270 years to
     // either side), else to the nearest value that it can hold: what is written always equals what is read back.
     PropertyList(Date value);
     static PropertyList data(std::string_view bytes);
+    // Elements that are nothing are left out.
     static PropertyList array(std::vector<PropertyList> elements);
-    // A later pair with the same key replaces the value of the earlier one and keeps its place.
+    // As if the pairs were set one after the other in a MutableDictionary.
     static PropertyList dictionary(std::initializer_list<std::pair<std::string_view, PropertyList>> pairs);
 
     Type type() const noexcept;
@@ -134,20 +135,25 @@ class MutableDictionary {
 public:
     MutableDictionary() = default;
     explicit MutableDictionary(const PropertyList& source);  // empty unless the source is a dictionary
-    // A new key goes to the end; an existing one keeps its place. Nothing as value removes the key.
+    // A new key goes to the end; an existing one keeps its place. Nothing as value removes the key. A key that is not
+    // valid UTF-8 is ignored.
     void set(std::string_view key, PropertyList value);
     void remove(std::string_view key);
     const PropertyList& operator[](std::string_view key) const noexcept;
-    std::size_t size() const noexcept { return entries_.size(); }
+    std::size_t size() const noexcept { return entries_.size() - removed_; }
     PropertyList freeze() &&;
 
 private:
-    std::size_t find(std::string_view key) const noexcept;  // size() when missing
-    std::vector<PropertyList::Entry> entries_;
     struct Index;
     struct IndexDeleter {
         void operator()(Index* index) const noexcept;
     };
+    std::size_t find(std::uint32_t hash, std::string_view key) const;  // entries_.size() when missing
+    void makeIndex() const;
+    void compact();
+
+    std::vector<PropertyList::Entry> entries_;  // without a key where one was removed
+    std::size_t removed_ = 0;
     mutable std::unique_ptr<Index, IndexDeleter> index_;  // made when the dictionary has grown large
 };
 

@@ -1,0 +1,61 @@
+#include "platform/PropertyListArena.h"
+
+#include "platform/PropertyListNode.h"
+#include "platform/Unicode.h"
+
+#include <cstring>
+
+namespace platform {
+namespace {
+
+using Node = PropertyList::Node;
+using Entry = PropertyList::Entry;
+
+Node* makeNode(PropertyListDocument& document, PropertyList::Type type) {
+    Node* node = new (document.arena.allocate(sizeof(Node))) Node;
+    node->owner = &document;
+    node->type = type;
+    return node;
+}
+
+}  // namespace
+
+PropertyListArena::PropertyListArena(std::shared_ptr<const std::string> text)
+    : document_(new PropertyListDocument(std::move(text), 0)),
+      holder_(PropertyListStorage::adopt(makeNode(*document_, PropertyList::Type::Nothing))) {}
+
+PropertyListArena::~PropertyListArena() = default;
+
+PropertyListArena::String PropertyListArena::stringWithin(std::string_view text) {
+    Node* node = makeNode(*document_, PropertyList::Type::String);
+    node->bytes = text.data();
+    node->length = text.size();
+    node->flag = isASCII(text);
+    node->count = hashText(text);
+    return node;
+}
+
+PropertyListArena::String PropertyListArena::copiedString(std::string_view text) {
+    char* copy = document_->arena.allocate(text.size());
+    if (!text.empty()) std::memcpy(copy, text.data(), text.size());
+    return stringWithin({copy, text.size()});
+}
+
+PropertyList PropertyListArena::dictionary(std::span<const Field> fields) {
+    Node* node = makeNode(*document_, PropertyList::Type::Dictionary);
+    char* place = document_->arena.allocate(sizeof(PropertyListStorage::Index) + fields.size() * sizeof(Entry));
+    new (place) PropertyListStorage::Index(nullptr);
+    auto* entries = reinterpret_cast<Entry*>(place + sizeof(PropertyListStorage::Index));
+    node->entries = entries;
+    node->count = static_cast<std::uint32_t>(fields.size());
+    // The entries are never destroyed, and so count as no holders of the document: it would hold itself.
+    for (const Field& field : fields)
+        new (entries++) Entry{PropertyListStorage::adopt(field.key), PropertyListStorage::adopt(field.value)};
+    PropertyListStorage::measure(*node);
+    PropertyListStorage::retain(node);
+    return PropertyListStorage::adopt(node);
+}
+
+std::string_view PropertyListArena::textOf(String string) { return string->text(); }
+
+}  // namespace platform

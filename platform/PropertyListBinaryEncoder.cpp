@@ -1,0 +1,278 @@
+#include "platform/Date.h"
+#include "platform/PropertyListBinary.h"
+#include "platform/PropertyListCodecParts.h"
+#include "platform/PropertyListNode.h"
+#include "platform/Unicode.h"
+
+#include <bit>
+
+namespace platform {
+namespace {
+
+using namespace binary;
+using Node = PropertyList::Node;
+using Entry = PropertyList::Entry;
+using Type = PropertyList::Type;
+
+constexpr std::uint32_t kMissing = HashTable::kMissing;
+
+std::uint32_t identityHash(const Node* node) { return hashNumber(reinterpret_cast<std::uintptr_t>(node)); }
+
+// Gives every distinct value its object number. Equal strings and numbers that were built get one number; longer texts,
+// data and containers only when they are the very same value. The nodes of decoded documents have numbers already, by
+// which a plain table finds them: most of what is written was read before.
+class ObjectNumbers {
+public:
+    explicit ObjectNumbers(const Node* top) {
+        if (const PropertyListDocument* document = documentOf(top)) addTable(document);
+        numberOf(top);
+    }
+
+    const std::vector<const Node*>& objects() const { return objects_; }
+
+    std::uint32_t numberOf(const Node* node) {
+        for (Table& table : tables_)
+            if (std::size_t at = table.position(node); at < table.size) return numberInTable(table.numbers[at], node);
+        if (const PropertyListDocument* document = documentOf(node); document && tables_.size() < kMostTables) {
+            addTable(document);
+            return numberOf(node);
+        }
+        return node->type == Type::Boolean ? numberInTable(booleans_[node->integer != 0], node) : numberOfBuilt(node);
+    }
+
+private:
+    struct Table {
+        std::uintptr_t first;
+        std::size_t size;
+        std::unique_ptr<std::uint32_t[], decltype(&std::free)> numbers;  // + 1
+
+        std::size_t position(const Node* node) const {
+            return (reinterpret_cast<std::uintptr_t>(node) - first) / sizeof(Node);
+        }
+    };
+    static constexpr std::size_t kMostTables = 4;
+    static constexpr std::uint64_t kLongestMerged = 1024;
+
+    static const PropertyListDocument* documentOf(const Node* node) {
+        bool isDocument = node->owner && node->owner->kind == StorageOwner::Kind::Document;
+        return isDocument ? static_cast<const PropertyListDocument*>(node->owner) : nullptr;
+    }
+
+    void addTable(const PropertyListDocument* document) {
+        auto* numbers = static_cast<std::uint32_t*>(std::calloc(document->count, sizeof(std::uint32_t)));
+        if (!numbers) throw std::bad_alloc();
+        tables_.push_back({reinterpret_cast<std::uintptr_t>(document->nodes), document->count, {numbers, &std::free}});
+    }
+
+    std::uint32_t add(const Node* node) {
+        objects_.push_back(node);
+        return static_cast<std::uint32_t>(objects_.size() - 1);
+    }
+
+    std::uint32_t numberInTable(std::uint32_t& plusOne, const Node* node) {
+        if (plusOne != 0) return plusOne - 1;
+        std::uint32_t number = add(node);
+        plusOne = number + 1;
+        // What is built later may equal it.
+        if (isMerged(*node)) built_.add(contentHash(*node), number);
+        return number;
+    }
+
+    std::uint32_t numberOfBuilt(const Node* node) {
+        bool merged = isMerged(*node);
+        std::uint32_t hash = merged ? contentHash(*node) : identityHash(node);
+        auto same = [&](std::uint32_t number) {
+            const Node* other = objects_[number];
+            return other == node || (merged && sameContent(*other, *node));
+        };
+        std::uint32_t number = built_.find(hash, same);
+        if (number == kMissing) built_.add(hash, number = add(node));
+        return number;
+    }
+
+    static bool isMerged(const Node& node) {
+        if (node.type == Type::String) return node.length <= kLongestMerged;
+        return node.type == Type::Integer || node.type == Type::Real || node.type == Type::Date;
+    }
+    static std::uint32_t contentHash(const Node& node) {
+        if (node.type == Type::String) return node.count;
+        return hashNumber(static_cast<std::uint64_t>(node.integer)) + static_cast<std::uint32_t>(node.type);
+    }
+    static bool sameContent(const Node& a, const Node& b) {
+        if (a.type != b.type) return false;
+        if (a.type == Type::String) return a.text() == b.text();
+        return a.integer == b.integer && a.flag == b.flag;
+    }
+
+    std::vector<const Node*> objects_;
+    std::vector<Table> tables_;
+    HashTable built_;
+    std::uint32_t booleans_[2] = {0, 0};
+};
+
+// The document as it will stand in the file: the objects in order and the references of the containers among them.
+struct Layout {
+    explicit Layout(const Node* top) : numbers(top) {
+        // The objects are added while they are walked.
+        for (std::size_t i = 0; i < numbers.objects().size(); ++i) {
+            const Node& node = *numbers.objects()[i];
+            if (node.isContainer()) addReferences(node);
+            stored += PropertyListStorage::storedWeight(node);
+        }
+    }
+
+    void addReferences(const Node& node) {
+        std::size_t at = references.size();
+        if (node.type == Type::Array) {
+            references.resize(at + node.count);
+            for (std::uint32_t i = 0; i < node.count; ++i)
+                references[at + i] = numbers.numberOf(node.elements[i].node());
+            return;
+        }
+        references.resize(at + 2 * std::size_t{node.count});
+        for (std::uint32_t i = 0; i < node.count; ++i)
+            references[at + i] = numbers.numberOf(node.entries[i].key.node());
+        at += node.count;
+        for (std::uint32_t i = 0; i < node.count; ++i)
+            references[at + i] = numbers.numberOf(node.entries[i].value.node());
+    }
+
+    ObjectNumbers numbers;
+    std::vector<std::uint32_t> references;
+    std::uint64_t stored = 0;
+};
+
+unsigned widthFor(std::uint64_t largest) {
+    return largest <= 0xFF ? 1 : largest <= 0xFFFF ? 2 : largest <= 0xFFFFFFFF ? 4 : 8;
+}
+
+// The writer's own limit for one object without its references: a marker, a length or a number, and the text.
+std::size_t greatestSize(const Node& node) {
+    constexpr std::size_t kMarkerAndNumber = 17;
+    if (!node.hasBytes()) return kMarkerAndNumber;
+    bool wide = node.type == Type::String && !(node.flag & Node::kASCII);
+    return kMarkerAndNumber + node.length * (wide ? 2 : 1);
+}
+
+class ObjectWriter {
+public:
+    explicit ObjectWriter(const Layout& layout)
+        : layout_(layout), reference_(layout.references.data()), referenceWidth_(widthFor(objects().size() - 1)) {}
+
+    std::string write() {
+        std::string file(greatestFileSize(), '\0');
+        char* const start = file.data();
+        std::vector<std::uint64_t> offsets;
+        offsets.reserve(objects().size());
+        at_ = start;
+        append("bplist00");
+        for (const Node* node : objects()) {
+            offsets.push_back(static_cast<std::uint64_t>(at_ - start));
+            writeObject(*node);
+        }
+        auto tableOffset = static_cast<std::uint64_t>(at_ - start);
+        unsigned offsetWidth = widthFor(tableOffset);
+        for (std::uint64_t offset : offsets) at_ = storeNumber(at_, offset, offsetWidth);
+        writeTrailer(offsetWidth, tableOffset);
+        file.resize(static_cast<std::size_t>(at_ - start));
+        return file;
+    }
+
+private:
+    const std::vector<const Node*>& objects() const { return layout_.numbers.objects(); }
+
+    std::size_t greatestFileSize() const {
+        std::size_t size = kHeaderSize + kTrailerSize + layout_.references.size() * referenceWidth_;
+        for (const Node* node : objects()) size += greatestSize(*node) + 8;
+        return size + 8;
+    }
+
+    void append(std::string_view bytes) {
+        if (!bytes.empty()) std::memcpy(at_, bytes.data(), bytes.size());
+        at_ += bytes.size();
+    }
+    void writeMarker(unsigned marker) { *at_++ = static_cast<char>(marker); }
+
+    void writeHead(Kind kind, std::uint64_t length) {
+        writeMarker(static_cast<unsigned>(kind) << 4 | static_cast<unsigned>(std::min<std::uint64_t>(length, 15)));
+        if (length >= 15) writeUnsigned(length);
+    }
+
+    void writeUnsigned(std::uint64_t value) {
+        unsigned width = widthFor(value);
+        writeMarker(kIntegerKind << 4 | static_cast<unsigned>(std::countr_zero(width)));
+        at_ = storeNumber(at_, value, width);
+    }
+
+    void writeInteger(const Node& node) {
+        auto bits = static_cast<std::uint64_t>(node.integer);
+        if (!(node.flag & Node::kUnsigned)) return writeUnsigned(bits);
+        writeMarker(kIntegerKind << 4 | 4);
+        at_ = storeNumber(at_, 0, 8);
+        at_ = storeNumber(at_, bits, 8);
+    }
+
+    void writeReal(unsigned marker, double value) {
+        writeMarker(marker);
+        at_ = storeNumber(at_, std::bit_cast<std::uint64_t>(value), 8);
+    }
+
+    void writeString(const Node& node) {
+        if (node.flag & Node::kASCII) {
+            writeHead(kASCIIKind, node.length);
+            return append(node.text());
+        }
+        writeHead(kUTF16Kind, utf16Units(node.text()));
+        at_ = writeUTF16BigEndian(node.text(), at_);
+    }
+
+    void writeReferences(std::uint64_t count) {
+        for (; count > 0; --count) at_ = storeNumber(at_, *reference_++, referenceWidth_);
+    }
+
+    void writeObject(const Node& node) {
+        switch (node.type) {
+            case Type::String:
+                return writeString(node);
+            case Type::Data:
+                writeHead(kDataKind, node.length);
+                return append(node.text());
+            case Type::Integer:
+                return writeInteger(node);
+            case Type::Real:
+                return writeReal(kRealKind << 4 | 3, node.real);
+            case Type::Date:
+                return writeReal(kDateMarker, secondsSince2001({node.integer}));
+            case Type::Array:
+                writeHead(kArrayKind, node.count);
+                return writeReferences(node.count);
+            case Type::Dictionary:
+                writeHead(kDictionaryKind, node.count);
+                return writeReferences(2 * std::uint64_t{node.count});
+            default:
+                writeMarker(node.integer ? kTrueMarker : kFalseMarker);
+        }
+    }
+
+    void writeTrailer(unsigned offsetWidth, std::uint64_t tableOffset) {
+        at_ = storeNumber(at_, offsetWidth << 8 | referenceWidth_, 8);
+        at_ = storeNumber(at_, objects().size(), 8);
+        at_ = storeNumber(at_, 0, 8);
+        at_ = storeNumber(at_, tableOffset, 8);
+    }
+
+    const Layout& layout_;
+    const std::uint32_t* reference_;
+    unsigned referenceWidth_;
+    char* at_ = nullptr;
+};
+
+}  // namespace
+
+std::string encodeBinaryPropertyList(const PropertyList& value) {
+    Layout layout(value.node());
+    if (!PropertyListStorage::warrants(layout.stored, PropertyListStorage::weight(*value.node()))) return {};
+    return ObjectWriter(layout).write();
+}
+
+}  // namespace platform

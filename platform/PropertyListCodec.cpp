@@ -1,0 +1,24 @@
+#include "platform/PropertyListCodec.h"
+
+#include "platform/PropertyListCodecParts.h"
+#include "platform/PropertyListNode.h"
+
+namespace platform {
+
+PropertyList decodePropertyList(std::string_view bytes) {
+    if (!bytes.starts_with(kBinaryMagic)) return decodeXMLPropertyList(bytes);
+    return decodeBinaryPropertyList(std::make_shared<const std::string>(bytes));
+}
+
+PropertyList decodePropertyList(std::shared_ptr<const std::string> bytes) {
+    if (!bytes) return {};
+    if (!bytes->starts_with(kBinaryMagic)) return decodeXMLPropertyList(*bytes);
+    return decodeBinaryPropertyList(std::move(bytes));
+}
+
+std::string encodePropertyList(const PropertyList& value, PropertyListFormat format) {
+    if (!value || value.node()->height > PropertyList::kMaximumDepth) return {};
+    return format == PropertyListFormat::Binary ? encodeBinaryPropertyList(value) : encodeXMLPropertyList(value);
+}
+
+}  // namespace platform

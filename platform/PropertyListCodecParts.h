@@ -1,0 +1,15 @@
+// The halves of the two codecs, each in a file of its own.
+#pragma once
+
+#include "platform/PropertyListCodec.h"
+
+namespace platform {
+
+constexpr std::string_view kBinaryMagic = "bplist0";
+
+PropertyList decodeBinaryPropertyList(std::shared_ptr<const std::string> bytes);
+std::string encodeBinaryPropertyList(const PropertyList& value);
+PropertyList decodeXMLPropertyList(std::string_view bytes);
+std::string encodeXMLPropertyList(const PropertyList& value);
+
+}  // namespace platform
