@@ -1,0 +1,125 @@
+#include "tests/pane/PaneFixture.h"
+
+using namespace platform;
+
+namespace {
+
+constexpr const char* kUserModule = "/home/user/Library/Plinthworks/Typeslate.plinth";
+constexpr const char* kLocalModule = "/Library/Plinthworks/Typeslate.plinth";
+constexpr const char* kMissingText = "The Plinth component is either disabled or not installed.";
+
+}  // namespace
+
+TEST(ModuleAndUserDecideTheStatusLine) {
+    struct Case {
+        const char* label;
+        std::uint32_t user;
+        std::vector<const char*> existing;
+        bool disabled;
+        const char* status;
+        bool switchIsEnabled, switchIsOn;
+    };
+    const Case cases[] = {
+        {"user's module", 1000, {kUserModule}, false, "", true, true},
+        {"shared module, switched off", 1000, {kLocalModule}, true, "", true, false},
+        {"no module", 1000, {}, false, kMissingText, false, true},
+        {"disabled module",
+         1000,
+         {"/Library/Plinthworks (disabled)/Typeslate.plinth"},
+         false,
+         kMissingText,
+         false,
+         true},
+        {"root", 0, {kUserModule}, false, "You are logged in as root. Plinth is disabled.", false, false},
+    };
+    for (const Case& c : cases) {
+        CONTEXT(c.label);
+        PaneFixture f;
+        f.world.files.existing = {c.existing.begin(), c.existing.end()};
+        f.world.system.userID = c.user;
+        f.setStored("Disabled", c.disabled);
+        f.open();
+        CHECK_EQ(f.field("statusField").text, c.status);
+        CHECK_EQ(f.field("statusField").tone == TextTone::Alert, *c.status != 0);
+        CHECK_EQ(f.button("enabledCheckbox").enabled, c.switchIsEnabled);
+        CHECK_EQ(f.button("enabledCheckbox").on, c.switchIsOn);
+        CHECK_EQ(f.stored("Disabled"), PropertyList(c.disabled));
+    }
+}
+
+TEST(ModuleIsLookedForInOrderAndAtEachShow) {
+    PaneFixture f;
+    f.world.files.existing.clear();
+    f.open();
+    f.pane->willSelect();
+    CHECK_EQ(f.world.takeJournal(), fake::Journal{"exists /home/user/Library/Plinthworks/Typeslate.plinth",
+                                                  "exists /Library/Plinthworks/Typeslate.plinth",
+                                                  "exists /home/user/Library/Plinthworks (disabled)/Typeslate.plinth",
+                                                  "exists /Library/Plinthworks (disabled)/Typeslate.plinth"});
+    f.world.files.existing.insert(kUserModule);
+    f.pane->willSelect();
+    CHECK_EQ(f.field("statusField").text, "");
+    CHECK(f.button("enabledCheckbox").enabled);
+}
+
+TEST(FirstStartStoresAGlobalEntryAndSelectsIt) {
+    PaneFixture f;
+    f.open();
+    CHECK_EQ(f.list(), PropertyList::array({settings::newGlobalEntry()}));
+    CHECK_EQ(f.table().selected, 0);
+    CHECK(f.box("Enabled").on);
+    CHECK(!f.box("ScriptSort").on);
+    CHECK_EQ(f.table().imageColumn, "13");
+    CHECK(f.table().takesFiles);
+    CHECK_EQ(f.field("versionField").text, "1.2.3");
+    CHECK(f.field("versionField").toolTip.starts_with("Born on "));
+    CHECK(!f.button("exRemoveAppButton").enabled);
+}
+
+TEST(AnUnreadableStoreIsNotRepairedAsAnEmptyOne) {
+    PaneFixture f;
+    f.world.preferences.readable = false;
+    f.open();
+    CHECK_EQ(f.table().numberOfRows(), 0);
+    f.world.preferences.readable = true;
+    CHECK_EQ(f.list(), PropertyList());
+}
+
+TEST(VeryOldSystemsGetNoNewFeatures) {
+    struct Case {
+        std::optional<std::uint32_t> version;
+        bool takesFiles;
+    };
+    for (const Case& c : {Case{0x1014, false}, Case{0x1015, true}, Case{std::nullopt, true}}) {
+        PaneFixture f;
+        f.world.system.version = c.version;
+        f.open();
+        CHECK_EQ(f.table().takesFiles, c.takesFiles);
+        CHECK_EQ(f.field("versionField").text, c.takesFiles ? "1.2.3" : "");
+    }
+}
+
+TEST(LeavingIsAnsweredAtOnceWithoutASheet) {
+    PaneFixture f;
+    f.open();
+    CHECK(f.pane->shouldUnselect() == UnselectReply::Now);
+    f.pane->willUnselect();
+    CHECK_EQ(f.world.takeJournal(), fake::Journal{"host icon := host icon"});
+}
+
+TEST(ThePaneRunsWithoutAnyInterfaceObject) {
+    PaneFixture f;
+    f.pane.emplace(f.world.platform());
+    CHECK_EQ(f.pane->mainNibName(), "TSPrefs");
+    f.pane->awakeFromNib();
+    f.pane->mainViewDidLoad();
+    f.pane->willSelect();
+    View stranger;
+    f.pane->setOutlet("noSuchOutlet", stranger);
+    f.pane->setOutlet("exTableView", stranger);  // of the wrong kind
+    f.pane->performAction("noSuchAction:", stranger);
+    f.pane->performAction("togglePerAppPrefs:", stranger);
+    f.pane->displayDialog_forError_andTitle("It failed.", kFileNotFound, "Sorry");
+    CHECK_EQ(f.world.journal.back(), "alert Sorry: It failed. <-43>");
+    CHECK(!f.pane->isCocoaApp("/Applications/Any.app"));
+}

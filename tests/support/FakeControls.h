@@ -1,0 +1,154 @@
+// Interface objects that remember what was done to them.
+#pragma once
+
+#include "platform/Controls.h"
+
+#include <map>
+#include <memory>
+#include <string>
+
+namespace fake {
+
+// Adds the state that every control has to one of the inert classes.
+template <typename Base>
+class Control : public Base {
+public:
+    bool isEnabled() const override { return enabled; }
+    void setEnabled(bool value) override { enabled = value; }
+    void setToolTip(std::string_view text) override { toolTip = text; }
+    platform::Rect frame() const override { return rect; }
+    void setFrame(const platform::Rect& value) override { rect = value; }
+    int tag() const override { return tagValue; }
+
+    bool enabled = true;
+    int tagValue = 0;
+    std::string toolTip;
+    platform::Rect rect;
+};
+
+class Button final : public Control<platform::Button> {
+public:
+    bool state() const override { return on; }
+    void setState(bool value) override { on = value; }
+    std::int64_t integerValue() const override { return on; }
+    std::string title() const override { return titleText; }
+    bool on = false;
+    std::string titleText;
+};
+
+class TextField final : public Control<platform::TextField> {
+public:
+    std::string stringValue() const override { return text; }
+    void setStringValue(std::string_view value, platform::TextTone newTone) override {
+        text = value;
+        tone = newTone;
+    }
+    std::int64_t integerValue() const override { return number; }
+    void setIntegerValue(std::int64_t value) override { number = value; }
+    void setSelectable(bool value) override { selectable = value; }
+    // Ten points for each line of twenty characters at width 200.
+    platform::Size cellSizeForBounds(const platform::Rect& bounds) const override {
+        double lines = static_cast<double>(text.size()) * 10 / bounds.size.width + 1;
+        return {bounds.size.width, 10 * static_cast<double>(static_cast<int>(lines))};
+    }
+    std::string text;
+    std::int64_t number = 0;
+    bool selectable = false;
+    platform::TextTone tone = platform::TextTone::Normal;
+};
+
+class PopUpButton final : public Control<platform::PopUpButton> {
+public:
+    void selectItem(int index) override {
+        if (index >= 0 && index < itemCount()) row = index;
+    }
+    std::string itemTitle(int index) const override {
+        return index >= 0 && index < itemCount() ? titles[static_cast<std::size_t>(index)] : "";
+    }
+    int itemCount() const override { return static_cast<int>(titles.size()); }
+    int selectedRow() const override { return row; }
+    std::vector<std::string> titles{"Zero", "One", "Two"};
+    int row = 0;
+};
+
+class TabView final : public Control<platform::TabView> {
+public:
+    void setControlTint(platform::ControlTint value) override { tint = value; }
+    platform::ControlTint tint = platform::ControlTint::Default;
+};
+
+// Asks its source lazily, as a real table does, and keeps the selection within its rows.
+class TableView final : public Control<platform::TableView> {
+public:
+    void setDataSource(platform::TableDataSource* value) override { source = value; }
+    void setSelectionObserver(std::function<void(const platform::InterfaceNotification&)> value) override {
+        observer = std::move(value);
+    }
+    void setDoubleAction(std::string_view selector) override { doubleAction = selector; }
+    void registerForFileNameDrags() override { takesFiles = true; }
+    void setImageColumn(std::string_view identifier) override { imageColumn = identifier; }
+    void reloadData() override {
+        ++reloads;
+        rows = -1;
+    }
+    int numberOfRows() override {
+        while (rows < 0) {
+            rows = 0;
+            rows = source ? source->numberOfRowsInTableView(*this) : 0;
+        }
+        return rows;
+    }
+    int selectedRow() const override { return selected; }
+    void selectRow(int row) override {
+        if (row == selected || row >= numberOfRows()) return;
+        selected = row;
+        if (observer) observer({platform::kTableViewSelectionDidChange, this});
+    }
+    void scrollRowToVisible(int row) override { visible = row; }
+
+    platform::TableDataSource* source = nullptr;
+    std::function<void(const platform::InterfaceNotification&)> observer;
+    std::string doubleAction, imageColumn;
+    bool takesFiles = false;
+    int rows = -1, selected = -1, visible = -1, reloads = 0;
+};
+
+class Panel final : public Control<platform::Panel> {
+public:
+    platform::Size contentSize() const override { return content; }
+    void setContentSize(const platform::Size& size) override { content = rect.size = size; }
+    void beginSheet(std::function<void(int)> handler) override {
+        isOpen = true;
+        didEnd = std::move(handler);
+    }
+    void endSheet(int returnCode) override {
+        if (auto handler = std::exchange(didEnd, nullptr)) handler(returnCode);
+    }
+    void orderOut() override { isOpen = false; }
+    platform::Size content;
+    bool isOpen = false;
+    std::function<void(int)> didEnd;
+};
+
+// The objects of an interface file, made when they are first asked for and connected to the owner at once.
+class Interface {
+public:
+    explicit Interface(platform::InterfaceOwner& owner) : owner_(owner) {}
+
+    template <typename T>
+    T& get(const std::string& name) {
+        auto& slot = objects_[name];
+        if (!slot) {
+            slot = std::make_unique<T>();
+            owner_.setOutlet(name, *slot);
+        }
+        return static_cast<T&>(*slot);
+    }
+    Button& button(const std::string& name) { return get<Button>(name); }
+
+private:
+    platform::InterfaceOwner& owner_;
+    std::map<std::string, std::unique_ptr<platform::View>> objects_;
+};
+
+}  // namespace fake

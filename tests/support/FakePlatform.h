@@ -1,0 +1,201 @@
+// A platform in memory: what the pane does to it is written into one journal, in order.
+#pragma once
+
+#include "platform/Platform.h"
+
+#include <functional>
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace fake {
+
+using Journal = std::vector<std::string>;
+
+class Preferences final : public platform::PreferenceService {
+public:
+    explicit Preferences(Journal& journal) : journal_(journal) {}
+    platform::PropertyList copyValue(std::string_view key, std::string_view domain) override;
+    platform::PropertyList copyDomain(std::string_view domain) override;
+    void setValue(std::string_view key, platform::PropertyList value, std::string_view domain) override;
+    bool synchronize(std::string_view domain) override;
+    bool isReadable(std::string_view) override { return readable; }
+    std::vector<std::string> domains() override { return {}; }
+
+    bool readable = true;
+    std::function<void()> duringSynchronize;  // another process's change, taken in by the next synchronize
+
+private:
+    Journal& journal_;
+    std::map<std::string, platform::PropertyList, std::less<>> domains_;
+};
+
+class Notifications final : public platform::DistributedNotificationCenter {
+public:
+    explicit Notifications(Journal& journal) : journal_(journal) {}
+    void post(std::string_view name, std::string_view object, const platform::PropertyList& userInfo,
+              bool deliverImmediately) override;
+    std::unique_ptr<platform::Observation> addObserver(std::string_view, std::string_view,
+                                                       std::function<void(const platform::Notification&)>) override {
+        return nullptr;
+    }
+
+private:
+    Journal& journal_;
+};
+
+// Time stands still until advance() moves it, firing what falls due on the way.
+class RunLoop final : public platform::RunLoop {
+public:
+    platform::Date now() const override { return now_; }
+    std::unique_ptr<platform::Timer> scheduleTimer(double seconds, bool repeats, std::function<void()> action) override;
+    void advance(double seconds);
+
+    struct Pending;
+
+private:
+    platform::Date now_{1'000'000'000'000'000};
+    std::vector<std::weak_ptr<Pending>> pending_;
+};
+
+class Bundle final : public platform::Bundle {
+public:
+    std::string path() const override { return "/Pane.prefPane"; }
+    std::string identifier() const override { return identifierText; }
+    platform::PropertyList infoValue(std::string_view key) const override { return info[key]; }
+    std::optional<std::string> resourcePath(std::string_view name, std::string_view type) const override;
+    std::string localizedString(std::string_view key) const override;
+    std::string privateFrameworksPath() const override { return "/Pane.prefPane/Contents/PrivateFrameworks"; }
+    void* functionNamed(const char* name) override;
+
+    std::string identifierText;
+    platform::PropertyList info;
+    std::set<std::string> resources;
+    std::map<std::string, std::string, std::less<>> strings;
+    std::map<std::string, void*> functions;
+};
+
+class Bundles final : public platform::BundleServices {
+public:
+    std::unique_ptr<platform::Bundle> openBundle(std::string_view path) override;
+    platform::Bundle* loadedBundle(std::string_view identifier) override;
+
+    std::map<std::string, Bundle, std::less<>> onDisk;
+    std::map<std::string, Bundle, std::less<>> loaded;
+};
+
+class Files final : public platform::FileServices {
+public:
+    explicit Files(Journal& journal) : journal_(journal) {}
+    bool fileExists(std::string_view path) override;
+    std::string expandTilde(std::string_view path) override { return std::string(path); }
+    std::string displayName(std::string_view path) override { return std::string(path); }
+    std::optional<std::string> folder(platform::FolderDomain domain, platform::FolderKind kind) override;
+    std::unique_ptr<platform::FolderIterator> openFolder(std::string_view, platform::FolderDetail,
+                                                         platform::OSStatus& status) override {
+        status = platform::kFileNotFound;
+        return nullptr;
+    }
+    std::shared_ptr<const std::string> readFile(std::string_view) override { return nullptr; }
+
+    std::set<std::string, std::less<>> existing;
+
+private:
+    Journal& journal_;
+};
+
+class Applications final : public platform::ApplicationServices {
+public:
+    struct Item {
+        std::string path, name;
+        platform::FourCharCode creator = platform::kUnknownCreator;
+        std::string identifier;
+        std::uint32_t flags = platform::ItemInformation::kIsNativeApplication;
+    };
+    std::optional<std::string> findApplication(const platform::ApplicationQuery& query) override;
+    platform::OSStatus itemInformation(std::string_view path, platform::ItemInformation& information) override;
+    std::optional<std::string> bundleIdentifier(std::string_view path) override;
+    std::string displayName(std::string_view path) override;
+
+    std::vector<Item> items;
+    int queries = 0;
+
+private:
+    const Item* at(std::string_view path) const;
+};
+
+class System final : public platform::SystemServices {
+public:
+    std::optional<std::uint32_t> gestalt(platform::FourCharCode) override { return version; }
+    std::uint32_t realUserID() override { return userID; }
+    std::optional<std::uint32_t> version = 0x1049;
+    std::uint32_t userID = 1000;
+};
+
+struct NamedImage final : platform::Image {
+    explicit NamedImage(std::string text) : name(std::move(text)) {}
+    std::string name;
+};
+std::string imageName(const platform::ImageRef& image);  // "" for none
+
+class Toolkit final : public platform::InterfaceToolkit {
+public:
+    explicit Toolkit(Journal& journal) : journal_(journal) {}
+    platform::ImageRef imageAtPath(std::string_view path) override;
+    platform::ImageRef workspaceIcon(std::string_view path) override;
+    platform::ImageRef genericApplicationIcon() override;
+    platform::ImageRef applicationIcon() override { return icon; }
+    void setApplicationIcon(const platform::ImageRef& image) override;
+    void runAlert(std::string_view title, std::string_view message) override;
+    void beep() override { journal_.push_back("beep"); }
+    platform::ImageRef icon = std::make_shared<NamedImage>("host icon");
+
+private:
+    Journal& journal_;
+};
+
+class Log final : public platform::Log {
+public:
+    void write(std::string_view line) override { lines.emplace_back(line); }
+    std::vector<std::string> lines;
+};
+
+class Host final : public platform::PaneHost {
+public:
+    explicit Host(Journal& journal) : journal_(journal) {}
+    void replyToShouldUnselect(bool may) override { journal_.push_back(may ? "reply yes" : "reply no"); }
+
+private:
+    Journal& journal_;
+};
+
+// All of it, wired together.
+struct World {
+    World();
+
+    Journal journal;
+    Bundle paneBundle;
+    Host host{journal};
+    Preferences preferences{journal};
+    Notifications notifications{journal};
+    Bundles bundles;
+    Files files{journal};
+    Applications applications;
+    System system;
+    RunLoop runLoop;
+    Toolkit toolkit{journal};
+    Log log;
+
+    platform::Platform platform() {
+        return {paneBundle,   host,   preferences, notifications, bundles, files,
+                applications, system, runLoop,     toolkit,       log};
+    }
+    // Installs the private framework with the alias class in the pane's bundle.
+    void installAliasFramework();
+    // Loads a runtime whose messages go into the journal of the last world that did so.
+    void loadRuntime();
+    Journal takeJournal() { return std::exchange(journal, {}); }
+};
+
+}  // namespace fake
