@@ -157,7 +157,7 @@ TEST(GlobalEntryComesFirstInTwoSteps) {
     }
     CHECK_EQ(g["Settings"].description(),
              "{Enabled = 1; ShowFontInFace = 1; DupeHandling = 1; ShowSets = 1; ShowIcons = 1; HierarchicalMenu = 1; "
-             "AllFontsGroup = 1; ScriptSort = 0; }");
+             "AllFontsGroup = 1; ScriptSort = 0;}");
 }
 
 TEST(NewEntriesTakeTheSettingsOfElementZero) {

@@ -49,8 +49,8 @@ TEST(FixedTagsAndUnknownTags) {
         int tag;
         const char* settings;
     };
-    for (const Case& c : {Case{8, "{DupeHandling = 0; }"}, Case{9, "{DupeHandling = 1; }"},
-                          Case{10, "{DupeHandling = 2; }"}, Case{99, "{}"}, Case{0, "{}"}}) {
+    for (const Case& c : {Case{8, "{DupeHandling = 0;}"}, Case{9, "{DupeHandling = 1;}"},
+                          Case{10, "{DupeHandling = 2;}"}, Case{99, "{}"}, Case{0, "{}"}}) {
         CONTEXT(std::to_string(c.tag));
         PaneFixture f;
         f.setStored("TheExcList", listOf(PropertyList::dictionary({})));

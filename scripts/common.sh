@@ -1,0 +1,72 @@
+# Shared by ./run and ./check: packages, configuration, build.
+# shellcheck shell=bash
+
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+preset=release
+build=$root/build/$preset
+
+# A line of scripts/packages.txt is a package name; "test:" before it marks one that only ./check needs.
+wanted_packages() { # kinds...
+  local line
+  while read -r line; do
+    case $line in
+      '' | '#'*) ;;
+      test:*) [[ " $* " == *" test "* ]] && echo "${line#test:}" ;;
+      *) echo "$line" ;;
+    esac
+  done <"$root/scripts/packages.txt"
+}
+
+missing_packages() {
+  local wanted
+  mapfile -t wanted < <(wanted_packages "$@")
+  command -v dpkg-query >/dev/null || { printf '%s\n' "${wanted[@]}"; return; }
+  comm -23 <(printf '%s\n' "${wanted[@]}" | sort -u) \
+    <(dpkg-query -W -f='${db:Status-Status} ${Package}\n' "${wanted[@]}" 2>/dev/null | sed -n 's/^installed //p' | sort -u)
+}
+
+# Installs what is missing where that is possible, and otherwise names it; the build then makes do with what there is.
+install_packages() {
+  local missing sudo=()
+  mapfile -t missing < <(missing_packages "$@")
+  ((${#missing[@]})) || return 0
+  if ! command -v apt-get >/dev/null; then
+    echo "Not a Debian system: please install what corresponds to: ${missing[*]}" >&2
+    return 0
+  fi
+  if ((EUID != 0)); then
+    command -v sudo >/dev/null || { echo "Please install as root: ${missing[*]}" >&2; return 0; }
+    sudo=(sudo)
+  fi
+  echo "Installing: ${missing[*]}"
+  export DEBIAN_FRONTEND=noninteractive
+  "${sudo[@]}" apt-get update -qq || true
+  "${sudo[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null || true
+  mapfile -t missing < <(missing_packages "$@")
+  ((${#missing[@]})) && echo "Could not be installed: ${missing[*]}" >&2
+  return 0
+}
+
+configure_and_build() { # preset, cmake options...
+  local name=$1
+  shift
+  command -v cmake >/dev/null || { echo "CMake is missing: nothing can be built." >&2; return 1; }
+  if [[ -z ${CMAKE_GENERATOR:-} ]] && command -v ninja >/dev/null; then export CMAKE_GENERATOR=Ninja; fi
+  local jobs log
+  jobs=$(nproc 2>/dev/null || echo 2)
+  log=$root/build/$name.configure.log
+  mkdir -p "$root/build"
+  # The generator of an existing build folder stays what it was.
+  [[ -f $root/build/$name/CMakeCache.txt ]] && unset CMAKE_GENERATOR
+  (cd "$root" && cmake --preset "$name" "$@" >"$log" 2>&1) || { cat "$log" >&2; return 1; }
+  cmake --build "$root/build/$name" --parallel "$jobs" || return 1
+}
+
+# Says what the build had to leave out. Fails when CI must not accept that.
+report_left_out() { # preset
+  local file=$root/build/$1/left-out.txt
+  [[ -s $file ]] || return 0
+  sed 's/^/Left out: /' "$file" >&2
+  echo >&2
+  [[ ${CI:-} != true ]]
+}
