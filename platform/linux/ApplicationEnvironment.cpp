@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cstdlib>
 
-namespace platform {
+namespace platform::posix {
 namespace {
 
 std::string_view variable(const char* name) {
@@ -83,4 +83,4 @@ std::optional<std::string> ApplicationEnvironment::desktopEntryIdentifier(std::s
     return {};
 }
 
-}  // namespace platform
+}  // namespace platform::posix

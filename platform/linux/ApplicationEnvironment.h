@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-namespace platform {
+namespace platform::posix {
 
 // Folders are absolute, without a final slash, those that come first win; they need not exist.
 struct ApplicationEnvironment {
@@ -31,4 +31,4 @@ struct ApplicationEnvironment {
 inline constexpr std::string_view kDesktopEntrySuffix = ".desktop";
 inline constexpr std::string_view kBundleSuffix = ".app";
 
-}  // namespace platform
+}  // namespace platform::posix

@@ -3,7 +3,7 @@
 #include <unordered_set>
 #include <utility>
 
-namespace platform {
+namespace platform::posix {
 
 ApplicationIndex::ApplicationIndex(const ApplicationEnvironment& environment, Clock clock)
     : clock_(std::move(clock)), scan_(environment) {}
@@ -62,4 +62,4 @@ const ApplicationRecord* ApplicationIndex::atPath(std::string_view path) const {
     return found == byPath_.end() ? nullptr : found->second;
 }
 
-}  // namespace platform
+}  // namespace platform::posix

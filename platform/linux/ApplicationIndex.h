@@ -10,7 +10,7 @@
 #include <unordered_map>
 #include <vector>
 
-namespace platform {
+namespace platform::posix {
 
 // Not for several threads at once. Records are good until the next refresh(); whether their programs are there is not
 // known here.
@@ -71,4 +71,4 @@ private:
     std::vector<const ApplicationRecord*> all_;
 };
 
-}  // namespace platform
+}  // namespace platform::posix

@@ -8,7 +8,7 @@
 
 #include <algorithm>
 
-namespace platform {
+namespace platform::posix {
 namespace {
 
 std::string_view lastComponent(std::string_view path) {
@@ -95,4 +95,4 @@ std::optional<ApplicationRecord> bundleRecord(std::string path, std::string_view
     return record;
 }
 
-}  // namespace platform
+}  // namespace platform::posix

@@ -10,7 +10,7 @@
 #include <string>
 #include <string_view>
 
-namespace platform {
+namespace platform::posix {
 
 struct ApplicationRecord {
     std::string path;        // of the desktop file or the .app folder
@@ -40,4 +40,4 @@ std::optional<ApplicationRecord> bundleRecord(std::string path, std::string_view
 // The last component of a path, safe to show and never empty.
 std::string displayedLastComponent(std::string_view path);
 
-}  // namespace platform
+}  // namespace platform::posix

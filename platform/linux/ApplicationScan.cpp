@@ -5,22 +5,19 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <chrono>
 #include <set>
 #include <string_view>
 #include <unordered_map>
 #include <utility>
 
-namespace platform {
+namespace platform::posix {
 namespace {
 
 constexpr std::string_view kInformationFile = "/Contents/Info.plist";
-// The coarsest time stamps of file systems in use.
-constexpr std::int64_t kTimeGranularity = 2'000'000'000;
-
-std::int64_t nanosecondsSince1970() {
-    const auto now = std::chrono::system_clock::now().time_since_epoch();
-    return std::chrono::duration_cast<std::chrono::nanoseconds>(now).count();
+// How long ago a folder changed; negative when its time lies in the future.
+std::chrono::nanoseconds age(const FileStamp& stamp) {
+    const std::chrono::nanoseconds now = std::chrono::system_clock::now().time_since_epoch();
+    return now - std::chrono::nanoseconds(std::max(stamp.modified, stamp.changed));
 }
 
 struct FolderItem {
@@ -68,9 +65,9 @@ unsigned char resolvedType(int folder, const FolderItem& item) {
 // One pass over all folders.
 class Pass {
 public:
-    Pass(const ApplicationEnvironment& environment, SmallFileReader& reader, bool everyFile,
-         std::vector<ScannedFolder>& old)
-        : environment_(environment), reader_(reader), everyFile_(everyFile) {
+    Pass(const ApplicationEnvironment& environment, std::chrono::nanoseconds granularity, SmallFileReader& reader,
+         bool everyFile, std::vector<ScannedFolder>& old)
+        : environment_(environment), granularity_(granularity), reader_(reader), everyFile_(everyFile) {
         for (ScannedFolder& folder : old) {
             oldFiles_ += folder.files.size();
             old_.emplace(folder.path, &folder);
@@ -117,8 +114,7 @@ private:
         const OpenFolder open(path);
         if (!open) return folder;
         folder.stamp = open.stamp();
-        const std::int64_t age = nanosecondsSince1970() - std::max(folder.stamp.modified, folder.stamp.changed);
-        folder.isSettled = age > kTimeGranularity || age < -kTimeGranularity;
+        folder.isSettled = std::chrono::abs(age(folder.stamp)) > granularity_;
         listFolder(open, old, folder);
         return folder;
     }
@@ -189,6 +185,7 @@ private:
     }
 
     const ApplicationEnvironment& environment_;
+    const std::chrono::nanoseconds granularity_;
     SmallFileReader& reader_;
     const bool everyFile_;
     bool isOfBundles_ = false;
@@ -202,7 +199,7 @@ private:
 
 bool ApplicationScan::refresh(bool everyFile) {
     if (isScanned_ && !everyFile && !foldersChanged()) return false;
-    Pass pass(environment_, reader_, everyFile, folders_);
+    Pass pass(environment_, granularity_, reader_, everyFile, folders_);
     for (const std::string& folder : environment_.desktopEntryFolders) pass.scanTree(folder, false);
     for (const std::string& folder : environment_.bundleFolders) pass.scanTree(folder, true);
     const bool differs = pass.differs() || !isScanned_;
@@ -217,4 +214,4 @@ bool ApplicationScan::foldersChanged() const {
     });
 }
 
-}  // namespace platform
+}  // namespace platform::posix

@@ -5,12 +5,13 @@
 #include "platform/linux/ApplicationRecord.h"
 #include "platform/linux/SmallFile.h"
 
+#include <chrono>
 #include <cstddef>
 #include <memory>
 #include <string>
 #include <vector>
 
-namespace platform {
+namespace platform::posix {
 
 struct ScannedFile {
     std::string name;                                 // in its folder; an .app's folder
@@ -36,8 +37,13 @@ public:
     static constexpr std::size_t kMaximumBundleDepth = 1;
     static constexpr std::size_t kMaximumFolders = 1024;
 
-    // The environment outlives the scan.
-    explicit ApplicationScan(const ApplicationEnvironment& environment) : environment_(environment) {}
+    // The coarsest time stamps of file systems in use.
+    static constexpr std::chrono::nanoseconds kTimeGranularity = std::chrono::seconds(2);
+
+    // The environment outlives the scan. A folder whose last change is no older than the granularity is read again.
+    explicit ApplicationScan(const ApplicationEnvironment& environment,
+                             std::chrono::nanoseconds granularity = kTimeGranularity)
+        : environment_(environment), granularity_(granularity) {}
 
     // Looks at the time of every folder and reads again what has changed; with `everyFile` at that of every known file
     // too, since one that is written in place leaves its folder's time alone. True when any record may differ.
@@ -48,9 +54,10 @@ public:
 private:
     bool foldersChanged() const;
     const ApplicationEnvironment& environment_;
+    const std::chrono::nanoseconds granularity_;
     std::vector<ScannedFolder> folders_;
     SmallFileReader reader_;
     bool isScanned_ = false;
 };
 
-}  // namespace platform
+}  // namespace platform::posix

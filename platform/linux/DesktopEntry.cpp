@@ -6,7 +6,7 @@
 #include <array>
 #include <utility>
 
-namespace platform {
+namespace platform::posix {
 namespace {
 
 enum Key : std::size_t {
@@ -26,11 +26,12 @@ constexpr std::array<std::string_view, kKeyCount> kKeyNames = {
     "Type", "Name", "Icon", "Exec", "TryExec", "Hidden", "NoDisplay", "DBusActivatable", "OnlyShowIn", "NotShowIn",
 };
 
+bool isBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
+
 std::string_view trimmed(std::string_view text) {
-    constexpr std::string_view blanks = " \t\r\v\f";
-    const std::size_t first = text.find_first_not_of(blanks);
-    if (first == std::string_view::npos) return {};
-    return text.substr(first, text.find_last_not_of(blanks) - first + 1);
+    while (!text.empty() && isBlank(text.front())) text.remove_prefix(1);
+    while (!text.empty() && isBlank(text.back())) text.remove_suffix(1);
+    return text;
 }
 
 std::string_view takeLine(std::string_view& rest) {
@@ -57,12 +58,13 @@ std::vector<std::string> unescapedList(std::string_view text) {
     std::vector<std::string> items;
     std::string item;
     for (std::size_t i = 0; i < text.size(); ++i) {
-        if (text.substr(i, 2) == "\\;")
-            item += text[++i];
-        else if (text[i] != ';')
-            item += text[i];
-        else
+        const bool isEscape = text[i] == '\\' && i + 1 < text.size();
+        if (!isEscape && text[i] == ';') {
             items.push_back(unescaped(std::exchange(item, {})));
+            continue;
+        }
+        if (!isEscape || text[i + 1] != ';') item += text[i];
+        if (isEscape) item += text[++i];
     }
     if (!item.empty()) items.push_back(unescaped(item));
     return items;
@@ -186,4 +188,4 @@ std::optional<DesktopEntry> readDesktopEntry(std::string_view bytes, const Deskt
     return entry;
 }
 
-}  // namespace platform
+}  // namespace platform::posix

@@ -10,7 +10,7 @@
 #include <string_view>
 #include <vector>
 
-namespace platform {
+namespace platform::posix {
 
 // Limits that no honest file comes near: a longer file is malformed, a longer value is as good as missing.
 inline constexpr std::size_t kMaximumDesktopEntrySize = 1 << 20;
@@ -42,4 +42,4 @@ struct DesktopEntry {
 // comment nor a key with a value, or there is no type or (for an application) no name. A hidden entry needs neither.
 std::optional<DesktopEntry> readDesktopEntry(std::string_view bytes, const DesktopEntryLocale& locale);
 
-}  // namespace platform
+}  // namespace platform::posix

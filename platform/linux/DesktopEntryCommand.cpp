@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-namespace platform {
+namespace platform::posix {
 namespace {
 
 bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
@@ -169,4 +169,4 @@ bool isLauncherProgram(std::string_view program) {
     return std::ranges::binary_search(launchers, name);
 }
 
-}  // namespace platform
+}  // namespace platform::posix

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-namespace platform {
+namespace platform::posix {
 
 // The words of a command, quotes resolved, field codes untouched. Besides the double quotes of the rules, single quotes
 // and a backslash before any character are taken as a shell takes them, since entries in use rely on it. Empty when
@@ -36,4 +36,4 @@ bool isWineProgram(std::string_view program);
 // nothing about which application does.
 bool isLauncherProgram(std::string_view program);
 
-}  // namespace platform
+}  // namespace platform::posix

@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-namespace platform {
+namespace platform::posix {
 namespace {
 
 constexpr std::string_view kEllipsis = "\xE2\x80\xA6";
@@ -54,4 +54,4 @@ std::string displayText(std::string_view text) {
     return shown;
 }
 
-}  // namespace platform
+}  // namespace platform::posix

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-namespace platform {
+namespace platform::posix {
 
 inline constexpr std::size_t kMaximumDisplayCharacters = 256;
 
@@ -14,4 +14,4 @@ inline constexpr std::size_t kMaximumDisplayCharacters = 256;
 // Cut off with an ellipsis after kMaximumDisplayCharacters; blanks at either end are dropped.
 std::string displayText(std::string_view text);
 
-}  // namespace platform
+}  // namespace platform::posix

@@ -15,7 +15,7 @@
 #include <tuple>
 #include <utility>
 
-namespace platform {
+namespace platform::posix {
 namespace {
 
 // Applications that the pane asks for by the identifiers of another system, and what does their work on this one, the
@@ -243,4 +243,4 @@ std::optional<InstalledApplication> LinuxApplications::applicationForProgram(std
     return described(*found->second);
 }
 
-}  // namespace platform
+}  // namespace platform::posix

@@ -11,7 +11,7 @@
 #include <unordered_map>
 #include <vector>
 
-namespace platform {
+namespace platform::posix {
 
 struct InstalledApplication {
     std::string path;
@@ -63,4 +63,4 @@ private:
     unsigned programGeneration_ = 0;
 };
 
-}  // namespace platform
+}  // namespace platform::posix

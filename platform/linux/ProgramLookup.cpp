@@ -4,7 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace platform {
+namespace platform::posix {
 namespace {
 
 bool isExecutableFile(const std::string& path) {
@@ -42,4 +42,4 @@ std::string ProgramLookup::search(std::string_view program) const {
     return {};
 }
 
-}  // namespace platform
+}  // namespace platform::posix

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <unordered_map>
 
-namespace platform {
+namespace platform::posix {
 
 class ProgramLookup {
 public:
@@ -32,4 +32,4 @@ private:
     std::unordered_map<std::string, std::string, Hash, std::equal_to<>> known_;
 };
 
-}  // namespace platform
+}  // namespace platform::posix

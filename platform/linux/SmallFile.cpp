@@ -5,7 +5,7 @@
 
 #include <cerrno>
 
-namespace platform {
+namespace platform::posix {
 namespace {
 
 std::int64_t nanoseconds(const timespec& time) { return std::int64_t{time.tv_sec} * 1'000'000'000 + time.tv_nsec; }
@@ -60,4 +60,4 @@ bool SmallFileReader::readAll(int file) {
     return false;
 }
 
-}  // namespace platform
+}  // namespace platform::posix

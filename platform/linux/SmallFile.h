@@ -9,7 +9,7 @@
 #include <string>
 #include <string_view>
 
-namespace platform {
+namespace platform::posix {
 
 // What a file's or folder's times and identity tell about its content. All zero when there is none.
 struct FileStamp {
@@ -41,4 +41,4 @@ private:
     int error_ = 0;
 };
 
-}  // namespace platform
+}  // namespace platform::posix

@@ -1,0 +1,171 @@
+#include "platform/linux/DesktopEntry.h"
+
+#include "platform/linux/DesktopEntryCommand.h"
+#include "platform/linux/DisplayText.h"
+#include "tests/support/Check.h"
+
+#include <fstream>
+
+using namespace platform::posix;
+
+namespace {
+
+std::string withBytes(const std::string& text) {
+    std::string bytes;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const bool isByte = text[i] == '<' && i + 3 < text.size() && text[i + 3] == '>';
+        bytes += isByte ? static_cast<char>(std::stoi(text.substr(i + 1, 2), nullptr, 16)) : text[i];
+        if (isByte) i += 3;
+    }
+    return bytes;
+}
+
+std::string joined(const std::vector<std::string>& words, char separator) {
+    std::string text;
+    for (const std::string& word : words) text += word + separator;
+    return text;
+}
+
+std::string described(const std::optional<DesktopEntry>& entry) {
+    if (!entry) return "malformed";
+    std::string text = entry->isApplication ? "Application" : "other";
+    const std::pair<const char*, std::string> values[] = {
+        {"name", entry->name},
+        {"plain", entry->unlocalizedName},
+        {"icon", entry->icon},
+        {"try", entry->tryExec},
+        {"exec", entry->exec},
+        {"only", joined(entry->onlyShowIn, ',')},
+        {"not", joined(entry->notShowIn, ',')},
+    };
+    for (const auto& [key, value] : values)
+        if (!value.empty()) text.append(" ").append(key).append("=").append(value);
+    if (entry->isHidden) text += " hidden";
+    if (entry->isNoDisplay) text += " nodisplay";
+    if (entry->isDBusActivatable) text += " dbus";
+    return text;
+}
+
+}  // namespace
+
+TEST(DesktopEntriesAreRead) {
+    std::ifstream file(TEST_DATA "/desktop-entries.txt");
+    std::string line, label, locale, text;
+    int cases = 0;
+    while (std::getline(file, line)) {
+        if (line.starts_with("== ")) {
+            const std::size_t bar = line.find(" |");
+            label = line.substr(3, bar - 3);
+            locale = line.substr(std::min(line.size(), bar + 3));
+            text.clear();
+        } else if (line.starts_with("-> ")) {
+            CONTEXT(label);
+            if (const std::size_t end = text.find("<EOF>"); end != text.npos) text.resize(end);
+            CHECK_EQ(described(readDesktopEntry(withBytes(text), desktopEntryLocale(locale))),
+                     withBytes(line.substr(3)));
+            ++cases;
+        } else {
+            text += line + "\n";
+        }
+    }
+    CHECK(cases > 25);
+}
+
+TEST(OversizedEntriesAreRefusedAndLongValuesIgnored) {
+    const std::string head = "[Desktop Entry]\nType=Application\nName=N\n";
+    const auto long_ = [](std::size_t size) { return std::string(size, 'x'); };
+    CHECK_EQ(described(readDesktopEntry(head + "Exec=" + long_(kMaximumDesktopEntryValue + 1), {})),
+             "Application name=N plain=N");
+    CHECK_EQ(described(readDesktopEntry(head + "[X]\n" + long_(kMaximumDesktopEntrySize - head.size() - 4), {})),
+             "Application name=N plain=N");
+    CHECK(!readDesktopEntry(head + "[X]\n" + long_(kMaximumDesktopEntrySize - head.size() - 3), {}));
+    CHECK(!readDesktopEntry(head + long_(kMaximumDesktopEntrySize / 2), {}));
+}
+
+TEST(EntriesAreShownInTheirDesktops) {
+    DesktopEntry entry;
+    entry.onlyShowIn = {"GNOME", "KDE"};
+    CHECK(entry.isShownIn({"ubuntu", "GNOME"}));
+    CHECK(!entry.isShownIn({}));
+    entry.notShowIn = {"ubuntu"};
+    CHECK(!entry.isShownIn({"ubuntu", "GNOME"}));
+    CHECK(DesktopEntry().isShownIn({}));
+}
+
+TEST(CommandsAreSplitAndExpanded) {
+    const CommandFields fields{{"/a b", "/ü"}, "icon", "The Name", "/x.desktop"};
+    const struct {
+        const char *exec, *words, *expanded;
+    } cases[] = {
+        {"prog", "prog|", "prog|"},
+        {"  prog \t %f  ", "prog|%f|", "prog|/a b|"},
+        {R"("/opt/a b/prog" "say \"hi\"" "\$\`\\ \n")", R"(/opt/a b/prog|say "hi"|$`\ \n|)",
+         R"(/opt/a b/prog|say "hi"|$`\ \n|)"},
+        {R"(sh -c 'a "b" \c' x\ y "")", R"(sh|-c|a "b" \c|x y||)", R"(sh|-c|a "b" \c|x y||)"},
+        {R"(env P="/w x" wine)", "env|P=/w x|wine|", "env|P=/w x|wine|"},
+        {"p %F end", "p|%F|end|", "p|/a b|/ü|end|"},
+        {"p %U", "p|%U|", "p|file:///a%20b|file:///%C3%BC|"},
+        {"p --open=%u", "p|--open=%u|", "p|--open=file:///a%20b|"},
+        {"p %i %c %k 100%%", "p|%i|%c|%k|100%%|", "p|--icon|icon|The Name|/x.desktop|100%|"},
+        {"p %d %D %n %N %v %m", "p|%d|%D|%n|%N|%v|%m|", "p|"},
+        {"p %z", "p|%z|", ""},
+        {"p 100%", "p|100%|", ""},
+        {"p x%Fy", "p|x%Fy|", ""},
+        {"p \"open", "", ""},
+        {"p 'open", "", ""},
+        {"p \\", "p|\\|", "p|\\|"},
+        {"", "", ""},
+    };
+    for (const auto& c : cases) {
+        CONTEXT(c.exec);
+        const std::vector<std::string> words = splitCommand(c.exec);
+        CHECK_EQ(joined(words, '|'), c.words);
+        CHECK_EQ(joined(expandCommand(words, fields), '|'), c.expanded);
+    }
+    CHECK_EQ(joined(expandCommand({"p", "%f", "%F", "%U", "%i"}, {}), '|'), "p|");
+}
+
+TEST(ProgramsAreFoundBehindEnvAndWineIsKnown) {
+    const struct {
+        const char *exec, *program;
+        bool isWine;
+    } cases[] = {
+        {"wine start.exe", "wine", true},
+        {"/usr/bin/wine-stable x", "/usr/bin/wine-stable", true},
+        {"wine64-development x", "wine64-development", true},
+        {"env WINEPREFIX=\"/home/u/.wine\" wine64 x", "wine64", true},
+        {"/usr/bin/env -i -u DISPLAY A=b WINE=1 wine", "wine", true},
+        {"'/home/u/Setup.EXE'", "/home/u/Setup.EXE", true},
+        {"winetricks", "winetricks", false},
+        {"winefish wine", "winefish", false},
+        {"twine", "twine", false},
+        {"env A=b", "", false},
+        {"", "", false},
+    };
+    for (const auto& c : cases) {
+        CONTEXT(c.exec);
+        const std::vector<std::string> words = splitCommand(c.exec);
+        const std::size_t index = programIndex(words);
+        const std::string program = index < words.size() ? words[index] : "";
+        CHECK_EQ(program, c.program);
+        CHECK_EQ(isWineProgram(program), c.isWine);
+    }
+    CHECK(isLauncherProgram("/usr/bin/python3.11") && isLauncherProgram("sh") && !isLauncherProgram("gimp-2.10"));
+}
+
+TEST(ForeignTextIsSafeToShow) {
+    const struct {
+        std::string text, shown;
+    } cases[] = {
+        {"Plain – naïve 名前", "Plain – naïve 名前"},
+        {"  two\n\r\tlines\x01\x7F\u0085\u2028end ", "two lines end"},
+        {"\u202Eevil\u202C \u2066x\u2069\u200F", "evil x"},
+        {"می\u200Cخواهم", "می\u200Cخواهم"},
+        {"a\xFF\xC3z\xED\xA0\x80", "a\uFFFD\uFFFDz\uFFFD\uFFFD\uFFFD"},
+        {std::string("a\0b", 3), "a b"},
+        {std::string(256, 'x'), std::string(256, 'x')},
+        {std::string(1000, 'x'), std::string(256, 'x') + "…"},
+        {"\n \u202E", ""},
+    };
+    for (const auto& c : cases) CHECK_EQ(displayText(c.text), c.shown);
+}
