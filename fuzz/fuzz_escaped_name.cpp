@@ -1,0 +1,16 @@
+// An escaped name in both forms: the decoder against the plain rules.
+#include "pane/fontcatalog/EscapedName.h"
+#include "platform/Unicode.h"
+#include "tests/fontcatalog/Reference.h"
+
+#include <cstdlib>
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const fontcatalog::Text text =
+        fontcatalog::decodedText(std::make_shared<const std::string>(reinterpret_cast<const char*>(data), size));
+    for (const bool isUnicode : {false, true}) {
+        const std::string name = fontcatalog::escapedNameForString_isUnicode(text.characters, isUnicode);
+        if (!platform::isValidUTF8(name) || name != reference::escapedName(text.characters, isUnicode)) std::abort();
+    }
+    return 0;
+}

@@ -1,0 +1,31 @@
+// A font list: the reader against the plain rules, records, their order and log lines.
+#include "tests/fontcatalog/Reference.h"
+
+#include "platform/Unicode.h"
+
+#include <cstdlib>
+
+namespace {
+
+std::optional<std::string> findEverySecond(std::string_view path) {
+    if (path.size() % 2) return std::nullopt;
+    return "/Fonts/" + std::string(path);
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    constexpr std::string_view kPath = "/Lists/AdobeFnt.lst";
+    const fontcatalog::Text text =
+        fontcatalog::decodedText(std::make_shared<const std::string>(reinterpret_cast<const char*>(data), size));
+    if (!platform::isValidUTF8(text.characters)) std::abort();
+
+    fontcatalog::NamesCollection names, expected;
+    reference::RecordingLog log, expectedLog;
+    fontcatalog::FontListReader(text, kPath, findEverySecond, log).readInto(names);
+    reference::readFontList(text.characters, kPath, findEverySecond, expected, expectedLog);
+    const auto catalogue = std::move(names).freeze(), plain = std::move(expected).freeze();
+    if (!(catalogue == plain) || catalogue.description() != plain.description()) std::abort();
+    if (log.lines != expectedLog.lines) std::abort();
+    return 0;
+}

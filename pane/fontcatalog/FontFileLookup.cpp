@@ -1,0 +1,140 @@
+#include "pane/fontcatalog/FontFileLookup.h"
+
+#include "platform/Unicode.h"
+
+#include <algorithm>
+
+namespace fontcatalog {
+namespace {
+
+using platform::FolderDomain;
+using platform::ItemKind;
+
+constexpr FolderDomain kSearchOrder[] = {FolderDomain::User, FolderDomain::Local, FolderDomain::Network};
+// Lists may name the same large folder by ever new paths through links. Beyond this each file is asked for by itself.
+constexpr std::size_t kMostNames = 1'000'000;
+constexpr std::size_t kBatch = 256;
+// Beyond these the system refuses a path or a name, however the folder's listing looks.
+constexpr std::size_t kLongestPath = 4095;
+constexpr std::size_t kLongestName = 255;
+
+void appendWithSingleSlashes(std::string_view text, std::string& path) {
+    for (const char c : text)
+        if (c != '/' || path.empty() || path.back() != '/') path += c;
+}
+
+// "." and ".." are questions to the file system: what comes before them must exist and be a folder.
+bool hasDots(std::string_view path) {
+    for (std::size_t dot = path.find("/."); dot != std::string_view::npos; dot = path.find("/.", dot + 1)) {
+        const std::string_view rest = path.substr(dot + 2);
+        if (rest.empty() || rest.front() == '/' || rest == "." || rest.starts_with("./")) return true;
+    }
+    return false;
+}
+
+std::string withCaseOfFirstLetterChanged(std::string name) {
+    const auto letter =
+        std::find_if(name.begin(), name.end(), [](unsigned char c) { return (c | 0x20) >= 'a' && (c | 0x20) <= 'z'; });
+    if (letter == name.end()) return {};
+    *letter ^= 0x20;
+    return name;
+}
+
+}  // namespace
+
+struct FontFileLookup::Listing {
+    enum class State { Listed, Missing, Unreadable } state = State::Unreadable;
+    std::unordered_map<std::string, ItemKind, StringHash, std::equal_to<>> names;
+    std::optional<bool> ignoresCase;  // not asked yet
+};
+
+struct FontFileLookup::Domain {
+    std::string folder;  // with a final slash; empty when there is no such folder
+    std::unordered_map<std::string, Listing, StringHash, std::equal_to<>> listings;  // by full path
+};
+
+FontFileLookup::FontFileLookup(platform::FileServices& files) : files_(files), namesLeft_(kMostNames) {}
+FontFileLookup::~FontFileLookup() = default;
+
+std::optional<std::string> FontFileLookup::getFontFileForSubpath(std::optional<std::string_view> relativePath) {
+    for (const FolderDomain domain : kSearchOrder)
+        if (auto path = getFontFileForSubpath_inDomain(relativePath, domain)) return path;
+    return std::nullopt;
+}
+
+std::optional<std::string> FontFileLookup::getFontFileForSubpath_inDomain(std::optional<std::string_view> relativePath,
+                                                                          FolderDomain domain) {
+    Domain& place = domainNamed(domain);
+    if (!relativePath || place.folder.empty()) return std::nullopt;
+    std::string path = place.folder;
+    path.reserve(path.size() + relativePath->size());
+    appendWithSingleSlashes(*relativePath, path);
+    if (!exists(place, path)) return std::nullopt;
+    return path;
+}
+
+FontFileLookup::Domain& FontFileLookup::domainNamed(FolderDomain domain) {
+    auto& place = domains_[domain];
+    if (place) return *place;
+    place = std::make_unique<Domain>();
+    if (const auto support = files_.folder(domain, platform::FolderKind::ApplicationSupport)) {
+        std::string folder;
+        appendWithSingleSlashes(*support + "/Adobe/Fonts/", folder);
+        if (files_.fileExists(folder)) place->folder = std::move(folder);
+    }
+    return *place;
+}
+
+bool FontFileLookup::exists(Domain& domain, std::string_view path) {
+    const std::size_t nameStart = path.rfind('/') + 1;
+    const std::string_view name = path.substr(nameStart);
+    const bool isPlain = !name.empty() && name.size() <= kLongestName && path.size() <= kLongestPath &&
+                         !hasDots(path.substr(domain.folder.size() - 1)) && path.find('\0') == std::string_view::npos;
+    if (!isPlain) return files_.fileExists(path);
+
+    const std::string_view folder = path.substr(0, nameStart);
+    Listing& listing = listingOf(domain, folder);
+    if (listing.state == Listing::State::Missing) return false;
+    if (listing.state == Listing::State::Unreadable) return files_.fileExists(path);
+    const auto found = listing.names.find(name);
+    if (found != listing.names.end()) return found->second != ItemKind::Unresolved || files_.fileExists(path);
+    // A file system may know one file by several forms of its name.
+    return (!platform::isASCII(name) || ignoresCase(listing, folder)) && files_.fileExists(path);
+}
+
+FontFileLookup::Listing& FontFileLookup::listingOf(Domain& domain, std::string_view folder) {
+    if (const auto known = domain.listings.find(folder); known != domain.listings.end()) return known->second;
+    Listing& listing = domain.listings[std::string(folder)];
+    if (namesLeft_ == 0) return listing;
+    platform::OSStatus status;
+    const auto iterator = files_.openFolder(folder, platform::FolderDetail::Names, status);
+    if (status == platform::kFileNotFound || status == platform::kNotAFolder) listing.state = Listing::State::Missing;
+    // A folder may be readable and yet closed to those who want one of its files.
+    if (!iterator || !files_.fileExists(std::string(folder) + ".")) return listing;
+    std::vector<platform::FolderEntry> entries;
+    for (iterator->nextBatch(kBatch, entries); !entries.empty(); iterator->nextBatch(kBatch, entries)) {
+        if (entries.size() > namesLeft_) {
+            namesLeft_ = 0;
+            listing.names.clear();
+            return listing;
+        }
+        namesLeft_ -= entries.size();
+        for (auto& entry : entries) listing.names.emplace(std::move(entry.name), entry.kind);
+    }
+    listing.state = Listing::State::Listed;
+    return listing;
+}
+
+bool FontFileLookup::ignoresCase(Listing& listing, std::string_view folder) {
+    if (listing.ignoresCase) return *listing.ignoresCase;
+    listing.ignoresCase = false;
+    for (const auto& [name, kind] : listing.names) {
+        const std::string other = withCaseOfFirstLetterChanged(name);
+        if (other.empty() || kind == ItemKind::Unresolved || listing.names.contains(other)) continue;
+        listing.ignoresCase = files_.fileExists(std::string(folder) + other);
+        break;
+    }
+    return *listing.ignoresCase;
+}
+
+}  // namespace fontcatalog

@@ -1,0 +1,53 @@
+// Adobe's font list files: text with one record for each font.
+//
+//     %!Adobe-FontList 1.07
+//     %BeginFont
+//     FontName:Times-Bold
+//     FamilyName:Times
+//     FullName:Times Bold
+//     OutlineFileName:\Times\TimesBol
+//     %EndFont
+#pragma once
+
+#include "pane/fontcatalog/NamesCollection.h"
+#include "pane/fontcatalog/TextEncoding.h"
+#include "platform/Log.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace fontcatalog {
+
+// The full path of an outline font file named by a relative path with forward slashes; nothing when there is none.
+using FontFileFinder = std::function<std::optional<std::string>(std::string_view relativePath)>;
+
+// Reads the records of one list file. They share the list's text, which lives as long as any of them.
+class FontListReader {
+public:
+    // What is referred to must outlive the reader. A path that is not valid UTF-8 is not put into records.
+    FontListReader(const Text& list, std::string_view path, const FontFileFinder& findFontFile, platform::Log& log);
+    ~FontListReader();
+    FontListReader(const FontListReader&) = delete;
+
+    // The record in a part of the list's text, a dictionary from string to string, not empty; nothing when no line has
+    // both a key and a value. A key is what stands before a line's first colon, as it is, and may be empty; the value
+    // is what follows.
+    //
+    // "FullName" is the record's family name when it has both, and "RealFullName" then its full name: the catalogue
+    // groups the faces of a family under "FullName". A record with "OutlineFileName" also gets "FontListFilePath", and
+    // "FontFilePath" when the file is found.
+    platform::PropertyList recordIn(std::string_view recordText);
+
+    // Puts every record that has a "FontName" and a "FullName" into the collection, the later in place of the earlier.
+    // Two records of one name whose "FullName" differ are logged.
+    void readInto(NamesCollection& names);
+
+private:
+    struct Impl;
+    std::unique_ptr<Impl> impl_;
+};
+
+}  // namespace fontcatalog

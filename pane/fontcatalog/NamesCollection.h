@@ -1,0 +1,10 @@
+#pragma once
+
+#include "platform/PropertyList.h"
+
+namespace fontcatalog {
+
+// Font records, dictionaries from string to string, by PostScript name.
+using NamesCollection = platform::MutableDictionary;
+
+}  // namespace fontcatalog
