@@ -1,0 +1,56 @@
+#include "host/HostPlatform.h"
+
+#include "host/RuntimeLoader.h"
+#include "platform/linux/DiskPreferences.h"
+#include "platform/linux/FolderBundle.h"
+#include "platform/linux/LinuxApplications.h"
+#include "platform/linux/LinuxFiles.h"
+#include "platform/linux/LinuxSystem.h"
+#include "platform/linux/SystemLog.h"
+#include "platform/qt/QtRunLoop.h"
+#include "platform/qt/QtToolkit.h"
+#include "platform/qt/dbus/DBusNotificationCenter.h"
+
+namespace host {
+
+using namespace platform;
+
+struct HostPlatform::Parts {
+    posix::SystemLog log;
+    posix::DiskPreferences preferences{posix::preferencesFolder(), log};
+    qt::DBusNotificationCenter notifications{log};
+    posix::FolderBundles bundles;
+    LinuxFiles files;
+    posix::LinuxApplications applications;
+    posix::LinuxSystem system;
+    qt::QtRunLoop runLoop;
+    qt::QtToolkit toolkit{[this](std::string_view path) {
+        auto application = applications.applicationAtPath(path);
+        return application ? application->iconName : std::string();
+    }};
+};
+
+HostPlatform::HostPlatform() : parts_(new Parts) { parts_->bundles.addLoaded(loadRuntime(parts_->files)); }
+
+HostPlatform::~HostPlatform() = default;
+
+Platform HostPlatform::forPane(Bundle& bundle, PaneHost& host) {
+    Parts& p = *parts_;
+    return {.paneBundle = bundle,
+            .host = host,
+            .preferences = p.preferences,
+            .notifications = p.notifications,
+            .bundles = p.bundles,
+            .files = p.files,
+            .applications = p.applications,
+            .system = p.system,
+            .runLoop = p.runLoop,
+            .toolkit = p.toolkit,
+            .log = p.log};
+}
+
+void HostPlatform::setWindow(QWidget* window) { parts_->toolkit.setWindow(window); }
+
+BundleServices& HostPlatform::bundles() { return parts_->bundles; }
+
+}  // namespace host

@@ -1,0 +1,144 @@
+#include "platform/qt/QtControls.h"
+
+#include <QAccessible>
+#include <QEvent>
+#include <QSignalBlocker>
+#include <QTabBar>
+
+#include <algorithm>
+
+namespace platform::qt {
+
+namespace {
+
+constexpr const char* kHideWhenEmpty = "hideWhenEmpty";
+
+Size toSize(QSize size) { return {double(size.width()), double(size.height())}; }
+
+QString withoutMnemonic(QString text) {
+    static const QString kMark = QStringLiteral("&");
+    for (int i = 0; (i = static_cast<int>(text.indexOf(kMark, i))) >= 0; ++i) text.remove(i, 1);
+    return text;
+}
+
+// One red cannot be read on both a light and a dark ground.
+QColor alertColor(const QPalette& palette) {
+    bool isDark = palette.color(QPalette::Window).lightness() < 128;
+    return isDark ? QColor(0xff, 0x8a, 0x80) : QColor(0xb7, 0x1c, 0x1c);
+}
+
+// Keeps an alerting label readable when the theme changes under it.
+class AlertTone final : public QObject {
+public:
+    explicit AlertTone(QLabel& label) : QObject(&label), label_(label) {
+        setObjectName(kName);
+        label.installEventFilter(this);
+        apply();
+    }
+    static void set(QLabel& label, bool alert) {
+        auto* tone = label.findChild<QObject*>(kName, Qt::FindDirectChildrenOnly);
+        if (alert == (tone != nullptr)) return;
+        if (alert) {
+            new AlertTone(label);
+        } else {
+            delete tone;
+            label.setPalette({});
+        }
+    }
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() == QEvent::PaletteChange) apply();
+        return false;
+    }
+
+private:
+    static inline const QString kName = QStringLiteral("alertTone");
+    void apply() {
+        QColor color = alertColor(label_.palette());
+        if (label_.palette().color(QPalette::WindowText) == color) return;
+        QPalette palette;
+        palette.setColor(QPalette::WindowText, color);
+        label_.setPalette(palette);
+    }
+    QLabel& label_;
+};
+
+int clampedTo(std::int64_t number, const QSpinBox& box) {
+    return static_cast<int>(std::clamp<std::int64_t>(number, box.minimum(), box.maximum()));
+}
+
+}  // namespace
+
+void QtButton::setState(bool on) {
+    QSignalBlocker quiet(widget_);
+    widget_.setChecked(on);
+}
+
+std::string QtButton::title() const { return withoutMnemonic(widget_.text()).toStdString(); }
+
+QtLabel::QtLabel(QLabel& label) : WidgetView(label), designedAlignment_(label.alignment()) {
+    if (label.property(kHideWhenEmpty).toBool()) label.setVisible(!label.text().isEmpty());
+}
+
+void QtLabel::setStringValue(std::string_view text, TextTone tone) {
+    bool alert = tone == TextTone::Alert;
+    QString shown = toQString(text);
+    bool changed = shown != widget_.text();
+    widget_.setTextFormat(Qt::PlainText);  // names of files and applications are no markup
+    widget_.setText(shown);
+    AlertTone::set(widget_, alert);
+    widget_.setAlignment(alert ? Qt::Alignment(Qt::AlignCenter) : designedAlignment_);
+    if (widget_.property(kHideWhenEmpty).toBool()) widget_.setVisible(!shown.isEmpty());
+    if (alert && changed) {
+        QAccessibleEvent event(&widget_, QAccessible::Alert);
+        QAccessible::updateAccessibility(&event);
+    }
+}
+
+void QtLabel::setIntegerValue(std::int64_t number) { setStringValue(std::to_string(number), TextTone::Normal); }
+
+void QtLabel::setSelectable(bool selectable) {
+    constexpr auto kSelectable = Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard;
+    widget_.setTextInteractionFlags(selectable ? Qt::TextInteractionFlags(kSelectable) : Qt::NoTextInteraction);
+}
+
+Size QtLabel::cellSizeForBounds(const Rect& bounds) const {
+    if (!widget_.wordWrap()) return toSize(widget_.sizeHint());
+    return {bounds.size.width, double(widget_.heightForWidth(static_cast<int>(bounds.size.width)))};
+}
+
+void QtLineEdit::setStringValue(std::string_view text, TextTone) {
+    QSignalBlocker quiet(widget_);
+    widget_.setText(toQString(text));
+    widget_.setCursorPosition(0);
+}
+
+void QtLineEdit::setIntegerValue(std::int64_t number) { setStringValue(std::to_string(number), TextTone::Normal); }
+
+Size QtLineEdit::cellSizeForBounds(const Rect& bounds) const {
+    return {bounds.size.width, double(widget_.sizeHint().height())};
+}
+
+void QtSpinBox::setStringValue(std::string_view text, TextTone) { setIntegerValue(toQString(text).toLongLong()); }
+
+void QtSpinBox::setIntegerValue(std::int64_t number) {
+    QSignalBlocker quiet(widget_);
+    widget_.setValue(clampedTo(number, widget_));
+}
+
+Size QtSpinBox::cellSizeForBounds(const Rect& bounds) const {
+    return {bounds.size.width, double(widget_.sizeHint().height())};
+}
+
+void QtPopUpButton::selectItem(int index) {
+    if (index < 0 || index >= widget_.count()) return;
+    QSignalBlocker quiet(widget_);
+    widget_.setCurrentIndex(index);
+}
+
+void QtTabView::setControlTint(ControlTint tint) {
+    QColor color;  // an invalid colour is the style's own
+    if (tint == ControlTint::Clear) color = widget_.palette().color(QPalette::Disabled, QPalette::WindowText);
+    for (int i = 0; i < widget_.count(); ++i) widget_.tabBar()->setTabTextColor(i, color);
+}
+
+}  // namespace platform::qt

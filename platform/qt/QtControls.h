@@ -1,0 +1,81 @@
+// Buttons, fields, menus and tabs. Setters never cause an action: only the user's own changes do.
+#pragma once
+
+#include "platform/qt/WidgetView.h"
+
+#include <QAbstractButton>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QSpinBox>
+#include <QTabWidget>
+
+namespace platform::qt {
+
+class QtButton final : public WidgetView<Button, QAbstractButton> {
+public:
+    using WidgetView::WidgetView;
+    bool state() const override { return widget_.isChecked(); }
+    void setState(bool on) override;
+    std::string title() const override;
+    std::int64_t integerValue() const override { return state() ? 1 : 0; }
+};
+
+// A label with the dynamic property "hideWhenEmpty" takes no room while it has no text.
+class QtLabel final : public WidgetView<TextField, QLabel> {
+public:
+    explicit QtLabel(QLabel& label);
+    std::string stringValue() const override { return widget_.text().toStdString(); }
+    std::string title() const override { return stringValue(); }
+    std::int64_t integerValue() const override { return widget_.text().toLongLong(); }
+    void setStringValue(std::string_view text, TextTone tone) override;
+    void setIntegerValue(std::int64_t number) override;
+    void setSelectable(bool selectable) override;
+    Size cellSizeForBounds(const Rect& bounds) const override;
+
+private:
+    Qt::Alignment designedAlignment_;
+};
+
+class QtLineEdit final : public WidgetView<TextField, QLineEdit> {
+public:
+    using WidgetView::WidgetView;
+    std::string stringValue() const override { return widget_.text().toStdString(); }
+    std::int64_t integerValue() const override { return widget_.text().toLongLong(); }
+    void setStringValue(std::string_view text, TextTone tone) override;
+    void setIntegerValue(std::int64_t number) override;
+    Size cellSizeForBounds(const Rect& bounds) const override;
+};
+
+// Shows a number outside its range as the nearest one inside it.
+class QtSpinBox final : public WidgetView<TextField, QSpinBox> {
+public:
+    using WidgetView::WidgetView;
+    std::string stringValue() const override { return std::to_string(widget_.value()); }
+    std::int64_t integerValue() const override { return widget_.value(); }
+    void setStringValue(std::string_view text, TextTone tone) override;
+    void setIntegerValue(std::int64_t number) override;
+    Size cellSizeForBounds(const Rect& bounds) const override;
+};
+
+class QtPopUpButton final : public WidgetView<PopUpButton, QComboBox> {
+public:
+    using WidgetView::WidgetView;
+    std::string title() const override { return widget_.currentText().toStdString(); }
+    int selectedRow() const override { return widget_.currentIndex(); }
+    std::int64_t integerValue() const override { return widget_.currentIndex(); }
+    void selectItem(int index) override;
+    std::string itemTitle(int index) const override { return widget_.itemText(index).toStdString(); }
+    int itemCount() const override { return widget_.count(); }
+};
+
+class QtTabView final : public WidgetView<TabView, QTabWidget> {
+public:
+    using WidgetView::WidgetView;
+    void setControlTint(ControlTint tint) override;
+    void setNeedsDisplay() override { widget_.update(); }
+};
+
+using QtPlainView = WidgetView<View, QWidget>;
+
+}  // namespace platform::qt

@@ -1,0 +1,129 @@
+#include "platform/qt/QtPanel.h"
+
+#include <QAbstractButton>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <cmath>
+#include <functional>
+#include <utility>
+#include <vector>
+
+namespace platform::qt {
+
+namespace {
+
+// Escape and the window's close button end the sheet; its code then takes it off the screen.
+class SheetDialog final : public QDialog {
+public:
+    explicit SheetDialog(QWidget* parent) : QDialog(parent, Qt::Sheet) { setWindowModality(Qt::WindowModal); }
+    void reject() override {
+        if (panel) panel->endSheet(0);
+    }
+    Panel* panel = nullptr;
+};
+
+QDialog& makeDialog(QWidget& content) {
+    auto* dialog = new SheetDialog(content.parentWidget());
+    dialog->setObjectName(content.objectName() + QStringLiteral("Window"));
+    dialog->setWindowTitle(content.windowTitle());
+    return *dialog;
+}
+
+QList<QWidget*> directChildren(const QWidget& content) {
+    return content.findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
+}
+
+QRect scaled(const QRect& r, double factor) {
+    auto times = [factor](int value) { return static_cast<int>(std::lround(value * factor)); };
+    return {times(r.x()), times(r.y()), times(r.width()), times(r.height())};
+}
+
+void enlargeForText(QWidget& content) {
+    double factor = double(content.fontMetrics().height()) / QtPanel::kDesignLineHeight;
+    if (factor <= 1) return;
+    for (QWidget* child : directChildren(content)) child->setGeometry(scaled(child->geometry(), factor));
+    content.resize(scaled({QPoint(), content.size()}, factor).size());
+}
+
+// Buttons of the left half grow to the right; those of the right half push their left neighbours along.
+void fitButtons(QWidget& content) {
+    struct Placed {
+        QAbstractButton* button;
+        QRect designed;
+    };
+    std::vector<Placed> rightHand;
+    for (QWidget* child : directChildren(content)) {
+        auto* button = qobject_cast<QAbstractButton*>(child);
+        if (!button) continue;
+        QRect designed = button->geometry();
+        if (designed.center().x() > content.width() / 2) rightHand.push_back({button, designed});
+        QSize wanted = button->sizeHint();
+        button->resize(std::max(wanted.width(), designed.width()), wanted.height());
+    }
+    std::ranges::sort(rightHand, std::greater(), [](const Placed& p) { return p.designed.x(); });
+    int right = content.width(), designedRight = right;
+    for (const auto& [button, designed] : rightHand) {
+        right -= std::max(0, designedRight - designed.x() - designed.width()) + button->width();
+        designedRight = designed.x();
+        button->move(right, button->y());
+    }
+}
+
+// A button learns that it is the default one from the dialog it is in when told so.
+void settleDefaultButton(QWidget& content) {
+    for (auto* button : content.findChildren<QPushButton*>()) {
+        if (!button->isDefault()) continue;
+        button->setDefault(false);
+        button->setDefault(true);
+    }
+}
+
+}  // namespace
+
+QtPanel::QtPanel(QWidget& content) : WidgetView(makeDialog(content)), content_(content) {
+    static_cast<SheetDialog&>(widget_).panel = this;
+    content.setParent(&widget_);
+    content.move(0, 0);
+    if (content.layout()) {
+        auto* layout = new QVBoxLayout(&widget_);
+        layout->setContentsMargins(0, 0, 0, 0);
+        layout->addWidget(&content);
+    } else {
+        enlargeForText(content);
+        fitButtons(content);
+        widget_.setFixedSize(content.size());
+    }
+    content.show();
+    settleDefaultButton(content);
+}
+
+Size QtPanel::contentSize() const { return {double(content_.width()), double(content_.height())}; }
+
+void QtPanel::setContentSize(const Size& size) {
+    QSize whole(static_cast<int>(std::lround(size.width)), static_cast<int>(std::lround(size.height)));
+    if (content_.layout()) {
+        widget_.resize(whole);
+    } else {
+        content_.resize(whole);
+        widget_.setFixedSize(whole);
+    }
+}
+
+void QtPanel::beginSheet(std::function<void(int)> didEnd) {
+    endSheet(0);
+    didEnd_ = std::move(didEnd);
+    widget_.show();
+    widget_.raise();
+    widget_.activateWindow();
+}
+
+// A sheet that its handler leaves on the screen would lock the window for good.
+void QtPanel::endSheet(int returnCode) {
+    if (!didEnd_) return;
+    std::exchange(didEnd_, nullptr)(returnCode);
+    if (!didEnd_) widget_.hide();
+}
+
+}  // namespace platform::qt

@@ -1,0 +1,34 @@
+// A sheet: a window-modal dialog around a widget of the interface file.
+//
+// A content without a layout keeps the places that its code gives it. Such a content is made for a line height of
+// kDesignLineHeight; with larger text it is enlarged as a whole, and its buttons grow to what their labels need, those
+// in the right half to the left.
+#pragma once
+
+#include "platform/qt/WidgetView.h"
+
+#include <QDialog>
+
+namespace platform::qt {
+
+class QtPanel final : public WidgetView<Panel, QDialog> {
+public:
+    static constexpr int kDesignLineHeight = 17;
+
+    // The dialog takes the content out of its parent, whose child it becomes.
+    explicit QtPanel(QWidget& content);
+
+    Rect frame() const override { return {{}, contentSize()}; }
+    void setFrame(const Rect& frame) override { setContentSize(frame.size); }
+    Size contentSize() const override;
+    void setContentSize(const Size& size) override;
+    void beginSheet(std::function<void(int returnCode)> didEnd) override;
+    void endSheet(int returnCode) override;
+    void orderOut() override { widget_.hide(); }
+
+private:
+    QWidget& content_;
+    std::function<void(int)> didEnd_;
+};
+
+}  // namespace platform::qt

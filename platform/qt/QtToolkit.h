@@ -1,0 +1,47 @@
+// Images, icons and alerts. Images are kept, so that a table may ask for them each time it paints a cell.
+#pragma once
+
+#include "platform/InterfaceToolkit.h"
+#include "platform/qt/QtImage.h"
+
+#include <QDateTime>
+#include <QHash>
+#include <QPointer>
+#include <QWidget>
+
+namespace platform::qt {
+
+class QtToolkit final : public InterfaceToolkit {
+public:
+    // Gives the icon's name in the theme, or the absolute path of an image, of the application that a file stands for;
+    // empty when it stands for none.
+    using IconNameFinder = std::function<std::string(std::string_view path)>;
+
+    explicit QtToolkit(IconNameFinder iconName) : iconName_(std::move(iconName)) {}
+    // Alerts stand on this window, and the application icon is its icon. Null: no window yet.
+    void setWindow(QWidget* window) { window_ = window; }
+
+    ImageRef imageAtPath(std::string_view path) override;
+    ImageRef workspaceIcon(std::string_view path) override;
+    ImageRef genericApplicationIcon() override;
+    ImageRef applicationIcon() override;
+    void setApplicationIcon(const ImageRef& image) override;
+    void runAlert(std::string_view title, std::string_view message) override;
+    void beep() override;
+
+private:
+    struct Kept {
+        QDateTime modified;
+        ImageRef image;
+    };
+    using Cache = QHash<QString, Kept>;
+    template <typename Make>
+    static ImageRef kept(Cache& cache, const QString& path, Make make);
+
+    IconNameFinder iconName_;
+    QPointer<QWidget> window_;
+    Cache images_, workspaceIcons_;
+    ImageRef genericIcon_;
+};
+
+}  // namespace platform::qt

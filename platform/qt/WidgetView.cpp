@@ -1,0 +1,34 @@
+#include "platform/qt/WidgetView.h"
+
+#include <cmath>
+
+namespace platform::qt {
+
+QWidget* widgetOf(View* view) {
+    auto* holder = dynamic_cast<HasWidget*>(view);
+    return holder ? holder->qWidget() : nullptr;
+}
+
+namespace {
+
+int heightAround(const QWidget& widget) {
+    return widget.parentWidget() && !widget.isWindow() ? widget.parentWidget()->height() : widget.height();
+}
+
+int rounded(double points) { return static_cast<int>(std::lround(points)); }
+
+}  // namespace
+
+Rect frameOf(const QWidget& widget) {
+    QRect g = widget.geometry();
+    double y = heightAround(widget) - (g.y() + g.height());
+    return {{double(g.x()), y}, {double(g.width()), double(g.height())}};
+}
+
+void setFrameOf(QWidget& widget, const Rect& frame) {
+    int height = rounded(frame.size.height);
+    int top = heightAround(widget) - rounded(frame.origin.y) - height;
+    widget.setGeometry(rounded(frame.origin.x), top, rounded(frame.size.width), height);
+}
+
+}  // namespace platform::qt

@@ -1,0 +1,42 @@
+// What every wrapper of a widget shares. A wrapper does not own its widget and must not be used after it.
+#pragma once
+
+#include "platform/Controls.h"
+#include "platform/qt/Text.h"
+
+#include <QVariant>
+#include <QWidget>
+
+namespace platform::qt {
+
+class HasWidget {
+public:
+    virtual ~HasWidget() = default;
+    virtual QWidget* qWidget() const = 0;
+};
+
+// The widget behind a view that this toolkit made; null for any other.
+QWidget* widgetOf(View* view);
+
+Rect frameOf(const QWidget& widget);
+void setFrameOf(QWidget& widget, const Rect& frame);
+
+template <typename Base, typename Widget>
+class WidgetView : public Base, public HasWidget {
+public:
+    explicit WidgetView(Widget& widget) : widget_(widget) {}
+    QWidget* qWidget() const override { return &widget_; }
+
+    // The control's own state, whatever the state of what surrounds it.
+    bool isEnabled() const override { return !widget_.testAttribute(Qt::WA_ForceDisabled); }
+    void setEnabled(bool enabled) override { widget_.setEnabled(enabled); }
+    void setToolTip(std::string_view text) override { widget_.setToolTip(toQString(text)); }
+    Rect frame() const override { return frameOf(widget_); }
+    void setFrame(const Rect& frame) override { setFrameOf(widget_, frame); }
+    int tag() const override { return widget_.property("tag").toInt(); }
+
+protected:
+    Widget& widget_;
+};
+
+}  // namespace platform::qt

@@ -1,0 +1,30 @@
+// Hands each signal of one kind to a function, on the thread that made the receiver.
+#pragma once
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QObject>
+
+#include <functional>
+
+namespace platform::qt {
+
+class SignalReceiver final : public QObject {
+    Q_OBJECT
+
+public:
+    using Handler = std::function<void(const QDBusMessage&)>;
+    // Signals of another signature than the given one are left out. Arguments that must equal given texts: a null text
+    // accepts any.
+    SignalReceiver(QDBusConnection bus, const char* path, const char* interface, const char* member,
+                   const QStringList& arguments, const char* signature, Handler handler);
+
+private Q_SLOTS:
+    void receive(const QDBusMessage& message);
+
+private:
+    const char* signature_;
+    Handler handler_;
+};
+
+}  // namespace platform::qt
