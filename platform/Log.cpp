@@ -106,7 +106,7 @@ std::string converted(const Directive& directive, const FormatArgument& argument
         case 'e':
             return printed(directive, "", directive.conversion, argument.real());
         case 'c':
-            return {1, static_cast<char>(argument.integer())};
+            return std::string(1, static_cast<char>(argument.integer()));
         default:
             return {};
     }

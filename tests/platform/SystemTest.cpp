@@ -1,0 +1,87 @@
+#include "platform/linux/FolderBundle.h"
+#include "platform/linux/LinuxSystem.h"
+#include "tests/support/Check.h"
+
+#include <filesystem>
+
+using namespace platform;
+using namespace platform::posix;
+
+namespace {
+
+constexpr const char* kInfo =
+    "<plist><dict><key>CFBundleIdentifier</key><string>org.test</string>"
+    "<key>CFBundleExecutable</key><string>Code</string></dict></plist>";
+constexpr const char* kStrings = "<plist><dict><key>Hello</key><string>Servus</string></dict></plist>";
+
+}  // namespace
+
+TEST(SystemVersionComesFromOsRelease) {
+    struct Case {
+        const char *release, *debian;
+        SystemVersion expected;
+    };
+    const Case cases[] = {
+        {"ID=debian\nVERSION_ID=\"12\"\n", "12.11\n", {12, 11, 0}},
+        {"ID=debian\nVERSION_ID=\"12\"\n", "trixie/sid\n", {12, 0, 0}},
+        {"ID=ubuntu\nVERSION_ID=\"24.04\"\n", "trixie/sid\n", {24, 4, 0}},
+        {"NAME=x\nVERSION_ID='5.15.3'", "", {5, 15, 3}},
+        {"ID=arch\nBUILD_ID=rolling\n", "", {0, 0, 0}},
+        {"VERSION_ID=\nXVERSION_ID=9\n", "", {0, 0, 0}},
+        {"VERSION_ID=99999999999999999999", "", {0, 0, 0}},
+        {"", "", {0, 0, 0}},
+    };
+    for (const Case& c : cases) {
+        CONTEXT(c.release);
+        CHECK(parseSystemVersion(c.release, c.debian) == c.expected);
+    }
+    CHECK_EQ(LinuxSystem().gestalt(fourCharCode("sysv")).value_or(0), 0x1049U);
+    CHECK(!LinuxSystem().gestalt(fourCharCode("none")));
+}
+
+TEST(TheUserIdCanBeStoodInForByANumberOnly) {
+    for (auto [text, isTaken] : {std::pair{"1234", true}, {"", false}, {"12x", false}, {"-1", false}}) {
+        check::ScopedEnvironment environment("TYPESLATE_UID", text);
+        CHECK_EQ(LinuxSystem().realUserID() == 1234, isTaken);
+    }
+}
+
+TEST(LanguagesFollowTheEnvironment) {
+    struct Case {
+        const char *language, *lcAll, *lang;
+        std::vector<std::string> expected;
+    };
+    const Case cases[] = {
+        {nullptr, nullptr, "de_AT.UTF-8@euro", {"de_AT", "de", "en"}},
+        {"fr:de_CH", nullptr, "ja_JP.UTF-8", {"fr", "de_CH", "de", "en"}},
+        {"fr", "C", "ja_JP", {"en"}},
+        {nullptr, "../../etc", nullptr, {"en"}},
+        {nullptr, nullptr, nullptr, {"en"}},
+    };
+    for (const Case& c : cases) {
+        check::ScopedEnvironment a("LANGUAGE", c.language), b("LC_ALL", c.lcAll), d("LANG", c.lang),
+            e("LC_MESSAGES", nullptr);
+        CHECK_EQ(preferredLanguages(), c.expected);
+    }
+}
+
+TEST(BundlesGiveTheirResourcesByLanguage) {
+    check::TemporaryFolder folder;
+    std::string resources = folder / "A.app/Contents/Resources/";
+    std::filesystem::create_directories(resources + "de.lproj");
+    check::ScopedEnvironment a("LANGUAGE", nullptr), b("LC_ALL", "de_AT.UTF-8");
+    CHECK(!FolderBundle::open(folder / "A.app"));
+    check::writeFile(folder / "A.app/Contents/Info.plist", kInfo);
+    check::writeFile(resources + "de.lproj/Localizable.strings", kStrings);
+    check::writeFile(resources + "Icon.png", "x");
+    auto bundle = FolderBundle::open((folder / "A.app") + "//");
+    REQUIRE(bundle != nullptr);
+    CHECK_EQ(bundle->path(), folder / "A.app");
+    CHECK_EQ(bundle->identifier(), "org.test");
+    CHECK_EQ(bundle->resourcePath("Icon", "png").value_or(""), resources + "Icon.png");
+    CHECK_EQ(bundle->resourcePath("Localizable", "strings").value_or(""), resources + "de.lproj/Localizable.strings");
+    for (const char* name : {"../Info", "", ".", "none"}) CHECK(!bundle->resourcePath(name, "plist"));
+    CHECK_EQ(bundle->localizedString("Hello"), "Servus");
+    CHECK_EQ(bundle->localizedString("Bye"), "Bye");
+    CHECK(bundle->functionNamed("none") == nullptr);
+}
