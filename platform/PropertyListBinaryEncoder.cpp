@@ -269,6 +269,12 @@ private:
 
 }  // namespace
 
+bool expandsTooFar(const PropertyList& value) {
+    std::uint64_t weight = PropertyListStorage::weight(*value.node());
+    return !PropertyListStorage::warrants(0, weight) &&
+           !PropertyListStorage::warrants(Layout(value.node()).stored, weight);
+}
+
 std::string encodeBinaryPropertyList(const PropertyList& value) {
     Layout layout(value.node());
     if (!PropertyListStorage::warrants(layout.stored, PropertyListStorage::weight(*value.node()))) return {};

@@ -18,7 +18,8 @@ PropertyList decodePropertyList(std::shared_ptr<const std::string> bytes) {
 
 std::string encodePropertyList(const PropertyList& value, PropertyListFormat format) {
     if (!value || value.node()->height > PropertyList::kMaximumDepth) return {};
-    return format == PropertyListFormat::Binary ? encodeBinaryPropertyList(value) : encodeXMLPropertyList(value);
+    if (format == PropertyListFormat::Binary) return encodeBinaryPropertyList(value);
+    return expandsTooFar(value) ? std::string() : encodeXMLPropertyList(value);
 }
 
 }  // namespace platform

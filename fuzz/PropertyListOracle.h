@@ -1,0 +1,22 @@
+// What must hold for every value that a codec made of foreign bytes.
+#pragma once
+
+#include "platform/PropertyListCodec.h"
+
+#include <cstdlib>
+
+inline void expect(bool holds) {
+    if (!holds) std::abort();
+}
+
+// What was read can be written, and reads as the same value.
+inline void expectRoundTrip(const platform::PropertyList& value, platform::PropertyListFormat format) {
+    std::string bytes = encodePropertyList(value, format);
+    expect(!bytes.empty() && platform::decodePropertyList(bytes) == value);
+}
+
+// Every element and every key is found where it stands.
+inline void expectLookUps(const platform::PropertyList& value) {
+    for (std::size_t i = 0; i < value.size() && value.isArray(); ++i) expect(value[i] == value.elements()[i]);
+    for (const auto& entry : value.entries()) expect(value[entry.key.stringValue()] == entry.value);
+}
