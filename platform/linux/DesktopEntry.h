@@ -1,6 +1,6 @@
 // The reader of desktop entries: files that tell how a program is started and shown.
 //
-// Format: https://specifications.freedesktop.org/desktop-entry-spec/1.5/. Only the keys that decide whether an
+// The format is that of freedesktop.org's desktop-entry rules, version 1.5. Only the keys that decide whether an
 // application is there, what it is called and how it starts are kept.
 #pragma once
 

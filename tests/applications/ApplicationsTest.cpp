@@ -1,6 +1,5 @@
 #include "Machine.h"
 
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -235,6 +234,9 @@ TEST(ItemsAreDescribedWhereverTheyAre) {
     CHECK_EQ(applications.itemInformation("bin/prog", information), kParamErr);
     CHECK_EQ(applications.itemInformation("", information), kParamErr);
     CHECK_EQ(applications.displayName("/"), "/");
+    fs::permissions(machine.path("Desktop/broken.desktop"), fs::perms::none);
+    if (::geteuid() != 0)  // root reads everything
+        CHECK_EQ(applications.itemInformation(machine.path("Desktop/broken.desktop"), information), kPermissionErr);
     applications.itemInformation(machine.path("Desktop/Full.app"), information);
     CHECK_EQ(information.creator, fourCharCode("TSlt"));
     const auto icon = [&](const char* path) {
