@@ -10,7 +10,7 @@
 
 namespace platform {
 
-// Seeded afresh in every process, so that a hostile file cannot hold keys that collide.
+// Seeded afresh in every process, and alike in all its libraries, so that a hostile file cannot hold keys that collide.
 std::uint32_t hashText(std::string_view text) noexcept;
 std::uint32_t hashNumber(std::uint64_t bits) noexcept;
 

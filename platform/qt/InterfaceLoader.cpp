@@ -1,13 +1,12 @@
 #include "platform/qt/InterfaceLoader.h"
 
+#include "platform/qt/FittingScrollArea.h"
 #include "platform/qt/QtControls.h"
 #include "platform/qt/QtPanel.h"
 #include "platform/qt/QtTableView.h"
 
 #include <QFile>
 #include <QIcon>
-#include <QScrollArea>
-#include <QScrollBar>
 #include <QUiLoader>
 
 namespace platform::qt {
@@ -65,15 +64,17 @@ void scaleFont(QWidget& widget) {
     widget.setFont(font);
 }
 
-// A frameless area that scrolls up and down only is as wide as its content, and shows what lies behind it.
-void settleScrollArea(QWidget& widget) {
-    auto* area = qobject_cast<QScrollArea*>(&widget);
-    if (!area || area->frameShape() != QFrame::NoFrame || !area->widget()) return;
-    area->viewport()->setAutoFillBackground(false);
-    area->widget()->setAutoFillBackground(false);
-    int bar = area->verticalScrollBar()->sizeHint().width();
-    area->setMinimumWidth(area->widget()->minimumSizeHint().width() + bar);
-}
+// Designer's loader without its plug-ins, whose search costs more than all the rest.
+class WidgetLoader final : public QUiLoader {
+public:
+    WidgetLoader() { clearPluginPaths(); }
+    QWidget* createWidget(const QString& className, QWidget* parent, const QString& name) override {
+        if (className != QStringLiteral("QScrollArea")) return QUiLoader::createWidget(className, parent, name);
+        auto* area = new FittingScrollArea(parent);
+        area->setObjectName(name);
+        return area;
+    }
+};
 
 // Children that widgets make for themselves have no name, or one that begins with "qt_".
 bool isNamed(const QWidget& widget) {
@@ -92,8 +93,7 @@ public:
             error = path + ": " + file.errorString().toStdString();
             return nullptr;
         }
-        QUiLoader loader;
-        loader.clearPluginPaths();  // searching for Designer's plug-ins costs more than all the rest
+        WidgetLoader loader;
         QWidget* root = loader.load(&file);
         if (!root) {
             error = path + ": " + loader.errorString().toStdString();
@@ -120,7 +120,7 @@ private:
         connectAction(widget, *view, owner_, *result_->connections_);
         showImage(widget, resources_);
         scaleFont(widget);
-        settleScrollArea(widget);
+        if (auto* area = dynamic_cast<FittingScrollArea*>(&widget)) area->showWhatLiesBehind();
     }
 
     InterfaceOwner& owner_;

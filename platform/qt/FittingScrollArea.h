@@ -1,0 +1,25 @@
+// An area that scrolls up and down only: it asks for its content's whole size, and for a scroll bar's width more while
+// it has less height than that.
+#pragma once
+
+#include <QScrollArea>
+
+namespace platform::qt {
+
+class FittingScrollArea final : public QScrollArea {
+public:
+    explicit FittingScrollArea(QWidget* parent) : QScrollArea(parent) {}
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+    // Frameless, it shows what lies behind it.
+    void showWhatLiesBehind();
+
+private:
+    int widthBesideContent() const;
+    void resizeEvent(QResizeEvent* event) override;
+
+    bool isTooLow_ = false;
+};
+
+}  // namespace platform::qt
