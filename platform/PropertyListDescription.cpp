@@ -85,7 +85,7 @@ void appendValue(std::string& text, const PropertyList& value, unsigned depth) {
         case Type::Real:
             return appendNumber(text, value.realValue());
         case Type::Date:
-            text += '"' + dateDescription(*value.dateValue()) + '"';
+            appendQuoted(text, dateDescription(*value.dateValue()));
             return;
         case Type::Data:
             return appendData(text, value.dataValue());

@@ -65,7 +65,7 @@ std::string show(const platform::PropertyList& value);
 template <typename T>
 std::string show(const T& value) {
     if constexpr (std::is_convertible_v<T, std::string_view>) {
-        return "\"" + std::string(std::string_view(value)) + "\"";
+        return std::string("\"").append(std::string_view(value)).append("\"");
     } else if constexpr (std::is_same_v<T, bool>) {
         return value ? "true" : "false";
     } else if constexpr (requires(std::ostream & out) { out << value; }) {
@@ -77,7 +77,7 @@ std::string show(const T& value) {
                              value.end();
                          }) {
         std::string text = "[";
-        for (const auto& element : value) text += (text.size() > 1 ? ", " : "") + show(element);
+        for (const auto& element : value) text.append(text.size() > 1 ? ", " : "").append(show(element));
         return text + "]";
     } else {
         return "(a value)";

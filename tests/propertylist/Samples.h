@@ -1,0 +1,42 @@
+// Values that several tests look at.
+#pragma once
+
+#include "platform/PropertyListCodec.h"
+#include "tests/support/Check.h"
+
+namespace samples {
+
+using platform::PropertyList;
+
+inline PropertyList everything() {
+    return PropertyList::dictionary({
+        {"string", "plain"},
+        {"wide", "h\u00e9llo \U0001F600"},
+        {"empty", ""},
+        {"zero inside", std::string_view("a\0b", 3)},
+        {"true", true},
+        {"integers", PropertyList::array({0, 255, 256, -1, 65536, std::int64_t{1} << 40, INT64_MIN, UINT64_MAX})},
+        {"real", -0.25},
+        {"date", platform::Date{1'769'860'800'123'456}},
+        {"data", PropertyList::data(std::string(300, '\x7F'))},
+        {"long", std::string(70'000, 'x')},
+        {"nested",
+         PropertyList::dictionary({{"none", PropertyList::array({})}, {"", PropertyList::array({"a", "a"})}})},
+    });
+}
+
+// Arrays in arrays; the depth counts the innermost one too.
+inline PropertyList nested(unsigned depth) {
+    PropertyList value = PropertyList::array({});
+    for (unsigned i = 1; i < depth; ++i) value = PropertyList::array({std::move(value)});
+    return value;
+}
+
+// 2 to the power of `levels` strings, stored once.
+inline PropertyList doubled(unsigned levels) {
+    PropertyList value = "leaf";
+    for (unsigned i = 0; i < levels; ++i) value = PropertyList::array({value, value});
+    return value;
+}
+
+}  // namespace samples

@@ -1,0 +1,190 @@
+#include "Samples.h"
+
+using namespace std::string_literals;
+using platform::PropertyList;
+
+namespace {
+
+std::string encoded(const PropertyList& value) { return encodePropertyList(value, platform::PropertyListFormat::XML); }
+
+std::string document(const std::string& content) { return "<plist version=\"1.0\">" + content + "</plist>"; }
+
+std::string utf16(std::string_view ascii, bool isBigEndian) {
+    std::string bytes = isBigEndian ? "\xFE\xFF" : "\xFF\xFE";
+    for (char c : ascii) isBigEndian ? bytes.append({'\0', c}) : bytes.append({c, '\0'});
+    return bytes;
+}
+
+TEST(XMLKeepsEveryValue) {
+    platform::MutableDictionary changed(samples::everything());
+    changed.remove("zero inside");
+    changed.set("date", platform::Date{-1'000'000});
+    changed.set("characters", "\r\n\t \r<&>\"'\u0085\u2028]]>");
+    changed.set("key\rwith <&>", true);
+    changed.set("long data", PropertyList::data(std::string(1000, '\xFE')));
+    PropertyList value = std::move(changed).freeze();
+    CHECK_EQ(platform::decodePropertyList(encoded(value)), value);
+    CHECK_EQ(encoded(platform::decodePropertyList(encoded(value))), encoded(value));
+}
+
+TEST(XMLRefusesWhatItCannotExpress) {
+    for (const PropertyList& value :
+         {PropertyList("\x01"), PropertyList("\uFFFE"), PropertyList(std::string_view("\0", 1)),
+          PropertyList(platform::Date{INT64_MIN}), PropertyList::dictionary({{"\x1B", 1}}),
+          PropertyList::array({platform::Date{253'402'300'800'000'000}}), samples::doubled(40), PropertyList()})
+        CHECK_EQ(encoded(value), "");
+}
+
+TEST(XMLIsReadInAllItsForms) {
+    const struct {
+        std::string content;
+        PropertyList value;
+    } kCases[] = {
+        {"<string/>", ""},
+        {"<string></string>", ""},
+        {"<!-- a --><?p i?>\n<string> a </string> <!-- b -->", " a "},
+        {"<string>a\r\nb\rc&#13;&#xA;</string>", "a\nb\nc\r\n"},
+        {"<string>&lt;&gt;&amp;&quot;&apos;&#x1F600;&#233;</string>", "<>&\"'\U0001F600\u00e9"},
+        {"<string>a<![CDATA[<&amp;]] >]]>b<!-- c -->d<?e f?> g</string>", "a<&amp;]] >bd g"},
+        {"<string ><![CDATA[]]></string >", ""},
+        {"<true/>", true},
+        {"<true></true>", true},
+        {"<false />", false},
+        {"<integer> -9223372036854775808\n</integer>", INT64_MIN},
+        {"<integer>18446744073709551615</integer>", UINT64_MAX},
+        {"<integer>+0x1f</integer>", 31},
+        {"<integer>-0XFF</integer>", -255},
+        {"<real>+1.5e3</real>", 1500.0},
+        {"<real>7</real>", 7.0},
+        {"<real>-Infinity</real>", -1 / 0.0},
+        {"<real>nan</real>", 0.0 / 0.0},
+        {"<date>2026-01-31T12:00:00Z</date>", platform::Date{1'769'860'800'000'000}},
+        {"<data>\n\tAQID\n\tBA = =\n</data>", PropertyList::data("\x01\x02\x03\x04")},
+        {"<data/>", PropertyList::data("")},
+        {"<array/>", PropertyList::array({})},
+        {"<array x='1' y = \"2\"><true/><array></array></array>", PropertyList::array({true, PropertyList::array({})})},
+        {"<dict/>", PropertyList::dictionary({})},
+        {"<dict><key>a</key><true/><key>b</key><true/><key>a</key><false/></dict>",
+         PropertyList::dictionary({{"a", false}, {"b", true}})},
+    };
+    for (const auto& c : kCases) {
+        CONTEXT(c.content);
+        CHECK_EQ(platform::decodePropertyList(document(c.content)), c.value);
+    }
+}
+
+TEST(EncodingsAndPrologs) {
+    std::string content = "<plist><string>text</string></plist>";
+    auto declared = [&](const char* encoding) {
+        return "<?xml version='1.0' encoding='"s + encoding + "'?>" + content;
+    };
+    const std::string kGood[] = {
+        content,
+        "\xEF\xBB\xBF" + content,
+        declared("utf-8"),
+        declared("US-ASCII"),
+        utf16(content, true),
+        utf16(declared("UTF-16"), false),
+        "<?xml version=\"1.0\"?>\n<!DOCTYPE plist PUBLIC \"-//X > [//EN\" 'y'>\n<!-- c -->" + content +
+            "\n<!-- d -->\n",
+    };
+    for (const std::string& bytes : kGood) {
+        CONTEXT(bytes);
+        CHECK_EQ(platform::decodePropertyList(bytes), PropertyList("text"));
+    }
+    const std::string kBad[] = {
+        declared("UTF-16"),
+        declared("ISO-8859-1"),
+        utf16(declared("UTF-8"), true),
+        utf16(content, true).substr(1),
+        utf16(content, true) + "x",
+        "<?xml version='1.0' encoding='US-ASCII'?><plist><string>\u00e9</string></plist>",
+        "<plist><string>\xFF</string></plist>",
+        "<plist><string>\x01</string></plist>",
+        content + "x",
+        content + content,
+        " <?xml version='1.0'?>" + content,
+        "<!DOCTYPE plist [<!ENTITY a 'b'>]>" + content,
+        "<!DOCTYPE plist>"
+        "<!DOCTYPE plist>" +
+            content,
+        "",
+        "bplist",
+    };
+    for (const std::string& bytes : kBad) {
+        CONTEXT(bytes);
+        CHECK(!platform::decodePropertyList(bytes));
+    }
+}
+
+TEST(MalformedXMLIsNothing) {
+    for (const char* content : {"",
+                                "text",
+                                "<null/>",
+                                "<true/><true/>",
+                                "<true>x</true>",
+                                "<string>a",
+                                "<string>a</strin>",
+                                "<string>a<b/></string>",
+                                "<string>&unknown;</string>",
+                                "<string>&#0;</string>",
+                                "<string>&#xD800;</string>",
+                                "<string>&#x110000;</string>",
+                                "<string>&#;</string>",
+                                "<string>&amp</string>",
+                                "<string>]]></string>",
+                                "<string><![CDATA[x</string>",
+                                "<string><!-- -- --></string>",
+                                "<string a=b/>",
+                                "<string a='1'b='2'/>",
+                                "<integer/>",
+                                "<integer>1.5</integer>",
+                                "<integer>0x</integer>",
+                                "<integer>--1</integer>",
+                                "<integer>1 2</integer>",
+                                "<integer>18446744073709551616</integer>",
+                                "<integer>-9223372036854775809</integer>",
+                                "<real/>",
+                                "<real>1,5</real>",
+                                "<real>nan(1)</real>",
+                                "<real>--1</real>",
+                                "<date>2026-01-31</date>",
+                                "<date>2026-02-30T00:00:00Z</date>",
+                                "<date>0000-01-01T00:00:00Z</date>",
+                                "<date>2026-01-31T12:00:00.5Z</date>",
+                                "<data>A</data>",
+                                "<data>AB=C</data>",
+                                "<data>A===</data>",
+                                "<data>A-==</data>",
+                                "<array><key>a</key></array>",
+                                "<array>x</array>",
+                                "<dict><true/></dict>",
+                                "<dict><key>a</key></dict>",
+                                "<dict><key>a</key><key>b</key></dict>",
+                                "<dict><key/>",
+                                "<?xml version='1.0'?><true/>"}) {
+        CONTEXT(content);
+        CHECK(!platform::decodePropertyList(document(content)));
+    }
+    CHECK(!platform::decodePropertyList("<list><true/></list>"));
+}
+
+TEST(XMLTruncatedAtAnyByteIsNothing) {
+    std::string bytes = encoded(
+        PropertyList::dictionary({{"a", PropertyList::array({1, "b<&", 0.5, true})}, {"c", PropertyList::data("d")}}));
+    for (std::size_t size = 0; size < bytes.size() - 1; ++size)
+        CHECK(!platform::decodePropertyList(std::string_view(bytes).substr(0, size)));
+}
+
+TEST(XMLNestingIsReadToTheLimitAndNoFurther) {
+    PropertyList deepest = samples::nested(PropertyList::kMaximumDepth);
+    CHECK_EQ(platform::decodePropertyList(encoded(deepest)), deepest);
+    std::string opening;
+    for (int i = 0; i < 100'000; ++i) opening += "<array>";
+    CHECK(!platform::decodePropertyList("<plist>" + opening));
+    std::string tooDeep = encoded(deepest);
+    tooDeep.replace(tooDeep.find("<array/>"), 8, "<array><array/></array>");
+    CHECK(!platform::decodePropertyList(tooDeep));
+}
+
+}  // namespace
