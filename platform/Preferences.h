@@ -17,7 +17,7 @@ class PreferenceService {
 public:
     virtual ~PreferenceService() = default;
 
-    // Nothing when the key is missing, and for every key while the domain cannot be read.
+    // Nothing when the key is missing; while the domain cannot be read, for every key but those set in it since.
     virtual PropertyList copyValue(std::string_view key, std::string_view domain) = 0;
     // The whole domain, its keys in stored order; empty when there is none.
     virtual PropertyList copyDomain(std::string_view domain) = 0;

@@ -1,0 +1,62 @@
+// One preference domain in memory: what the file held when it was last read, and this process's changes since.
+#pragma once
+
+#include "platform/Log.h"
+#include "platform/PropertyList.h"
+#include "platform/linux/DomainFile.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+namespace platform::posix {
+
+// Look-up of strings by a view, without a copy.
+struct StringHash {
+    using is_transparent = void;
+    std::size_t operator()(std::string_view text) const noexcept { return std::hash<std::string_view>()(text); }
+};
+template <typename Value>
+using StringMap = std::unordered_map<std::string, Value, StringHash, std::equal_to<>>;
+
+class DiskPreferencesDomain {
+public:
+    DiskPreferencesDomain(std::string name, std::string path, FileAccess& files, Log& log)
+        : name_(std::move(name)), path_(std::move(path)), files_(files), log_(log) {}
+
+    PropertyList value(std::string_view key);
+    PropertyList all();
+    void set(std::string_view key, PropertyList value);
+    bool synchronize();
+    bool isReadable();
+
+private:
+    struct Change {
+        PropertyList value;  // nothing: the key is removed
+        std::size_t order;   // in which the keys were first changed
+    };
+
+    void readAtFirstUse();
+    Failure refresh();
+    Failure refreshLocked(Transaction& transaction);
+    Failure becomeUnreadable(Failure failure);
+    bool take(Snapshot&& snapshot, std::shared_ptr<const std::string> bytes);
+    Failure writeChanges();
+    PropertyList withChanges() const;
+    void report(const char* what, const Failure& failure);
+
+    const std::string name_, path_;
+    FileAccess& files_;
+    Log& log_;
+
+    bool used_ = false;      // read, or tried to
+    bool readable_ = false;  // `stored_` is what `snapshot_` holds
+    Snapshot snapshot_;
+    PropertyList stored_;
+    StringMap<Change> changes_;
+    Failure reported_;  // the read failure in the log, so that asking again does not fill it
+};
+
+}  // namespace platform::posix
