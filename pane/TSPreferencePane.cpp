@@ -75,6 +75,7 @@ void TSPreferencePane::awakeFromNib() {
     exTableView->setSelectionObserver(
         [this](const InterfaceNotification& notification) { tableViewSelectionDidChange(notification); });
     makeSureGlobalIsFirst();
+    addDefaultExclusionsToTS();
     exTableView->reloadData();
     tableViewSelectionDidChange({"Blah", &*exTableView});
     exTableView->selectRow(-1);
@@ -133,13 +134,19 @@ UnselectReply TSPreferencePane::shouldUnselect() {
     return canUnselect;
 }
 
+void TSPreferencePane::sheetEnded() {
+    canUnselect = UnselectReply::Now;
+    if (std::exchange(unselectRequest, false)) platform_.host.replyToShouldUnselect(true);
+}
+
 void TSPreferencePane::willUnselect() { platform_.toolkit.setApplicationIcon(mSystemPrefsIcon); }
 
 void TSPreferencePane::makeSureGlobalIsFirst() {
     // While the stored list cannot be read it is unknown, not empty: a repaired empty list would one day overwrite it.
     if (!prefs->isReadable()) return;
+    if (hasType(entryList()[0], kGlobalType)) return;
     std::vector<PropertyList> list = mutableArray(entryList());
-    if (!putGlobalFirst(list)) return;
+    putGlobalFirst(list);
     prefs->setObject_forKey(PropertyList::array(std::move(list)), kEntryListKey);
     exTableView->reloadData();
 }
@@ -163,6 +170,16 @@ void TSPreferencePane::takeInChanges() {
     tableViewSelectionDidChange({kTableViewSelectionDidChange, &*exTableView});
 }
 
+// Where the entry stands in a list that may have changed since it stood at the given row; nothing when it is gone.
+std::optional<std::size_t> TSPreferencePane::rowOfEntry(const std::vector<PropertyList>& list,
+                                                        const PropertyList& entry, int row) {
+    auto index = static_cast<std::size_t>(row);
+    if (row >= 0 && index < list.size() && list[index] == entry) return index;
+    auto moved = std::ranges::find(list, entry);
+    if (!entry || moved == list.end()) return std::nullopt;
+    return static_cast<std::size_t>(moved - list.begin());
+}
+
 std::vector<PropertyList> TSPreferencePane::freshEntryList() {
     takeInChanges();
     return mutableArray(entryList());
@@ -171,13 +188,10 @@ std::vector<PropertyList> TSPreferencePane::freshEntryList() {
 std::optional<TSPreferencePane::ListAndRow> TSPreferencePane::freshEntryListAndRow(int row) {
     PropertyList entry = entryAtRow(row);
     std::vector<PropertyList> list = freshEntryList();
-    auto index = static_cast<std::size_t>(row);
-    if (index < list.size() && list[index] == entry) return ListAndRow{std::move(list), index};
-    auto moved = std::ranges::find(list, entry);
-    if (!entry || moved == list.end()) return std::nullopt;
-    index = static_cast<std::size_t>(moved - list.begin());
-    exTableView->selectRow(static_cast<int>(index));
-    return ListAndRow{std::move(list), index};
+    std::optional<std::size_t> found = rowOfEntry(list, entry, row);
+    if (!found) return std::nullopt;
+    exTableView->selectRow(static_cast<int>(*found));
+    return ListAndRow{std::move(list), *found};
 }
 
 bool TSPreferencePane::isLogging() const { return prefs->boolForKey(kLogStuffKey); }

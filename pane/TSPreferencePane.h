@@ -8,6 +8,7 @@
 #include "platform/AliasClass.h"
 #include "platform/Platform.h"
 #include "platform/PlinthRuntime.h"
+#include "settings/ApplicationEntry.h"
 #include "settings/CFPreferencesWrapper.h"
 
 #include <memory>
@@ -53,10 +54,32 @@ public:
     bool tableView_validateDrop(platform::TableView& table) override;
     bool tableView_acceptDrop(platform::TableView& table, const std::vector<std::string>& fileNames) override;
     bool tableView_writeRows_toPasteboard(platform::TableView& table, const std::vector<int>& rows) override;
+    void doubleClickTable(platform::View& sender);
     void tableViewSelectionDidChange(const platform::InterfaceNotification& notification);
     std::optional<std::string> pathForIndex(int row);
     std::string nameForIndex(int row);
     std::vector<platform::AttributedLine> nameAndPathForIndex(int row);
+
+    // Entries for applications. The paths are the panel's when there is one, else those given.
+    void doExAddApp(platform::View& sender);
+    void exOpenPanelDidEnd_returnCode_contextInfo(platform::OpenPanel* panel, int returnCode,
+                                                  const std::vector<std::string>& fileNames);
+    void doExRemoveApp(platform::View& sender);
+
+    // Entries for regular expressions. The context is a dictionary: "NewRegEx" (true, or missing), "selectedRow", and
+    // under "Settings" the whole entry as the sheet was opened on it; `shown` is the entry as it stood in the list
+    // then.
+    void regexNew(platform::View& sender);
+    void regexEnd(platform::View& sender);
+    void regexWasEdited_returnCode_contextInfo(platform::Panel& sheet, int returnCode,
+                                               const platform::PropertyList& context,
+                                               const platform::PropertyList& shown);
+    void editCollections(platform::View& sender);
+    void doRegExHelp(platform::View& sender);
+    void doMore(platform::View& sender);
+
+    // Shipped exclusions.
+    void addDefaultExclusionsToTS();
 
     // Settings editor. Nothing as settings: no entry is selected.
     void updateStates(const platform::PropertyList& settings);
@@ -94,10 +117,15 @@ private:
         std::size_t row;
     };
     std::optional<ListAndRow> freshEntryListAndRow(int row);
+    static std::optional<std::size_t> rowOfEntry(const std::vector<platform::PropertyList>& list,
+                                                 const platform::PropertyList& entry, int row);
+    // A writer stores, then shows the list anew, then announces the change.
     void storeEntryList(std::vector<platform::PropertyList> list);
+    void announceChange();
     void postPrefsChanged();
     bool isLogging() const;
     void showRuntimeStatus();
+    void sheetEnded();  // the pane may be left again, and is if the host has asked meanwhile
     std::string localized(std::string_view key) const { return platform_.paneBundle.localizedString(key); }
 
     std::optional<std::string> foundApplication(const platform::PropertyList& entry);
@@ -109,6 +137,13 @@ private:
     void showRegexFields(const platform::PropertyList& entry);
     void selectedEntry(int row);
     void lostSelection();
+
+    void addApplications(const std::vector<std::string>& fileNames, std::vector<platform::PropertyList>& list);
+    std::optional<settings::ApplicationIdentity> describeApplication(const std::string& path);
+    void selectLastRow();
+    platform::PropertyList regexWorkingEntry(const platform::PropertyList& entry, bool isNew);
+    void layOutRegexSheet();
+    void storeRegex(const platform::PropertyList& context, const platform::PropertyList& shown);
 
     bool isSetSourceInUse() const;
     std::string displayPath(std::string path);
@@ -161,7 +196,13 @@ private:
     Outlet<platform::Button> warningCancelButton;
     Outlet<platform::Button> dontShowAgain;
 
+    Outlet<platform::Panel> regexPanel;
+    Outlet<platform::Button> regexAdd;
     Outlet<platform::TextField> regexName;
     Outlet<platform::TextField> regex;
     Outlet<platform::PopUpButton> regexType;
+    Outlet<platform::TextField> regexText;
+    Outlet<platform::Button> regexSheetOK;
+    Outlet<platform::Button> regexCancel;
+    Outlet<platform::Button> regexHelp;
 };

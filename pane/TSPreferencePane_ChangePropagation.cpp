@@ -11,7 +11,6 @@ namespace {
 
 constexpr double kQuietPeriod = 2.0;
 
-// setlocale-independent and short: a timer's address as the log shows it.
 const void* addressOf(const Timer& timer) { return &timer; }
 
 }  // namespace
@@ -39,8 +38,13 @@ void TSPreferencePane::prefsFire() {
 }
 
 void TSPreferencePane::storeEntryList(std::vector<PropertyList> list) {
+    // A list made without knowing the stored one must never replace it.
+    if (!prefs->isReadable()) return platform_.log("The settings cannot be read; the change is not stored.");
     prefs->setObject_forKey(PropertyList::array(std::move(list)), kEntryListKey);
     prefs->synchronize();
+}
+
+void TSPreferencePane::announceChange() {
     queueForFiring();
     postPrefsChanged();
 }

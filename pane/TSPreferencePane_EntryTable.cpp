@@ -155,7 +155,14 @@ void TSPreferencePane::showRegexFields(const PropertyList& entry) {
 
 bool TSPreferencePane::tableView_validateDrop(TableView& table) { return table.isEnabled(); }
 
-// Nothing takes files in yet.
-bool TSPreferencePane::tableView_acceptDrop(TableView&, const std::vector<std::string>&) { return false; }
+bool TSPreferencePane::tableView_acceptDrop(TableView& table, const std::vector<std::string>& fileNames) {
+    if (!table.isEnabled() || !exTableView.is(&table)) return false;
+    exOpenPanelDidEnd_returnCode_contextInfo(nullptr, 1, fileNames);
+    return true;
+}
+
+void TSPreferencePane::doubleClickTable(View& sender) {
+    if (exTableView.is(&sender)) regexNew(sender);
+}
 
 bool TSPreferencePane::tableView_writeRows_toPasteboard(TableView&, const std::vector<int>&) { return false; }

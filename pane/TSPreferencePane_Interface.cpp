@@ -51,9 +51,15 @@ const TSPreferencePane::OutletEntry TSPreferencePane::kOutlets[] = {
     OUTLET(warningOKButton),
     OUTLET(warningCancelButton),
     OUTLET(dontShowAgain),
+    OUTLET(regexPanel),
+    OUTLET(regexAdd),
     OUTLET(regexName),
     OUTLET(regex),
     OUTLET(regexType),
+    OUTLET(regexText),
+    OUTLET(regexSheetOK),
+    OUTLET(regexCancel),
+    OUTLET(regexHelp),
 };
 
 #undef OUTLET
@@ -64,6 +70,14 @@ const TSPreferencePane::ActionEntry TSPreferencePane::kActions[] = {
     {"toggleLogging:", &TSPreferencePane::toggleLogging},
     {"changeSettings:", &TSPreferencePane::changeSettings},
     {"warningEnd:", &TSPreferencePane::warningEnd},
+    {"doubleClickTable:", &TSPreferencePane::doubleClickTable},
+    {"doExAddApp:", &TSPreferencePane::doExAddApp},
+    {"doExRemoveApp:", &TSPreferencePane::doExRemoveApp},
+    {"regexNew:", &TSPreferencePane::regexNew},
+    {"regexEnd:", &TSPreferencePane::regexEnd},
+    {"editCollections:", &TSPreferencePane::editCollections},
+    {"doRegExHelp:", &TSPreferencePane::doRegExHelp},
+    {"doMore:", &TSPreferencePane::doMore},
 };
 
 void TSPreferencePane::setOutlet(std::string_view name, View& object) {

@@ -103,6 +103,7 @@ void TSPreferencePane::togglePerAppPrefs(View& sender) {
     changedEntry.set(kSettingsKey, newSettings);
     entry = std::move(changedEntry).freeze();
     storeEntryList(std::move(fresh->list));
+    announceChange();
 }
 
 void TSPreferencePane::toggleEnabled(View&) {

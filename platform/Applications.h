@@ -32,6 +32,8 @@ public:
     virtual std::optional<std::string> bundleIdentifier(std::string_view path) = 0;
     // The name that a person sees; the last path component when the item gives none.
     virtual std::string displayName(std::string_view path) = 0;
+    // Starts the application at the path, detached from this process; nothing waits for it.
+    virtual OSStatus openApplication(std::string_view path) = 0;
 };
 
 }  // namespace platform

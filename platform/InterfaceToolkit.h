@@ -4,11 +4,34 @@
 #include "platform/Bundle.h"
 #include "platform/Controls.h"
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 
 namespace platform {
+
+struct OpenPanelRequest {
+    std::string title;                      // of the panel
+    std::string prompt;                     // of its default button
+    std::string folder;                     // where it starts; "/Applications" means the installed applications
+    std::vector<std::string> allowedTypes;  // file name extensions; "app" means applications of every form
+    bool allowsMultipleSelection = false;
+    bool canChooseFiles = true, canChooseFolders = false;
+};
+
+// An open panel that the user has ended.
+class OpenPanel {
+public:
+    virtual ~OpenPanel() = default;
+    virtual std::vector<std::string> filenames() const = 0;  // full paths
+};
+
+// The objects of an interface file; they go with it. The owner hears of nothing afterwards.
+class LoadedInterface {
+public:
+    virtual ~LoadedInterface() = default;
+};
 
 class InterfaceToolkit {
 public:
@@ -24,6 +47,21 @@ public:
     // Modal, with the default button only.
     virtual void runAlert(std::string_view title, std::string_view message) = 0;
     virtual void beep() = 0;
+    // Loads the interface file of this name from the bundle's resources and hands its objects to the owner, which must
+    // outlive the result. Null when there is no such file or it cannot be read; the log says why.
+    virtual std::unique_ptr<LoadedInterface> loadInterface(const Bundle& /*bundle*/, std::string_view /*nibName*/,
+                                                           InterfaceOwner& /*owner*/) {
+        return nullptr;
+    }
+    // A file chooser as a sheet on the pane's window. The handler is called once, with return code 1 for the default
+    // button and 0 for anything else; the panel lives during that call.
+    virtual void beginOpenPanel(const OpenPanelRequest& request,
+                                std::function<void(OpenPanel& panel, int returnCode)> didEnd) = 0;
+    // The shared font panel in front, at the pane with the given tag where it has several.
+    virtual void showFontPanel(int paneTag) = 0;
+    // With the user's default application; nothing is reported.
+    virtual void openURL(std::string_view url) = 0;
+    virtual void openFile(std::string_view path) = 0;
 };
 
 }  // namespace platform

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/InterfaceToolkit.h"
+#include "platform/qt/ApplicationChooser.h"
 #include "platform/qt/QtImage.h"
 
 #include <QDateTime>
@@ -28,6 +29,14 @@ public:
     void setApplicationIcon(const ImageRef& image) override;
     void runAlert(std::string_view title, std::string_view message) override;
     void beep() override;
+    void beginOpenPanel(const OpenPanelRequest& request,
+                        std::function<void(OpenPanel& panel, int returnCode)> didEnd) override;
+    void showFontPanel(int paneTag) override;
+    void openURL(std::string_view url) override;
+    void openFile(std::string_view path) override;
+    // What the chooser of applications offers; without it the chooser shows files only.
+    using ApplicationLister = std::function<std::vector<ChoosableApplication>()>;
+    void setApplicationLister(ApplicationLister lister) { listApplications_ = std::move(lister); }
 
 private:
     struct Kept {
@@ -39,6 +48,7 @@ private:
     static ImageRef kept(Cache& cache, const QString& path, Make make);
 
     IconNameFinder iconName_;
+    ApplicationLister listApplications_;
     QPointer<QWidget> window_;
     Cache images_, workspaceIcons_;
     ImageRef genericIcon_;

@@ -211,6 +211,26 @@ void Toolkit::runAlert(std::string_view title, std::string_view message) {
     journal_.push_back(formatted("alert %@: %@", {title, message}));
 }
 
+namespace {
+
+struct ChosenFiles final : OpenPanel {
+    explicit ChosenFiles(std::vector<std::string> files) : chosen(std::move(files)) {}
+    std::vector<std::string> filenames() const override { return chosen; }
+    std::vector<std::string> chosen;
+};
+
+}  // namespace
+
+void Toolkit::beginOpenPanel(const OpenPanelRequest& asked, std::function<void(OpenPanel&, int)> didEnd) {
+    request = asked;
+    panelDidEnd = std::move(didEnd);
+}
+
+void Toolkit::endOpenPanel(const std::vector<std::string>& chosen, int returnCode) {
+    ChosenFiles panel(chosen);
+    if (auto handler = std::exchange(panelDidEnd, nullptr)) handler(panel, returnCode);
+}
+
 World::World() {
     paneBundle.info = PropertyList::dictionary({{"CFBundleIconFile", "Typeslate.png"}, {"CFBundleVersion", "1.2.3"}});
     paneBundle.resources = {"Typeslate.png", "can.icns"};

@@ -97,9 +97,13 @@ public:
         status = platform::kFileNotFound;
         return nullptr;
     }
-    std::shared_ptr<const std::string> readFile(std::string_view) override { return nullptr; }
+    std::shared_ptr<const std::string> readFile(std::string_view path) override {
+        auto found = contents.find(path);
+        return found == contents.end() ? nullptr : std::make_shared<const std::string>(found->second);
+    }
 
     std::set<std::string, std::less<>> existing;
+    std::map<std::string, std::string, std::less<>> contents;
 
 private:
     Journal& journal_;
@@ -117,7 +121,12 @@ public:
     platform::OSStatus itemInformation(std::string_view path, platform::ItemInformation& information) override;
     std::optional<std::string> bundleIdentifier(std::string_view path) override;
     std::string displayName(std::string_view path) override;
+    platform::OSStatus openApplication(std::string_view path) override {
+        opened.emplace_back(path);
+        return platform::kNoErr;
+    }
 
+    std::vector<std::string> opened;
     std::vector<Item> items;
     int queries = 0;
 
@@ -149,9 +158,19 @@ public:
     void setApplicationIcon(const platform::ImageRef& image) override;
     void runAlert(std::string_view title, std::string_view message) override;
     void beep() override { journal_.push_back("beep"); }
+    void beginOpenPanel(const platform::OpenPanelRequest& request,
+                        std::function<void(platform::OpenPanel&, int)> didEnd) override;
+    void showFontPanel(int paneTag) override { journal_.push_back("font panel " + std::to_string(paneTag)); }
+    void openURL(std::string_view url) override { journal_.push_back("open " + std::string(url)); }
+    void openFile(std::string_view path) override { journal_.push_back("open " + std::string(path)); }
+    // Ends the open panel as the user would.
+    void endOpenPanel(const std::vector<std::string>& chosen, int returnCode);
+    platform::OpenPanelRequest request;
+    bool isOpenPanelOpen() const { return panelDidEnd != nullptr; }
     platform::ImageRef icon = std::make_shared<NamedImage>("host icon");
 
 private:
+    std::function<void(platform::OpenPanel&, int)> panelDidEnd;
     Journal& journal_;
 };
 

@@ -1,0 +1,131 @@
+// The sheet for entries that match applications by a regular expression, and three small actions beside it.
+#include "pane/TSPreferencePane.h"
+
+#include "settings/EntryList.h"
+
+#ifndef TYPESLATE_HELP_HOST
+#define TYPESLATE_HELP_HOST "typeslate.example"
+#endif
+
+using namespace platform;
+using namespace settings;
+
+namespace {
+
+constexpr int kSheetOK = 1;
+constexpr double kGap = 20;
+constexpr double kExtraGrowth = 10;
+constexpr std::uint32_t kLastSystemWithoutFontBook = 0x102F;
+constexpr const char* kFontBookIdentifier = "com.apple.FontBook";
+constexpr int kCollectionsPane = 2;
+constexpr std::string_view kHelpPage = "https://" TYPESLATE_HELP_HOST "/goto/regexp/";
+
+// Keys of the context that goes through the sheet.
+constexpr std::string_view kNewRegEx = "NewRegEx";
+constexpr std::string_view kSelectedRow = "selectedRow";
+
+void moveTo(View& view, double y) {
+    Rect frame = view.frame();
+    frame.origin.y = y;
+    view.setFrame(frame);
+}
+
+}  // namespace
+
+void TSPreferencePane::regexNew(View& sender) {
+    int row = exTableView->selectedRow();
+    bool isNew = regexAdd.is(&sender);
+    PropertyList shown = entryAtRow(row);
+    if (!isNew && (row < 0 || (shown[kTypeKey] && !hasType(shown, kRegExType)))) return;
+
+    MutableDictionary context;
+    if (isNew) context.set(kNewRegEx, true);
+    context.set(kSelectedRow, row);
+    context.set(kSettingsKey, regexWorkingEntry(isNew ? PropertyList() : shown, isNew));
+    regexText->setStringValue(formatted(localized("RegEx Help"), {thisBundle.infoValue("CFBundleName")}));
+    regexText->setSelectable(true);
+    // The second pass settles the positions after the sheet has changed its size.
+    layOutRegexSheet();
+    layOutRegexSheet();
+    regexPanel->beginSheet([this, shown, info = std::move(context).freeze()](int returnCode) {
+        regexWasEdited_returnCode_contextInfo(*regexPanel, returnCode, info, shown);
+    });
+}
+
+// The entry under edit as the sheet starts with it, and its name in the sheet's field.
+PropertyList TSPreferencePane::regexWorkingEntry(const PropertyList& entry, bool isNew) {
+    MutableDictionary working(entry);
+    PropertyList entrySettings = isNew ? getDefaultSettingsBasedOnGlobal() : entry[kSettingsKey];
+    std::string fieldName = regexName->stringValue();
+    if (!fieldName.empty() && !isNew) {
+        working.set(kNameKey, fieldName);
+    } else {
+        if (isNew || !entry[kNameKey]) working.set(kNameKey, "New Regular Expression");
+        regexName->setStringValue(working[kNameKey].stringValue());
+    }
+    working.set(kTypeKey, kRegExType);
+    // With a name that is empty all the same, the expression starts as that name.
+    if (regexName->stringValue().empty())
+        regex->setStringValue(working[kDataKey] ? working[kNameKey].stringValue() : "");
+    working.set(kSettingsKey, entrySettings);
+    return std::move(working).freeze();
+}
+
+void TSPreferencePane::layOutRegexSheet() {
+    Rect text = regexText->frame();
+    text.size = regexText->cellSizeForBounds({{}, text.size});
+    text.origin.y = regex->frame().origin.y - text.size.height - kGap;
+    regexText->setFrame(text);
+    for (Outlet<Button>* button : {&regexSheetOK, &regexCancel, &regexHelp})
+        moveTo(**button, text.origin.y - kGap - (*button)->frame().size.height);
+    double below = -regexSheetOK->frame().origin.y;
+    double growth = below > 0 ? kExtraGrowth + below : 0;
+    regexPanel->setContentSize({regexPanel->frame().size.width, regexPanel->contentSize().height + growth});
+}
+
+void TSPreferencePane::regexEnd(View& sender) {
+    bool isIncomplete = regexName->stringValue().empty() || regex->stringValue().empty();
+    if (sender.tag() != 0 && isIncomplete) return platform_.toolkit.beep();
+    regexPanel->endSheet(sender.tag());
+}
+
+void TSPreferencePane::regexWasEdited_returnCode_contextInfo(Panel& sheet, int returnCode, const PropertyList& context,
+                                                             const PropertyList& shown) {
+    if (returnCode == kSheetOK) storeRegex(context, shown);
+    sheet.orderOut();
+    sheetEnded();
+}
+
+void TSPreferencePane::storeRegex(const PropertyList& context, const PropertyList& shown) {
+    MutableDictionary entry(context[kSettingsKey]);
+    if (std::string name = regexName->stringValue(); !name.empty()) entry.set(kNameKey, name);
+    if (std::string expression = regex->stringValue(); !expression.empty()) entry.set(kDataKey, expression);
+    entry.set(kRegExTypeKey, regexType->selectedRow());
+
+    bool isNew = context[kNewRegEx].boolValue();
+    std::vector<PropertyList> list = freshEntryList();
+    auto row = rowOfEntry(list, shown, static_cast<int>(context[kSelectedRow].integerValue()));
+    // An entry that another process removed meanwhile comes back: what the user typed is not lost.
+    if (!isNew && row)
+        list[*row] = std::move(entry).freeze();
+    else
+        list.push_back(std::move(entry).freeze());
+    storeEntryList(std::move(list));
+    exTableView->reloadData();
+    if (isNew) selectLastRow();
+    exTableView->scrollRowToVisible(exTableView->selectedRow());
+    announceChange();
+}
+
+void TSPreferencePane::editCollections(View&) {
+    std::optional<std::uint32_t> version = platform_.system.gestalt(fourCharCode("sysv"));
+    if (version.value_or(0) <= kLastSystemWithoutFontBook) return platform_.toolkit.showFontPanel(kCollectionsPane);
+    auto fontBook = platform_.applications.findApplication({std::nullopt, kFontBookIdentifier, ""});
+    if (fontBook) platform_.applications.openApplication(*fontBook);
+}
+
+void TSPreferencePane::doRegExHelp(View&) { platform_.toolkit.openURL(kHelpPage); }
+
+void TSPreferencePane::doMore(View&) {
+    if (auto path = thisBundle.resourcePath("Typeslate ReadMe", "rtfd")) platform_.toolkit.openFile(*path);
+}

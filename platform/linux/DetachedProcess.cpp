@@ -1,0 +1,86 @@
+#include "platform/linux/DetachedProcess.h"
+
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+
+namespace platform::posix {
+namespace {
+
+OSStatus statusOf(int error) {
+    switch (error) {
+        case ENOENT:
+        case ENOTDIR:
+            return kFileNotFound;
+        case EACCES:
+        case EPERM:
+            return kPermissionErr;
+        default:
+            return kIOErr;
+    }
+}
+
+// In the process that becomes the program. Tells the pipe why when that fails; success closes it.
+[[noreturn]] void becomeProgram(char* const* arguments, int reply) {
+    sigset_t none;
+    sigemptyset(&none);
+    sigprocmask(SIG_SETMASK, &none, nullptr);
+    std::signal(SIGPIPE, SIG_DFL);
+    if (int input = open("/dev/null", O_RDONLY); input > 0) {
+        dup2(input, STDIN_FILENO);
+        close(input);
+    }
+    execvp(arguments[0], arguments);
+    int error = errno;
+    [[maybe_unused]] ssize_t written = write(reply, &error, sizeof error);
+    _exit(127);
+}
+
+// The program is the child of a child that ends at once, so that init collects it and nobody here has to.
+[[noreturn]] void startAndLeave(char* const* arguments, int reply) {
+    setsid();
+    pid_t program = fork();
+    if (program == 0) becomeProgram(arguments, reply);
+    if (program < 0) {
+        int error = errno;
+        [[maybe_unused]] ssize_t written = write(reply, &error, sizeof error);
+    }
+    _exit(0);
+}
+
+int readError(int reply) {
+    int error = 0;
+    ssize_t count = 0;
+    do count = read(reply, &error, sizeof error);
+    while (count < 0 && errno == EINTR);
+    return count == sizeof error ? error : 0;
+}
+
+void collect(pid_t child) {
+    while (waitpid(child, nullptr, 0) < 0 && errno == EINTR) {
+    }
+}
+
+}  // namespace
+
+OSStatus startDetached(const std::vector<std::string>& words) {
+    if (words.empty() || words[0].empty()) return kParamErr;
+    std::vector<char*> arguments;
+    for (const std::string& word : words) arguments.push_back(const_cast<char*>(word.c_str()));
+    arguments.push_back(nullptr);
+
+    int reply[2];
+    if (pipe2(reply, O_CLOEXEC) != 0) return kIOErr;
+    pid_t child = fork();
+    if (child == 0) startAndLeave(arguments.data(), reply[1]);
+    close(reply[1]);
+    int error = child < 0 ? errno : readError(reply[0]);
+    close(reply[0]);
+    if (child > 0) collect(child);
+    return error == 0 ? kNoErr : statusOf(error);
+}
+
+}  // namespace platform::posix

@@ -1,0 +1,29 @@
+// The chooser of applications: the installed ones by name and icon, a search field, and a way to look elsewhere on the
+// disk.
+#pragma once
+
+#include "platform/InterfaceToolkit.h"
+
+#include <QIcon>
+#include <QString>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+class QWidget;
+
+namespace platform::qt {
+
+struct ChoosableApplication {
+    std::string path, name;
+};
+
+// Opens it as a sheet on the window. Icons are asked for only as rows come into view. The handler is called once, with
+// the paths chosen, empty when the user cancelled.
+void openApplicationChooser(QWidget* window, const OpenPanelRequest& request,
+                            const std::vector<ChoosableApplication>& applications,
+                            std::function<QIcon(const std::string& path)> iconOf,
+                            std::function<void(std::vector<std::string> paths)> didEnd);
+
+}  // namespace platform::qt

@@ -1,0 +1,57 @@
+// What the toolkit asks of the desktop around it: choosers, other applications, the font panel.
+#include "platform/qt/QtToolkit.h"
+
+#include "platform/qt/Text.h"
+
+#include <QDesktopServices>
+#include <QDir>
+#include <QFileInfo>
+#include <QFontDialog>
+#include <QUrl>
+
+namespace platform::qt {
+namespace {
+
+struct ChosenFiles final : OpenPanel {
+    explicit ChosenFiles(std::vector<std::string> files) : files_(std::move(files)) {}
+    std::vector<std::string> filenames() const override { return files_; }
+
+private:
+    std::vector<std::string> files_;
+};
+
+// A document that is a folder is opened by its text: few applications know such folders.
+QString documentFile(const QString& path) {
+    QFileInfo text(QDir(path), QStringLiteral("TXT.rtf"));
+    return text.exists() ? text.filePath() : path;
+}
+
+}  // namespace
+
+void QtToolkit::beginOpenPanel(const OpenPanelRequest& request,
+                               std::function<void(OpenPanel& panel, int returnCode)> didEnd) {
+    auto iconOf = [this](const std::string& path) { return QtImage::of(workspaceIcon(path))->icon(); };
+    openApplicationChooser(window_, request,
+                           listApplications_ ? listApplications_() : std::vector<ChoosableApplication>(), iconOf,
+                           [didEnd = std::move(didEnd)](std::vector<std::string> paths) {
+                               int returnCode = paths.empty() ? 0 : 1;
+                               ChosenFiles panel(std::move(paths));
+                               didEnd(panel, returnCode);
+                           });
+}
+
+// The toolkit's font panel has one pane only.
+void QtToolkit::showFontPanel(int) {
+    auto* panel = new QFontDialog(window_);
+    panel->setAttribute(Qt::WA_DeleteOnClose);
+    panel->setOption(QFontDialog::NoButtons);
+    panel->show();
+}
+
+void QtToolkit::openURL(std::string_view url) { QDesktopServices::openUrl(QUrl(toQString(url))); }
+
+void QtToolkit::openFile(std::string_view path) {
+    QDesktopServices::openUrl(QUrl::fromLocalFile(documentFile(toQString(path))));
+}
+
+}  // namespace platform::qt

@@ -1,0 +1,67 @@
+#include "settings/ApplicationEntry.h"
+
+#include "settings/EntryList.h"
+
+#include <cstring>
+
+using platform::MutableDictionary;
+using platform::PropertyList;
+
+namespace settings {
+namespace {
+
+constexpr std::string_view kNoCreator = "????";
+
+bool hasCreator(const ApplicationIdentity& application) {
+    return !application.creator.empty() && application.creator != kNoCreator;
+}
+
+}  // namespace
+
+std::string creatorText(std::uint32_t code) {
+    char bytes[sizeof code + 1] = {};
+    std::memcpy(bytes, &code, sizeof code);
+    return bytes;
+}
+
+PropertyList applicationEntry(const ApplicationIdentity& application, const PropertyList& entrySettings) {
+    MutableDictionary entry;
+    entry.set(kNameKey, application.displayName);
+    entry.set(kPathKey, application.path);
+    if (application.bundleIdentifier) entry.set(kIdentifierKey, *application.bundleIdentifier);
+    if (hasCreator(application)) entry.set(kCreatorKey, application.creator);
+    if (application.bundleIdentifier) {
+        entry.set(kTypeKey, kIdentifierType);
+        entry.set(kDataKey, *application.bundleIdentifier);
+    } else if (hasCreator(application)) {
+        entry.set(kTypeKey, kCreatorType);
+        entry.set(kDataKey, application.creator);
+    } else {
+        entry.set(kTypeKey, kPathType);
+        entry.set(kDataKey, application.path);
+    }
+    entry.set(kSettingsKey, entrySettings);
+    return std::move(entry).freeze();
+}
+
+ApplicationIndex::ApplicationIndex(const std::vector<PropertyList>& list) {
+    for (const PropertyList& entry : list) add(entry);
+}
+
+void ApplicationIndex::add(const PropertyList& entry) {
+    const PropertyList& data = entry[kDataKey];
+    if (!data.isString()) return;
+    if (hasType(entry, kIdentifierType))
+        identifiers_.emplace(data.stringValue());
+    else if (hasType(entry, kCreatorType))
+        creators_.emplace(data.stringValue());
+    else if (hasType(entry, kPathType))
+        paths_.emplace(data.stringValue());
+}
+
+bool ApplicationIndex::contains(const ApplicationIdentity& application) const {
+    return (application.bundleIdentifier && identifiers_.contains(*application.bundleIdentifier)) ||
+           creators_.contains(application.creator) || paths_.contains(application.path);
+}
+
+}  // namespace settings

@@ -1,0 +1,234 @@
+#include "settings/DefaultExclusions.h"
+#include "tests/pane/PaneFixture.h"
+
+#include <cstring>
+
+using namespace platform;
+
+namespace {
+
+constexpr const char* kRefusal = "The following file will not be added to the application list";
+
+// The code whose bytes lie in memory as the text says.
+FourCharCode codeInMemory(const char (&text)[5]) {
+    FourCharCode code;
+    std::memcpy(&code, text, sizeof code);
+    return code;
+}
+
+struct Fixture : PaneFixture {
+    Fixture() {
+        world.applications.items = {
+            {"/a/Both.app", "Both", codeInMemory("BOTH"), "org.both"},
+            {"/a/Creator.app", "Creator", codeInMemory("CREA"), ""},
+            {"/a/Plain.app", "Plain", kUnknownCreator, ""},
+            {"/a/Zero.app", "Zero", 0, ""},
+            {"/a/Document.txt", "Document", kUnknownCreator, "", 0},
+        };
+        setStored("TheExcList", PropertyList::array({settings::newGlobalEntry()}));
+    }
+    void drop(const std::vector<std::string>& files) { pane->tableView_acceptDrop(table(), files); }
+};
+
+}  // namespace
+
+TEST(AddedApplicationsAreMatchedByTheBestThatTheyHave) {
+    struct Case {
+        const char* path;
+        const char* entry;  // without its settings; null: refused
+    };
+    const Case cases[] = {
+        {"/a/Both.app",
+         "{Name = Both; Path = /a/Both.app; Identifier = org.both; Creator = BOTH; Type = Identifier; "
+         "Data = org.both;}"},
+        {"/a/Creator.app", "{Name = Creator; Path = /a/Creator.app; Creator = CREA; Type = Creator; Data = CREA;}"},
+        {"/a/Plain.app", "{Name = Plain; Path = /a/Plain.app; Type = Path; Data = /a/Plain.app;}"},
+        {"/a/Zero.app", "{Name = Zero; Path = /a/Zero.app; Type = Path; Data = /a/Zero.app;}"},
+        {"/a/Document.txt", nullptr},
+        {"/a/Missing.app", nullptr},
+    };
+    for (const Case& c : cases) {
+        CONTEXT(c.path);
+        Fixture f;
+        f.open();
+        f.drop({c.path});
+        CHECK_EQ(f.list().size(), std::size_t{c.entry ? 2U : 1U});
+        CHECK_EQ(f.table().selected, c.entry ? 1 : 0);
+        if (!c.entry) {
+            int code = std::string_view(c.path) == "/a/Missing.app" ? kFileNotFound : 0;
+            CHECK_EQ(f.world.log.lines, std::vector{formatted("%@(%d): %@", {kRefusal, code, c.path})});
+            continue;
+        }
+        MutableDictionary added(f.list()[1]);
+        CHECK_EQ(added["Settings"], f.list()[0]["Settings"]);
+        added.remove("Settings");
+        CHECK_EQ(std::move(added).freeze().description(), c.entry);
+    }
+}
+
+TEST(AnApplicationIsListedOnceByTheEntrysOwnKind) {
+    auto listed = [](const char* type, const char* data) { return entry(type, "Old", data); };
+    struct Case {
+        const char* label;
+        PropertyList existing;
+        std::vector<std::string> dropped;
+        std::size_t added;
+    };
+    const Case cases[] = {
+        {"same identifier", listed("Identifier", "org.both"), {"/a/Both.app"}, 0},
+        {"same creator", listed("Creator", "BOTH"), {"/a/Both.app"}, 0},
+        {"same path", listed("Path", "/a/Both.app"), {"/a/Both.app"}, 0},
+        {"other path", listed("Path", "/b/Both.app"), {"/a/Both.app"}, 1},
+        {"identifier as expression", listed("RegEx", "org.both"), {"/a/Both.app"}, 1},
+        {"letter case counts", listed("Identifier", "org.Both"), {"/a/Both.app"}, 1},
+        {"twice in one batch", settings::newGlobalEntry(), {"/a/Plain.app", "/a/Plain.app", "/a/Both.app"}, 2},
+        {"list with strangers", PropertyList(1), {"/a/Plain.app"}, 1},
+    };
+    for (const Case& c : cases) {
+        CONTEXT(c.label);
+        Fixture f;
+        f.setStored("TheExcList", PropertyList::array({settings::newGlobalEntry(), c.existing}));
+        f.open();
+        f.drop(c.dropped);
+        CHECK_EQ(f.list().size(), 2 + c.added);
+        CHECK(f.world.log.lines.empty());
+    }
+}
+
+TEST(TheChooserDefersLeavingUntilItEnds) {
+    for (int returnCode : {0, 1}) {
+        Fixture f;
+        f.open();
+        f.pane->performAction("doExAddApp:", f.button("addButton"));
+        REQUIRE(f.world.toolkit.isOpenPanelOpen());
+        CHECK_EQ(f.world.toolkit.request.folder, "/Applications");
+        CHECK_EQ(f.world.toolkit.request.title, "Choose an Application");
+        CHECK(f.world.toolkit.request.allowsMultipleSelection && !f.world.toolkit.request.canChooseFolders);
+        CHECK(f.pane->shouldUnselect() == UnselectReply::Later);
+        CHECK_EQ(f.world.takeJournal(), fake::Journal{});
+        f.world.toolkit.endOpenPanel({"/a/Both.app"}, returnCode);
+        // A cancelled chooser stores the unchanged list all the same.
+        CHECK_EQ(f.world.takeJournal(), fake::Journal{"synchronize", "set TheExcList", "synchronize", "reply yes",
+                                                      "post com.tarnwick.typeslate PrefsChanged at once"});
+        CHECK_EQ(f.list().size(), std::size_t{1} + static_cast<std::size_t>(returnCode));
+        CHECK_EQ(f.table().visible, f.table().selected);
+        CHECK(f.pane->shouldUnselect() == UnselectReply::Now);
+    }
+}
+
+TEST(DropsAreTakenByAnEnabledEntryTableOnly) {
+    Fixture f;
+    f.open();
+    fake::TableView other;
+    CHECK(!f.pane->tableView_acceptDrop(other, {"/a/Both.app"}));
+    f.table().enabled = false;
+    CHECK(!f.pane->tableView_validateDrop(f.table()));
+    CHECK(!f.pane->tableView_acceptDrop(f.table(), {"/a/Both.app"}));
+    CHECK_EQ(f.list().size(), std::size_t{1});
+    CHECK(!f.pane->tableView_writeRows_toPasteboard(f.table(), {0}));
+}
+
+TEST(RemovingTakesTheSelectedEntryAndShowsItsNeighbour) {
+    const PropertyList g = settings::newGlobalEntry();
+    const PropertyList a = entry("Path", "A", "/a"), b = entry("Path", "B", "/b");
+    struct Case {
+        const char* label;
+        int selected;
+        std::vector<PropertyList> meanwhile, expected;
+        int selectedAfter;
+    };
+    const Case cases[] = {
+        {"in the middle", 1, {g, a, b}, {g, b}, 1},
+        {"the last", 2, {g, a, b}, {g, a}, 1},
+        {"moved meanwhile", 1, {g, b, a}, {g, b}, 1},
+        {"gone meanwhile", 1, {g, b}, {g, b}, 1},
+    };
+    for (const Case& c : cases) {
+        CONTEXT(c.label);
+        PaneFixture f;
+        f.setStored("TheExcList", PropertyList::array({g, a, b}));
+        f.open();
+        f.table().selectRow(c.selected);
+        f.world.preferences.duringSynchronize = [&] { f.setStored("TheExcList", PropertyList::array(c.meanwhile)); };
+        f.pane->performAction("doExRemoveApp:", f.button("exRemoveAppButton"));
+        CHECK_EQ(f.list(), PropertyList::array(c.expected));
+        CHECK_EQ(f.table().selected, c.selectedAfter);
+        CHECK_EQ(f.table().numberOfRows(), static_cast<int>(c.expected.size()));
+    }
+}
+
+TEST(NothingIsStoredOverAListThatCannotBeRead) {
+    Fixture f;
+    f.open();
+    f.world.preferences.readable = false;
+    f.drop({"/a/Both.app"});
+    f.world.preferences.readable = true;
+    CHECK_EQ(f.list(), PropertyList::array({settings::newGlobalEntry()}));
+}
+
+TEST(ShippedExclusionsAreMergedOncePerVersion) {
+    auto e = [](const char* type, const char* data, int mark) {
+        return entry(type, "N", data, PropertyList::dictionary({{"FontSize", mark}}));
+    };
+    struct Case {
+        const char* label;
+        std::vector<PropertyList> list, shipped, expected;
+    };
+    const Case cases[] = {
+        {"appended in order",
+         {e("Path", "u", 1)},
+         {e("Path", "x", 2), e("RegEx", "y", 2)},
+         {e("Path", "u", 1), e("Path", "x", 2), e("RegEx", "y", 2)}},
+        {"replaced in place",
+         {e("Path", "u", 1), e("Path", "x", 1), e("Path", "v", 1)},
+         {e("Path", "x", 2)},
+         {e("Path", "u", 1), e("Path", "x", 2), e("Path", "v", 1)}},
+        {"all of the same kind",
+         {e("Path", "x", 1), e("Path", "u", 1), e("Path", "x", 3)},
+         {e("Path", "x", 2)},
+         {e("Path", "x", 2), e("Path", "u", 1), e("Path", "x", 2)}},
+        {"another type is no match",
+         {e("Creator", "x", 1)},
+         {e("Path", "x", 2)},
+         {e("Creator", "x", 1), e("Path", "x", 2)}},
+        // The third shipped entry's index is beyond a list of two, whose first it replaces: it goes to the end.
+        {"index beyond the list",
+         {e("Path", "c", 1), e("Path", "b", 1)},
+         {e("Path", "b", 2), e("Path", "b", 3), e("Path", "c", 2)},
+         {e("Path", "b", 3), e("Path", "c", 2)}},
+        {"strangers",
+         {PropertyList("text"), PropertyList::dictionary({})},
+         {PropertyList(1), PropertyList::dictionary({{"Type", "Path"}}), e("Path", "x", 2)},
+         {PropertyList("text"), PropertyList::dictionary({}), PropertyList::dictionary({{"Type", "Path"}}),
+          e("Path", "x", 2)}},
+    };
+    for (const Case& c : cases) {
+        CONTEXT(c.label);
+        std::vector<PropertyList> list = c.list;
+        settings::mergeExclusions(list, PropertyList::array(c.shipped));
+        CHECK_EQ(PropertyList::array(list), PropertyList::array(c.expected));
+    }
+}
+
+TEST(TheMergeHappensOnceForEachVersion) {
+    struct Case {
+        PropertyList added, version;
+        bool merges;
+    };
+    const Case cases[] = {{{}, {}, true},      {true, {}, true},    {true, 999, true},     {true, 1000, false},
+                          {true, 1001, false}, {false, 1000, true}, {"yes", "1000", false}};
+    for (const Case& c : cases) {
+        CONTEXT(check::show(c.added) + " " + check::show(c.version));
+        PaneFixture f;
+        f.world.paneBundle.resources.insert("Exclusions.plist");
+        f.world.files.contents["/Pane.prefPane/Exclusions.plist"] =
+            "<plist><array><dict><key>Type</key><string>Path</string><key>Data</key><string>/x</string></dict></array>"
+            "</plist>";
+        if (c.added) f.setStored("Added Default Exclusions", c.added);
+        if (c.version) f.setStored("Default Exclusions Version", c.version);
+        f.open();
+        CHECK_EQ(f.list().size(), std::size_t{c.merges ? 2U : 1U});
+        if (c.merges) CHECK_EQ(f.stored("Default Exclusions Version"), PropertyList(1000));
+        if (c.merges) CHECK_EQ(f.stored("Added Default Exclusions"), PropertyList(true));
+    }
+}
