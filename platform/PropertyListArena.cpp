@@ -27,12 +27,15 @@ PropertyListArena::PropertyListArena(std::shared_ptr<const std::string> text)
 PropertyListArena::~PropertyListArena() = default;
 
 PropertyListArena::String PropertyListArena::stringWithin(std::string_view text) {
+    const std::uint32_t hash = hashText(text);
+    String& recent = recent_[hash % recent_.size()];
+    if (recent && recent->count == hash && recent->text() == text) return recent;
     Node* node = makeNode(*document_, PropertyList::Type::String);
     node->bytes = text.data();
     node->length = text.size();
-    node->flag = isASCII(text);
-    node->count = hashText(text);
-    return node;
+    node->flag = isASCII(text) ? Node::kASCII : 0;
+    node->count = hash;
+    return recent = node;
 }
 
 PropertyListArena::String PropertyListArena::copiedString(std::string_view text) {
@@ -49,11 +52,18 @@ PropertyList PropertyListArena::dictionary(std::span<const Field> fields) {
     node->entries = entries;
     node->count = static_cast<std::uint32_t>(fields.size());
     // The entries are never destroyed, and so count as no holders of the document: it would hold itself.
-    for (const Field& field : fields)
+    PropertyListStorage::beginMeasure(*node);
+    for (const Field& field : fields) {
         new (entries++) Entry{PropertyListStorage::adopt(field.key), PropertyListStorage::adopt(field.value)};
-    PropertyListStorage::measure(*node);
-    PropertyListStorage::retain(node);
-    return PropertyListStorage::adopt(node);
+        PropertyListStorage::measureChild(*node, *field.key);
+        PropertyListStorage::measureChild(*node, *field.value);
+    }
+    return value(node);
+}
+
+PropertyList PropertyListArena::value(String string) {
+    PropertyListStorage::retain(string);
+    return PropertyListStorage::adopt(string);
 }
 
 std::string_view PropertyListArena::textOf(String string) { return string->text(); }

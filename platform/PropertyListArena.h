@@ -4,6 +4,7 @@
 
 #include "platform/PropertyList.h"
 
+#include <array>
 #include <memory>
 #include <span>
 #include <string>
@@ -32,11 +33,13 @@ public:
     // Different keys are the caller's promise.
     PropertyList dictionary(std::span<const Field> fields);
 
+    PropertyList value(String string);
     static std::string_view textOf(String string);
 
 private:
     PropertyListDocument* document_;
-    PropertyList holder_;  // keeps the document alive
+    PropertyList holder_;                   // keeps the document alive
+    std::array<String, 1024> recent_ = {};  // by hash: the same strings come again and again
 };
 
 }  // namespace platform

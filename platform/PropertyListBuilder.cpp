@@ -56,6 +56,19 @@ void MutableDictionary::set(std::string_view key, PropertyList value) {
     }
 }
 
+PropertyList MutableDictionary::exchange(PropertyList key, PropertyList value) {
+    if (!key.isString() || !value) return {};
+    const PropertyList::Node& node = *key.node();
+    const std::size_t at = find(node.count, node.text());
+    if (at < entries_.size()) {
+        entries_[at].key = std::move(key);
+        return std::exchange(entries_[at].value, std::move(value));
+    }
+    if (index_) index_->table.add(node.count, static_cast<std::uint32_t>(at));
+    entries_.push_back({std::move(key), std::move(value)});
+    return {};
+}
+
 void MutableDictionary::remove(std::string_view key) {
     std::size_t at = find(hashText(key), key);
     if (at == entries_.size()) return;

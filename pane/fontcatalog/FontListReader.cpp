@@ -6,6 +6,7 @@
 #include "platform/Unicode.h"
 
 #include <algorithm>
+#include <cstring>
 #include <vector>
 
 namespace fontcatalog {
@@ -30,12 +31,32 @@ enum KnownKey : std::uint32_t {
 constexpr std::string_view kKnownKeys[] = {"FontName",     "FullName",         "FamilyName",  "OutlineFileName",
                                            "RealFullName", "FontListFilePath", "FontFilePath"};
 
+template <typename Word>
+bool areEndsSame(const char* a, const char* b, std::size_t size) {
+    Word words[4];
+    std::memcpy(&words[0], a, sizeof(Word));
+    std::memcpy(&words[1], b, sizeof(Word));
+    std::memcpy(&words[2], a + size - sizeof(Word), sizeof(Word));
+    std::memcpy(&words[3], b + size - sizeof(Word), sizeof(Word));
+    return words[0] == words[1] && words[2] == words[3];
+}
+
+// Keys and values are short, and for two million of them the call of a library function is worth saving: up to sixteen
+// bytes are two words, which may overlap.
+bool isSame(std::string_view a, std::string_view b) {
+    if (a.size() != b.size()) return false;
+    if (a.size() > 16 || a.size() < 4) return a == b;
+    return a.size() < 8 ? areEndsSame<std::uint32_t>(a.data(), b.data(), a.size())
+                        : areEndsSame<std::uint64_t>(a.data(), b.data(), a.size());
+}
+
 // The keys of a list: each is stored once. A key knows where the record at hand has it, so that a record of a million
 // lines takes no longer for each than one of twenty.
 class KeyTable {
 public:
     struct Key {
         PropertyListArena::String name;
+        std::string_view text;
         PropertyListArena::String value = nullptr;  // the last one stored: most are those of the record before
         std::uint32_t record = 0, field = 0;        // the last record that has the key, and its place there
         std::uint32_t follower = 0;                 // the key that came next the last time
@@ -51,24 +72,25 @@ public:
         const std::uint32_t found = table_.find(hash, [&](std::uint32_t key) { return isNamed(key, name); });
         if (found != platform::HashTable::kMissing) return found;
         const auto added = static_cast<std::uint32_t>(keys_.size());
-        keys_.push_back({arena_.copiedString(name)});
+        const PropertyListArena::String string = arena_.copiedString(name);
+        keys_.push_back({string, PropertyListArena::textOf(string)});
         table_.add(hash, added);
         return added;
     }
 
-    // The same, faster when the keys come in an order that has been seen before.
+    // Records mostly have their keys in the same order: a guess, and its check, save most searches.
+    std::uint32_t likelyAfter(std::uint32_t previous) const { return keys_[previous].follower; }
     std::uint32_t numberAfter(std::uint32_t previous, std::string_view name) {
-        const std::uint32_t likely = keys_[previous].follower;
-        if (isNamed(likely, name)) return likely;
-        const std::uint32_t key = numberOf(name);
-        keys_[previous].follower = key;
-        return key;
+        return keys_[previous].follower = numberOf(name);
     }
+    bool begins(std::string_view line, std::uint32_t key) const {
+        const std::string_view name = nameOf(key);
+        return line.size() > name.size() && line[name.size()] == ':' && isSame(line.substr(0, name.size()), name);
+    }
+    std::string_view nameOf(std::uint32_t key) const { return keys_[key].text; }
 
 private:
-    bool isNamed(std::uint32_t key, std::string_view name) const {
-        return PropertyListArena::textOf(keys_[key].name) == name;
-    }
+    bool isNamed(std::uint32_t key, std::string_view name) const { return nameOf(key) == name; }
 
     PropertyListArena& arena_;
     std::vector<Key> keys_;
@@ -108,13 +130,16 @@ struct FontListReader::Impl {
         std::uint32_t key = 0;
         TextLines lines(recordText);
         for (std::string_view line; lines.next(line);) {
-            const std::size_t colon = line.find(':');
-            if (colon == std::string_view::npos) continue;
+            std::uint32_t next = keys.likelyAfter(key);
+            std::size_t colon = keys.nameOf(next).size();
+            if (!keys.begins(line, next)) {
+                colon = line.find(':');
+                if (colon == std::string_view::npos) continue;
+                next = keys.numberAfter(key, line.substr(0, colon));
+            }
             const std::string_view lineValue = line.substr(colon + 1);
             if (lineValue == "ITC New Baskerville") log("What");
-            if (lineValue.empty()) continue;
-            key = keys.numberAfter(key, line.substr(0, colon));
-            set(key, lineValue);
+            if (!lineValue.empty()) set(key = next, lineValue);
         }
     }
 
@@ -135,7 +160,7 @@ struct FontListReader::Impl {
 
     PropertyListArena::String stored(const Field& field) {
         PropertyListArena::String& last = keys[field.key].value;
-        if (last && PropertyListArena::textOf(last) == field.value) return last;
+        if (last && isSame(PropertyListArena::textOf(last), field.value)) return last;
         const bool isOutsideText = field.key == kFontListFilePath || field.key == kFontFilePath;
         return last = isOutsideText ? arena.copiedString(field.value) : arena.stringWithin(field.value);
     }
@@ -148,13 +173,12 @@ struct FontListReader::Impl {
     }
 
     void keep(NamesCollection& names) {
-        const std::string_view fontName = value(kFontName), fullName = value(kFullName);
         const PropertyList made = storedRecord();
-        if (const PropertyList old = names[fontName]; old && old["FullName"].stringValue() != fullName) {
-            log("Multiple entries for font %@. Old one is %@. New one is %@", fontName, old["FullName"], fullName);
-            log("%@ vs %@", old, made);
-        }
-        names.set(fontName, made);
+        const PropertyList name = arena.value(keys[kFontName].value);
+        const PropertyList old = names.exchange(name, made);
+        if (!old || old["FullName"].stringValue() == value(kFullName)) return;
+        log("Multiple entries for font %@. Old one is %@. New one is %@", name, old["FullName"], made["FullName"]);
+        log("%@ vs %@", old, made);
     }
 
     const std::string_view text, path;

@@ -22,12 +22,6 @@ std::size_t whiteSpaceAtBack(std::string_view text) {
     return isWhiteSpace(platform::takeCodePoint(character)) ? length : 0;
 }
 
-std::size_t lengthOfLine(std::string_view text) {
-    std::size_t length = 0;
-    while (length < text.size() && text[length] != '\n' && text[length] != '\r') ++length;
-    return length;
-}
-
 }  // namespace
 
 bool isWhiteSpace(std::uint32_t c) {
@@ -36,7 +30,7 @@ bool isWhiteSpace(std::uint32_t c) {
     return c <= 0x200A || c == 0x2028 || c == 0x2029 || c == 0x202F || c == 0x205F || c == 0x3000;
 }
 
-std::string_view trimmed(std::string_view text) {
+std::string_view trimmedWithCare(std::string_view text) {
     while (!text.empty()) {
         const std::size_t length = whiteSpaceAtFront(text);
         if (length == 0) break;
@@ -48,16 +42,6 @@ std::string_view trimmed(std::string_view text) {
         text.remove_suffix(length);
     }
     return text;
-}
-
-bool TextLines::next(std::string_view& line) {
-    while (!rest_.empty()) {
-        const std::size_t length = lengthOfLine(rest_);
-        line = trimmed(rest_.substr(0, length));
-        rest_.remove_prefix(length < rest_.size() ? length + 1 : length);
-        if (!line.empty()) return true;
-    }
-    return false;
 }
 
 }  // namespace fontcatalog

@@ -1,0 +1,97 @@
+// The font catalogue's work, for fontcatalog_peers.py, which sets it beside other programs' work on the same files.
+//
+//     bench_fontcatalog parse FILE   reading and scanning for line ends; reading and parsing into a names collection
+//     bench_fontcatalog rebuild      the start-up check once, in the folders that the environment names
+//
+// Prints one JSON object; times in seconds, memory in bytes. Of `parse` the rounds alternate, so that noise hits both,
+// and the best round of each counts.
+#include "pane/fontcatalog/AdobeNames.h"
+#include "pane/fontcatalog/FontListReader.h"
+#include "platform/linux/DiskPreferences.h"
+#include "platform/linux/LinuxFiles.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <string>
+
+using namespace fontcatalog;
+
+namespace {
+
+constexpr int kRounds = 7;
+
+struct SilentLog : platform::Log {
+    void write(std::string_view) override {}
+};
+
+template <typename Work>
+double secondsOf(Work work) {
+    const auto start = std::chrono::steady_clock::now();
+    work();
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+// Since the program began: what getrusage tells includes the parent's memory at the fork.
+long peakMemory() {
+    std::ifstream status("/proc/self/status");
+    for (std::string line; std::getline(status, line);)
+        if (line.starts_with("VmHWM:")) return std::atol(line.c_str() + 6) * 1024;
+    return 0;
+}
+
+std::size_t countLines(std::string_view text, char end) {
+    std::size_t lines = 0;
+    const char* last = text.data() + text.size();
+    for (const char* at = text.data(); (at = static_cast<const char*>(std::memchr(at, end, last - at))); ++at) ++lines;
+    return lines;
+}
+
+int parse(const char* path) {
+    platform::LinuxFiles files;
+    SilentLog log;
+    double scanning = 1e9, parsing = 1e9;
+    std::size_t bytes = 0, lines = 0, records = 0;
+    for (int round = 0; round < kRounds; ++round) {
+        scanning = std::min(scanning, secondsOf([&] {
+                                const auto text = files.readFile(path);
+                                bytes = text->size();
+                                lines = countLines(*text, text->substr(0, 200).find('\n') < 200 ? '\n' : '\r');
+                            }));
+        NamesCollection names;
+        parsing = std::min(parsing, secondsOf([&] {
+                               FontListReader(decodedText(files.readFile(path)), path, {}, log).readInto(names);
+                           }));
+        records = names.size();
+    }
+    std::printf("{\"bytes\": %zu, \"lines\": %zu, \"names\": %zu, \"scan\": %.6f, \"parse\": %.6f}\n", bytes, lines,
+                records, scanning, parsing);
+    return records > 0 ? 0 : 1;
+}
+
+int rebuild() {
+    platform::LinuxFiles files;
+    SilentLog log;
+    platform::posix::DiskPreferences preferences(platform::posix::preferencesFolder(), log);
+    const auto cache = CFPreferencesWrapper_Typeslate::preferencesWithApplication(preferences, kCacheDomain);
+    Catalogue catalogue;
+    CacheCheck check;
+    const double whole = secondsOf([&] { check = checkFontNameCache({files, log}, cache.get(), catalogue); });
+    Catalogue again;
+    const double building = secondsOf([&] { adobeNames({files, log}, again); });
+    std::printf("{\"files\": %zu, \"names\": %zu, \"whole\": %.6f, \"build\": %.6f, \"peak\": %ld}\n",
+                check.files.size(), catalogue.names.size(), whole, building, peakMemory());
+    return check.isStored ? 0 : 1;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (argc == 3 && std::string_view(argv[1]) == "parse") return parse(argv[2]);
+    if (argc == 2 && std::string_view(argv[1]) == "rebuild") return rebuild();
+    std::fprintf(stderr, "usage: bench_fontcatalog parse FILE | rebuild\n");
+    return 2;
+}
