@@ -32,12 +32,11 @@ public:
 
     std::uint32_t numberOf(const Node* node) {
         for (Table& table : tables_)
-            if (std::size_t at = table.position(node); at < table.size) return numberInTable(table.numbers[at], node);
-        if (const PropertyListDocument* document = documentOf(node); document && tables_.size() < kMostTables) {
-            addTable(document);
-            return numberOf(node);
-        }
-        return node->type == Type::Boolean ? numberInTable(booleans_[node->integer != 0], node) : numberOfBuilt(node);
+            if (std::size_t at = table.position(node); at < table.size) {
+                std::uint32_t& plusOne = table.numbers[at];
+                return plusOne != 0 ? plusOne - 1 : (plusOne = add(node) + 1) - 1;
+            }
+        return numberOfOther(node);
     }
 
 private:
@@ -64,29 +63,43 @@ private:
         tables_.push_back({reinterpret_cast<std::uintptr_t>(document->nodes), document->count, {numbers, &std::free}});
     }
 
-    std::uint32_t add(const Node* node) {
-        objects_.push_back(node);
-        return static_cast<std::uint32_t>(objects_.size() - 1);
+    std::uint32_t numberOfOther(const Node* node) {
+        if (const PropertyListDocument* document = documentOf(node); document && tables_.size() < kMostTables) {
+            addTable(document);
+            return numberOf(node);
+        }
+        if (node->type != Type::Boolean) return numberOfBuilt(node);
+        std::uint32_t& plusOne = booleans_[node->integer != 0];
+        return plusOne != 0 ? plusOne - 1 : (plusOne = add(node) + 1) - 1;
     }
 
-    std::uint32_t numberInTable(std::uint32_t& plusOne, const Node* node) {
-        if (plusOne != 0) return plusOne - 1;
-        std::uint32_t number = add(node);
-        plusOne = number + 1;
-        // What is built later may equal it.
-        if (isMerged(*node)) built_.add(contentHash(*node), number);
+    std::uint32_t add(const Node* node) {
+        auto number = static_cast<std::uint32_t>(objects_.size());
+        objects_.push_back(node);
+        if (isMerging_ && isMerged(*node)) index_.add(contentHash(*node), number);
         return number;
+    }
+
+    // Until something that was built may equal something that was read, nothing needs to be found by its content.
+    void startMerging() {
+        isMerging_ = true;
+        index_.reserve(objects_.size());
+        for (std::uint32_t number = 0; number < objects_.size(); ++number)
+            if (isMerged(*objects_[number])) index_.add(contentHash(*objects_[number]), number);
     }
 
     std::uint32_t numberOfBuilt(const Node* node) {
         bool merged = isMerged(*node);
+        if (merged && !isMerging_) startMerging();
         std::uint32_t hash = merged ? contentHash(*node) : identityHash(node);
         auto same = [&](std::uint32_t number) {
             const Node* other = objects_[number];
             return other == node || (merged && sameContent(*other, *node));
         };
-        std::uint32_t number = built_.find(hash, same);
-        if (number == kMissing) built_.add(hash, number = add(node));
+        std::uint32_t number = index_.find(hash, same);
+        if (number != kMissing) return number;
+        number = add(node);
+        if (!merged) index_.add(hash, number);
         return number;
     }
 
@@ -106,13 +119,15 @@ private:
 
     std::vector<const Node*> objects_;
     std::vector<Table> tables_;
-    HashTable built_;
+    HashTable index_;  // by content what is merged, by address what is not
+    bool isMerging_ = false;
     std::uint32_t booleans_[2] = {0, 0};
 };
 
 // The document as it will stand in the file: the objects in order and the references of the containers among them.
 struct Layout {
     explicit Layout(const Node* top) : numbers(top) {
+        references.reserve(std::min<std::uint64_t>(PropertyListStorage::weight(*top), std::uint64_t{1} << 20));
         // The objects are added while they are walked.
         for (std::size_t i = 0; i < numbers.objects().size(); ++i) {
             const Node& node = *numbers.objects()[i];

@@ -25,6 +25,11 @@ public:
         count_ = 0;
     }
 
+    // Makes room for this many more.
+    void reserve(std::size_t more) {
+        while ((count_ + more) * 4 > slots_.size() * 3) grow();
+    }
+
     // The first number with this hash that `same` accepts.
     template <typename Same>
     std::uint32_t find(std::uint32_t hash, Same same) const {
@@ -53,7 +58,8 @@ private:
         slots_[at] = slot;
     }
     void grow() {
-        std::vector<Slot> old(slots_.size() * 2);
+        constexpr std::size_t kSmall = 1 << 16;
+        std::vector<Slot> old(slots_.size() * (slots_.size() < kSmall ? 4 : 2));
         old.swap(slots_);
         for (const Slot& slot : old)
             if (slot.numberPlus1 != 0) place(slot);
