@@ -4,7 +4,10 @@
 #include "platform/linux/DiskPreferences.h"
 #include "platform/linux/FolderBundle.h"
 #include "platform/linux/LinuxApplications.h"
+#include "platform/linux/LinuxDates.h"
 #include "platform/linux/LinuxFiles.h"
+#include "platform/linux/LinuxLauncher.h"
+#include "platform/linux/LinuxProcesses.h"
 #include "platform/linux/LinuxSystem.h"
 #include "platform/linux/SystemLog.h"
 #include "platform/qt/QtRunLoop.h"
@@ -28,9 +31,20 @@ struct HostPlatform::Parts {
         auto application = applications.applicationAtPath(path);
         return application ? application->iconName : std::string();
     }};
+    posix::LinuxProcesses processes{applications};
+    posix::LinuxLauncher launcher;
+    posix::LinuxDates dates;
 };
 
-HostPlatform::HostPlatform() : parts_(new Parts) { parts_->bundles.addLoaded(loadRuntime(parts_->files)); }
+HostPlatform::HostPlatform() : parts_(new Parts) {
+    parts_->bundles.addLoaded(loadRuntime(parts_->files));
+    parts_->toolkit.setApplicationLister([&applications = parts_->applications] {
+        std::vector<qt::ChoosableApplication> choosable;
+        for (const posix::InstalledApplication& application : applications.installedApplications())
+            choosable.push_back({application.path, application.name});
+        return choosable;
+    });
+}
 
 HostPlatform::~HostPlatform() = default;
 
@@ -46,7 +60,10 @@ Platform HostPlatform::forPane(Bundle& bundle, PaneHost& host) {
             .system = p.system,
             .runLoop = p.runLoop,
             .toolkit = p.toolkit,
-            .log = p.log};
+            .log = p.log,
+            .processes = p.processes,
+            .launcher = p.launcher,
+            .dates = p.dates};
 }
 
 void HostPlatform::setWindow(QWidget* window) { parts_->toolkit.setWindow(window); }

@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QFileInfo>
+#include <QStandardPaths>
 #include <QStyleFactory>
 #include <QTabWidget>
 
@@ -102,17 +103,37 @@ void choosePlatform(const Request& request) {
     }
 }
 
+QPalette darkPalette() {
+    const QColor window(0x2a, 0x2e, 0x32), base(0x1f, 0x23, 0x26), text(0xf4, 0xf5, 0xf6), grey(0x8d, 0x96, 0x9e);
+    QPalette palette(QColor(0x3a, 0x40, 0x46), window);
+    palette.setColor(QPalette::Base, base);
+    palette.setColor(QPalette::AlternateBase, window);
+    for (auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+        palette.setColor(role, text);
+        palette.setColor(QPalette::Disabled, role, grey.darker(130));
+    }
+    palette.setColor(QPalette::PlaceholderText, grey);
+    palette.setColor(QPalette::Highlight, QColor(0x2f, 0x7f, 0xb8));
+    palette.setColor(QPalette::HighlightedText, Qt::white);
+    return palette;
+}
+
+void chooseIconTheme() {
+    const QStringList folders = QStandardPaths::locateAll(QStandardPaths::GenericDataLocation, QStringLiteral("icons"),
+                                                          QStandardPaths::LocateDirectory);
+    QIcon::setThemeSearchPaths(QIcon::themeSearchPaths() + folders);
+    for (const QString& theme : {QStringLiteral("breeze"), QStringLiteral("Adwaita")})
+        for (const QString& folder : folders)
+            if (QFileInfo::exists(folder + QLatin1Char('/') + theme + QStringLiteral("/index.theme")))
+                return QIcon::setThemeName(theme);
+}
+
 // Without a desktop nothing chooses a style or an icon theme.
 void chooseLook(const Request& request) {
     bool hasDesktop = QGuiApplication::platformName() != QStringLiteral("offscreen");
     if (!hasDesktop || request.dark) QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
-    if (QIcon::themeName().isEmpty() || QIcon::themeName() == QStringLiteral("hicolor"))
-        for (const char* theme : {"breeze", "Adwaita"})
-            if (QFileInfo::exists(QStringLiteral("/usr/share/icons/") + QLatin1String(theme))) {
-                QIcon::setThemeName(QLatin1String(theme));
-                break;
-            }
-    if (request.dark) QApplication::setPalette(QPalette(QColor(0x35, 0x38, 0x3c), QColor(0x2a, 0x2d, 0x30)));
+    if (!hasDesktop) chooseIconTheme();
+    if (request.dark) QApplication::setPalette(darkPalette());
 }
 
 void applyRequest(const Request& request, host::PaneWindow& window) {

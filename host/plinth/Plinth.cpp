@@ -21,19 +21,30 @@ enum Status : int32_t { kSent = 0, kNoBus = -1, kBadArgument = -50, kNoMemory = 
 std::mutex sMutex;
 DBusConnection* sConnection = nullptr;  // guarded by sMutex
 
-// libdbus would start a bus of its own where there is none.
-bool hasSessionBus() {
-    if (std::getenv("DBUS_SESSION_BUS_ADDRESS")) return true;
+// Empty when nobody has started a bus: libdbus would start one of its own.
+std::string busAddress() {
+    const char* address = std::getenv("DBUS_SESSION_BUS_ADDRESS");
+    if (address && *address) return address;
     const char* runtime = std::getenv("XDG_RUNTIME_DIR");
-    return runtime && access((std::string(runtime) + "/bus").c_str(), F_OK) == 0;
+    std::string socket = std::string(runtime ? runtime : "") + "/bus";
+    return access(socket.c_str(), F_OK) == 0 ? "unix:path=" + socket : "";
+}
+
+DBusConnection* openConnection() {
+    std::string address = busAddress();
+    DBusConnection* opened = address.empty() ? nullptr : dbus_connection_open_private(address.c_str(), nullptr);
+    if (!opened) return nullptr;
+    dbus_connection_set_exit_on_disconnect(opened, FALSE);
+    if (dbus_bus_register(opened, nullptr)) return opened;
+    dbus_connection_close(opened);
+    dbus_connection_unref(opened);
+    return nullptr;
 }
 
 DBusConnection* connection() {
     if (sConnection && dbus_connection_get_is_connected(sConnection)) return sConnection;
     if (sConnection) dbus_connection_unref(sConnection);
-    sConnection = hasSessionBus() ? dbus_bus_get_private(DBUS_BUS_SESSION, nullptr) : nullptr;
-    if (sConnection) dbus_connection_set_exit_on_disconnect(sConnection, FALSE);
-    return sConnection;
+    return sConnection = openConnection();
 }
 
 bool isText(const char* text) { return text && dbus_validate_utf8(text, nullptr); }

@@ -59,8 +59,7 @@ void fitButtons(QWidget& content) {
         if (!button) continue;
         QRect designed = button->geometry();
         if (designed.center().x() > content.width() / 2) rightHand.push_back({button, designed});
-        QSize wanted = button->sizeHint();
-        button->resize(std::max(wanted.width(), designed.width()), wanted.height());
+        button->resize(designed.size().expandedTo(button->sizeHint()));
     }
     std::ranges::sort(rightHand, std::greater(), [](const Placed& p) { return p.designed.x(); });
     int right = content.width(), designedRight = right;
@@ -115,7 +114,6 @@ void QtPanel::beginSheet(std::function<void(int)> didEnd) {
     endSheet(0);
     didEnd_ = std::move(didEnd);
     widget_.show();
-    widget_.raise();
     widget_.activateWindow();
 }
 

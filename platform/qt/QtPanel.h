@@ -13,7 +13,7 @@ namespace platform::qt {
 
 class QtPanel final : public WidgetView<Panel, QDialog> {
 public:
-    static constexpr int kDesignLineHeight = 17;
+    static constexpr int kDesignLineHeight = 15;
 
     // The dialog takes the content out of its parent, whose child it becomes.
     explicit QtPanel(QWidget& content);

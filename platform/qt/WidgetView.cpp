@@ -1,5 +1,7 @@
 #include "platform/qt/WidgetView.h"
 
+#include <QLabel>
+
 #include <cmath>
 
 namespace platform::qt {
@@ -18,6 +20,13 @@ int heightAround(const QWidget& widget) {
 int rounded(double points) { return static_cast<int>(std::lround(points)); }
 
 }  // namespace
+
+void setEnabledWithLabel(QWidget& widget, bool enabled) {
+    widget.setEnabled(enabled);
+    if (!widget.parentWidget()) return;
+    for (QLabel* label : widget.parentWidget()->findChildren<QLabel*>(QString(), Qt::FindDirectChildrenOnly))
+        if (label->buddy() == &widget) label->setEnabled(enabled);
+}
 
 Rect frameOf(const QWidget& widget) {
     QRect g = widget.geometry();

@@ -18,6 +18,9 @@ public:
 // The widget behind a view that this toolkit made; null for any other.
 QWidget* widgetOf(View* view);
 
+// A label that names the widget follows it.
+void setEnabledWithLabel(QWidget& widget, bool enabled);
+
 Rect frameOf(const QWidget& widget);
 void setFrameOf(QWidget& widget, const Rect& frame);
 
@@ -29,7 +32,7 @@ public:
 
     // The control's own state, whatever the state of what surrounds it.
     bool isEnabled() const override { return !widget_.testAttribute(Qt::WA_ForceDisabled); }
-    void setEnabled(bool enabled) override { widget_.setEnabled(enabled); }
+    void setEnabled(bool enabled) override { setEnabledWithLabel(widget_, enabled); }
     void setToolTip(std::string_view text) override { widget_.setToolTip(toQString(text)); }
     Rect frame() const override { return frameOf(widget_); }
     void setFrame(const Rect& frame) override { setFrameOf(widget_, frame); }

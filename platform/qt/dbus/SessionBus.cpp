@@ -6,19 +6,22 @@ namespace platform::qt {
 
 namespace {
 
-bool hasAddress() {
-    if (qEnvironmentVariableIsSet("DBUS_SESSION_BUS_ADDRESS")) return true;
-    QString runtime = qEnvironmentVariable("XDG_RUNTIME_DIR");
-    return !runtime.isEmpty() && QFileInfo::exists(runtime + QStringLiteral("/bus"));
+// Empty when nobody has started a bus. Read anew each time: libdbus would keep the first answer for good.
+QString address() {
+    QString address = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
+    if (!address.isEmpty()) return address;
+    QString socket = qEnvironmentVariable("XDG_RUNTIME_DIR") + QStringLiteral("/bus");
+    return QFileInfo::exists(socket) ? QStringLiteral("unix:path=") + socket : QString();
 }
 
 }  // namespace
 
 QDBusConnection sessionBusConnection(const QString& name) {
     QDBusConnection kept(name);
-    if (kept.isConnected() || !hasAddress()) return kept;
+    QString bus = kept.isConnected() ? QString() : address();
+    if (bus.isEmpty()) return kept;
     QDBusConnection::disconnectFromBus(name);
-    return QDBusConnection::connectToBus(QDBusConnection::SessionBus, name);
+    return QDBusConnection::connectToBus(bus, name);
 }
 
 }  // namespace platform::qt

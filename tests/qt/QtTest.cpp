@@ -1,0 +1,61 @@
+#include "tests/qt/QtTest.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QStyleFactory>
+
+using namespace platform;
+
+namespace {
+
+std::string sExpected;
+
+// What the offscreen plug-in cannot do is no fault of ours.
+bool isExpected(const QString& message) {
+    return (!sExpected.empty() && message.toStdString().find(sExpected) != std::string::npos) ||
+           message.startsWith(QStringLiteral("This plugin does not support")) ||
+           message.startsWith(QStringLiteral("QStandardPaths: XDG_RUNTIME_DIR not set"));
+}
+
+void failOnWarning(QtMsgType type, const QMessageLogContext&, const QString& message) {
+    if (type != QtDebugMsg && type != QtInfoMsg && !isExpected(message))
+        check::fail(__FILE__, __LINE__, "the toolkit warns: " + message.toStdString());
+}
+
+}  // namespace
+
+void useApplication() {
+    static int sCount = 1;
+    static char sName[] = "test";
+    static char* sArguments[] = {sName, nullptr};
+    static bool sReady = qputenv("QT_QPA_PLATFORM", "offscreen") && (qInstallMessageHandler(failOnWarning), true) &&
+                         QApplication::setStyle(QStringLiteral("Fusion"));
+    static auto* sApplication = new QApplication(sCount, sArguments);  // outlives Qt's own statics
+    Q_UNUSED(sReady)
+    Q_UNUSED(sApplication)
+}
+
+ExpectWarning::ExpectWarning(std::string part) { sExpected = std::move(part); }
+ExpectWarning::~ExpectWarning() { sExpected.clear(); }
+
+bool waitFor(const std::function<bool()>& condition) {
+    QElapsedTimer timer;
+    for (timer.start(); !condition() && timer.elapsed() < 10000;) QCoreApplication::processEvents({}, 20);
+    return condition();
+}
+
+void settle() {
+    for (int i = 0; i < 5; ++i) QCoreApplication::processEvents();
+}
+
+SampleInterface::SampleInterface() {
+    useApplication();
+    bundle = posix::FolderBundle::open(TEST_DATA "/Sample.prefPane");
+    REQUIRE(bundle != nullptr);
+    std::string error;
+    interface = qt::loadInterface(TEST_DATA "/Sample.prefPane/Contents/Resources/Sample.ui", *bundle, owner, error);
+    CHECK_EQ(error, "");
+    REQUIRE(interface != nullptr);
+    interface->root()->show();
+    settle();
+}

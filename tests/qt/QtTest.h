@@ -1,0 +1,56 @@
+// An application without a screen, an interface file and an owner that notes what it hears. A warning of the toolkit
+// fails the test at hand.
+#pragma once
+
+#include "platform/linux/FolderBundle.h"
+#include "platform/qt/InterfaceLoader.h"
+#include "platform/qt/WidgetView.h"
+#include "tests/support/Check.h"
+
+#include <QCoreApplication>
+#include <QTest>
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+// The one application of the test program.
+void useApplication();
+// Runs the event loop until the condition holds; false when it does not within ten seconds.
+bool waitFor(const std::function<bool()>& condition);
+// Runs what is due now.
+void settle();
+
+// Until the end of its scope, warnings with this part are expected.
+struct ExpectWarning {
+    explicit ExpectWarning(std::string part);
+    ~ExpectWarning();
+};
+
+struct NotingOwner : platform::InterfaceOwner {
+    void setOutlet(std::string_view name, platform::View& object) override { outlets[std::string(name)] = &object; }
+    void performAction(std::string_view selector, platform::View& sender) override {
+        actions.push_back(std::string(selector) + " " + std::to_string(sender.tag()));
+        if (onAction) onAction(sender);
+    }
+    std::vector<std::string> takeActions() { return std::exchange(actions, {}); }
+
+    std::map<std::string, platform::View*> outlets;
+    std::vector<std::string> actions;
+    std::function<void(platform::View&)> onAction;
+};
+
+// Sample.ui, loaded and on the screen that is not there.
+struct SampleInterface {
+    SampleInterface();
+    template <typename Widget>
+    Widget& widget(const std::string& name) {
+        return *qobject_cast<Widget*>(platform::qt::widgetOf(owner.outlets.at(name)));
+    }
+
+    NotingOwner owner;
+    std::unique_ptr<platform::Bundle> bundle;
+    std::unique_ptr<platform::qt::Interface> interface;
+};

@@ -1,0 +1,57 @@
+#include "tests/support/Check.h"
+
+#include <QProcess>
+
+namespace {
+
+struct Outcome {
+    int status;
+    std::string output, error;
+};
+
+Outcome panehost(const QStringList& arguments) {
+    QProcess process;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM", "DBUS_SESSION_BUS_ADDRESS"})
+        environment.remove(QLatin1String(name));
+    process.setProcessEnvironment(environment);
+    process.start(QStringLiteral(PANEHOST), arguments);
+    REQUIRE(process.waitForFinished());
+    REQUIRE(process.exitStatus() == QProcess::NormalExit);
+    return {process.exitCode(), process.readAllStandardOutput().toStdString(),
+            process.readAllStandardError().toStdString()};
+}
+
+}  // namespace
+
+TEST(PanehostSaysWhyItCannotOpenAWindow) {
+    check::TemporaryFolder folder;
+    QString empty = QString::fromStdString(folder.path()), picture = QString::fromStdString(folder / "picture.png");
+    QString sample = QStringLiteral(TEST_DATA "/Sample.prefPane");
+    struct {
+        QStringList arguments;
+        int status;
+        const char* part;
+    } const cases[] = {
+        {{}, 1, "-platform vnc"},
+        {{QStringLiteral("-platform"), QStringLiteral("offscreen"), empty}, 1, "is not a pane"},
+        {{QStringLiteral("--screenshot"), picture, sample}, 1, "cannot be loaded"},
+        {{QStringLiteral("--nonsense")}, 2, "nonsense"},
+        {{QStringLiteral("--select"), QStringLiteral("x")}, 2, "usage"},
+    };
+    for (const auto& c : cases) {
+        CONTEXT(c.arguments.join(QLatin1Char(' ')).toStdString());
+        Outcome outcome = panehost(c.arguments);
+        CHECK_EQ(outcome.status, c.status);
+        CHECK(outcome.error.find(c.part) != std::string::npos);
+        CHECK_EQ(outcome.output, "");
+    }
+    CHECK(check::readFile(picture.toStdString()).empty());
+}
+
+TEST(PanehostExplainsItselfWithoutADisplay) {
+    Outcome help = panehost({QStringLiteral("--help")});
+    CHECK_EQ(help.status, 0);
+    CHECK(help.output.find("--screenshot") != std::string::npos);
+    CHECK_EQ(panehost({QStringLiteral("--version")}).status, 0);
+}
