@@ -27,7 +27,7 @@ public:
                                        arguments, kSignature, std::move(handler))) {}
     // Its own handler may end it, and Qt is still in the receiver's slot then.
     ~SignalObservation() override {
-        receiver_->disconnect();
+        receiver_->stop();
         receiver_.release()->deleteLater();
     }
 

@@ -19,11 +19,17 @@ public:
     SignalReceiver(QDBusConnection bus, const char* path, const char* interface, const char* member,
                    const QStringList& arguments, const char* signature, Handler handler);
 
+    // Nothing is handed on from now on, signals on their way included.
+    void stop();
+
 private Q_SLOTS:
     void receive(const QDBusMessage& message);
 
 private:
-    const char* signature_;
+    QDBusConnection bus_;
+    QString path_, interface_, member_;
+    QStringList arguments_;
+    QString signature_;
     Handler handler_;
 };
 
