@@ -97,6 +97,7 @@ Failure DiskPreferencesDomain::writeChanges() {
     // What cannot be read is not touched, not even by a lock file.
     if (!readable_)
         if (Failure failure = refresh()) return failure;
+    Snapshot written;  // outlives the lock: closing the replaced file frees its blocks, for which nobody need wait
     Transaction transaction(files_, path_);
     if (Failure failure = transaction.begin()) return failure;
     if (Failure failure = refreshLocked(transaction)) return failure;
@@ -105,9 +106,8 @@ Failure DiskPreferencesDomain::writeChanges() {
     if (bytes.empty()) return {"encode", 0, "a value is nested too deeply"};
     if (bytes.size() > static_cast<std::size_t>(kMaximumFileSize)) return {"encode", EFBIG};
 
-    Snapshot written;
     if (Failure failure = transaction.replace(bytes, written)) return failure;
-    snapshot_ = std::move(written);
+    std::swap(snapshot_, written);
     stored_ = std::move(contents);
     changes_.clear();
     return {};
