@@ -15,6 +15,7 @@ public:
     }
     T* operator->() const { return object_; }
     T& operator*() const { return *object_; }
+    T* connected() const { return object_ == &inert() ? nullptr : object_; }  // null while there is none
     bool is(const platform::View* object) const { return object == object_; }
 
 private:
@@ -36,6 +37,10 @@ private:
             return object.asTabView();
         else if constexpr (std::is_same_v<T, Panel>)
             return object.asPanel();
+        else if constexpr (std::is_same_v<T, ProgressIndicator>)
+            return object.asProgressIndicator();
+        else if constexpr (std::is_same_v<T, TextView>)
+            return object.asTextView();
         else
             return &object;
     }

@@ -36,6 +36,8 @@ class PopUpButton;
 class TableView;
 class TabView;
 class Panel;
+class ProgressIndicator;
+class TextView;
 
 // The owner of an interface file: the loader hands it every named object and tells it of every action.
 class InterfaceOwner {
@@ -58,12 +60,23 @@ public:
     virtual TableView* asTableView() { return nullptr; }
     virtual TabView* asTabView() { return nullptr; }
     virtual Panel* asPanel() { return nullptr; }
+    virtual ProgressIndicator* asProgressIndicator() { return nullptr; }
+    virtual TextView* asTextView() { return nullptr; }
 
     virtual bool isEnabled() const { return false; }
     virtual void setEnabled(bool) {}
     virtual void setToolTip(std::string_view) {}
     virtual Rect frame() const { return {}; }
     virtual void setFrame(const Rect&) {}
+    virtual bool isHidden() const { return false; }  // itself, whatever surrounds it
+    virtual void setHidden(bool) {}
+    virtual void setNeedsDisplay() {}  // soon
+    virtual void display() {}          // at once
+    // Puts the other view into this one's place in its superview; this one is on no screen afterwards. Where a layout
+    // manages the superview, it also manages the other view from then on.
+    virtual void replaceInSuperview(View& /*other*/) {}
+    // The panel that this view is in; null in a window that is no panel.
+    virtual Panel* panel() { return nullptr; }
 
     // Of controls: the tag and the values that an action reads from its sender, each 0 or empty where it has no
     // meaning.
@@ -79,6 +92,10 @@ public:
     Button* asButton() override { return this; }
     virtual bool state() const { return false; }
     virtual void setState(bool) {}
+    virtual void setTitle(std::string_view) {}
+    virtual void setTag(int) {}
+    // The owner is told of clicks from now on, in place of whoever was before. It stays the caller's; null: nobody.
+    virtual void setTarget(InterfaceOwner* /*target*/, std::string_view /*selector*/) {}
 };
 
 enum class TextTone { Normal, Alert };  // Alert: red and centred
@@ -101,6 +118,25 @@ public:
     virtual void selectItem(int) {}                          // an index outside the menu is ignored
     virtual std::string itemTitle(int) const { return {}; }  // empty outside the menu
     virtual int itemCount() const { return 0; }
+    virtual int itemTag(int) const { return 0; }  // 0 outside the menu
+};
+
+// A bar, of a length that is known or moving without end.
+class ProgressIndicator : public View {
+public:
+    ProgressIndicator* asProgressIndicator() override { return this; }
+    virtual void setIndeterminate(bool) {}
+    virtual void startAnimation() {}
+    virtual void stopAnimation() {}
+};
+
+// A longer text that scrolls.
+class TextView : public View {
+public:
+    TextView* asTextView() override { return this; }
+    virtual void setString(std::string_view) {}
+    // Shows the text of an rtfd folder. False, and the text is what it was, when that cannot be read.
+    virtual bool loadRichText(std::string_view /*path*/) { return false; }
 };
 
 enum class ControlTint { Default, Clear };
@@ -109,7 +145,6 @@ class TabView : public View {
 public:
     TabView* asTabView() override { return this; }
     virtual void setControlTint(ControlTint) {}
-    virtual void setNeedsDisplay() {}
 };
 
 class Image {
@@ -175,6 +210,15 @@ public:
     // The handler is called once, with the return code of endSheet, or 0 when the user closed the panel otherwise. The
     // panel is still on screen then.
     virtual void beginSheet(std::function<void(int returnCode)> didEnd) { (void)didEnd; }
+    // The same on the window that shows the given view, whichever window this panel was made for.
+    virtual void beginSheetForWindowOf(View& /*view*/, std::function<void(int returnCode)> didEnd) {
+        beginSheet(std::move(didEnd));
+    }
+    // Shows the panel above every window and returns when stopModal was called. The handler is called when the user
+    // closes the panel otherwise, and must call stopModal.
+    virtual void runModal(std::function<void()> willClose) { (void)willClose; }
+    virtual void stopModal() {}
+    virtual bool isRunningModal() const { return false; }
     virtual void endSheet(int /*returnCode*/) {}
     virtual void orderOut() {}
 };

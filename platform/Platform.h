@@ -3,12 +3,15 @@
 
 #include "platform/Applications.h"
 #include "platform/Bundle.h"
+#include "platform/DateFormatter.h"
 #include "platform/FileServices.h"
 #include "platform/InterfaceToolkit.h"
+#include "platform/Launcher.h"
 #include "platform/Log.h"
 #include "platform/Notifications.h"
 #include "platform/PreferencePane.h"
 #include "platform/Preferences.h"
+#include "platform/Processes.h"
 #include "platform/RunLoop.h"
 #include "platform/SystemServices.h"
 
@@ -26,6 +29,9 @@ struct Platform {
     RunLoop& runLoop;
     InterfaceToolkit& toolkit;
     Log& log;
+    ProcessServices& processes;
+    Launcher& launcher;
+    DateFormatter& dates;
 };
 
 }  // namespace platform

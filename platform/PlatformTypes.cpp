@@ -13,6 +13,7 @@ struct StatusName {
 constexpr StatusName kStatusNames[] = {
     {kNoErr, "No error"},
     {kIOErr, "I/O error"},
+    {kBadName, "Not a name that a file can have"},
     {kFileNotFound, "File not found"},
     {kDuplicateFile, "A file of this name exists already"},
     {kParamErr, "Bad parameter"},

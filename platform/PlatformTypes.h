@@ -9,6 +9,7 @@ namespace platform {
 // A platform status: 0 for success, negative for an error.
 using OSStatus = std::int32_t;
 inline constexpr OSStatus kNoErr = 0;
+inline constexpr OSStatus kBadName = -37;
 inline constexpr OSStatus kFileNotFound = -43;
 inline constexpr OSStatus kDuplicateFile = -48;
 inline constexpr OSStatus kParamErr = -50;

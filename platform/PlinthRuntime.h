@@ -23,6 +23,12 @@ typedef int32_t (*PlinthMessageBroadcastFunction)(const char* moduleID, const ch
 typedef int32_t (*PlinthMessageSendFunction)(const char* moduleID, const char* message, const PlinthData* data,
                                              int32_t processID);
 
+/* "PlinthHasUpdater": not 0 when the runtime looks for updates of its modules by itself. */
+typedef int32_t (*PlinthHasUpdaterFunction)(void);
+
+/* "plinthprintf": writes to the runtime's log, in the manner of printf. */
+typedef void (*PlinthPrintfFunction)(const char* format, ...);
+
 #ifdef __cplusplus
 }
 #endif

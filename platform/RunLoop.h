@@ -1,7 +1,7 @@
 // Timers on the main thread's run loop, and the wall clock.
 #pragma once
 
-#include "platform/PropertyList.h"
+#include "platform/Clock.h"
 
 #include <functional>
 #include <memory>
@@ -20,10 +20,8 @@ public:
     virtual std::string description() const = 0;
 };
 
-class RunLoop {
+class RunLoop : public Clock {
 public:
-    virtual ~RunLoop() = default;
-    virtual Date now() const = 0;
     // Fires after the given number of seconds, then at that interval when it repeats. The action runs on the main
     // thread, also while a sheet is open.
     virtual std::unique_ptr<Timer> scheduleTimer(double seconds, bool repeats, std::function<void()> action) = 0;

@@ -1,6 +1,7 @@
 #include "tests/support/FakePlatform.h"
 
 #include "platform/AliasClass.h"
+#include "platform/Date.h"
 #include "platform/PlinthRuntime.h"
 
 #include <algorithm>
@@ -80,6 +81,24 @@ void Notifications::post(std::string_view name, std::string_view object, const P
                                  {name, object, userInfo ? " with info" : "", deliverImmediately ? " at once" : ""}));
 }
 
+std::unique_ptr<Observation> Notifications::addObserver(std::string_view name, std::string_view object,
+                                                        std::function<void(const Notification&)> handler) {
+    struct Held final : Observation {
+        std::shared_ptr<Observer> observer;
+    };
+    auto held = std::make_unique<Held>();
+    held->observer = std::make_shared<Observer>(Observer{std::string(name), std::string(object), std::move(handler)});
+    observers_.push_back(held->observer);
+    return held;
+}
+
+void Notifications::deliver(const Notification& notification) {
+    auto asked = observers_;
+    for (const auto& weak : asked)
+        if (auto observer = weak.lock(); observer && observer->name == notification.name)
+            if (observer->object.empty() || observer->object == notification.object) observer->handler(notification);
+}
+
 struct RunLoop::Pending {
     Date due;
     double interval = 0;
@@ -130,7 +149,7 @@ void RunLoop::advance(double seconds) {
 
 std::optional<std::string> Bundle::resourcePath(std::string_view name, std::string_view type) const {
     std::string file = std::string(name) + "." + std::string(type);
-    return resources.contains(file) ? std::optional("/Pane.prefPane/" + file) : std::nullopt;
+    return resources.contains(file) ? std::optional(pathText + "/" + file) : std::nullopt;
 }
 
 std::string Bundle::localizedString(std::string_view key) const {
@@ -160,6 +179,25 @@ bool Files::fileExists(std::string_view path) {
 
 std::optional<std::string> Files::folder(FolderDomain domain, FolderKind) {
     return domain == FolderDomain::User ? "/home/user/Library" : "/Library";
+}
+
+std::unique_ptr<FolderIterator> Files::openFolder(std::string_view path, FolderDetail, OSStatus& status) {
+    struct Listed final : FolderIterator {
+        ItemIdentity identity() const override { return {7, number}; }
+        void nextBatch(std::size_t most, std::vector<FolderEntry>& batch) override {
+            batch.assign(rest.begin(), rest.begin() + static_cast<std::ptrdiff_t>(std::min(most, rest.size())));
+            rest.erase(rest.begin(), rest.begin() + static_cast<std::ptrdiff_t>(batch.size()));
+        }
+        std::vector<FolderEntry> rest;
+        std::uint64_t number = 0;
+    };
+    auto found = folders.find(path);
+    status = found == folders.end() ? kFileNotFound : kNoErr;
+    if (found == folders.end()) return nullptr;
+    auto listed = std::make_unique<Listed>();
+    listed->rest = found->second;
+    listed->number = path.size();
+    return listed;
 }
 
 const Applications::Item* Applications::at(std::string_view path) const {
@@ -229,6 +267,57 @@ void Toolkit::beginOpenPanel(const OpenPanelRequest& asked, std::function<void(O
 void Toolkit::endOpenPanel(const std::vector<std::string>& chosen, int returnCode) {
     ChosenFiles panel(chosen);
     if (auto handler = std::exchange(panelDidEnd, nullptr)) handler(panel, returnCode);
+}
+
+std::vector<ProcessID> Processes::runningProcesses() {
+    ++walks;
+    std::vector<ProcessID> all;
+    for (std::size_t i = 0; i < items.size(); ++i) all.push_back(static_cast<ProcessID>(i));
+    return all;
+}
+
+const Processes::Item* Processes::at(ProcessID process) const {
+    auto index = static_cast<std::size_t>(process);
+    return index < items.size() ? &items[index] : nullptr;
+}
+
+std::optional<std::string> Processes::bundlePath(ProcessID process) {
+    const Item* item = at(process);
+    return item && !item->path.empty() ? std::optional(item->path) : std::nullopt;
+}
+
+std::optional<std::string> Processes::bundleIdentifier(ProcessID process) {
+    const Item* item = at(process);
+    return item && !item->identifier.empty() ? std::optional(item->identifier) : std::nullopt;
+}
+
+std::optional<Date> Processes::launchDate(ProcessID process) {
+    const Item* item = at(process);
+    return item ? item->launched : std::nullopt;
+}
+
+std::unique_ptr<CreatedFile> Launcher::createFile(std::string_view path, OSStatus& status) {
+    struct Created final : CreatedFile {
+        explicit Created(Launcher& owner) : launcher(owner) {}
+        OSStatus remove() override {
+            launcher.journal_.emplace_back("unlock");
+            return launcher.removeStatus;
+        }
+        Launcher& launcher;
+    };
+    status = createStatus;
+    journal_.push_back("lock " + std::string(path));
+    return status == kNoErr ? std::make_unique<Created>(*this) : nullptr;
+}
+
+OSStatus Launcher::launchApplication(std::string_view path, std::string_view argument) {
+    journal_.push_back(formatted("launch %@ with %@", {path, argument}));
+    return launchStatus;
+}
+
+std::optional<std::string> Dates::string(Date date, DateStyle dateStyle, DateStyle timeStyle) {
+    if (fails) return std::nullopt;
+    return formatted("%@ (%d/%d)", {iso8601FromDate(date), static_cast<int>(dateStyle), static_cast<int>(timeStyle)});
 }
 
 World::World() {

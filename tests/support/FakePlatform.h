@@ -36,13 +36,19 @@ public:
     explicit Notifications(Journal& journal) : journal_(journal) {}
     void post(std::string_view name, std::string_view object, const platform::PropertyList& userInfo,
               bool deliverImmediately) override;
-    std::unique_ptr<platform::Observation> addObserver(std::string_view, std::string_view,
-                                                       std::function<void(const platform::Notification&)>) override {
-        return nullptr;
-    }
+    std::unique_ptr<platform::Observation> addObserver(
+        std::string_view name, std::string_view object,
+        std::function<void(const platform::Notification&)> handler) override;
+    // Hands a notification to those who observe it.
+    void deliver(const platform::Notification& notification);
 
 private:
+    struct Observer {
+        std::string name, object;
+        std::function<void(const platform::Notification&)> handler;
+    };
     Journal& journal_;
+    std::vector<std::weak_ptr<Observer>> observers_;
 };
 
 // Time stands still until advance() moves it, firing what falls due on the way.
@@ -61,7 +67,7 @@ private:
 
 class Bundle final : public platform::Bundle {
 public:
-    std::string path() const override { return "/Pane.prefPane"; }
+    std::string path() const override { return pathText; }
     std::string identifier() const override { return identifierText; }
     platform::PropertyList infoValue(std::string_view key) const override { return info[key]; }
     std::optional<std::string> resourcePath(std::string_view name, std::string_view type) const override;
@@ -69,6 +75,7 @@ public:
     std::string privateFrameworksPath() const override { return "/Pane.prefPane/Contents/PrivateFrameworks"; }
     void* functionNamed(const char* name) override;
 
+    std::string pathText = "/Pane.prefPane";
     std::string identifierText;
     platform::PropertyList info;
     std::set<std::string> resources;
@@ -92,11 +99,8 @@ public:
     std::string expandTilde(std::string_view path) override { return std::string(path); }
     std::string displayName(std::string_view path) override { return std::string(path); }
     std::optional<std::string> folder(platform::FolderDomain domain, platform::FolderKind kind) override;
-    std::unique_ptr<platform::FolderIterator> openFolder(std::string_view, platform::FolderDetail,
-                                                         platform::OSStatus& status) override {
-        status = platform::kFileNotFound;
-        return nullptr;
-    }
+    std::unique_ptr<platform::FolderIterator> openFolder(std::string_view path, platform::FolderDetail,
+                                                         platform::OSStatus& status) override;
     std::shared_ptr<const std::string> readFile(std::string_view path) override {
         auto found = contents.find(path);
         return found == contents.end() ? nullptr : std::make_shared<const std::string>(found->second);
@@ -104,6 +108,7 @@ public:
 
     std::set<std::string, std::less<>> existing;
     std::map<std::string, std::string, std::less<>> contents;
+    std::map<std::string, std::vector<platform::FolderEntry>, std::less<>> folders;
 
 private:
     Journal& journal_;
@@ -189,6 +194,45 @@ private:
     Journal& journal_;
 };
 
+// Processes as the test lists them; the first stands for this one.
+class Processes final : public platform::ProcessServices {
+public:
+    struct Item {
+        std::string path, identifier;
+        std::optional<platform::Date> launched;
+    };
+    std::vector<platform::ProcessID> runningProcesses() override;
+    platform::ProcessID currentProcess() override { return 0; }
+    std::optional<std::string> bundlePath(platform::ProcessID process) override;
+    std::optional<std::string> bundleIdentifier(platform::ProcessID process) override;
+    std::optional<platform::Date> launchDate(platform::ProcessID process) override;
+    std::vector<Item> items;
+    int walks = 0;
+
+private:
+    const Item* at(platform::ProcessID process) const;
+};
+
+class Launcher final : public platform::Launcher {
+public:
+    explicit Launcher(Journal& journal) : journal_(journal) {}
+    platform::OSStatus makeFolder(std::string_view) override { return folderStatus; }
+    std::unique_ptr<platform::CreatedFile> createFile(std::string_view path, platform::OSStatus& status) override;
+    platform::OSStatus launchApplication(std::string_view path, std::string_view argument) override;
+    platform::OSStatus folderStatus = 0, createStatus = 0, launchStatus = 0, removeStatus = 0;
+
+private:
+    Journal& journal_;
+};
+
+// "2001-09-09T01:46:40.000000Z (1/2)", the styles as numbers.
+class Dates final : public platform::DateFormatter {
+public:
+    std::optional<std::string> string(platform::Date date, platform::DateStyle dateStyle,
+                                      platform::DateStyle timeStyle) override;
+    bool fails = false;
+};
+
 // All of it, wired together.
 struct World {
     World();
@@ -205,10 +249,13 @@ struct World {
     RunLoop runLoop;
     Toolkit toolkit{journal};
     Log log;
+    Processes processes;
+    Launcher launcher{journal};
+    Dates dates;
 
     platform::Platform platform() {
-        return {paneBundle,   host,   preferences, notifications, bundles, files,
-                applications, system, runLoop,     toolkit,       log};
+        return {paneBundle, host,    preferences, notifications, bundles,   files,    applications,
+                system,     runLoop, toolkit,     log,           processes, launcher, dates};
     }
     // Installs the private framework with the alias class in the pane's bundle.
     void installAliasFramework();
