@@ -1,0 +1,87 @@
+#include "TarnwickUpdater/Plinth Stuff/VersionChecking/UpdateSchedule.h"
+
+#include <algorithm>
+
+using namespace platform;
+
+namespace twvc {
+namespace {
+
+char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+
+bool equalIgnoringCase(std::string_view a, std::string_view b) { return std::ranges::equal(a, b, {}, lower, lower); }
+
+bool isOneOf(std::string_view text, std::initializer_list<std::string_view> words) {
+    return std::ranges::any_of(words, [text](std::string_view word) { return equalIgnoringCase(text, word); });
+}
+
+bool isTooSoonAfterLogin(const ScheduleState& state) {
+    if (!state.isCheckingFromPlinth || !state.loginDate) return false;
+    return !(secondsBetween(*state.loginDate, state.now) >= kLongEnoughAfterLogin);
+}
+
+bool isDueByDate(const ScheduleState& state, double interval) {
+    if (!(interval >= 0.0)) return false;
+    std::optional<Date> last = state.lastCheckDate.dateValue();
+    return !last || secondsBetween(*last, state.now) >= interval;
+}
+
+// The number is read as one of 32 bits.
+bool isSystemNew(const ScheduleState& state) {
+    return static_cast<std::uint32_t>(state.lastRunSystemVersion.integerValue()) != state.systemVersion;
+}
+
+}  // namespace
+
+std::string_view ruleName(Rule rule) {
+    static constexpr std::array<std::string_view, 7> kNames{"runtime", "host",   "off", "login",
+                                                            "date",    "system", "none"};
+    return kNames[static_cast<std::size_t>(rule)];
+}
+
+std::optional<std::string_view> ignoredHost(std::string_view identifier) {
+    auto found = std::ranges::find_if(kTWVCBundleIDsToIgnore,
+                                      [identifier](auto entry) { return equalIgnoringCase(identifier, entry); });
+    return found == kTWVCBundleIDsToIgnore.end() ? std::nullopt : std::optional(*found);
+}
+
+std::optional<bool> storedBoolean(const PropertyList& value) {
+    if (value.isNumber()) return value.boolValue();
+    if (isOneOf(value.stringValue(), {"true", "yes", "1"})) return true;
+    if (isOneOf(value.stringValue(), {"false", "no", "0"})) return false;
+    return std::nullopt;
+}
+
+bool isBetaVersion(std::string_view version) {
+    return version.find('b') != std::string_view::npos || version.find("fc") != std::string_view::npos;
+}
+
+// Dates may be farther apart than a 64-bit number of microseconds can say.
+double secondsBetween(Date earlier, Date later) {
+    long double distance = static_cast<long double>(later.microseconds) - earlier.microseconds;
+    return static_cast<double>(distance / 1e6L);
+}
+
+Decision decide(const ScheduleState& state) {
+    Decision decision;
+    auto by = [&decision](Rule rule) {
+        decision.rule = rule;
+        return decision;
+    };
+    if (state.runtimeHasUpdater) return by(Rule::Runtime);
+    if (state.isCheckingFromPlinth)
+        if (auto host = ignoredHost(state.hostIdentifier)) {
+            decision.ignoredHost = *host;
+            return by(Rule::Host);
+        }
+    if (!storedBoolean(state.checkForUpdates).value_or(true)) return by(Rule::Off);
+    if (isTooSoonAfterLogin(state)) return by(Rule::Login);
+
+    bool isStored = state.checkInterval.isNumber();
+    decision.defaultedToDaily = !isStored && isBetaVersion(state.moduleVersion);
+    decision.interval = isStored ? state.checkInterval.realValue() : decision.defaultedToDaily ? kDaily : kWeekly;
+    if (isDueByDate(state, *decision.interval)) return by(Rule::Date);
+    return by(isSystemNew(state) ? Rule::System : Rule::None);
+}
+
+}  // namespace twvc

@@ -1,0 +1,62 @@
+// Whether an update check is due: a plain function of what is stored, of the machine and of the time.
+#pragma once
+
+#include "platform/PropertyList.h"
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace twvc {
+
+inline constexpr std::string_view kCheckForUpdatesKey = "SUCheckForUpdates";
+inline constexpr std::string_view kCheckIntervalKey = "SUCheckInterval";
+inline constexpr std::string_view kLastCheckDateKey = "SULastCheckDate";
+inline constexpr std::string_view kLastRunSystemVersionKey = "SULastRunSystemVersion";
+inline constexpr std::string_view kLastCheckStatusKey = "SULastCheckStatus";
+
+inline constexpr double kWeekly = 604800.0, kDaily = 86400.0;  // seconds
+inline constexpr double kLongEnoughAfterLogin = 600.0;         // seconds
+
+// Hosts in which no check is made.
+inline constexpr std::array<std::string_view, 6> kTWVCBundleIDsToIgnore{
+    "com.apple.Dock",           "com.apple.Finder",     "com.apple.systempreferences",
+    "com.apple.systemuiserver", "com.tarnwick.updater", "com.tarnwick.installer",
+};
+
+// The rule that decided. Date and System: a check is due; every other: none is.
+enum class Rule { Runtime, Host, Off, Login, Date, System, None };
+std::string_view ruleName(Rule rule);  // "runtime", "host", ...
+
+// Nothing stands for what is absent. The stored values may be of any type.
+struct ScheduleState {
+    bool runtimeHasUpdater = false;
+    bool isCheckingFromPlinth = false;
+    std::string hostIdentifier;
+    platform::PropertyList checkForUpdates, checkInterval, lastCheckDate, lastRunSystemVersion;
+    std::string moduleVersion;
+    platform::Date now;
+    std::optional<platform::Date> loginDate;
+    std::uint32_t systemVersion = 0;
+};
+
+struct Decision {
+    Rule rule = Rule::None;
+    std::string_view ignoredHost;      // the table's entry, with Rule::Host
+    bool defaultedToDaily = false;     // no interval is stored, and the version is that of a beta
+    std::optional<double> interval{};  // once the interval was looked at
+    bool isDue() const { return rule == Rule::Date || rule == Rule::System; }
+};
+
+// The entry of kTWVCBundleIDsToIgnore that the identifier equals in any case; nothing when there is none.
+std::optional<std::string_view> ignoredHost(std::string_view identifier);
+// Nothing when the value is missing or is nothing that reads as a boolean.
+std::optional<bool> storedBoolean(const platform::PropertyList& value);
+bool isBetaVersion(std::string_view version);
+double secondsBetween(platform::Date earlier, platform::Date later);
+
+Decision decide(const ScheduleState& state);
+
+}  // namespace twvc
