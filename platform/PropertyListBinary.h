@@ -38,10 +38,22 @@ inline std::uint64_t loadNumber(const char* p, unsigned width) {
     return swapped(word) >> (64 - 8 * width);
 }
 
-// Writes 8 bytes, of which the first `width` count.
+// The width is 1, 2, 4 or 8.
 inline char* storeNumber(char* p, std::uint64_t value, unsigned width) {
     std::uint64_t word = swapped(value << (64 - 8 * width));
-    std::memcpy(p, &word, sizeof word);
+    switch (width) {
+        case 1:
+            std::memcpy(p, &word, 1);
+            break;
+        case 2:
+            std::memcpy(p, &word, 2);
+            break;
+        case 4:
+            std::memcpy(p, &word, 4);
+            break;
+        default:
+            std::memcpy(p, &word, 8);
+    }
     return p + width;
 }
 

@@ -60,6 +60,7 @@ private:
     void addTable(const PropertyListDocument* document) {
         auto* numbers = static_cast<std::uint32_t*>(std::calloc(document->count, sizeof(std::uint32_t)));
         if (!numbers) throw std::bad_alloc();
+        objects_.reserve(objects_.size() + document->count);
         tables_.push_back({reinterpret_cast<std::uintptr_t>(document->nodes), document->count, {numbers, &std::free}});
     }
 
@@ -127,7 +128,7 @@ private:
 // The document as it will stand in the file: the objects in order and the references of the containers among them.
 struct Layout {
     explicit Layout(const Node* top) : numbers(top) {
-        references.reserve(std::min<std::uint64_t>(PropertyListStorage::weight(*top), std::uint64_t{1} << 20));
+        references.reserve(std::min<std::uint64_t>(PropertyListStorage::weight(*top), std::uint64_t{1} << 24));
         // The objects are added while they are walked.
         for (std::size_t i = 0; i < numbers.objects().size(); ++i) {
             const Node& node = *numbers.objects()[i];
@@ -161,12 +162,31 @@ unsigned widthFor(std::uint64_t largest) {
     return largest <= 0xFF ? 1 : largest <= 0xFFFF ? 2 : largest <= 0xFFFFFFFF ? 4 : 8;
 }
 
-// The writer's own limit for one object without its references: a marker, a length or a number, and the text.
-std::size_t greatestSize(const Node& node) {
-    constexpr std::size_t kMarkerAndNumber = 17;
-    if (!node.hasBytes()) return kMarkerAndNumber;
-    bool wide = node.type == Type::String && !(node.flag & Node::kASCII);
-    return kMarkerAndNumber + node.length * (wide ? 2 : 1);
+// The size of a length or a number that is not negative, with its marker.
+std::size_t numberSize(std::uint64_t value) { return 1 + widthFor(value); }
+std::size_t headSize(std::uint64_t length) { return length < 15 ? 1 : 1 + numberSize(length); }
+
+std::size_t stringSize(const Node& node) {
+    if (node.flag & Node::kASCII) return headSize(node.length) + node.length;
+    std::size_t units = utf16Units(node.text());
+    return headSize(units) + 2 * units;
+}
+
+std::size_t objectSize(const Node& node, unsigned referenceWidth) {
+    switch (node.type) {
+        case Type::String:
+            return stringSize(node);
+        case Type::Data:
+            return headSize(node.length) + node.length;
+        case Type::Integer:
+            return node.flag & Node::kUnsigned ? 17 : numberSize(static_cast<std::uint64_t>(node.integer));
+        case Type::Array:
+            return headSize(node.count) + std::size_t{node.count} * referenceWidth;
+        case Type::Dictionary:
+            return headSize(node.count) + 2 * std::size_t{node.count} * referenceWidth;
+        default:
+            return node.type == Type::Boolean ? 1 : 9;
+    }
 }
 
 class ObjectWriter {
@@ -175,32 +195,26 @@ public:
         : layout_(layout), reference_(layout.references.data()), referenceWidth_(widthFor(objects().size() - 1)) {}
 
     std::string write() {
-        std::string file(greatestFileSize(), '\0');
-        char* const start = file.data();
-        std::vector<std::uint64_t> offsets;
-        offsets.reserve(objects().size());
-        at_ = start;
-        append("bplist00");
-        for (const Node* node : objects()) {
-            offsets.push_back(static_cast<std::uint64_t>(at_ - start));
-            writeObject(*node);
-        }
-        auto tableOffset = static_cast<std::uint64_t>(at_ - start);
+        std::size_t tableOffset = kHeaderSize;
+        for (const Node* node : objects()) tableOffset += objectSize(*node, referenceWidth_);
         unsigned offsetWidth = widthFor(tableOffset);
-        for (std::uint64_t offset : offsets) at_ = storeNumber(at_, offset, offsetWidth);
+        std::size_t size = tableOffset + objects().size() * offsetWidth + kTrailerSize;
+        std::string file(size, '\0');
+        at_ = file.data();
+        append("bplist00");
+        char* offset = file.data() + tableOffset;
+        for (const Node* node : objects()) {
+            auto position = static_cast<std::uint64_t>(at_ - file.data());
+            writeObject(*node);
+            offset = storeNumber(offset, position, offsetWidth);
+        }
+        at_ = offset;
         writeTrailer(offsetWidth, tableOffset);
-        file.resize(static_cast<std::size_t>(at_ - start));
         return file;
     }
 
 private:
     const std::vector<const Node*>& objects() const { return layout_.numbers.objects(); }
-
-    std::size_t greatestFileSize() const {
-        std::size_t size = kHeaderSize + kTrailerSize + layout_.references.size() * referenceWidth_;
-        for (const Node* node : objects()) size += greatestSize(*node) + 8;
-        return size + 8;
-    }
 
     void append(std::string_view bytes) {
         if (!bytes.empty()) std::memcpy(at_, bytes.data(), bytes.size());
