@@ -66,6 +66,8 @@ std::string TSPreferencePane::mainNibName() {
 }
 
 void TSPreferencePane::awakeFromNib() {
+    updateController = TWVCUpdateViewController_V100::initWithSacrificialView_forBundle_withBundleID(
+        platform_, introWarningTextBox.connected(), nullptr, std::string(kSettingsDomain));
     rootEnabled = platform_.system.realUserID() == 0;
     bool enabled = !prefs->boolForKey(kDisabledKey) && !rootEnabled;
     logStuff->setState(isLogging());

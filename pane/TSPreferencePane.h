@@ -4,6 +4,7 @@
 // It keeps no copy of the user's settings: every question goes to the store, every change goes through it.
 #pragma once
 
+#include "TarnwickUpdater/PrefPane Stuff/TWVCUpdateViewController/TWVCUpdateViewController.h"
 #include "pane/Outlet.h"
 #include "platform/AliasClass.h"
 #include "platform/Platform.h"
@@ -189,6 +190,7 @@ private:
     int lastSelected = -1;
     platform::ImageRef mPrefPaneIcon;
     platform::ImageRef mSystemPrefsIcon;
+    std::unique_ptr<TWVCUpdateViewController_V100> updateController;
 
     Outlet<platform::Panel> warningSheet;
     Outlet<platform::TextField> warningText;

@@ -9,8 +9,6 @@ namespace {
 
 char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 
-bool equalIgnoringCase(std::string_view a, std::string_view b) { return std::ranges::equal(a, b, {}, lower, lower); }
-
 bool isOneOf(std::string_view text, std::initializer_list<std::string_view> words) {
     return std::ranges::any_of(words, [text](std::string_view word) { return equalIgnoringCase(text, word); });
 }
@@ -32,6 +30,8 @@ bool isSystemNew(const ScheduleState& state) {
 }
 
 }  // namespace
+
+bool equalIgnoringCase(std::string_view a, std::string_view b) { return std::ranges::equal(a, b, {}, lower, lower); }
 
 std::string_view ruleName(Rule rule) {
     static constexpr std::array<std::string_view, 7> kNames{"runtime", "host",   "off", "login",

@@ -50,6 +50,7 @@ struct Decision {
     bool isDue() const { return rule == Rule::Date || rule == Rule::System; }
 };
 
+bool equalIgnoringCase(std::string_view a, std::string_view b);  // of ASCII letters
 // The entry of kTWVCBundleIDsToIgnore that the identifier equals in any case; nothing when there is none.
 std::optional<std::string_view> ignoredHost(std::string_view identifier);
 // Nothing when the value is missing or is nothing that reads as a boolean.
