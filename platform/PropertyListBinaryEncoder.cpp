@@ -30,24 +30,25 @@ public:
 
     const std::vector<const Node*>& objects() const { return objects_; }
 
+    // Nearly every reference is one to a node of the main document that has been met before.
     std::uint32_t numberOf(const Node* node) {
-        for (Table& table : tables_)
-            if (std::size_t at = table.position(node); at < table.size) {
-                std::uint32_t& plusOne = table.numbers[at];
-                return plusOne != 0 ? plusOne - 1 : (plusOne = add(node) + 1) - 1;
-            }
+        if (std::size_t at = main_.position(node); at < main_.size && main_.numbers[at] != 0)
+            return main_.numbers[at] - 1;
         return numberOfOther(node);
     }
 
 private:
     struct Table {
-        std::uintptr_t first;
-        std::size_t size;
-        std::unique_ptr<std::uint32_t[], decltype(&std::free)> numbers;  // + 1
+        std::uintptr_t first = 0;
+        std::size_t size = 0;
+        std::uint32_t* numbers = nullptr;  // + 1
 
         std::size_t position(const Node* node) const {
             return (reinterpret_cast<std::uintptr_t>(node) - first) / sizeof(Node);
         }
+    };
+    struct Free {
+        void operator()(std::uint32_t* numbers) const { std::free(numbers); }
     };
     static constexpr std::size_t kMostTables = 4;
     static constexpr std::uint64_t kLongestMerged = 1024;
@@ -58,40 +59,49 @@ private:
     }
 
     void addTable(const PropertyListDocument* document) {
+        // Zeroed pages that are never touched cost nothing, however large the document.
         auto* numbers = static_cast<std::uint32_t*>(std::calloc(document->count, sizeof(std::uint32_t)));
         if (!numbers) throw std::bad_alloc();
+        memory_.emplace_back(numbers);
         objects_.reserve(objects_.size() + document->count);
-        tables_.push_back({reinterpret_cast<std::uintptr_t>(document->nodes), document->count, {numbers, &std::free}});
+        tables_.push_back({reinterpret_cast<std::uintptr_t>(document->nodes), document->count, numbers});
+        if (tables_.back().size > main_.size) main_ = tables_.back();
     }
 
     std::uint32_t numberOfOther(const Node* node) {
+        for (const Table& table : tables_)
+            if (std::size_t at = table.position(node); at < table.size) return numberAt(table.numbers[at], node);
         if (const PropertyListDocument* document = documentOf(node); document && tables_.size() < kMostTables) {
             addTable(document);
             return numberOf(node);
         }
-        if (node->type != Type::Boolean) return numberOfBuilt(node);
-        std::uint32_t& plusOne = booleans_[node->integer != 0];
+        return node->type == Type::Boolean ? numberAt(booleans_[node->integer != 0], node) : numberOfBuilt(node);
+    }
+
+    std::uint32_t numberAt(std::uint32_t& plusOne, const Node* node) {
         return plusOne != 0 ? plusOne - 1 : (plusOne = add(node) + 1) - 1;
     }
 
     std::uint32_t add(const Node* node) {
         auto number = static_cast<std::uint32_t>(objects_.size());
         objects_.push_back(node);
-        if (isMerging_ && isMerged(*node)) index_.add(contentHash(*node), number);
+        if (isMerged(*node) && isMerging_[isString(*node)]) index_.add(contentHash(*node), number);
         return number;
     }
 
-    // Until something that was built may equal something that was read, nothing needs to be found by its content.
-    void startMerging() {
-        isMerging_ = true;
-        index_.reserve(objects_.size());
-        for (std::uint32_t number = 0; number < objects_.size(); ++number)
-            if (isMerged(*objects_[number])) index_.add(contentHash(*objects_[number]), number);
+    // Until a string that was built may equal one that was read, no string needs to be found by its content; the same
+    // for numbers, of which there are few.
+    void startMerging(bool strings) {
+        isMerging_[strings] = true;
+        for (std::uint32_t number = 0; number < objects_.size(); ++number) {
+            const Node& node = *objects_[number];
+            if (isMerged(node) && isString(node) == strings) index_.add(contentHash(node), number);
+        }
     }
 
     std::uint32_t numberOfBuilt(const Node* node) {
         bool merged = isMerged(*node);
-        if (merged && !isMerging_) startMerging();
+        if (merged && !isMerging_[isString(*node)]) startMerging(isString(*node));
         std::uint32_t hash = merged ? contentHash(*node) : identityHash(node);
         auto same = [&](std::uint32_t number) {
             const Node* other = objects_[number];
@@ -104,6 +114,7 @@ private:
         return number;
     }
 
+    static bool isString(const Node& node) { return node.type == Type::String; }
     static bool isMerged(const Node& node) {
         if (node.type == Type::String) return node.length <= kLongestMerged;
         return node.type == Type::Integer || node.type == Type::Real || node.type == Type::Date;
@@ -119,9 +130,11 @@ private:
     }
 
     std::vector<const Node*> objects_;
+    std::vector<std::unique_ptr<std::uint32_t, Free>> memory_;
     std::vector<Table> tables_;
-    HashTable index_;  // by content what is merged, by address what is not
-    bool isMerging_ = false;
+    Table main_;                          // the largest
+    HashTable index_;                     // by content what is merged, by address what is not
+    bool isMerging_[2] = {false, false};  // numbers, strings
     std::uint32_t booleans_[2] = {0, 0};
 };
 

@@ -25,11 +25,6 @@ public:
         count_ = 0;
     }
 
-    // Makes room for this many more.
-    void reserve(std::size_t more) {
-        while ((count_ + more) * 4 > slots_.size() * 3) grow();
-    }
-
     // The first number with this hash that `same` accepts.
     template <typename Same>
     std::uint32_t find(std::uint32_t hash, Same same) const {
