@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <string_view>
+#include <utility>
 
 namespace fontcatalog {
 
@@ -23,31 +24,28 @@ inline std::string_view trimmed(std::string_view validUtf8) {
 class TextLines {
 public:
     explicit TextLines(std::string_view validUtf8)
-        : rest_(validUtf8),
-          end_(validUtf8.find('\n') == std::string_view::npos ? '\r' : '\n'),
-          hasBoth_(end_ == '\n' && validUtf8.find('\r') != std::string_view::npos) {}
+        : rest_(validUtf8), hasReturns_(validUtf8.find('\r') != std::string_view::npos) {}
 
     bool next(std::string_view& line) {
-        while (!rest_.empty()) {
-            line = trimmed(take());
+        while (!segment_.empty() || !rest_.empty()) {
+            if (segment_.empty()) segment_ = takeUpTo('\n', rest_);
+            line = trimmed(hasReturns_ ? takeUpTo('\r', segment_) : std::exchange(segment_, {}));
             if (!line.empty()) return true;
         }
         return false;
     }
 
 private:
-    // Most texts have but one of the two characters; one search then is enough.
-    std::string_view take() {
-        std::size_t length = std::min(rest_.find(end_), rest_.size());
-        if (hasBoth_) length = std::min(rest_.substr(0, length).find('\r'), length);
-        const std::string_view line = rest_.substr(0, length);
-        rest_.remove_prefix(std::min(length + 1, rest_.size()));
-        return line;
+    static std::string_view takeUpTo(char end, std::string_view& text) {
+        const std::size_t length = std::min(text.find(end), text.size());
+        const std::string_view taken = text.substr(0, length);
+        text.remove_prefix(std::min(length + 1, text.size()));
+        return taken;
     }
 
     std::string_view rest_;
-    char end_;
-    bool hasBoth_;
+    std::string_view segment_;  // what is left of the text up to the next "\n"
+    bool hasReturns_;           // most texts have but one of the two characters
 };
 
 }  // namespace fontcatalog
