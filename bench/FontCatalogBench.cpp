@@ -7,6 +7,7 @@
 // and the best round of each counts.
 #include "pane/fontcatalog/AdobeNames.h"
 #include "pane/fontcatalog/FontListReader.h"
+#include "pane/fontcatalog/TextEncoding.h"
 #include "platform/linux/DiskPreferences.h"
 #include "platform/linux/LinuxFiles.h"
 
@@ -62,9 +63,10 @@ int parse(const char* path) {
                                 lines = countLines(*text, text->substr(0, 200).find('\n') < 200 ? '\n' : '\r');
                             }));
         NamesCollection names;
-        parsing = std::min(parsing, secondsOf([&] {
-                               FontListReader(decodedText(files.readFile(path)), path, {}, log).readInto(names);
-                           }));
+        parsing =
+            std::min(parsing, secondsOf([&] {
+                         FontListReader(decodedText(files.readFile(path)).characters, path, {}, log).readInto(names);
+                     }));
         records = names.size();
     }
     std::printf("{\"bytes\": %zu, \"lines\": %zu, \"names\": %zu, \"scan\": %.6f, \"parse\": %.6f}\n", bytes, lines,

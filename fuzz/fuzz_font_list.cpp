@@ -22,7 +22,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
     fontcatalog::NamesCollection names, expected;
     reference::RecordingLog log, expectedLog;
-    fontcatalog::FontListReader(text, kPath, findEverySecond, log).readInto(names);
+    fontcatalog::FontListReader(text.characters, kPath, findEverySecond, log).readInto(names);
     reference::readFontList(text.characters, kPath, findEverySecond, expected, expectedLog);
     const auto catalogue = std::move(names).freeze(), plain = std::move(expected).freeze();
     if (!(catalogue == plain) || catalogue.description() != plain.description()) std::abort();

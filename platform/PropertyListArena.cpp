@@ -20,28 +20,24 @@ Node* makeNode(PropertyListDocument& document, PropertyList::Type type) {
 
 }  // namespace
 
-PropertyListArena::PropertyListArena(std::shared_ptr<const std::string> text)
-    : document_(new PropertyListDocument(std::move(text), 0)),
+PropertyListArena::PropertyListArena()
+    : document_(new PropertyListDocument(nullptr, 0)),
       holder_(PropertyListStorage::adopt(makeNode(*document_, PropertyList::Type::Nothing))) {}
 
 PropertyListArena::~PropertyListArena() = default;
 
-PropertyListArena::String PropertyListArena::stringWithin(std::string_view text) {
+PropertyListArena::String PropertyListArena::string(std::string_view text) {
     const std::uint32_t hash = hashText(text);
     String& recent = recent_[hash % recent_.size()];
     if (recent && recent->count == hash && recent->text() == text) return recent;
     Node* node = makeNode(*document_, PropertyList::Type::String);
-    node->bytes = text.data();
+    char* copy = document_->arena.allocate(text.size());
+    if (!text.empty()) std::memcpy(copy, text.data(), text.size());
+    node->bytes = copy;
     node->length = text.size();
     node->flag = isASCII(text) ? Node::kASCII : 0;
     node->count = hash;
     return recent = node;
-}
-
-PropertyListArena::String PropertyListArena::copiedString(std::string_view text) {
-    char* copy = document_->arena.allocate(text.size());
-    if (!text.empty()) std::memcpy(copy, text.data(), text.size());
-    return stringWithin({copy, text.size()});
 }
 
 PropertyList PropertyListArena::dictionary(std::span<const Field> fields) {

@@ -1,5 +1,5 @@
-// Makes many dictionaries of strings at little cost: they share one block of storage, and their strings stay where they
-// are, in a text that the storage keeps alive.
+// Makes many dictionaries of strings at little cost: they share one storage, which is freed with the last of them, and
+// most strings that come again and again are stored once.
 #pragma once
 
 #include "platform/PropertyList.h"
@@ -22,14 +22,11 @@ public:
         String key, value;
     };
 
-    // The text stays alive, whole, as long as the arena or any dictionary that it made.
-    explicit PropertyListArena(std::shared_ptr<const std::string> text);
+    PropertyListArena();
     ~PropertyListArena();
     PropertyListArena(const PropertyListArena&) = delete;
 
-    // Valid UTF-8 is the caller's promise. `stringWithin` is not copied: it must lie within the arena's text.
-    String stringWithin(std::string_view validUtf8);
-    String copiedString(std::string_view validUtf8);
+    String string(std::string_view validUtf8);  // valid UTF-8 is the caller's promise
     // Different keys are the caller's promise.
     PropertyList dictionary(std::span<const Field> fields);
 

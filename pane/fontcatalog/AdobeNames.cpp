@@ -51,7 +51,8 @@ void scanFontList_forNames(const Context& context, std::optional<std::string_vie
     auto bytes = context.files.readFile(*path);
     if (!bytes) return;
     const FontFileFinder find = [&](std::string_view relative) { return lookup.getFontFileForSubpath(relative); };
-    FontListReader(decodedText(std::move(bytes)), *path, find, context.log).readInto(*names);
+    const Text text = decodedText(std::move(bytes));
+    FontListReader(text.characters, *path, find, context.log).readInto(*names);
 }
 
 NamesCollection scanAdobeFontLists(const Context& context, std::optional<NamesCollection> names) {

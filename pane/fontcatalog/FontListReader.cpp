@@ -72,7 +72,7 @@ public:
         const std::uint32_t found = table_.find(hash, [&](std::uint32_t key) { return isNamed(key, name); });
         if (found != platform::HashTable::kMissing) return found;
         const auto added = static_cast<std::uint32_t>(keys_.size());
-        const PropertyListArena::String string = arena_.copiedString(name);
+        const PropertyListArena::String string = arena_.string(name);
         keys_.push_back({string, PropertyListArena::textOf(string)});
         table_.add(hash, added);
         return added;
@@ -105,8 +105,8 @@ struct FontListReader::Impl {
         std::string_view value;
     };
 
-    Impl(const Text& list, std::string_view listPath, const FontFileFinder& findFontFile, platform::Log& theLog)
-        : text(list.characters), path(listPath), find(findFontFile), log(theLog), arena(list.owner), keys(arena) {
+    Impl(std::string_view list, std::string_view listPath, const FontFileFinder& findFontFile, platform::Log& theLog)
+        : text(list), path(listPath), find(findFontFile), log(theLog), keys(arena) {
         for (const std::string_view key : kKnownKeys) keys.numberOf(key);
     }
 
@@ -161,8 +161,7 @@ struct FontListReader::Impl {
     PropertyListArena::String stored(const Field& field) {
         PropertyListArena::String& last = keys[field.key].value;
         if (last && isSame(PropertyListArena::textOf(last), field.value)) return last;
-        const bool isOutsideText = field.key == kFontListFilePath || field.key == kFontFilePath;
-        return last = isOutsideText ? arena.copiedString(field.value) : arena.stringWithin(field.value);
+        return last = arena.string(field.value);
     }
 
     PropertyList storedRecord() {
@@ -194,7 +193,7 @@ struct FontListReader::Impl {
     std::string relativePath, fontFilePath;
 };
 
-FontListReader::FontListReader(const Text& list, std::string_view path, const FontFileFinder& findFontFile,
+FontListReader::FontListReader(std::string_view list, std::string_view path, const FontFileFinder& findFontFile,
                                platform::Log& log)
     : impl_(std::make_unique<Impl>(list, path, findFontFile, log)) {}
 

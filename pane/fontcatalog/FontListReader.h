@@ -10,7 +10,6 @@
 #pragma once
 
 #include "pane/fontcatalog/NamesCollection.h"
-#include "pane/fontcatalog/TextEncoding.h"
 #include "platform/Log.h"
 
 #include <functional>
@@ -24,15 +23,17 @@ namespace fontcatalog {
 // The full path of an outline font file named by a relative path with forward slashes; nothing when there is none.
 using FontFileFinder = std::function<std::optional<std::string>(std::string_view relativePath)>;
 
-// Reads the records of one list file. They share the list's text, which lives as long as any of them.
+// Reads the records of one list file. They share one storage, apart from the list's text.
 class FontListReader {
 public:
-    // What is referred to must outlive the reader. A path that is not valid UTF-8 is not put into records.
-    FontListReader(const Text& list, std::string_view path, const FontFileFinder& findFontFile, platform::Log& log);
+    // What is referred to, the text too, must outlive the reader. A path that is not valid UTF-8 is not put into
+    // records.
+    FontListReader(std::string_view validUtf8, std::string_view path, const FontFileFinder& findFontFile,
+                   platform::Log& log);
     ~FontListReader();
     FontListReader(const FontListReader&) = delete;
 
-    // The record in a part of the list's text, a dictionary from string to string, not empty; nothing when no line has
+    // The record in a part of a list's text, a dictionary from string to string, not empty; nothing when no line has
     // both a key and a value. A key is what stands before a line's first colon, as it is, and may be empty; the value
     // is what follows.
     //

@@ -29,7 +29,7 @@ Reading readList(std::string_view bytes, NamesCollection names = {}) {
         if (path == "gone") return std::nullopt;
         return "/F/" + std::string(path);
     };
-    FontListReader(textOf(bytes), "/L", find, log).readInto(names);
+    FontListReader(textOf(bytes).characters, "/L", find, log).readInto(names);
     reading.names = std::move(names).freeze();
     reading.log = log.lines;
     return reading;
@@ -152,7 +152,7 @@ TEST(RecordsOutliveTheirList) {
         auto bytes = std::make_shared<const std::string>("%BeginFont\nFontName:Alone\nFullName:Still here\n%EndFont");
         reference::RecordingLog log;
         NamesCollection collection;
-        FontListReader(decodedText(std::move(bytes)), "/L", {}, log).readInto(collection);
+        FontListReader(decodedText(std::move(bytes)).characters, "/L", {}, log).readInto(collection);
         names = std::move(collection).freeze()["Alone"];
     }
     CHECK_EQ(names["FullName"].stringValue(), "Still here");

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "pane/fontcatalog/FontListReader.h"
+#include "pane/fontcatalog/TextEncoding.h"
 #include "platform/Log.h"
 
 #include <string>
