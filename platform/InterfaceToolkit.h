@@ -48,7 +48,7 @@ public:
     virtual void runAlert(std::string_view title, std::string_view message) = 0;
     virtual void beep() = 0;
     // Loads the interface file of this name from the bundle's resources and hands its objects to the owner, which must
-    // outlive the result. Null when there is no such file or it cannot be read; the log says why.
+    // outlive the result. Null when there is no such file or it cannot be read.
     virtual std::unique_ptr<LoadedInterface> loadInterface(const Bundle& /*bundle*/, std::string_view /*nibName*/,
                                                            InterfaceOwner& /*owner*/) {
         return nullptr;

@@ -3,8 +3,11 @@
 #include "platform/qt/FittingScrollArea.h"
 #include "platform/qt/QtControls.h"
 #include "platform/qt/QtPanel.h"
+#include "platform/qt/QtProgressIndicator.h"
 #include "platform/qt/QtTableView.h"
+#include "platform/qt/QtTextView.h"
 
+#include <QCoreApplication>
 #include <QFile>
 #include <QIcon>
 #include <QUiLoader>
@@ -26,6 +29,8 @@ std::unique_ptr<View> makeView(QWidget& widget, InterfaceOwner& owner) {
     if (auto* menu = qobject_cast<QComboBox*>(&widget)) return std::make_unique<QtPopUpButton>(*menu);
     if (auto* table = qobject_cast<QTableView*>(&widget)) return std::make_unique<QtTableView>(*table, owner);
     if (auto* tabs = qobject_cast<QTabWidget*>(&widget)) return std::make_unique<QtTabView>(*tabs);
+    if (auto* bar = qobject_cast<QProgressBar*>(&widget)) return std::make_unique<QtProgressIndicator>(*bar);
+    if (auto* text = qobject_cast<QTextEdit*>(&widget)) return std::make_unique<QtTextView>(*text);
     return std::make_unique<QtPlainView>(widget);
 }
 
@@ -64,10 +69,17 @@ void scaleFont(QWidget& widget) {
     widget.setFont(font);
 }
 
-// Designer's loader without its plug-ins, whose search costs more than all the rest.
 class WidgetLoader final : public QUiLoader {
 public:
-    WidgetLoader() { clearPluginPaths(); }
+    // A loader searches for Designer's plug-ins as it is made, and loads them all, which costs more than all the rest:
+    // let it find none.
+    static std::unique_ptr<WidgetLoader> make() {
+        const QStringList paths = QCoreApplication::libraryPaths();
+        QCoreApplication::setLibraryPaths({});
+        std::unique_ptr<WidgetLoader> loader(new WidgetLoader);
+        QCoreApplication::setLibraryPaths(paths);
+        return loader;
+    }
     QWidget* createWidget(const QString& className, QWidget* parent, const QString& name) override {
         if (className != QStringLiteral("QScrollArea")) return QUiLoader::createWidget(className, parent, name);
         auto* area = new FittingScrollArea(parent);
@@ -93,10 +105,10 @@ public:
             error = path + ": " + file.errorString().toStdString();
             return nullptr;
         }
-        WidgetLoader loader;
-        QWidget* root = loader.load(&file);
+        auto loader = WidgetLoader::make();
+        QWidget* root = loader->load(&file);
         if (!root) {
-            error = path + ": " + loader.errorString().toStdString();
+            error = path + ": " + loader->errorString().toStdString();
             return nullptr;
         }
         result_->root_ = root;

@@ -4,7 +4,7 @@
 // changes and never on those of the code), "tag" (a number), "sheet" (true: a child of the root that becomes a panel,
 // hidden until it is begun), "image" and "imageExtent" (of a label: the resource that it shows, and its size in
 // points), "hideWhenEmpty" (of a label), "fontScale" (makes the font bold and this much larger), "columnIdentifiers"
-// and "columnTitles" (of a table).
+// and "columnTitles" (of a table), "itemTags" (of a menu: the numbers of its items).
 #pragma once
 
 #include "platform/Bundle.h"

@@ -75,6 +75,18 @@ void QtButton::setState(bool on) {
 
 std::string QtButton::title() const { return withoutMnemonic(widget_.text()).toStdString(); }
 
+void QtButton::setTitle(std::string_view title) {
+    QString text = toQString(title);
+    widget_.setText(text == withoutMnemonic(designedText_) ? designedText_ : text);
+}
+
+void QtButton::setTarget(InterfaceOwner* target, std::string_view selector) {
+    QObject::disconnect(&widget_, &QAbstractButton::clicked, nullptr, nullptr);
+    if (!target) return;
+    QObject::connect(&widget_, &QAbstractButton::clicked, &widget_,
+                     [this, target, name = std::string(selector)] { target->performAction(name, *this); });
+}
+
 QtLabel::QtLabel(QLabel& label) : WidgetView(label), designedAlignment_(label.alignment()) {
     if (label.property(kHideWhenEmpty).toBool()) label.setVisible(!label.text().isEmpty());
 }

@@ -14,11 +14,17 @@ namespace platform::qt {
 
 class QtButton final : public WidgetView<Button, QAbstractButton> {
 public:
-    using WidgetView::WidgetView;
+    explicit QtButton(QAbstractButton& button) : WidgetView(button), designedText_(button.text()) {}
     bool state() const override { return widget_.isChecked(); }
     void setState(bool on) override;
     std::string title() const override;
     std::int64_t integerValue() const override { return state() ? 1 : 0; }
+    void setTitle(std::string_view title) override;  // the designed title comes with its mnemonic
+    void setTag(int tag) override { widget_.setProperty("tag", tag); }
+    void setTarget(InterfaceOwner* target, std::string_view selector) override;
+
+private:
+    const QString designedText_;
 };
 
 // A label with the dynamic property "hideWhenEmpty" takes no room while it has no text.
@@ -58,6 +64,7 @@ public:
     Size cellSizeForBounds(const Rect& bounds) const override;
 };
 
+// The dynamic property "itemTags" is the list of the items' tags.
 class QtPopUpButton final : public WidgetView<PopUpButton, QComboBox> {
 public:
     using WidgetView::WidgetView;
@@ -67,13 +74,13 @@ public:
     void selectItem(int index) override;
     std::string itemTitle(int index) const override { return widget_.itemText(index).toStdString(); }
     int itemCount() const override { return widget_.count(); }
+    int itemTag(int index) const override { return widget_.property("itemTags").toStringList().value(index).toInt(); }
 };
 
 class QtTabView final : public WidgetView<TabView, QTabWidget> {
 public:
     using WidgetView::WidgetView;
     void setControlTint(ControlTint tint) override;
-    void setNeedsDisplay() override { widget_.update(); }
 };
 
 using QtPlainView = WidgetView<View, QWidget>;

@@ -1,6 +1,7 @@
 #include "platform/qt/QtPanel.h"
 
 #include <QAbstractButton>
+#include <QApplication>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -19,9 +20,9 @@ class SheetDialog final : public QDialog {
 public:
     explicit SheetDialog(QWidget* parent) : QDialog(parent, Qt::Sheet) { setWindowModality(Qt::WindowModal); }
     void reject() override {
-        if (panel) panel->endSheet(0);
+        if (panel) panel->closeByUser();
     }
-    Panel* panel = nullptr;
+    QtPanel* panel = nullptr;
 };
 
 QDialog& makeDialog(QWidget& content) {
@@ -117,11 +118,46 @@ void QtPanel::beginSheet(std::function<void(int)> didEnd) {
     widget_.activateWindow();
 }
 
+void QtPanel::beginSheetForWindowOf(View& view, std::function<void(int)> didEnd) {
+    QWidget* sender = widgetOf(&view);
+    if (sender && sender->window() != &widget_) widget_.setParent(sender->window(), widget_.windowFlags());
+    beginSheet(std::move(didEnd));
+}
+
 // A sheet that its handler leaves on the screen would lock the window for good.
 void QtPanel::endSheet(int returnCode) {
     if (!didEnd_) return;
     std::exchange(didEnd_, nullptr)(returnCode);
     if (!didEnd_) widget_.hide();
+}
+
+void QtPanel::runModal(std::function<void()> willClose) {
+    if (modalLoop_) return;
+    willClose_ = std::move(willClose);
+    widget_.setParent(QApplication::activeWindow(), widget_.windowFlags());
+    widget_.setWindowModality(Qt::ApplicationModal);
+    QEventLoop loop;
+    modalLoop_ = &loop;
+    widget_.show();
+    widget_.activateWindow();
+    loop.exec();
+    modalLoop_ = nullptr;
+    widget_.hide();
+    widget_.setWindowModality(Qt::WindowModal);
+}
+
+void QtPanel::stopModal() {
+    if (modalLoop_) modalLoop_->quit();
+}
+
+void QtPanel::closeByUser() {
+    if (!modalLoop_) return endSheet(0);
+    if (auto handler = std::exchange(willClose_, nullptr)) handler();
+}
+
+Panel* panelAround(const QWidget& widget) {
+    auto* dialog = dynamic_cast<SheetDialog*>(widget.window());
+    return dialog ? dialog->panel : nullptr;
 }
 
 }  // namespace platform::qt

@@ -8,6 +8,7 @@
 #include "platform/qt/WidgetView.h"
 
 #include <QDialog>
+#include <QEventLoop>
 
 namespace platform::qt {
 
@@ -23,12 +24,20 @@ public:
     Size contentSize() const override;
     void setContentSize(const Size& size) override;
     void beginSheet(std::function<void(int returnCode)> didEnd) override;
+    void beginSheetForWindowOf(View& view, std::function<void(int returnCode)> didEnd) override;
     void endSheet(int returnCode) override;
+    void runModal(std::function<void()> willClose) override;
+    void stopModal() override;
+    bool isRunningModal() const override { return modalLoop_ != nullptr; }
+    // What Escape and the window's close button do.
+    void closeByUser();
     void orderOut() override { widget_.hide(); }
 
 private:
     QWidget& content_;
     std::function<void(int)> didEnd_;
+    std::function<void()> willClose_;
+    QEventLoop* modalLoop_ = nullptr;  // while running modal
 };
 
 }  // namespace platform::qt

@@ -29,6 +29,8 @@ public:
     void setApplicationIcon(const ImageRef& image) override;
     void runAlert(std::string_view title, std::string_view message) override;
     void beep() override;
+    std::unique_ptr<LoadedInterface> loadInterface(const Bundle& bundle, std::string_view nibName,
+                                                   InterfaceOwner& owner) override;
     void beginOpenPanel(const OpenPanelRequest& request,
                         std::function<void(OpenPanel& panel, int returnCode)> didEnd) override;
     void showFontPanel(int paneTag) override;

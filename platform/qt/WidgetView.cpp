@@ -1,6 +1,7 @@
 #include "platform/qt/WidgetView.h"
 
 #include <QLabel>
+#include <QLayout>
 
 #include <cmath>
 
@@ -26,6 +27,20 @@ void setEnabledWithLabel(QWidget& widget, bool enabled) {
     if (!widget.parentWidget()) return;
     for (QLabel* label : widget.parentWidget()->findChildren<QLabel*>(QString(), Qt::FindDirectChildrenOnly))
         if (label->buddy() == &widget) label->setEnabled(enabled);
+}
+
+// A widget that was not shown yet counts as hidden for Qt, though it will appear with its parent.
+bool isHiddenItself(const QWidget& widget) {
+    return widget.isHidden() && widget.testAttribute(Qt::WA_WState_ExplicitShowHide);
+}
+
+void replaceWidget(QWidget& widget, QWidget* other) {
+    QWidget* parent = widget.parentWidget();
+    if (!parent || !other) return;
+    other->setParent(parent);
+    if (QLayout* layout = parent->layout()) delete layout->replaceWidget(&widget, other);
+    widget.hide();
+    other->show();
 }
 
 Rect frameOf(const QWidget& widget) {

@@ -21,6 +21,11 @@ QWidget* widgetOf(View* view);
 // A label that names the widget follows it.
 void setEnabledWithLabel(QWidget& widget, bool enabled);
 
+bool isHiddenItself(const QWidget& widget);
+// Puts another widget into the first one's place in its parent and the parent's layout, and hides the first.
+void replaceWidget(QWidget& widget, QWidget* other);
+Panel* panelAround(const QWidget& widget);  // null when the widget's window is no panel's
+
 Rect frameOf(const QWidget& widget);
 void setFrameOf(QWidget& widget, const Rect& frame);
 
@@ -36,6 +41,12 @@ public:
     void setToolTip(std::string_view text) override { widget_.setToolTip(toQString(text)); }
     Rect frame() const override { return frameOf(widget_); }
     void setFrame(const Rect& frame) override { setFrameOf(widget_, frame); }
+    bool isHidden() const override { return isHiddenItself(widget_); }
+    void setHidden(bool hidden) override { widget_.setHidden(hidden); }
+    void setNeedsDisplay() override { widget_.update(); }
+    void display() override { widget_.repaint(); }
+    void replaceInSuperview(View& other) override { replaceWidget(widget_, widgetOf(&other)); }
+    Panel* panel() override { return panelAround(widget_); }
     int tag() const override { return widget_.property("tag").toInt(); }
 
 protected:
