@@ -125,7 +125,7 @@ private:
 
     void acceptSelection() {
         QModelIndexList rows = list_->selectionModel()->selectedIndexes();
-        std::ranges::sort(rows, {}, &QModelIndex::row);
+        std::sort(rows.begin(), rows.end(), [](const auto& a, const auto& b) { return a.row() < b.row(); });
         for (const QModelIndex& row : std::as_const(rows))
             chosen_.push_back(row.data(kPathRole).toString().toStdString());
         if (!chosen_.empty()) accept();
