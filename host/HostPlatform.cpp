@@ -1,6 +1,5 @@
 #include "host/HostPlatform.h"
 
-#include "host/RuntimeLoader.h"
 #include "platform/linux/DiskPreferences.h"
 #include "platform/linux/FolderBundle.h"
 #include "platform/linux/LinuxApplications.h"
@@ -9,6 +8,7 @@
 #include "platform/linux/LinuxLauncher.h"
 #include "platform/linux/LinuxProcesses.h"
 #include "platform/linux/LinuxSystem.h"
+#include "platform/linux/RuntimeLoader.h"
 #include "platform/linux/SystemLog.h"
 #include "platform/qt/QtRunLoop.h"
 #include "platform/qt/QtToolkit.h"
@@ -37,7 +37,7 @@ struct HostPlatform::Parts {
 };
 
 HostPlatform::HostPlatform() : parts_(new Parts) {
-    parts_->bundles.addLoaded(loadRuntime(parts_->files));
+    parts_->bundles.addLoaded(posix::loadRuntime(parts_->files));
     parts_->toolkit.setApplicationLister([&applications = parts_->applications] {
         std::vector<qt::ChoosableApplication> choosable;
         for (const posix::InstalledApplication& application : applications.installedApplications())

@@ -1,21 +1,28 @@
 #include "tools/BusModule.h"
 
+#include "tools/ProgramFolder.h"
 #include "tools/Refusal.h"
 
 #include <dlfcn.h>
 
-#include <filesystem>
-
 namespace tools {
+namespace {
 
-BusModule& loadBusModule() {
-    std::error_code error;
-    auto program = std::filesystem::read_symlink("/proc/self/exe", error);
-    std::string path = (program.parent_path().parent_path() / "lib/typeslate/typeslatectl-bus.so").string();
-    void* code = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+std::string modulePath() { return besideProgramFolder("lib/typeslate/typeslatectl-bus.so"); }
+
+}  // namespace
+
+BusModule* findBusModule() {
+    void* code = dlopen(modulePath().c_str(), RTLD_NOW | RTLD_LOCAL);
     auto factory = code ? reinterpret_cast<BusModuleFactory>(dlsym(code, kBusModuleFactoryName)) : nullptr;
-    if (!factory) throw Refusal{"the part for the session bus is not installed (" + path + ")"};
-    return *factory();
+    return factory ? factory() : nullptr;
+}
+
+BusModule& requireBus() {
+    BusModule* bus = findBusModule();
+    if (!bus) throw Refusal("the part for the session bus is not installed (" + modulePath() + ")");
+    if (!bus->isConnected()) throw Refusal("there is no session bus");
+    return *bus;
 }
 
 }  // namespace tools

@@ -10,6 +10,7 @@
 
 namespace tools {
 
+// From its loading on, SIGINT and SIGTERM do nothing but end run(), at once when they came before it.
 class BusModule {
 public:
     virtual ~BusModule() = default;
@@ -18,7 +19,7 @@ public:
     virtual platform::RunLoop& runLoop() = 0;
     // Calls the handler for each message that the runtime broadcasts to modules, until the process ends.
     virtual void observeBroadcasts(std::function<void(std::string_view module, std::string_view message)> handler) = 0;
-    // Handles events until stop() or a signal to end (SIGINT, SIGTERM).
+    // Handles events until stop() or a signal to end.
     virtual void run() = 0;
     virtual void stop() = 0;
 };
@@ -26,7 +27,9 @@ public:
 inline constexpr const char* kBusModuleFactoryName = "typeslatectl_busModule";
 using BusModuleFactory = BusModule* (*)();  // one for the process, never deleted
 
-// Loads the module from "../lib/typeslate" beside the program's folder. Throws Refusal when it is not installed.
-BusModule& loadBusModule();
+// Loads the module from "../lib/typeslate" beside the program's folder. Null when it is not installed.
+BusModule* findBusModule();
+// The same for commands that cannot do without a bus. Throws Refusal when there is no module or no session bus.
+BusModule& requireBus();
 
 }  // namespace tools

@@ -3,13 +3,13 @@
 #include "platform/qt/QtRunLoop.h"
 #include "platform/qt/dbus/DBusNotificationCenter.h"
 #include "platform/qt/dbus/RuntimeMessages.h"
+#include "platform/qt/dbus/SessionBus.h"
 #include "tools/BusModule.h"
 
 #include <QCoreApplication>
 #include <QSocketNotifier>
 
 #include <sys/signalfd.h>
-#include <unistd.h>
 
 #include <csignal>
 #include <optional>
@@ -21,19 +21,27 @@ int sArgumentCount = 1;
 char sProgramName[] = "typeslatectl";
 char* sArguments[] = {sProgramName, nullptr};
 
-// Becomes readable when the process is asked to end.
+// Becomes readable when the process is asked to end. The signals must be blocked before any thread starts: one that has
+// them open would be killed by them.
 int endSignals() {
-    sigset_t signals;
-    sigemptyset(&signals);
-    sigaddset(&signals, SIGINT);
-    sigaddset(&signals, SIGTERM);
-    sigprocmask(SIG_BLOCK, &signals, nullptr);
-    return signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK);
+    sigset_t mask;
+    sigemptyset(&mask);
+    sigaddset(&mask, SIGINT);
+    sigaddset(&mask, SIGTERM);
+    sigprocmask(SIG_BLOCK, &mask, nullptr);
+    return signalfd(-1, &mask, SFD_CLOEXEC | SFD_NONBLOCK);
 }
 
 class QtBusModule final : public BusModule {
 public:
-    bool isConnected() override { return center_.isConnected(); }
+    // On a connection of its own: the centre's would say in the log that changes are not announced, before there are
+    // any.
+    bool isConnected() override {
+        const QString probe = QStringLiteral("typeslatectl-probe");
+        bool isConnected = platform::qt::sessionBusConnection(probe).isConnected();
+        QDBusConnection::disconnectFromBus(probe);
+        return isConnected;
+    }
     platform::DistributedNotificationCenter& notifications() override { return center_; }
     platform::RunLoop& runLoop() override { return runLoop_; }
     void observeBroadcasts(std::function<void(std::string_view, std::string_view)> handler) override {
@@ -42,14 +50,14 @@ public:
         });
     }
     void run() override {
-        QSocketNotifier notifier(endSignals(), QSocketNotifier::Read);
+        QSocketNotifier notifier(endSignals_, QSocketNotifier::Read);
         QObject::connect(&notifier, &QSocketNotifier::activated, &application_, &QCoreApplication::quit);
         application_.exec();
-        ::close(static_cast<int>(notifier.socket()));
     }
     void stop() override { application_.quit(); }
 
 private:
+    const int endSignals_ = endSignals();
     QCoreApplication application_{sArgumentCount, sArguments};
     platform::posix::SystemLog log_;
     platform::qt::DBusNotificationCenter center_{log_};

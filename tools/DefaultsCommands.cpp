@@ -4,21 +4,27 @@
 #include "platform/linux/DiskPreferences.h"
 #include "platform/linux/SystemLog.h"
 #include "tools/Json.h"
+#include "tools/Output.h"
 #include "tools/Refusal.h"
 
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <memory>
+#include <optional>
 
 using namespace platform;
 
 namespace tools {
 namespace {
 
+constexpr const char* kBinary = "binary";
+constexpr const char* kXML = "xml";
+
 struct Arguments {
     std::string domain, key, json, file;
-    PropertyListFormat format = PropertyListFormat::Binary;
+    std::optional<std::string> keyIfAny;  // an empty key is a key
+    std::string format = kBinary;
 };
 
 struct Store {
@@ -26,37 +32,37 @@ struct Store {
     posix::DiskPreferences preferences{posix::preferencesFolder(), log};
 
     void requireReadable(const std::string& domain) {
-        if (!preferences.isReadable(domain)) throw Refusal{"the domain " + domain + " cannot be read"};
+        if (!preferences.isReadable(domain)) throw Refusal("the domain " + domain + " cannot be read");
     }
     // The domain's whole content; there must be some.
     PropertyList content(const std::string& domain) {
         requireReadable(domain);
         PropertyList all = preferences.copyDomain(domain);
-        if (all.size() == 0) throw Refusal{"there is nothing in the domain " + domain};
+        if (all.size() == 0) throw Refusal("there is nothing in the domain " + domain);
         return all;
     }
     void save(const std::string& domain) {
         if (!preferences.synchronize(domain))
-            throw Refusal{"the domain " + domain + " could not be written; the log says why"};
+            throw Refusal("the domain " + domain + " could not be written; the log says why");
     }
 };
 
-void print(std::string_view text) {
-    std::fwrite(text.data(), 1, text.size(), stdout);
-    if (std::fflush(stdout) != 0) throw Refusal{std::string("standard output: ") + std::strerror(errno)};
+Refusal noKey(const Arguments& arguments) {
+    return Refusal("there is no key " + *arguments.keyIfAny + " in the domain " + arguments.domain);
 }
 
 void read(const Arguments& arguments) {
     Store store;
     PropertyList value = store.content(arguments.domain);
-    if (!arguments.key.empty()) value = value[arguments.key];
-    if (!value) throw Refusal{"there is no key " + arguments.key + " in the domain " + arguments.domain};
+    if (arguments.keyIfAny) value = value[*arguments.keyIfAny];
+    if (!value) throw noKey(arguments);
     print(jsonText(value, JsonLayout::Indented) + "\n");
 }
 
 void write(const Arguments& arguments) {
     JsonResult parsed = parseJson(arguments.json);
-    if (!parsed.error.empty()) throw Refusal{"the value is not JSON that a property list can hold: " + parsed.error};
+    if (!parsed.error.empty()) throw Refusal("the value is not JSON that a property list can hold: " + parsed.error);
+    if (!PropertyList(arguments.key)) throw Refusal("the key is not UTF-8");
     Store store;
     store.requireReadable(arguments.domain);
     store.preferences.setValue(arguments.key, parsed.value, arguments.domain);
@@ -66,10 +72,9 @@ void write(const Arguments& arguments) {
 void remove(const Arguments& arguments) {
     Store store;
     PropertyList all = store.content(arguments.domain);
-    if (!arguments.key.empty() && !all[arguments.key])
-        throw Refusal{"there is no key " + arguments.key + " in the domain " + arguments.domain};
+    if (arguments.keyIfAny && !all[*arguments.keyIfAny]) throw noKey(arguments);
     for (const PropertyList::Entry& entry : all.entries())
-        if (arguments.key.empty() || entry.key.stringValue() == arguments.key)
+        if (!arguments.keyIfAny || entry.key.stringValue() == *arguments.keyIfAny)
             store.preferences.setValue(entry.key.stringValue(), {}, arguments.domain);
     store.save(arguments.domain);
 }
@@ -84,18 +89,19 @@ using File = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
 File openFile(const std::string& name, const char* mode, std::FILE* standardStream) {
     if (name == "-") return {standardStream, [](std::FILE* file) { return std::fflush(file); }};
     File file(std::fopen(name.c_str(), mode), std::fclose);
-    if (!file) throw Refusal{name + ": " + std::strerror(errno)};
+    if (!file) throw Refusal(name + ": " + std::strerror(errno));
     return file;
 }
 
 void exportDomain(const Arguments& arguments) {
     Store store;
-    std::string bytes = encodePropertyList(store.content(arguments.domain), arguments.format);
-    if (bytes.empty()) throw Refusal{"the domain holds a value that this format cannot express"};
+    auto format = arguments.format == kXML ? PropertyListFormat::XML : PropertyListFormat::Binary;
+    std::string bytes = encodePropertyList(store.content(arguments.domain), format);
+    if (bytes.empty()) throw Refusal("the domain holds a value that this format cannot express");
     File file = openFile(arguments.file, "wb", stdout);
     bool isWhole = std::fwrite(bytes.data(), 1, bytes.size(), file.get()) == bytes.size();
     auto close = file.get_deleter();
-    if (close(file.release()) != 0 || !isWhole) throw Refusal{arguments.file + ": " + std::strerror(errno)};
+    if (close(file.release()) != 0 || !isWhole) throw Refusal(arguments.file + ": " + std::strerror(errno));
 }
 
 std::string readWhole(const std::string& name) {
@@ -103,13 +109,13 @@ std::string readWhole(const std::string& name) {
     std::string bytes;
     char buffer[1 << 16];
     while (std::size_t count = std::fread(buffer, 1, sizeof buffer, file.get())) bytes.append(buffer, count);
-    if (std::ferror(file.get())) throw Refusal{name + ": " + std::strerror(errno)};
+    if (std::ferror(file.get())) throw Refusal(name + ": " + std::strerror(errno));
     return bytes;
 }
 
 void importDomain(const Arguments& arguments) {
     PropertyList content = decodePropertyList(readWhole(arguments.file));
-    if (!content.isDictionary()) throw Refusal{arguments.file + ": not a property list with a dictionary at its root"};
+    if (!content.isDictionary()) throw Refusal(arguments.file + ": not a property list with a dictionary at its root");
     Store store;
     store.requireReadable(arguments.domain);
     PropertyList old = store.preferences.copyDomain(arguments.domain);
@@ -138,10 +144,8 @@ void addDefaultsCommands(CLI::App& app) {
         return command;
     };
     auto takeFormat = [&](CLI::App* command) {
-        const std::map<std::string, PropertyListFormat> formats{{"binary", PropertyListFormat::Binary},
-                                                                {"xml", PropertyListFormat::XML}};
         command->add_option("--format", arguments->format, "binary (default) or xml")
-            ->transform(CLI::CheckedTransformer(formats).description(""))
+            ->check(CLI::IsMember({kBinary, kXML}).description(""))
             ->type_name("FORMAT");
     };
     auto takeFile = [&](CLI::App* command, const char* description) {
@@ -150,12 +154,12 @@ void addDefaultsCommands(CLI::App& app) {
     };
 
     takeDomain(add("read", "Print a domain, or one key of it, as JSON", read))
-        ->add_option("KEY", arguments->key, "Key; without one the whole domain");
+        ->add_option("KEY", arguments->keyIfAny, "Key; without one the whole domain");
     auto* writing = takeDomain(add("write", "Store one value", write));
     writing->add_option("KEY", arguments->key, "Key")->required();
     writing->add_option("JSON", arguments->json, "Value as JSON")->required();
     takeDomain(add("delete", "Remove a key, or every key of a domain", remove))
-        ->add_option("KEY", arguments->key, "Key; without one all of them");
+        ->add_option("KEY", arguments->keyIfAny, "Key; without one all of them");
     add("domains", "List the stored domains", listDomains);
     takeFormat(takeFile(takeDomain(add("export", "Write a domain into a property-list file", exportDomain)),
                         "File to write, - for standard output"));

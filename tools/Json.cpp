@@ -22,8 +22,11 @@ constexpr std::string_view kData = "$data";
 constexpr std::string_view kReal = "$real";
 constexpr std::string_view kDictionary = "$dictionary";
 
-bool looksWrapped(const PropertyList& dictionary) {
-    return dictionary.size() == 1 && dictionary.entries()[0].key.stringValue().starts_with('$');
+// True for a dictionary that would be read as something else if it stood as it is.
+bool needsWrapper(const PropertyList& dictionary) {
+    if (dictionary.size() == 0) return false;
+    std::string_view first = dictionary.entries()[0].key.stringValue();
+    return first == kDictionary || (dictionary.size() == 1 && first.starts_with('$'));
 }
 
 template <typename Writer>
@@ -88,7 +91,7 @@ private:
         writer_.EndArray();
     }
     void dictionary(const PropertyList& item) {
-        bool wraps = looksWrapped(item);
+        bool wraps = needsWrapper(item);
         if (wraps) {
             writer_.StartObject();
             string(kDictionary);
@@ -125,18 +128,35 @@ PropertyList unwrapped(std::string_view key, const PropertyList& inner) {
     return bytes ? PropertyList::data(*bytes) : PropertyList();
 }
 
-bool isWrapper(std::string_view key) { return key == kDate || key == kData || key == kReal || key == kDictionary; }
+bool isScalarWrapper(std::string_view key) { return key == kDate || key == kData || key == kReal; }
+
+template <typename Number>
+bool parseWhole(std::string_view text, Number& number) {
+    auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    return error == std::errc() && end == text.data() + text.size();
+}
+
+// An integer stays one; what does not fit is nothing, not a number nearby.
+PropertyList numberFromText(std::string_view text) {
+    if (text.find_first_of(".eE") != std::string_view::npos) {
+        double real = 0;
+        return parseWhole(text, real) ? PropertyList(real) : PropertyList();
+    }
+    std::int64_t integer = 0;
+    if (parseWhole(text, integer)) return integer;
+    std::uint64_t large = 0;
+    return parseWhole(text, large) ? PropertyList(large) : PropertyList();
+}
 
 // Builds the value as the parser reports what it meets; an open container waits on the stack for its elements.
 class Builder : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, Builder> {
 public:
     bool Null() { return refuse("null has no place in a property list"); }
     bool Bool(bool value) { return add(value); }
-    bool Int(int value) { return add(value); }
-    bool Uint(unsigned value) { return add(value); }
-    bool Int64(std::int64_t value) { return add(value); }
-    bool Uint64(std::uint64_t value) { return add(value); }
-    bool Double(double value) { return add(value); }
+    bool RawNumber(const char* text, rapidjson::SizeType length, bool) {
+        PropertyList value = numberFromText({text, length});
+        return value ? add(std::move(value)) : refuse("a number out of range");
+    }
     bool String(const char* text, rapidjson::SizeType length, bool) {
         return add(PropertyList(std::string_view(text, length)));
     }
@@ -154,13 +174,11 @@ public:
     bool EndObject(rapidjson::SizeType) {
         Open object = std::move(stack_.back());
         stack_.pop_back();
-        bool isInDictionaryWrapper = !stack_.empty() && !stack_.back().isArray && stack_.back().key == kDictionary;
         PropertyList value = std::move(object.entries).freeze();
-        if (isInDictionaryWrapper || value.size() != 1) return add(std::move(value));
-        const PropertyList::Entry& only = value.entries()[0];
-        std::string_view key = only.key.stringValue();
-        if (!isWrapper(key)) return add(std::move(value));
-        PropertyList meant = unwrapped(key, only.value);
+        std::string_view key = value.size() == 0 ? "" : value.entries()[0].key.stringValue();
+        bool isWrapper = !object.isContent && (key == kDictionary || (value.size() == 1 && isScalarWrapper(key)));
+        if (!isWrapper) return add(std::move(value));
+        PropertyList meant = value.size() == 1 ? unwrapped(key, value.entries()[0].value) : PropertyList();
         return meant ? add(std::move(meant)) : refuse("a malformed \"" + std::string(key) + "\"");
     }
 
@@ -170,6 +188,7 @@ public:
 private:
     struct Open {
         bool isArray;
+        bool isContent;  // the dictionary inside a {"$dictionary": ...}, which stands for itself
         std::vector<PropertyList> elements;
         platform::MutableDictionary entries;
         std::string key;
@@ -177,8 +196,13 @@ private:
 
     bool open(bool isArray) {
         if (stack_.size() + 1 >= PropertyList::kMaximumDepth) return refuse("nested too deeply");
-        stack_.push_back({isArray, {}, {}, {}});
+        stack_.push_back({isArray, !isArray && isInDictionaryWrapper(), {}, {}, {}});
         return true;
+    }
+    bool isInDictionaryWrapper() const {
+        if (stack_.empty()) return false;
+        const Open& around = stack_.back();
+        return !around.isArray && !around.isContent && around.entries.size() == 0 && around.key == kDictionary;
     }
     bool add(PropertyList value) {
         if (stack_.empty())
@@ -214,7 +238,7 @@ std::string jsonText(const PropertyList& value, JsonLayout layout) {
 
 JsonResult parseJson(std::string_view text) {
     constexpr unsigned kFlags =
-        rapidjson::kParseIterativeFlag | rapidjson::kParseValidateEncodingFlag | rapidjson::kParseFullPrecisionFlag;
+        rapidjson::kParseIterativeFlag | rapidjson::kParseValidateEncodingFlag | rapidjson::kParseNumbersAsStringsFlag;
     rapidjson::MemoryStream stream(text.data(), text.size());
     rapidjson::EncodedInputStream<rapidjson::UTF8<>, rapidjson::MemoryStream> input(stream);
     rapidjson::Reader reader;

@@ -2,7 +2,8 @@
 //
 // Keys keep their order. JSON has no dates, data or special numbers; they stand as objects of one key:
 //     {"$date": "2026-01-31T12:00:00.000000Z"}  {"$data": "base64"}  {"$real": "nan"}  (also "inf", "-inf")
-// A dictionary whose only key begins with "$" is itself wrapped: {"$dictionary": {"$date": "not a date"}}.
+// A dictionary whose only key begins with "$", or whose first key is "$dictionary", is itself wrapped:
+//     {"$dictionary": {"$date": "not a date"}}
 #pragma once
 
 #include "platform/PropertyList.h"
@@ -21,7 +22,8 @@ struct JsonResult {
     platform::PropertyList value;  // nothing on failure
     std::string error;             // what is wrong and where, one line
 };
-// Null, invalid UTF-8, and nesting beyond PropertyList::kMaximumDepth are refused.
+// Null, invalid UTF-8, numbers that neither 64 bits nor a double can hold, and nesting beyond
+// PropertyList::kMaximumDepth are refused.
 JsonResult parseJson(std::string_view text);
 
 }  // namespace tools

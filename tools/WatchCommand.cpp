@@ -3,7 +3,7 @@
 #include "platform/Date.h"
 #include "tools/BusModule.h"
 #include "tools/Json.h"
-#include "tools/Refusal.h"
+#include "tools/Output.h"
 
 #include <cstdio>
 
@@ -12,15 +12,15 @@ using namespace platform;
 namespace tools {
 namespace {
 
-void printLine(const PropertyList& message) {
+// Ends the watch when nobody reads it any more.
+void printLine(const PropertyList& message, BusModule& bus) {
     std::string line = jsonText(message, JsonLayout::OneLine) + "\n";
     std::fwrite(line.data(), 1, line.size(), stdout);
-    std::fflush(stdout);
+    if (std::fflush(stdout) != 0) bus.stop();
 }
 
 void watch() {
-    BusModule& bus = loadBusModule();
-    if (!bus.isConnected()) throw Refusal{"there is no session bus to watch"};
+    BusModule& bus = requireBus();
     auto stamp = [&bus] { return iso8601FromDate(bus.runLoop().now()); };
     auto observation = bus.notifications().addObserver("", "", [&](const Notification& notification) {
         MutableDictionary line(PropertyList::dictionary({{"time", stamp()},
@@ -28,16 +28,16 @@ void watch() {
                                                          {"name", notification.name},
                                                          {"object", notification.object}}));
         line.set("userInfo", notification.userInfo);
-        printLine(std::move(line).freeze());
-        if (std::ferror(stdout)) bus.stop();
+        printLine(std::move(line).freeze(), bus);
     });
     bus.observeBroadcasts([&](std::string_view module, std::string_view message) {
         printLine(PropertyList::dictionary(
-            {{"time", stamp()}, {"kind", "broadcast"}, {"module", module}, {"message", message}}));
-        if (std::ferror(stdout)) bus.stop();
+                      {{"time", stamp()}, {"kind", "broadcast"}, {"module", module}, {"message", message}}),
+                  bus);
     });
     std::fputs("typeslatectl: watching; Ctrl-C ends it\n", stderr);
     bus.run();
+    flushOutput();
 }
 
 }  // namespace

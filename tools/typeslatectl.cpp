@@ -1,7 +1,10 @@
 // typeslatectl: the settings pane's data and messages from the shell.
 //
 // Exit status 0: done. 1: refused, with one line on standard error. 2: the call itself is wrong.
+#include "platform/linux/SystemLog.h"
 #include "tools/DefaultsCommands.h"
+#include "tools/EntriesCommands.h"
+#include "tools/Output.h"
 #include "tools/Refusal.h"
 #include "tools/WatchCommand.h"
 
@@ -15,16 +18,36 @@ namespace {
 constexpr int kRefused = 1;
 constexpr int kUsage = 2;
 
-int parse(CLI::App& app, int argc, char** argv) {
+void complain(std::string_view line) {
+    std::fprintf(stderr, "typeslatectl: %s\n", platform::posix::withVisibleControls(line).c_str());
+}
+
+// Runs the command; --help and --version count as one.
+int run(CLI::App& app, int argc, char** argv) {
     try {
         app.parse(argc, argv);
         return 0;
     } catch (const CLI::ParseError& error) {
-        return app.exit(error) == 0 ? 0 : kUsage;
-    } catch (const tools::Refusal& refusal) {
-        std::fprintf(stderr, "typeslatectl: %s\n", refusal.text.c_str());
-        return kRefused;
+        if (app.exit(error) != 0) return kUsage;
+        tools::flushOutput();
+        return 0;
     }
+}
+
+int runOrRefuse(CLI::App& app, int argc, char** argv) {
+    try {
+        return run(app, argc, argv);
+    } catch (const tools::Refusal& refusal) {
+        for (const std::string& line : refusal.lines) complain(line);
+    } catch (const std::exception& error) {
+        complain(error.what());
+    }
+    return kRefused;
+}
+
+std::string usageProblem(const CLI::App*, const CLI::Error& error) {
+    std::string text = error.what();
+    return "typeslatectl: " + platform::posix::withVisibleControls(text) + " (--help tells more)\n";
 }
 
 }  // namespace
@@ -35,7 +58,9 @@ int main(int argc, char** argv) {
     CLI::App app("Reads and changes the settings of the Typeslate font-menu module.", "typeslatectl");
     app.require_subcommand(1);
     app.set_version_flag("--version", TYPESLATE_VERSION);
+    app.failure_message(usageProblem);
     tools::addDefaultsCommands(app);
+    tools::addEntriesCommands(app);
     tools::addWatchCommand(app);
-    return parse(app, argc, argv);
+    return runOrRefuse(app, argc, argv);
 }

@@ -1,9 +1,6 @@
-#include "host/RuntimeLoader.h"
+#include "platform/linux/RuntimeLoader.h"
 
-namespace host {
-
-using namespace platform;
-
+namespace platform::posix {
 namespace {
 
 constexpr const char* kRuntimeIdentifier = "com.tarnwick.plinth";
@@ -13,7 +10,7 @@ constexpr const char* kEntryPoint = "PlinthMessageBroadcast";
 std::unique_ptr<Bundle> installedRuntime(FileServices& files, FolderDomain domain) {
     auto library = files.folder(domain, FolderKind::Library);
     if (!library) return nullptr;
-    auto bundle = posix::FolderBundle::open(*library + "/Frameworks/Plinth.framework");
+    auto bundle = FolderBundle::open(*library + "/Frameworks/Plinth.framework");
     bool isRuntime = bundle && bundle->identifier() == kRuntimeIdentifier && bundle->functionNamed(kEntryPoint);
     return isRuntime ? std::move(bundle) : nullptr;
 }
@@ -23,7 +20,7 @@ std::unique_ptr<Bundle> installedRuntime(FileServices& files, FolderDomain domai
 std::unique_ptr<Bundle> loadRuntime(FileServices& files) {
     for (FolderDomain domain : {FolderDomain::User, FolderDomain::Local})
         if (auto runtime = installedRuntime(files, domain)) return runtime;
-    return posix::LibraryBundle::load(kRuntimeLibrary, kRuntimeIdentifier);
+    return LibraryBundle::load(kRuntimeLibrary, kRuntimeIdentifier);
 }
 
-}  // namespace host
+}  // namespace platform::posix

@@ -6,10 +6,10 @@
 
 #include <memory>
 
-namespace host {
+namespace platform::posix {
 
 // Plinth.framework of the user's or the machine's Frameworks folder, else the library libplinth.so where the loader
 // finds it. Null when there is none.
-std::unique_ptr<platform::Bundle> loadRuntime(platform::FileServices& files);
+std::unique_ptr<Bundle> loadRuntime(FileServices& files);
 
-}  // namespace host
+}  // namespace platform::posix

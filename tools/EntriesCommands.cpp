@@ -1,0 +1,144 @@
+#include "tools/EntriesCommands.h"
+
+#include "platform/linux/DisplayText.h"
+#include "settings/EntryList.h"
+#include "tools/EntryListing.h"
+#include "tools/HeadlessPane.h"
+#include "tools/Json.h"
+#include "tools/Output.h"
+#include "tools/Refusal.h"
+
+#include <filesystem>
+
+using namespace platform;
+using namespace settings;
+
+namespace tools {
+namespace {
+
+struct Arguments {
+    int index = 0, kind = 0;
+    std::string key, value, name, expression;
+    std::optional<std::string> keyIfAny;
+    std::vector<std::string> paths;
+    bool json = false;
+};
+
+// As the pane would show it, repaired, but nothing is stored.
+std::vector<PropertyList> shownEntries() {
+    posix::SystemLog log;
+    posix::DiskPreferences preferences(posix::preferencesFolder(), log);
+    if (!preferences.isReadable(kSettingsDomain)) throw Refusal("the stored settings cannot be read");
+    std::vector<PropertyList> list = mutableArray(preferences.copyValue(kEntryListKey, kSettingsDomain));
+    while (putGlobalFirst(list)) {
+    }
+    return list;
+}
+
+void list(const Arguments& arguments) {
+    std::vector<PropertyList> entries = shownEntries();
+    print(arguments.json ? jsonText(PropertyList::array(std::move(entries)), JsonLayout::Indented) + "\n"
+                         : entryTable(entries));
+}
+
+PropertyList valueUnder(const PropertyList& entry, const std::string& key) {
+    if (const Option* option = optionForKey(key)) return optionValue(*option, shownValue(entry[kSettingsKey], *option));
+    return entry[key];
+}
+
+void get(const Arguments& arguments) {
+    std::vector<PropertyList> entries = shownEntries();
+    if (arguments.index < 0 || arguments.index >= std::ssize(entries)) throw noEntry(arguments.index, entries.size());
+    PropertyList value = entries[static_cast<std::size_t>(arguments.index)];
+    if (arguments.keyIfAny) value = valueUnder(value, *arguments.keyIfAny);
+    if (!value) throw Refusal("there is no option or key \"" + posix::displayText(*arguments.keyIfAny) + "\"");
+    print(jsonText(value, JsonLayout::Indented) + "\n");
+}
+
+std::string absolutePath(const std::string& path) {
+    std::error_code error;
+    std::string absolute = std::filesystem::absolute(path, error).lexically_normal();
+    while (absolute.size() > 1 && absolute.ends_with('/')) absolute.pop_back();
+    return absolute;
+}
+
+void add(const Arguments& arguments) {
+    std::vector<std::string> paths, problems;
+    for (const std::string& path : arguments.paths) paths.push_back(absolutePath(path));
+    HeadlessPane pane;
+    HeadlessPane::Added added = pane.addApplications(paths);
+    for (const std::string& path : added.alreadyListed) print(posix::displayText(path) + " is in the list already\n");
+    for (const std::string& path : added.noApplications)
+        problems.push_back(posix::displayText(path) + " is no application for this system");
+    if (problems.size() < paths.size()) pane.finish();
+    if (!problems.empty()) throw Refusal(std::move(problems));
+}
+
+void addRegex(const Arguments& arguments) {
+    HeadlessPane pane;
+    pane.addRegex(arguments.name, arguments.expression, arguments.kind);
+    pane.finish();
+}
+
+void remove(const Arguments& arguments) {
+    HeadlessPane pane;
+    pane.removeEntry(arguments.index);
+    pane.finish();
+}
+
+void set(const Arguments& arguments) {
+    const Option* option = optionForKey(arguments.key);
+    if (!option)
+        throw Refusal("there is no option \"" + posix::displayText(arguments.key) +
+                      "\"; entries set --help lists them");
+    std::optional<std::int64_t> value = optionValueFromText(*option, arguments.value);
+    if (!value)
+        throw Refusal(arguments.key + " takes " + acceptedValues(*option) + ", not \"" +
+                      posix::displayText(arguments.value) + "\"");
+    HeadlessPane pane;
+    pane.setOption(arguments.index, *option, *value);
+    pane.finish();
+}
+
+std::string optionHelp() {
+    std::string text = "Options that KEY may name, and their values:\n";
+    for (const Option& option : options())
+        text += "  " + std::string(option.key) + ": " + acceptedValues(option) + "\n";
+    return text;
+}
+
+}  // namespace
+
+void addEntriesCommands(CLI::App& app) {
+    auto* entries = app.add_subcommand("entries", "Show and change the list of entries");
+    entries->require_subcommand(1);
+    auto arguments = std::make_shared<Arguments>();
+    auto command = [&](const char* name, const char* description, void (*run)(const Arguments&)) {
+        auto* added = entries->add_subcommand(name, description);
+        added->callback([arguments, run] { run(*arguments); });
+        return added;
+    };
+    auto takeIndex = [&](CLI::App* to) {
+        to->add_option("INDEX", arguments->index, "Entry, as list numbers them; 0 is the Global entry")->required();
+        return to;
+    };
+
+    command("list", "Print the entries", list)->add_flag("--json", arguments->json, "As JSON, with every key");
+    command("add", "Add applications", add)
+        ->add_option("PATH", arguments->paths, "Desktop file or .app folder")
+        ->required();
+    auto* regex = command("add-regex", "Add an entry for applications that a regular expression matches", addRegex);
+    regex->add_option("NAME", arguments->name, "Name of the entry")->required();
+    regex->add_option("EXPRESSION", arguments->expression, "Regular expression")->required();
+    regex->add_option("--kind", arguments->kind, "What it is held against: 0 name (default), 1 identifier, 2 path")
+        ->type_name("N");
+    takeIndex(command("remove", "Remove an entry", remove));
+    auto* setting = takeIndex(command("set", "Change an option of an entry", set));
+    setting->add_option("KEY", arguments->key, "Option")->required();
+    setting->add_option("VALUE", arguments->value, "Value")->required();
+    setting->footer(optionHelp());
+    takeIndex(command("get", "Print an entry, or one value of it, as JSON", get))
+        ->add_option("KEY", arguments->keyIfAny, "Option, shown even while it is not stored, or key of the entry");
+}
+
+}  // namespace tools

@@ -1,0 +1,98 @@
+#include "tools/EntryListing.h"
+
+#include "platform/linux/DisplayText.h"
+#include "settings/EntryList.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+
+using namespace platform;
+using namespace settings;
+
+namespace tools {
+namespace {
+
+using Row = std::array<std::string, 5>;
+
+constexpr std::string_view kRegexKindNames[] = {"name", "identifier", "path"};
+constexpr std::size_t kWidestColumn = 40;  // what is longer moves the rest of its line
+
+// What the window's controls let a user choose.
+std::int64_t largestValue(const Option& option) { return option.key == "DupeHandling" ? 2 : 255; }
+
+std::string kindOf(const PropertyList& entry) {
+    if (!hasType(entry, kRegExType)) return posix::displayText(entry[kTypeKey].stringValue());
+    std::int64_t kind = entry[kRegExTypeKey].integerValue();
+    bool isKnown = kind >= 0 && kind < std::ssize(kRegexKindNames);
+    return "RegEx on " + (isKnown ? std::string(kRegexKindNames[kind]) : std::to_string(kind));
+}
+
+Row rowOf(std::size_t index, const PropertyList& entry) {
+    bool isOn = shownValue(entry[kSettingsKey], *optionForKey("Enabled")) != 0;
+    return {std::to_string(index), isOn ? "on" : "off", kindOf(entry),
+            posix::displayText(entry[kNameKey].stringValue()), posix::displayText(entry[kDataKey].stringValue())};
+}
+
+std::size_t characters(std::string_view utf8) {
+    return static_cast<std::size_t>(
+        std::ranges::count_if(utf8, [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
+}
+
+std::size_t columnWidth(const std::vector<Row>& rows, std::size_t column) {
+    std::size_t width = 0;
+    for (const Row& row : rows) width = std::max(width, characters(row[column]));
+    return std::min(width, kWidestColumn);
+}
+
+void appendPadded(std::string& line, const std::string& text, std::size_t width) {
+    line += text;
+    line.append(width - std::min(width, characters(text)) + 2, ' ');
+}
+
+}  // namespace
+
+std::string entryTable(const std::vector<PropertyList>& list) {
+    std::vector<Row> rows{{"INDEX", "STATE", "KIND", "NAME", "DATA"}};
+    for (const PropertyList& entry : list) rows.push_back(rowOf(rows.size() - 1, entry));
+    std::array<std::size_t, std::tuple_size_v<Row>> widths;
+    for (std::size_t column = 0; column < widths.size(); ++column) widths[column] = columnWidth(rows, column);
+
+    std::string text;
+    for (const Row& row : rows) {
+        std::string line;
+        for (std::size_t column = 0; column < row.size(); ++column) appendPadded(line, row[column], widths[column]);
+        line.resize(line.find_last_not_of(' ') + 1);
+        text += line + "\n";
+    }
+    return text;
+}
+
+Refusal noEntry(int index, std::size_t count) {
+    return Refusal("there is no entry " + std::to_string(index) + "; the last one is " + std::to_string(count - 1));
+}
+
+std::optional<std::int64_t> optionValueFromText(const Option& option, std::string_view text) {
+    if (option.type == OptionType::Boolean) {
+        std::string word(text);
+        for (char& c : word)
+            if (c >= 'A' && c <= 'Z') c += 'a' - 'A';
+        for (std::string_view on : {"true", "yes", "on", "1"})
+            if (word == on) return 1;
+        for (std::string_view off : {"false", "no", "off", "0"})
+            if (word == off) return 0;
+        return std::nullopt;
+    }
+    std::int64_t number = 0;
+    auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    bool isNumber = error == std::errc() && end == text.data() + text.size();
+    if (!isNumber || number < 0 || number > largestValue(option)) return std::nullopt;
+    return number;
+}
+
+std::string acceptedValues(const Option& option) {
+    if (option.type == OptionType::Boolean) return "true or false";
+    return "0 to " + std::to_string(largestValue(option));
+}
+
+}  // namespace tools

@@ -1,0 +1,113 @@
+#include "tools/HeadlessPane.h"
+
+#include "settings/EntryList.h"
+#include "tools/EntryListing.h"
+#include "tools/ProgramFolder.h"
+#include "tools/Refusal.h"
+
+#include <cstdlib>
+#include <map>
+
+using namespace platform;
+using namespace settings;
+
+namespace tools {
+namespace {
+
+constexpr int kPanelOK = 1;
+
+std::unique_ptr<Bundle> openPaneBundle(BundleServices& bundles) {
+    const char* wish = std::getenv("TYPESLATE_PREFPANE");
+    std::string path = wish && *wish ? wish : besideProgramFolder("Typeslate.prefPane");
+    std::unique_ptr<Bundle> bundle = bundles.openBundle(path);
+    if (!bundle) throw Refusal("the settings pane is not installed: there is no bundle at " + path);
+    return bundle;
+}
+
+}  // namespace
+
+HeadlessPane::HeadlessPane() : bundle_(openPaneBundle(platform_.bundles)), pane_(platform_.forPane(*bundle_)) {
+    if (!platform_.preferences.isReadable(kSettingsDomain)) throw Refusal("the stored settings cannot be read");
+    TSPreferencePane::initialize(platform_.bundles);
+    connectOutlets();
+    table_.numberOfRows();  // repairs the list
+}
+
+// The window's start-up work, above all the shipped exclusions and the font catalogue, is left to the window.
+void HeadlessPane::connectOutlets() {
+    const std::pair<std::string_view, View&> outlets[] = {
+        {"exTableView", table_}, {"exRemoveAppButton", remove_}, {"regexAdd", addRegex_}, {"regexName", name_},
+        {"regex", expression_},  {"regexType", kind_},           {"regexPanel", sheet_},  {"regexSheetOK", sheetOK_}};
+    for (auto& [name, object] : outlets) pane_.setOutlet(name, object);
+    table_.setDataSource(&pane_);
+    table_.setSelectionObserver(
+        [this](const InterfaceNotification& notification) { pane_.tableViewSelectionDidChange(notification); });
+}
+
+PropertyList HeadlessPane::storedList() { return platform_.preferences.copyValue(kEntryListKey, kSettingsDomain); }
+
+void HeadlessPane::select(int row) {
+    int rows = table_.numberOfRows();
+    if (row < 0 || row >= rows) throw noEntry(row, static_cast<std::size_t>(rows));
+    table_.selectRow(row);
+}
+
+bool HeadlessPane::isApplication(const std::string& path) {
+    ItemInformation information;
+    return platform_.applications.itemInformation(path, information) == kNoErr &&
+           (information.flags & ItemInformation::kIsNativeApplication);
+}
+
+HeadlessPane::Added HeadlessPane::addApplications(const std::vector<std::string>& paths) {
+    Added result;
+    std::vector<std::string> applications;
+    for (const std::string& path : paths) (isApplication(path) ? applications : result.noApplications).push_back(path);
+    if (applications.empty()) return result;
+
+    std::map<std::string_view, int> gained;  // entries with a path
+    PropertyList before = storedList();
+    pane_.exOpenPanelDidEnd_returnCode_contextInfo(nullptr, kPanelOK, applications);
+    PropertyList after = storedList();
+    for (const PropertyList& entry : before.elements()) --gained[entry[kPathKey].stringValue()];
+    for (const PropertyList& entry : after.elements()) ++gained[entry[kPathKey].stringValue()];
+    for (const std::string& path : applications)
+        if (gained[path]-- <= 0) result.alreadyListed.push_back(path);
+    return result;
+}
+
+void HeadlessPane::addRegex(const std::string& name, const std::string& expression, int kind) {
+    if (name.empty() || expression.empty()) throw Refusal("neither the name nor the expression may be empty");
+    if (!PropertyList(name) || !PropertyList(expression)) throw Refusal("the name or the expression is not UTF-8");
+    if (kind < 0 || kind >= kRegexKinds)
+        throw Refusal("there is no kind " + std::to_string(kind) + "; the last one is " +
+                      std::to_string(kRegexKinds - 1));
+    pane_.regexNew(addRegex_);
+    name_.setStringValue(name, TextTone::Normal);
+    expression_.setStringValue(expression, TextTone::Normal);
+    kind_.selectItem(kind);
+    pane_.regexEnd(sheetOK_);
+}
+
+void HeadlessPane::removeEntry(int row) {
+    select(row);
+    if (!remove_.isEnabled()) throw Refusal("the Global entry cannot be removed");
+    pane_.doExRemoveApp(remove_);
+}
+
+void HeadlessPane::setOption(int row, const Option& option, std::int64_t value) {
+    select(row);
+    if (!storedList()[row].isDictionary()) throw Refusal("entry " + std::to_string(row) + " holds no settings");
+    HeadlessOption control(option.tag, value);
+    pane_.togglePerAppPrefs(control);
+}
+
+void HeadlessPane::finish() {
+    if (!platform_.runLoop.isPending()) throw Refusal("another process has just changed the entry; nothing was done");
+    if (!platform_.preferences.synchronize(kSettingsDomain))
+        throw Refusal("the settings could not be written; the log says why");
+    platform_.runLoop.wait();
+    // Asked to end early: what is to be announced goes out now.
+    if (platform_.bus && platform_.runLoop.isPending()) pane_.prefsFire();
+}
+
+}  // namespace tools

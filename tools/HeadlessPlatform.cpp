@@ -1,0 +1,87 @@
+#include "tools/HeadlessPlatform.h"
+
+#include "platform/linux/RuntimeLoader.h"
+
+#include <chrono>
+#include <utility>
+
+using namespace platform;
+
+namespace tools {
+namespace {
+
+// A timer of a loop that never turns.
+class IdleTimer final : public Timer {
+public:
+    explicit IdleTimer(Date date) : date_(date) {}
+    bool isValid() const override { return isValid_; }
+    Date fireDate() const override { return date_; }
+    void setFireDate(Date date) override { date_ = date; }
+    void invalidate() override { isValid_ = false; }
+    std::string description() const override { return "timer of an idle run loop"; }
+
+private:
+    Date date_;
+    bool isValid_ = true;
+};
+
+class NoObservation final : public Observation {};
+
+BusModule* connectedBus() {
+    BusModule* bus = findBusModule();
+    return bus && bus->isConnected() ? bus : nullptr;
+}
+
+}  // namespace
+
+void UnheardNotifications::post(std::string_view, std::string_view, const PropertyList&, bool) {
+    if (!std::exchange(saidSo_, true)) log_("No session bus can be reached: changes are not announced");
+}
+
+std::unique_ptr<Observation> UnheardNotifications::addObserver(std::string_view, std::string_view,
+                                                               std::function<void(const Notification&)>) {
+    return std::make_unique<NoObservation>();
+}
+
+Date PendingRunLoop::now() const {
+    using namespace std::chrono;
+    return {duration_cast<microseconds>(system_clock::now().time_since_epoch()).count()};
+}
+
+std::unique_ptr<Timer> PendingRunLoop::scheduleTimer(double seconds, bool repeats, std::function<void()> action) {
+    isPending_ = true;
+    if (!bus_) return std::make_unique<IdleTimer>(dateByAdding(now(), seconds));
+    return bus_->runLoop().scheduleTimer(seconds, repeats, [this, action = std::move(action)] {
+        isPending_ = false;
+        bus_->stop();
+        action();
+    });
+}
+
+void PendingRunLoop::wait() {
+    if (bus_ && isPending_) bus_->run();
+}
+
+HeadlessPlatform::HeadlessPlatform() : bus(connectedBus()), runLoop(bus) {
+    bundles.addLoaded(posix::loadRuntime(files));
+}
+
+Platform HeadlessPlatform::forPane(Bundle& bundle) {
+    DistributedNotificationCenter& heard = bus ? bus->notifications() : unheard;
+    return {.paneBundle = bundle,
+            .host = host,
+            .preferences = preferences,
+            .notifications = heard,
+            .bundles = bundles,
+            .files = files,
+            .applications = applications,
+            .system = system,
+            .runLoop = runLoop,
+            .toolkit = toolkit,
+            .log = log,
+            .processes = processes,
+            .launcher = launcher,
+            .dates = dates};
+}
+
+}  // namespace tools
