@@ -32,7 +32,7 @@ public:
     // ask for different deeds. A domain that could not be read is tried again here.
     virtual bool isReadable(std::string_view domain) = 0;
 
-    // The names of all stored domains, sorted.
+    // The names of all stored domains that hold a key, or may hold one, sorted.
     virtual std::vector<std::string> domains() = 0;
 
     // What the platform's boolean and integer reads accept: booleans, numbers, and the strings true/yes/1 and

@@ -1,5 +1,7 @@
 #include "platform/linux/DiskPreferences.h"
 
+#include "platform/PropertyListCodec.h"
+
 #include <pwd.h>
 #include <unistd.h>
 
@@ -26,6 +28,18 @@ std::string homeFolder() {
     if (const char* home = absolutePathIn("HOME")) return home;
     const passwd* user = getpwuid(getuid());
     return user && user->pw_dir ? user->pw_dir : "/";
+}
+
+// True for the file that is left when the last key was removed. What cannot be read may hold something.
+bool holdsNothing(FileAccess& files, const std::string& path) {
+    constexpr off_t kLargestEmptyFile = 1024;
+    struct stat status;
+    if (files.stat(path.c_str(), status) < 0 || status.st_size > kLargestEmptyFile) return false;
+    Snapshot snapshot;
+    std::shared_ptr<const std::string> bytes;
+    if (readFile(files, path.c_str(), snapshot, bytes) || !bytes) return false;
+    PropertyList contents = decodePropertyList(std::move(bytes));
+    return contents.isDictionary() && contents.size() == 0;
 }
 
 }  // namespace
@@ -83,7 +97,7 @@ std::vector<std::string> DiskPreferences::domains() {
         std::string name = entry->path().filename();
         if (!name.ends_with(kExtension)) continue;
         name.resize(name.size() - kExtension.size());
-        if (isDomainName(name)) names.push_back(std::move(name));
+        if (isDomainName(name) && !holdsNothing(files_, entry->path())) names.push_back(std::move(name));
     }
     if (error && error != std::errc::no_such_file_or_directory)
         log_("Preference domains: cannot list %@: %@", folder_, error.message());
