@@ -42,8 +42,8 @@ public:
 
     // Makes missing folders and waits for the lock.
     Failure begin();
-    // Afterwards the file holds these bytes and is on the disk, or a failure is returned and it holds what it held. Only
-    // when flushing the folder is what fails, it holds the new bytes, and a crash of the machine decides.
+    // Afterwards the file holds these bytes and is on the disk, or a failure is returned and it holds what it held.
+    // Only when flushing the folder is what fails, it holds the new bytes, and a crash of the machine decides.
     Failure replace(std::string_view bytes, Snapshot& written);
     // Gives the file a name that says that it is damaged and since when, never one that is taken.
     Failure moveAside(std::string& newName);
