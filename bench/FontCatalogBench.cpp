@@ -82,10 +82,11 @@ int rebuild() {
     Catalogue catalogue;
     CacheCheck check;
     const double whole = secondsOf([&] { check = checkFontNameCache({files, log}, cache.get(), catalogue); });
+    const long peak = peakMemory();
     Catalogue again;
     const double building = secondsOf([&] { adobeNames({files, log}, again); });
     std::printf("{\"files\": %zu, \"names\": %zu, \"whole\": %.6f, \"build\": %.6f, \"peak\": %ld}\n",
-                check.files.size(), catalogue.names.size(), whole, building, peakMemory());
+                check.files.size(), catalogue.names.size(), whole, building, peak);
     return check.isStored ? 0 : 1;
 }
 
