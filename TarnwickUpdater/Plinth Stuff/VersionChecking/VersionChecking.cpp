@@ -98,7 +98,7 @@ PropertyList moduleName(const Bundle& bundle) {
     return isMissing ? bundle.infoValue("CFBundleExecutable") : name;
 }
 
-ScheduleState scheduleState(const UpdateServices& services, const Bundle& bundle, std::string_view identifier,
+ScheduleState scheduleState(const UpdateServices& services, std::string_view identifier, std::string_view moduleVersion,
                             bool isCheckingFromPlinth) {
     ScheduleState state = hostState(services, isCheckingFromPlinth);
     auto stored = [&](std::string_view key) { return services.preferences.copyValue(key, identifier); };
@@ -106,7 +106,7 @@ ScheduleState scheduleState(const UpdateServices& services, const Bundle& bundle
     state.checkInterval = stored(kCheckIntervalKey);
     state.lastCheckDate = stored(kLastCheckDateKey);
     state.lastRunSystemVersion = stored(kLastRunSystemVersionKey);
-    state.moduleVersion = bundle.infoValue("CFBundleShortVersionString").stringValue();
+    state.moduleVersion = moduleVersion;
     state.now = services.clock.now();
     state.systemVersion = systemVersion(services);
     // The walk through all processes is spared where its answer is not asked for.
@@ -129,7 +129,8 @@ OSStatus checkForUpdate(const UpdateServices& services, const Bundle* bundle, bo
 
     if (!storedBoolean(services.preferences.copyValue(kCheckForUpdatesKey, identifier)))
         services.preferences.setValue(kCheckForUpdatesKey, true, identifier);
-    ScheduleState state = scheduleState(services, *bundle, identifier, isCheckingFromPlinth);
+    PropertyList version = bundle->infoValue("CFBundleShortVersionString");
+    ScheduleState state = scheduleState(services, identifier, version.stringValue(), isCheckingFromPlinth);
     Decision decision = decide(state);
     logDecision(services, state, decision);
     if (!decision.isDue()) return kNoErr;

@@ -32,7 +32,7 @@ platform::PropertyList moduleName(const platform::Bundle& bundle);
 platform::OSStatus checkForUpdate(const UpdateServices& services, const platform::Bundle* bundle,
                                   bool isCheckingFromPlinth, platform::FSRef* outLaunchedUpdater);
 // What checkForUpdate would decide on; changes nothing but the caches.
-ScheduleState scheduleState(const UpdateServices& services, const platform::Bundle& bundle, std::string_view identifier,
+ScheduleState scheduleState(const UpdateServices& services, std::string_view identifier, std::string_view moduleVersion,
                             bool isCheckingFromPlinth);
 
 std::uint32_t systemVersion(const UpdateServices& services);  // TWVC_GetSystemVersion

@@ -1,0 +1,151 @@
+#include "tools/UpdateCommands.h"
+
+#include "TarnwickUpdater/Plinth Stuff/VersionChecking/UpdaterLaunch.h"
+#include "TarnwickUpdater/Plinth Stuff/VersionChecking/VersionChecking.h"
+#include "TarnwickUpdater/PrefPane Stuff/TWVCUpdateViewController/TWVCUpdateViewController.h"
+#include "platform/linux/LinuxClock.h"
+#include "platform/linux/RuntimeLoader.h"
+#include "settings/EntryList.h"
+#include "tools/HeadlessPlatform.h"
+#include "tools/Json.h"
+#include "tools/Output.h"
+#include "tools/Refusal.h"
+
+using namespace platform;
+using settings::kSettingsDomain;
+
+namespace tools {
+namespace {
+
+constexpr double kShortestInterval = 1.0;  // seconds; the pane takes a shorter one for a week
+
+struct Arguments {
+    bool json = false, now = false, fromModule = false;
+    std::string onOrOff;
+    double seconds = 0;
+};
+
+struct Updates {
+    posix::SystemLog log;
+    posix::DiskPreferences preferences{posix::preferencesFolder(), log};
+    posix::FolderBundles bundles;
+    LinuxFiles files;
+    posix::LinuxApplications applications;
+    posix::LinuxSystem system;
+    posix::LinuxProcesses processes{applications};
+    posix::LinuxLauncher launcher;
+    HeadlessDates dates;
+    posix::LinuxClock clock;
+    twvc::UpdateServices services{bundles, preferences, files, system, processes, launcher, dates, clock, log};
+    std::unique_ptr<Bundle> module;
+
+    Updates() {
+        if (!preferences.isReadable(kSettingsDomain)) throw Refusal("the stored settings cannot be read");
+        bundles.addLoaded(posix::loadRuntime(files));
+        module = TWVCUpdateViewController_V100::findPlinth(services, kSettingsDomain);
+    }
+    Bundle& requireModule() {
+        if (!module) throw Refusal("the module is not installed");
+        return *module;
+    }
+    PropertyList stored(std::string_view key) { return preferences.copyValue(key, kSettingsDomain); }
+    void save() {
+        if (!preferences.synchronize(kSettingsDomain))
+            throw Refusal("the settings could not be written; the log says why");
+    }
+};
+
+PropertyList statusOf(Updates& updates, bool fromModule) {
+    std::string version(updates.module ? updates.module->infoValue("CFBundleShortVersionString").stringValue() : "");
+    twvc::ScheduleState state = twvc::scheduleState(updates.services, kSettingsDomain, version, fromModule);
+    twvc::Decision decision = twvc::decide(state);
+    MutableDictionary status;
+    if (updates.module) status.set("module", updates.module->path());
+    for (std::string_view key : {twvc::kCheckForUpdatesKey, twvc::kCheckIntervalKey, twvc::kLastCheckDateKey,
+                                 twvc::kLastRunSystemVersionKey, twvc::kLastCheckStatusKey})
+        status.set(key, updates.stored(key));
+    if (decision.interval) status.set("interval", *decision.interval);
+    status.set("systemVersion", state.systemVersion);
+    status.set("due", decision.isDue());
+    status.set("rule", twvc::ruleName(decision.rule));
+    return std::move(status).freeze();
+}
+
+void status(const Arguments& arguments) {
+    Updates updates;
+    PropertyList all = statusOf(updates, arguments.fromModule);
+    if (arguments.json) return print(jsonText(all, JsonLayout::Indented) + "\n");
+    std::string lines;
+    for (const PropertyList::Entry& entry : all.entries())
+        lines += posix::withVisibleControls(formatted("%@: %@", {entry.key, entry.value})) + "\n";
+    print(lines);
+}
+
+OSStatus launchNow(Updates& updates, FSRef& launched) {
+    OSStatus result = twvc::runUpdater(updates.services, &updates.requireModule(), kSettingsDomain, &launched);
+    if (!launched.path.empty())
+        updates.preferences.setValue(twvc::kLastCheckDateKey, updates.clock.now(), kSettingsDomain);
+    return result;
+}
+
+void check(const Arguments& arguments) {
+    Updates updates;
+    Bundle& module = updates.requireModule();
+    PropertyList before = statusOf(updates, arguments.fromModule);
+    FSRef launched;
+    OSStatus result = arguments.now ? launchNow(updates, launched)
+                                    : twvc::checkForUpdate(updates.services, &module, arguments.fromModule, &launched);
+    updates.save();
+    if (result != kNoErr) throw Refusal(formatted("error %d: %s", {result, statusText(result)}));
+    if (!launched.path.empty()) return print("launched " + posix::withVisibleControls(launched.path) + "\n");
+    if (arguments.now || before["due"].boolValue())
+        throw Refusal("the updater could not be launched; the log says why");
+    print(formatted("nothing is due (rule: %@)\n", {before["rule"]}));
+    throw CLI::RuntimeError(kNothingDue);
+}
+
+void schedule(const Arguments& arguments) {
+    Updates updates;
+    updates.preferences.setValue(twvc::kCheckForUpdatesKey, arguments.onOrOff == "on", kSettingsDomain);
+    updates.save();
+}
+
+void interval(const Arguments& arguments) {
+    Updates updates;
+    updates.preferences.setValue(twvc::kCheckIntervalKey, arguments.seconds, kSettingsDomain);
+    updates.save();
+}
+
+}  // namespace
+
+void addUpdateCommands(CLI::App& app) {
+    auto* update = app.add_subcommand("update", "Read and change the schedule of update checks, and check");
+    update->require_subcommand(1);
+    auto arguments = std::make_shared<Arguments>();
+    auto add = [&](const char* name, const char* description, void (*run)(const Arguments&)) {
+        auto* command = update->add_subcommand(name, description);
+        command->callback([arguments, run] { run(*arguments); });
+        return command;
+    };
+    auto takeFromModule = [&](CLI::App* command) {
+        command->add_flag("--from-module", arguments->fromModule,
+                          "As the module asks from within an application: soon after the login nothing is due");
+    };
+
+    auto* showing = add("status", "Print the schedule, whether a check is due, and the rule that decides", status);
+    showing->add_flag("--json", arguments->json, "As JSON");
+    takeFromModule(showing);
+    auto* checking = add("check", "Launch the updater if a check is due; status 3: nothing is due", check);
+    checking->add_flag("--now", arguments->now, "Whether or not one is due");
+    takeFromModule(checking);
+    add("schedule", "Switch automatic checks on or off", schedule)
+        ->add_option("STATE", arguments->onOrOff, "on or off")
+        ->required()
+        ->check(CLI::IsMember({"on", "off"}));
+    add("interval", "Set the time between two checks", interval)
+        ->add_option("SECONDS", arguments->seconds, "At least 1; a day has 86400")
+        ->required()
+        ->check(CLI::Range(kShortestInterval, 1e9));
+}
+
+}  // namespace tools
