@@ -1,0 +1,147 @@
+"""A real window on a real display, with a window manager and a session bus, for tests that drive it by keyboard.
+
+A test script calls run(test): it starts itself again inside dbus-run-session and xvfb-run, and there calls
+test(Session). Every wait is for an event; the limits only end a test that hangs.
+"""
+import json
+import os
+import shutil
+import signal
+import subprocess
+import sys
+import tempfile
+import threading
+import queue
+
+LIMIT = 60
+SKIPPED = 77
+TOOLS = ["dbus-run-session", "xvfb-run", "xdotool", "icewm", "import"]
+
+
+class Lines:
+    """The lines of a program's output as they come."""
+
+    def __init__(self, stream):
+        self.queue = queue.Queue()
+        self.seen = []
+        threading.Thread(target=self.read, args=(stream,), daemon=True).start()
+
+    def read(self, stream):
+        for line in stream:
+            self.queue.put(line.rstrip("\n"))
+        self.queue.put(None)
+
+    def next(self):
+        line = self.queue.get(timeout=LIMIT)
+        self.seen.append(line)
+        return line
+
+    def until(self, wanted):
+        """Every line up to the first that `wanted` accepts."""
+        passed = []
+        while True:
+            line = self.next()
+            assert line is not None, f"the output ended: {self.seen[-5:]}"
+            passed.append(line)
+            if wanted(line):
+                return passed
+
+
+class Session:
+    def __init__(self, build, home):
+        self.build, self.home = build, home
+        self.environment = {key: value for key, value in os.environ.items()
+                            if key not in ("XDG_CONFIG_HOME", "XDG_DATA_HOME", "LANGUAGE", "QT_QPA_PLATFORM")}
+        self.environment.update(
+            HOME=home, TYPESLATE_ROOT=home + "/root", XDG_DATA_DIRS=home + "/share", TYPESLATE_UID="1000",
+            XDG_RUNTIME_DIR=home + "/run", TYPESLATE_LOG="stderr", LC_ALL="C.UTF-8", QT_FATAL_WARNINGS="0")
+        os.makedirs(home + "/run", mode=0o700, exist_ok=True)
+        self.processes = []
+
+    def start(self, *command, **options):
+        process = subprocess.Popen(command, env=self.environment, text=True, **options)
+        self.processes.append(process)
+        return process
+
+    def ctl(self, *arguments, input=None):
+        command = [self.build + "/bin/typeslatectl", *arguments]
+        result = subprocess.run(command, env=self.environment, text=True, timeout=LIMIT, input=input,
+                                capture_output=True)
+        assert result.returncode == 0, (arguments, result.stderr)
+        return result.stdout
+
+    def entries(self):
+        return json.loads(self.ctl("defaults", "read", "com.tarnwick.typeslate", "TheExcList"))
+
+    def watch(self):
+        process = self.start(self.build + "/bin/typeslatectl", "watch", stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+        Lines(process.stderr).until(lambda line: "watching" in line)
+        return Lines(process.stdout)
+
+    def open_pane(self):
+        """The host's process, with the lines that it writes to standard error as `messages`."""
+        process = self.start(self.build + "/bin/panehost", stderr=subprocess.PIPE)
+        process.messages = Lines(process.stderr)
+        process.window = self.wait_for_window("Typeslate")
+        return process
+
+    def start_window_manager(self):
+        signal.pthread_sigmask(signal.SIG_BLOCK, {signal.SIGUSR1})
+        self.start("icewm", "--notify", stderr=subprocess.DEVNULL)
+        assert signal.sigtimedwait({signal.SIGUSR1}, LIMIT), "the window manager did not start"
+
+    def wait_for_window(self, name):
+        found = subprocess.run(["xdotool", "search", "--sync", "--onlyvisible", "--name", f"^{name}$"],
+                               check=True, capture_output=True, text=True, timeout=LIMIT).stdout.split()
+        subprocess.run(["xdotool", "windowfocus", "--sync", found[-1]], check=True, timeout=LIMIT)
+        return found[-1]
+
+    def key(self, *keys):
+        subprocess.run(["xdotool", "key", "--clearmodifiers", *keys], check=True, timeout=LIMIT)
+
+    def type(self, text):
+        subprocess.run(["xdotool", "type", "--clearmodifiers", text], check=True, timeout=LIMIT)
+
+    def close(self, process):
+        """Closes the window as its owner would and waits for the host to end; what it complained of is a failure."""
+        subprocess.run(["xdotool", "windowfocus", "--sync", process.window], check=True, timeout=LIMIT)
+        self.key("alt+F4")
+        assert process.wait(timeout=LIMIT) == 0, "the host failed"
+        complaints = [line for line in iter(process.messages.next, None) if line]
+        assert not complaints, complaints
+
+    def picture(self, file):
+        subprocess.run(["import", "-window", "root", file], check=False, timeout=LIMIT)
+
+    def end(self):
+        for process in reversed(self.processes):
+            if process.poll() is None:
+                process.terminate()
+                process.wait(timeout=LIMIT)
+
+
+def inside(test, build):
+    with tempfile.TemporaryDirectory(prefix="typeslate-window-") as home:
+        session = Session(build, home)
+        try:
+            session.start_window_manager()
+            test(session)
+        except BaseException:
+            os.makedirs(build + "/failures", exist_ok=True)
+            session.picture(f"{build}/failures/{os.path.basename(sys.argv[0])}.png")
+            raise
+        finally:
+            session.end()
+
+
+def run(test):
+    build = os.path.abspath(sys.argv[1])
+    missing = [tool for tool in TOOLS if not shutil.which(tool)]
+    if missing:
+        print("cannot run here without", ", ".join(missing))
+        sys.exit(SKIPPED)
+    if "--inside" in sys.argv:
+        return inside(test, build)
+    command = ["dbus-run-session", "--", "xvfb-run", "-a", "-s", "-screen 0 1280x1024x24", sys.executable,
+               os.path.abspath(sys.argv[0]), build, "--inside"]
+    sys.exit(subprocess.run(command).returncode)
