@@ -66,10 +66,7 @@ bool decodeInOnePass(std::u16string_view input, bool isUnicode, std::u16string& 
 class CodeReplacer {
 public:
     CodeReplacer(std::u16string_view text, bool isUnicode)
-        : units_(text),
-          next_(text.size()),
-          previous_(text.size()),
-          length_(spanLength(isUnicode)) {
+        : units_(text), next_(text.size()), previous_(text.size()), length_(spanLength(isUnicode)) {
         for (std::uint32_t i = 0; i < text.size(); ++i) {
             next_[i] = i + 1;
             previous_[i] = i - 1;  // of the first unit: kNone
