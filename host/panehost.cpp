@@ -9,9 +9,11 @@
 #include <QStyleFactory>
 #include <QTabWidget>
 
+#include <dlfcn.h>
+
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
+#include <thread>
 
 namespace {
 
@@ -83,6 +85,16 @@ Request requestFrom(int argc, char** argv) {
     }
     request.bundle = parser.positionalArguments().value(0, defaultBundle());
     return request;
+}
+
+// Reading the font configuration takes as long as reaching the display; the two do not need each other. Qt would read
+// it at the first text.
+std::thread readingFontConfiguration() {
+    return std::thread([] {
+        void* library = dlopen("libfontconfig.so.1", RTLD_NOW);
+        auto initialize = library ? reinterpret_cast<int (*)()>(dlsym(library, "FcInit")) : nullptr;
+        if (initialize) initialize();
+    });
 }
 
 // Qt aborts with its own message when no window system answers.
@@ -165,7 +177,9 @@ int main(int argc, char** argv) {
     QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
 #endif
     qInstallMessageHandler(refuseOnFatal);
+    std::thread fonts = readingFontConfiguration();
     QApplication application(argc, argv);
+    fonts.join();
     qInstallMessageHandler(nullptr);
     application.setApplicationName(QStringLiteral("panehost"));
     application.setApplicationVersion(QStringLiteral(TYPESLATE_VERSION));
