@@ -1,11 +1,12 @@
 // typeslatectl: the settings pane's data and messages from the shell.
 //
-// Exit status 0: done. 1: refused, with one line on standard error. 2: the call itself is wrong.
+// Exit status 0: done. 1: refused, with one line on standard error. 2: the call itself is wrong. A command may have more.
 #include "platform/linux/SystemLog.h"
 #include "tools/DefaultsCommands.h"
 #include "tools/EntriesCommands.h"
 #include "tools/Output.h"
 #include "tools/Refusal.h"
+#include "tools/UpdateCommands.h"
 #include "tools/WatchCommand.h"
 
 #include <CLI/CLI.hpp>
@@ -27,6 +28,8 @@ int run(CLI::App& app, int argc, char** argv) {
     try {
         app.parse(argc, argv);
         return 0;
+    } catch (const CLI::RuntimeError& outcome) {
+        return outcome.get_exit_code();  // the command's own
     } catch (const CLI::ParseError& error) {
         if (app.exit(error) != 0) return kUsage;
         tools::flushOutput();
@@ -61,6 +64,7 @@ int main(int argc, char** argv) {
     app.failure_message(usageProblem);
     tools::addDefaultsCommands(app);
     tools::addEntriesCommands(app);
+    tools::addUpdateCommands(app);
     tools::addWatchCommand(app);
     return runOrRefuse(app, argc, argv);
 }
