@@ -4,6 +4,7 @@
 #include "settings/EntryList.h"
 
 #include <algorithm>
+#include <cmath>
 
 using namespace platform;
 using namespace settings;
@@ -86,7 +87,12 @@ void TSPreferencePane::awakeFromNib() {
 
     showRuntimeStatus();
     toggleAll();
+    auto cache =
+        CFPreferencesWrapper_Typeslate::preferencesWithApplication(platform_.preferences, fontcatalog::kCacheDomain);
+    checkFontNameCache({platform_.files, platform_.log}, cache.get(), adobeNames);
     mSystemPrefsIcon = platform_.toolkit.applicationIcon();
+    mPrefPaneIcon =
+        overlayIcon_withProductIcon(mSystemPrefsIcon, thisBundle.infoValue("CFBundleIconFile").stringValue());
 }
 
 void TSPreferencePane::mainViewDidLoad() {
@@ -107,6 +113,14 @@ void TSPreferencePane::getCVAliasClass() {
     if (!framework) return;
     auto factory = reinterpret_cast<AliasClassFactory>(framework->functionNamed(kAliasFactoryName));
     if (factory) CVAliasClass = factory(platform_);
+}
+
+ImageRef TSPreferencePane::overlayIcon_withProductIcon(const ImageRef& base, std::string_view iconFile) {
+    ImageRef badge = imageResource(iconFile);
+    if (!badge) return base;
+    Size size = platform_.toolkit.imageSize(base);
+    double side = std::floor(0.5 * size.width);
+    return platform_.toolkit.imageByDrawing(base, badge, {{size.width - side, 0}, {side, side}}, {{0, 0}, size});
 }
 
 void TSPreferencePane::willSelect() {

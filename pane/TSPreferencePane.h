@@ -6,6 +6,7 @@
 
 #include "TarnwickUpdater/PrefPane Stuff/TWVCUpdateViewController/TWVCUpdateViewController.h"
 #include "pane/Outlet.h"
+#include "pane/fontcatalog/AdobeNames.h"
 #include "platform/AliasClass.h"
 #include "platform/Platform.h"
 #include "platform/PlinthRuntime.h"
@@ -39,6 +40,9 @@ public:
     platform::UnselectReply shouldUnselect() override;
     void willUnselect() override;
     void getCVAliasClass();
+    // The base image with the product's icon, a file among the pane's resources, in its lower right quarter; the base
+    // image itself when there is no such icon.
+    platform::ImageRef overlayIcon_withProductIcon(const platform::ImageRef& base, std::string_view iconFile);
 
     // Entry list.
     void makeSureGlobalIsFirst();
@@ -134,7 +138,7 @@ private:
     std::string nameOfEntry(const platform::PropertyList& entry);
     platform::AttributedLine secondLineOfEntry(const platform::PropertyList& entry);
     platform::ImageRef iconOfEntry(const platform::PropertyList& entry);
-    platform::ImageRef productIcon();
+    platform::ImageRef imageResource(std::string_view file);  // null when there is none
     void showRegexFields(const platform::PropertyList& entry);
     void selectedEntry(int row);
     void lostSelection();
@@ -188,6 +192,7 @@ private:
     platform::AliasClass* CVAliasClass = nullptr;
     platform::Bundle& thisBundle;
     int lastSelected = -1;
+    fontcatalog::Catalogue adobeNames;
     platform::ImageRef mPrefPaneIcon;
     platform::ImageRef mSystemPrefsIcon;
     std::unique_ptr<TWVCUpdateViewController_V100> updateController;

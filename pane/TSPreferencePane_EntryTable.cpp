@@ -89,19 +89,16 @@ std::vector<AttributedLine> TSPreferencePane::nameAndPathForIndex(int row) {
     return {{nameOfEntry(entry)}, secondLineOfEntry(entry)};
 }
 
-ImageRef TSPreferencePane::productIcon() {
-    auto [name, type] = baseNameAndExtension(thisBundle.infoValue("CFBundleIconFile").stringValue());
+ImageRef TSPreferencePane::imageResource(std::string_view file) {
+    auto [name, type] = baseNameAndExtension(file.substr(file.rfind('/') + 1));
     auto path = thisBundle.resourcePath(name, type);
     return path ? platform_.toolkit.imageAtPath(*path) : nullptr;
 }
 
 ImageRef TSPreferencePane::iconOfEntry(const PropertyList& entry) {
     InterfaceToolkit& toolkit = platform_.toolkit;
-    if (hasType(entry, kGlobalType)) return productIcon();
-    if (hasType(entry, kRegExType)) {
-        auto can = thisBundle.resourcePath("can", "icns");
-        return can ? toolkit.imageAtPath(*can) : nullptr;
-    }
+    if (hasType(entry, kGlobalType)) return imageResource(thisBundle.infoValue("CFBundleIconFile").stringValue());
+    if (hasType(entry, kRegExType)) return imageResource("can.icns");
     auto path = pathOfEntry(entry);
     return path && platform_.files.fileExists(*path) ? toolkit.workspaceIcon(*path) : toolkit.genericApplicationIcon();
 }

@@ -1,4 +1,6 @@
 // Interface files, images and alerts.
+//
+// The toolkit is complete and inert, as the controls are: by itself it serves programs without a display.
 #pragma once
 
 #include "platform/Bundle.h"
@@ -37,16 +39,25 @@ class InterfaceToolkit {
 public:
     virtual ~InterfaceToolkit() = default;
     // Null when the file cannot be read as an image.
-    virtual ImageRef imageAtPath(std::string_view path) = 0;
+    virtual ImageRef imageAtPath(std::string_view /*path*/) { return nullptr; }
     // The icon under which the desktop shows a file.
-    virtual ImageRef workspaceIcon(std::string_view path) = 0;
-    virtual ImageRef genericApplicationIcon() = 0;
+    virtual ImageRef workspaceIcon(std::string_view /*path*/) { return nullptr; }
+    virtual ImageRef genericApplicationIcon() { return nullptr; }
     // The host application's icon; a copy is the caller's own.
-    virtual ImageRef applicationIcon() = 0;
-    virtual void setApplicationIcon(const ImageRef& image) = 0;  // null is ignored
+    virtual ImageRef applicationIcon() { return nullptr; }
+    virtual void setApplicationIcon(const ImageRef& /*image*/) {}  // null is ignored
+    // In points; {0, 0} for no image.
+    virtual Size imageSize(const ImageRef& /*image*/) { return {}; }
+    // A copy of the base image, with the source rectangle of another image drawn over it into the destination rectangle
+    // (source-over, opaque). Rectangles are in points of their image, y growing upward; what of the source lies outside
+    // its image draws nothing.
+    virtual ImageRef imageByDrawing(const ImageRef& base, const ImageRef& /*image*/, const Rect& /*destination*/,
+                                    const Rect& /*source*/) {
+        return base;
+    }
     // Modal, with the default button only.
-    virtual void runAlert(std::string_view title, std::string_view message) = 0;
-    virtual void beep() = 0;
+    virtual void runAlert(std::string_view /*title*/, std::string_view /*message*/) {}
+    virtual void beep() {}
     // Loads the interface file of this name from the bundle's resources and hands its objects to the owner, which must
     // outlive the result. Null when there is no such file or it cannot be read.
     virtual std::unique_ptr<LoadedInterface> loadInterface(const Bundle& /*bundle*/, std::string_view /*nibName*/,
@@ -55,13 +66,13 @@ public:
     }
     // A file chooser as a sheet on the pane's window. The handler is called once, with return code 1 for the default
     // button and 0 for anything else; the panel lives during that call.
-    virtual void beginOpenPanel(const OpenPanelRequest& request,
-                                std::function<void(OpenPanel& panel, int returnCode)> didEnd) = 0;
+    virtual void beginOpenPanel(const OpenPanelRequest& /*request*/,
+                                std::function<void(OpenPanel& panel, int returnCode)> /*didEnd*/) {}
     // The shared font panel in front, at the pane with the given tag where it has several.
-    virtual void showFontPanel(int paneTag) = 0;
+    virtual void showFontPanel(int /*paneTag*/) {}
     // With the user's default application; nothing is reported.
-    virtual void openURL(std::string_view url) = 0;
-    virtual void openFile(std::string_view path) = 0;
+    virtual void openURL(std::string_view /*url*/) {}
+    virtual void openFile(std::string_view /*path*/) {}
 };
 
 }  // namespace platform

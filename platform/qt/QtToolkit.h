@@ -27,6 +27,11 @@ public:
     ImageRef genericApplicationIcon() override;
     ImageRef applicationIcon() override;
     void setApplicationIcon(const ImageRef& image) override;
+    // An image with more pixels than kLargestImage on a side has that many points.
+    static constexpr int kLargestImage = 128;
+    Size imageSize(const ImageRef& image) override;
+    ImageRef imageByDrawing(const ImageRef& base, const ImageRef& image, const Rect& destination,
+                            const Rect& source) override;
     void runAlert(std::string_view title, std::string_view message) override;
     void beep() override;
     std::unique_ptr<LoadedInterface> loadInterface(const Bundle& bundle, std::string_view nibName,

@@ -19,8 +19,16 @@ public:
     platform::Rect frame() const override { return rect; }
     void setFrame(const platform::Rect& value) override { rect = value; }
     int tag() const override { return tagValue; }
+    bool isHidden() const override { return hidden; }
+    void setHidden(bool value) override { hidden = value; }
+    void display() override { ++displays; }
+    void replaceInSuperview(platform::View& other) override { replacement = &other; }
+    platform::Panel* panel() override { return window; }
 
-    bool enabled = true;
+    bool enabled = true, hidden = false;
+    int displays = 0;
+    platform::View* replacement = nullptr;
+    platform::Panel* window = nullptr;
     int tagValue = 0;
     std::string toolTip;
     platform::Rect rect;
@@ -32,6 +40,18 @@ public:
     void setState(bool value) override { on = value; }
     std::int64_t integerValue() const override { return on; }
     std::string title() const override { return titleText; }
+    void setTitle(std::string_view text) override { titleText = text; }
+    void setTag(int value) override { tagValue = value; }
+    void setTarget(platform::InterfaceOwner* newTarget, std::string_view newSelector) override {
+        target = newTarget;
+        selector = newSelector;
+    }
+    // As the user does, through the target.
+    void click() {
+        if (target && enabled) target->performAction(selector, *this);
+    }
+    platform::InterfaceOwner* target = nullptr;
+    std::string selector;
     bool on = false;
     std::string titleText;
 };
@@ -67,6 +87,10 @@ public:
     }
     int itemCount() const override { return static_cast<int>(titles.size()); }
     int selectedRow() const override { return row; }
+    int itemTag(int index) const override {
+        return index >= 0 && index < static_cast<int>(tags.size()) ? tags[static_cast<std::size_t>(index)] : 0;
+    }
+    std::vector<int> tags;
     std::vector<std::string> titles{"Zero", "One", "Two"};
     int row = 0;
 };
@@ -125,9 +149,37 @@ public:
         if (auto handler = std::exchange(didEnd, nullptr)) handler(returnCode);
     }
     void orderOut() override { isOpen = false; }
+    // Returns at once: a test has no second event loop.
+    void runModal(std::function<void()> handler) override {
+        isModal = isOpen = true;
+        willClose = std::move(handler);
+    }
+    void stopModal() override { isModal = false; }
+    bool isRunningModal() const override { return isModal; }
+    std::function<void()> willClose;
+    bool isModal = false;
     platform::Size content;
     bool isOpen = false;
     std::function<void(int)> didEnd;
+};
+
+class ProgressIndicator final : public Control<platform::ProgressIndicator> {
+public:
+    void setIndeterminate(bool value) override { indeterminate = value; }
+    void startAnimation() override { moving = true; }
+    void stopAnimation() override { moving = false; }
+    bool indeterminate = false, moving = false;
+};
+
+class TextView final : public Control<platform::TextView> {
+public:
+    void setString(std::string_view value) override { text = value; }
+    bool loadRichText(std::string_view path) override {
+        if (isReadable) text = "rich " + std::string(path);
+        return isReadable;
+    }
+    std::string text;
+    bool isReadable = true;
 };
 
 // The objects of an interface file, made when they are first asked for and connected to the owner at once.

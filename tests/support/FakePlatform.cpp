@@ -177,7 +177,8 @@ bool Files::fileExists(std::string_view path) {
     return existing.contains(path);
 }
 
-std::optional<std::string> Files::folder(FolderDomain domain, FolderKind) {
+std::optional<std::string> Files::folder(FolderDomain domain, FolderKind kind) {
+    if (kind == FolderKind::Temporary) return "/tmp";
     return domain == FolderDomain::User ? "/home/user/Library" : "/Library";
 }
 
@@ -242,6 +243,13 @@ ImageRef Toolkit::workspaceIcon(std::string_view path) {
     return std::make_shared<NamedImage>("icon of " + std::string(path));
 }
 ImageRef Toolkit::genericApplicationIcon() { return std::make_shared<NamedImage>("generic"); }
+ImageRef Toolkit::imageByDrawing(const ImageRef& base, const ImageRef& image, const Rect& to, const Rect& from) {
+    auto text = [](const Rect& r) {
+        return formatted("(%g, %g, %g, %g)", {r.origin.x, r.origin.y, r.size.width, r.size.height});
+    };
+    return std::make_shared<NamedImage>(imageName(base) + " + " + imageName(image) + " " + text(from) + " to " +
+                                        text(to));
+}
 void Toolkit::setApplicationIcon(const ImageRef& image) {
     if (image) journal_.push_back("host icon := " + imageName(image));
 }
@@ -262,6 +270,13 @@ struct ChosenFiles final : OpenPanel {
 void Toolkit::beginOpenPanel(const OpenPanelRequest& asked, std::function<void(OpenPanel&, int)> didEnd) {
     request = asked;
     panelDidEnd = std::move(didEnd);
+}
+
+std::unique_ptr<LoadedInterface> Toolkit::loadInterface(const platform::Bundle&, std::string_view name,
+                                                        InterfaceOwner& owner) {
+    if (!fillInterface) return nullptr;
+    fillInterface(name, owner);
+    return std::make_unique<LoadedInterface>();
 }
 
 void Toolkit::endOpenPanel(const std::vector<std::string>& chosen, int returnCode) {

@@ -141,7 +141,9 @@ private:
 
 class System final : public platform::SystemServices {
 public:
-    std::optional<std::uint32_t> gestalt(platform::FourCharCode) override { return version; }
+    std::optional<std::uint32_t> gestalt(platform::FourCharCode selector) override {
+        return selector == platform::fourCharCode("sysv") ? version : std::nullopt;
+    }
     std::uint32_t realUserID() override { return userID; }
     std::optional<std::uint32_t> version = 0x1049;
     std::uint32_t userID = 1000;
@@ -161,6 +163,10 @@ public:
     platform::ImageRef genericApplicationIcon() override;
     platform::ImageRef applicationIcon() override { return icon; }
     void setApplicationIcon(const platform::ImageRef& image) override;
+    platform::Size imageSize(const platform::ImageRef& image) override { return image ? iconSize : platform::Size{}; }
+    platform::ImageRef imageByDrawing(const platform::ImageRef& base, const platform::ImageRef& image,
+                                      const platform::Rect& destination, const platform::Rect& source) override;
+    platform::Size iconSize{128, 128};
     void runAlert(std::string_view title, std::string_view message) override;
     void beep() override { journal_.push_back("beep"); }
     void beginOpenPanel(const platform::OpenPanelRequest& request,
@@ -168,6 +174,10 @@ public:
     void showFontPanel(int paneTag) override { journal_.push_back("font panel " + std::to_string(paneTag)); }
     void openURL(std::string_view url) override { journal_.push_back("open " + std::string(url)); }
     void openFile(std::string_view path) override { journal_.push_back("open " + std::string(path)); }
+    // Fills the owner's outlets with what the test prepared; without it there are no interface files.
+    std::unique_ptr<platform::LoadedInterface> loadInterface(const platform::Bundle&, std::string_view name,
+                                                             platform::InterfaceOwner& owner) override;
+    std::function<void(std::string_view name, platform::InterfaceOwner& owner)> fillInterface;
     // Ends the open panel as the user would.
     void endOpenPanel(const std::vector<std::string>& chosen, int returnCode);
     platform::OpenPanelRequest request;
