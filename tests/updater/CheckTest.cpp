@@ -1,0 +1,296 @@
+// The check and the launch: what they do in which order, and what they say.
+#include "TarnwickUpdater/Plinth Stuff/VersionChecking/TWVC.h"
+#include "TarnwickUpdater/Plinth Stuff/VersionChecking/UpdaterLaunch.h"
+#include "tests/updater/UpdaterFixture.h"
+
+#include <algorithm>
+#include <cstring>
+#include <limits>
+
+using namespace platform;
+using namespace twvc;
+
+namespace {
+
+const std::string kLock = "lock /tmp/com.tarnwick.typeslate.updater.lock";
+const std::string kLaunch = std::string("launch ") + kUpdater + " with " + kModule;
+const std::string kChecking = "[Typeslate] Checking for updated versions of Typeslate (com.tarnwick.typeslate)";
+const std::string kLaunched = std::string("[Typeslate] Launched the updater at ") + kUpdater;
+const std::string kExists =
+    "[Typeslate] Could not run the updater as the updater lock file (com.tarnwick.typeslate.updater.lock) is already "
+    "in existence. Someone else is updating. A file of this name exists already";
+
+}  // namespace
+
+TEST(AFirstCheckRecordsThenLaunchesUnderTheLock) {
+    UpdaterFixture f;
+    FSRef launched;
+    CHECK_EQ(f.check(false, &launched), kNoErr);
+    CHECK_EQ(f.world.takeJournal(),
+             fake::Journal{"set SUCheckForUpdates", "set SULastCheckDate", "set SULastRunSystemVersion", kLock, kLaunch,
+                           "synchronize", "unlock"});
+    CHECK_EQ(f.takeLog(), std::vector<std::string>{kChecking, kLaunched});
+    CHECK_EQ(f.stored("SULastCheckDate"), PropertyList(f.world.runLoop.now()));
+    CHECK_EQ(f.stored("SUCheckForUpdates"), PropertyList(true));
+    CHECK_EQ(launched.path, kUpdater);
+    CHECK_EQ(launched.inode, std::strlen(kUpdater));
+
+    CHECK_EQ(f.check(false), kNoErr);
+    CHECK_EQ(f.world.takeJournal(), fake::Journal{});
+}
+
+TEST(EveryLaunchEndsWithTheLockGivenBackAndItsStatus) {
+    struct Case {
+        const char* label;
+        std::function<void(UpdaterFixture&)> spoil;
+        OSStatus result;
+        fake::Journal journal;
+        std::vector<std::string> log;  // after the first line
+    };
+    const Case cases[] = {
+        {"locked", [](auto& f) { f.world.launcher.createStatus = kDuplicateFile; }, kDuplicateFile, {kLock}, {kExists}},
+        {"no updater", [](auto& f) { f.module().resources.clear(); }, kNoErr, {kLock, "unlock"}, {}},
+        {"no file there", [](auto& f) { f.world.files.folders.clear(); }, kNoErr, {kLock, "unlock"}, {}},
+        {"cannot launch",
+         [](auto& f) { f.world.launcher.launchStatus = kPermissionErr; },
+         kNoErr,
+         {kLock, kLaunch, "unlock"},
+         {std::string("[Typeslate] Could not launch the updater (") + kUpdater +
+          ") due to error -54 occurring. Permission denied"}},
+        {"cannot unlock",
+         [](auto& f) { f.world.launcher.removeStatus = kFileNotFound; },
+         kFileNotFound,
+         {kLock, kLaunch, "synchronize", "unlock"},
+         {kLaunched,
+          "[Typeslate] Could not delete the updater lock file (com.tarnwick.typeslate.updater.lock) due to error -43. "
+          "File not found"}},
+        {"no temporary folder", [](auto& f) { f.world.launcher.folderStatus = kIOErr; }, kIOErr, {}, {}},
+    };
+    for (const Case& c : cases) {
+        CONTEXT(c.label);
+        UpdaterFixture f;
+        c.spoil(f);
+        FSRef launched;
+        auto bundle = f.world.bundles.openBundle(kModule);
+        CHECK_EQ(runUpdater(f.services, bundle.get(), kDomain, &launched), c.result);
+        CHECK_EQ(f.world.takeJournal(), c.journal);
+        std::vector<std::string> log = c.log;
+        log.insert(log.begin(), kChecking);
+        CHECK_EQ(f.takeLog(), log);
+        bool isLaunched = std::ranges::find(c.log, kLaunched) != c.log.end();
+        CHECK_EQ(!launched.path.empty(), isLaunched);
+    }
+}
+
+TEST(IdentifiersThatAreNoFileNamesAreRefused) {
+    UpdaterFixture f;
+    auto bundle = f.world.bundles.openBundle(kModule);
+    for (const std::string& id : {std::string("../../etc/passwd"), std::string("/"), std::string("a\0b", 3),
+                                  std::string(5000, 'x'), std::string(243, 'x')}) {
+        CHECK_EQ(runUpdater(f.services, bundle.get(), id, nullptr), kBadName);
+        CHECK_EQ(f.world.takeJournal(), fake::Journal{});
+    }
+    CHECK_EQ(runUpdater(f.services, bundle.get(), "..", nullptr), kNoErr);
+    CHECK_EQ(f.world.journal.front(), "lock /tmp/...updater.lock");
+    CHECK(lockFileName(std::string(242, 'x')).has_value());
+    CHECK_EQ(runUpdater(f.services, nullptr, kDomain, nullptr), kParamErr);
+    CHECK_EQ(runUpdater(f.services, bundle.get(), std::nullopt, nullptr), kParamErr);
+}
+
+TEST(ModulesWithoutIdentifierOrNameAreNotChecked) {
+    struct Case {
+        const char* label;
+        PropertyList info;
+        std::string identifier;
+        std::string lock;  // empty: no check
+    };
+    const Case cases[] = {
+        {"own identifier", PropertyList::dictionary({{"PlinthModuleID", "own"}, {"CFBundleName", "N"}}), "x",
+         "lock /tmp/own.updater.lock"},
+        {"identifier of a wrong type", PropertyList::dictionary({{"PlinthModuleID", 5}, {"CFBundleName", "N"}}), "x",
+         "lock /tmp/x.updater.lock"},
+        {"no identifier", PropertyList::dictionary({{"CFBundleName", "N"}}), "", ""},
+        {"executable as name", PropertyList::dictionary({{"CFBundleName", ""}, {"CFBundleExecutable", "e"}}), "x",
+         "lock /tmp/x.updater.lock"},
+        {"no name", PropertyList::dictionary({}), "x", ""},
+        {"name of a wrong type", PropertyList::dictionary({{"CFBundleName", 1}, {"CFBundleExecutable", "e"}}), "x", ""},
+    };
+    for (const Case& c : cases) {
+        CONTEXT(c.label);
+        UpdaterFixture f;
+        f.module().info = c.info;
+        f.module().identifierText = c.identifier;
+        CHECK_EQ(f.check(false), kNoErr);
+        auto lock = std::ranges::find_if(f.world.journal, [](auto& line) { return line.starts_with("lock"); });
+        CHECK_EQ(lock == f.world.journal.end() ? "" : *lock, c.lock);
+    }
+    UpdaterFixture f;
+    CHECK_EQ(checkForUpdate(f.services, nullptr, true, nullptr), kParamErr);
+}
+
+TEST(WhatTheRulesSay) {
+    const Date now = fake::World().runLoop.now();
+    auto before = [now](double seconds) { return dateByAdding(now, -seconds); };
+    const std::string daily =
+        "[Typeslate] Because the version stirng of \"1.1b3\" contains an indicator it is a beta release, we are "
+        "defaulting to checking for updates daily. If you wish to change it to a longer time, open the Typeslate "
+        "prefpane in System Preferences.";
+    struct Case {
+        const char* label;
+        std::function<void(UpdaterFixture&)> prepare;
+        std::vector<std::string> quiet, verbose;  // the log without and with gLogStuff
+    };
+    const Case cases[] = {
+        {"host",
+         [](auto& f) {
+             f.world.processes.items = {{"/A/Dock.app", "com.apple.dock", {}}};
+         },
+         {},
+         {"[TWVC] Bundle ID of /A/Dock.app is equal to com.apple.Dock so not checking for updates."}},
+        {"login",
+         [&](auto& f) {
+             f.world.processes.items = {{}, {"", "com.apple.loginwindow", before(599.9)}};
+         },
+         {},
+         {"[Typeslate] The date the loginwindow was launched: 2001-09-09T01:36:40.100000Z (4/4)",
+          "[Typeslate] It has not been nearly long enough since you logged in to check for updates."}},
+        {"no login, stored today",
+         [&](auto& f) {
+             f.setStored("SULastCheckDate", now);
+             f.setStored("SULastRunSystemVersion", 0x100409);
+         },
+         {},
+         {"[Typeslate] Can't get login date."}},
+        {"off", [](auto& f) { f.setStored("SUCheckForUpdates", false); }, {}, {}},
+        {"beta, checked an hour ago",
+         [&](auto& f) {
+             f.module().info =
+                 PropertyList::dictionary({{"CFBundleName", "Typeslate"}, {"CFBundleShortVersionString", "1.1b3"}});
+             f.setStored("SULastCheckDate", before(3600));
+             f.setStored("SULastRunSystemVersion", 0x100409);
+         },
+         {daily},
+         {"[Typeslate] Can't get login date.", daily}},
+        {"new system",
+         [&](auto& f) {
+             f.module().resources.clear();
+             f.setStored("SUCheckInterval", -1);
+             f.setStored("SULastRunSystemVersion", 0x100408);
+         },
+         {"[Typeslate] An update check for Typeslate needs to be performed. You have updated Mac OS X since the last "
+          "Typeslate update check. Updates were last checked on 0x100408 but you're now running 0x100409",
+          kChecking},
+         {}},
+    };
+    for (const Case& c : cases)
+        for (bool verbose : {false, true}) {
+            if (verbose && !c.quiet.empty() && c.verbose.empty()) continue;
+            CONTEXT(c.label);
+            UpdaterFixture f;
+            c.prepare(f);
+            gLogStuff = verbose;
+            CHECK_EQ(f.check(true), kNoErr);
+            CHECK_EQ(f.takeLog(), verbose ? c.verbose : c.quiet);
+        }
+}
+
+TEST(ANewSystemTriggersOneCheckAndTheWalkIsSparedWhenOff) {
+    UpdaterFixture f;
+    f.setStored("SUCheckInterval", -1);
+    f.check(true);
+    f.check(true);
+    CHECK_EQ(std::ranges::count(f.world.journal, kLaunch), 1);
+    CHECK_EQ(f.stored("SULastRunSystemVersion"), PropertyList(0x100409));
+    int walks = std::exchange(f.world.processes.walks, 0);
+    f.setStored("SUCheckForUpdates", false);
+    f.check(true);
+    CHECK(walks > 0 && f.world.processes.walks == 0);
+}
+
+TEST(TheRuntimeMayHaveItsOwnUpdaterAndLog) {
+    static std::string sPrinted;
+    UpdaterFixture f;
+    fake::Bundle& runtime = f.world.bundles.loaded["com.tarnwick.plinth"];
+    auto hasNone = +[]() -> std::int32_t { return 0; };
+    auto hasOne = +[]() -> std::int32_t { return 1; };
+    runtime.functions["PlinthHasUpdater"] = reinterpret_cast<void*>(hasOne);
+    CHECK_EQ(checkForUpdate(f.services, nullptr, true, nullptr), kNoErr);
+    runtime.functions["PlinthHasUpdater"] = reinterpret_cast<void*>(hasNone);
+    auto print = +[](const char* format, const char* line) { sPrinted += std::string(format) + "|" + line; };
+    runtime.functions["plinthprintf"] = reinterpret_cast<void*>(print);
+    CHECK_EQ(f.check(false), kNoErr);
+    CHECK_EQ(sPrinted, "%s|" + kChecking + "\n%s|" + kLaunched + "\n");
+    CHECK_EQ(f.takeLog(), std::vector<std::string>{});
+}
+
+TEST(SystemVersionsInDecimalNibbles) {
+    struct System final : SystemServices {
+        std::map<FourCharCode, std::uint32_t> known;
+        std::optional<std::uint32_t> gestalt(FourCharCode selector) override {
+            auto found = known.find(selector);
+            return found == known.end() ? std::nullopt : std::optional(found->second);
+        }
+        std::uint32_t realUserID() override { return 1; }
+    };
+    constexpr FourCharCode one = fourCharCode("sys1"), two = fourCharCode("sys2"), three = fourCharCode("sys3"),
+                           old = fourCharCode("sysv");
+    struct Case {
+        std::map<FourCharCode, std::uint32_t> known;
+        std::uint32_t version;
+    };
+    const Case cases[] = {
+        {{{one, 10}, {two, 4}, {three, 9}, {old, 0x1039}}, 0x100409},
+        {{{one, 10}, {two, 4}, {three, 11}}, 0x100411},
+        {{{one, 10}, {two, 4}, {old, 0x1049}}, 0x100409},
+        {{{one, 24}, {two, 10}, {three, 0}}, 0x241000},
+        {{}, 0},
+    };
+    for (const Case& c : cases) {
+        UpdaterFixture f;
+        System system;
+        system.known = c.known;
+        UpdateServices services{f.services.bundles,   f.services.preferences, f.services.files, system,
+                                f.services.processes, f.services.launcher,    f.services.dates, f.services.clock,
+                                f.services.log};
+        CHECK_EQ(systemVersion(services), c.version);
+        system.known[one] = 99;  // kept, once it is known
+        if (c.version != 0) CHECK_EQ(systemVersion(services), c.version);
+    }
+}
+
+TEST(ForeignCallersReachTheSameThroughC) {
+    UpdaterFixture f;
+    TWVC_SetServices(nullptr);
+    CHECK_EQ(TWVC_CheckForUpdate(kModule, 0, nullptr), kParamErr);
+    CHECK_EQ(TWVC_RunUpdater(kModule, kDomain, nullptr), kParamErr);
+    CHECK_EQ(TWVC_GetSystemVersion(), 0U);
+    TWVC_SetVersionDatePreferences(kDomain);
+    char text[12];
+    CHECK_EQ(GetNSStringFromDate(0, 1, 1, text, sizeof text), -1);
+
+    TWVC_SetServices(reinterpret_cast<const TWVCServices*>(&f.services));
+    TWVCFileReference launched{};
+    CHECK_EQ(TWVC_CheckForUpdate(nullptr, 0, &launched), kParamErr);
+    CHECK_EQ(TWVC_CheckForUpdate("/nowhere", 0, &launched), kParamErr);
+    CHECK_EQ(TWVC_RunUpdater(kModule, "\xFF", &launched), kParamErr);
+    CHECK_EQ(launched.path[0], '\0');
+    CHECK_EQ(TWVC_CheckForUpdate(kModule, 0, &launched), kNoErr);
+    CHECK_EQ(std::string(launched.path), kUpdater);
+    CHECK_EQ(TWVC_GetSystemVersion(), 0x100409U);
+
+    double login = 0;
+    CHECK_EQ(TWVC_CopyLoginWindowLaunchDate(&login), 0);
+    f.world.processes.items = {{"", "com.apple.LoginWindow", Date{1}}, {"", "com.apple.loginwindow", Date{2'500'000}}};
+    CHECK_EQ(TWVC_CopyLoginWindowLaunchDate(&login), 1);
+    CHECK_EQ(login, 2.5);
+
+    CHECK_EQ(GetNSStringFromDate(0, 1, 2, text, sizeof text), 33);
+    CHECK_EQ(std::string(text), "1970-01-01T");
+    CHECK_EQ(GetNSStringFromDate(0, 1, 5, text, sizeof text), -1);
+    CHECK_EQ(GetNSStringFromDate(std::numeric_limits<double>::quiet_NaN(), 1, 1, text, sizeof text), -1);
+    CHECK(GetNSStringFromDate(-1e30, 1, 1, nullptr, 0) > 0);
+    CHECK(!stringFromDate(f.services, "text", DateStyle::Short, DateStyle::Short));
+    f.world.dates.fails = true;
+    CHECK_EQ(GetNSStringFromDate(0, 1, 1, text, sizeof text), -1);
+    TWVC_SetServices(nullptr);
+}

@@ -1,0 +1,45 @@
+// A world with a module that has an updater, and the update checker's memory of earlier tests taken away.
+#pragma once
+
+#include "TarnwickUpdater/Plinth Stuff/VersionChecking/VersionChecking.h"
+#include "tests/support/Check.h"
+#include "tests/support/FakePlatform.h"
+
+inline constexpr const char* kModule = "/home/user/Library/Plinthworks/Typeslate.plinth";
+inline constexpr const char* kUpdater = "/home/user/Library/Plinthworks/Typeslate.plinth/Tarnwick Updater.app";
+inline constexpr const char* kDomain = "com.tarnwick.typeslate";
+
+struct UpdaterFixture {
+    fake::World world;
+    platform::Platform platform = world.platform();
+    twvc::UpdateServices services = twvc::UpdateServices::of(platform);
+
+    UpdaterFixture() {
+        twvc::gBundleName.clear();
+        twvc::gLogStuff = false;
+        twvc::sBCDSystemVersion = 0;
+        fake::Bundle& module = world.bundles.onDisk[kModule];
+        module.pathText = kModule;
+        module.identifierText = kDomain;
+        module.info = platform::PropertyList::dictionary(
+            {{"CFBundleName", "Typeslate"}, {"CFBundleExecutable", "tslate"}, {"CFBundleShortVersionString", "1.0"}});
+        module.resources = {"Tarnwick Updater.app"};
+        world.files.folders[kUpdater] = {};
+        platform::FolderEntry entry;
+        entry.name = "Typeslate.plinth";
+        entry.kind = platform::ItemKind::Folder;
+        world.files.folders["/home/user/Library/Plinthworks"] = {entry};
+    }
+
+    fake::Bundle& module() { return world.bundles.onDisk[kModule]; }
+    void setStored(std::string_view key, const platform::PropertyList& value) {
+        world.preferences.setValue(key, value, kDomain);
+        world.takeJournal();
+    }
+    platform::PropertyList stored(std::string_view key) { return world.preferences.copyValue(key, kDomain); }
+    platform::OSStatus check(bool fromModule, platform::FSRef* launched = nullptr) {
+        auto bundle = world.bundles.openBundle(kModule);
+        return twvc::checkForUpdate(services, bundle.get(), fromModule, launched);
+    }
+    std::vector<std::string> takeLog() { return std::exchange(world.log.lines, {}); }
+};
