@@ -233,6 +233,23 @@ class EntriesTest(Case):
         self.assertEqual(result.stderr.count(b"changes are not announced"), 1)
 
 
+class DocumentTest(Case):
+    def test_the_examples_print_what_they_show(self):
+        apps = self.home / ".local/share/applications"
+        apps.mkdir(parents=True)
+        (apps / "org.example.Editor.desktop").write_text("[Desktop Entry]\nType=Application\nName=Editor\nExec=/bin/sh\n")
+        del self.env["XDG_DATA_HOME"], self.env["TYPESLATE_LOG"]
+        self.env["PATH"] = os.path.dirname(PROGRAM) + ":" + os.environ["PATH"]
+        text = (pathlib.Path(__file__).parents[2] / "docs/command-line.md").read_text()
+        shown = "".join(part.split("```")[0] for part in text.split("```console\n")[1:])
+        printed = ""
+        for command in (line for line in shown.splitlines() if line.startswith("$ ")):
+            printed += command + "\n" + subprocess.run(command[2:], shell=True, env=self.env, cwd=self.home, text=True,
+                                                       stdout=subprocess.PIPE, stderr=subprocess.STDOUT).stdout
+        self.assertGreater(printed.count("$ "), 5)
+        self.assertEqual(printed, shown)
+
+
 class WatchTest(Case):
     def setUp(self):
         super().setUp()
