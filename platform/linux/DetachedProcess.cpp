@@ -6,6 +6,7 @@
 
 #include <cerrno>
 #include <csignal>
+#include <cstring>
 
 namespace platform::posix {
 namespace {
@@ -23,17 +24,28 @@ OSStatus statusOf(int error) {
     }
 }
 
-// In the process that becomes the program. Tells the pipe why when that fails; success closes it.
-[[noreturn]] void becomeProgram(char* const* arguments, int reply) {
+// What this process ignores or blocks is none of the program's business.
+void resetSignals() {
+    for (int number = 1; number < NSIG; ++number) std::signal(number, SIG_DFL);
     sigset_t none;
     sigemptyset(&none);
     sigprocmask(SIG_SETMASK, &none, nullptr);
-    std::signal(SIGPIPE, SIG_DFL);
+}
+
+// In the process that becomes the program. Tells the pipe why when that fails; success closes it. Only calls that are
+// safe in a signal handler: this process may have other threads, and the locks that they held stay locked in the copy.
+[[noreturn]] void becomeProgram(char* const* arguments, int reply) {
+    resetSignals();
     if (int input = open("/dev/null", O_RDONLY); input > 0) {
         dup2(input, STDIN_FILENO);
         close(input);
     }
-    execvp(arguments[0], arguments);
+    close_range(STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC);
+    // The search on PATH would hand a file that is no program to a shell.
+    if (std::strchr(arguments[0], '/'))
+        execv(arguments[0], arguments);
+    else
+        execvp(arguments[0], arguments);
     int error = errno;
     [[maybe_unused]] ssize_t written = write(reply, &error, sizeof error);
     _exit(127);

@@ -1,0 +1,340 @@
+// Locks, launches, processes and dates on the machine itself.
+#include "TarnwickUpdater/Plinth Stuff/VersionChecking/UpdaterLaunch.h"
+#include "platform/Date.h"
+#include "platform/linux/FolderBundle.h"
+#include "platform/linux/LinuxDates.h"
+#include "platform/linux/LinuxFiles.h"
+#include "platform/linux/LinuxLauncher.h"
+#include "platform/linux/LinuxProcesses.h"
+#include "platform/linux/ProcessFiles.h"
+#include "tests/updater/UpdaterFixture.h"
+
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cerrno>
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+
+using namespace platform;
+using namespace platform::posix;
+namespace fs = std::filesystem;
+
+namespace {
+
+struct Meeting {
+    std::atomic<int> ready, inside, mostInside, launches, odd;
+};
+
+// Shared with the processes forked after it was made.
+Meeting* newMeetings(int count) {
+    void* memory = mmap(nullptr, sizeof(Meeting) * static_cast<std::size_t>(count), PROT_READ | PROT_WRITE,
+                        MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+    return new (memory) Meeting[static_cast<std::size_t>(count)]();
+}
+
+// Takes real locks; the "launch" only looks who else is between lock and unlock.
+class MeetingLauncher final : public Launcher {
+public:
+    explicit MeetingLauncher(Meeting& meeting) : meeting_(meeting) {}
+    OSStatus makeFolder(std::string_view path) override { return launcher_.makeFolder(path); }
+    std::unique_ptr<CreatedFile> createFile(std::string_view path, OSStatus& status) override {
+        return launcher_.createFile(path, status);
+    }
+    OSStatus launchApplication(std::string_view, std::string_view) override {
+        int now = ++meeting_.inside;
+        if (now > meeting_.mostInside) meeting_.mostInside = now;
+        ++meeting_.launches;
+        for (int i = 0; i < 20; ++i) sched_yield();
+        --meeting_.inside;
+        return kNoErr;
+    }
+
+private:
+    Meeting& meeting_;
+    LinuxLauncher launcher_;
+};
+
+void makeBundle(const std::string& path, const std::string& identifier, const std::string& executable) {
+    fs::create_directories(path + "/Contents/Linux");
+    fs::create_directories(path + "/Contents/Resources");
+    check::writeFile(path + "/Contents/Info.plist",
+                     "<plist><dict><key>CFBundleIdentifier</key><string>" + identifier +
+                         "</string><key>CFBundleName</key><string>M</string><key>CFBundleExecutable</key><string>" +
+                         executable + "</string></dict></plist>");
+}
+
+struct Machine {
+    check::TemporaryFolder folder;
+    check::ScopedEnvironment root{"TYPESLATE_ROOT", folder.path().c_str()};
+    std::string temporary = folder / "tmp";
+    std::string modulePath = folder / "M.plinth";
+    std::string updaterPath = modulePath + "/Contents/Resources/Tarnwick Updater.app";
+    LinuxFiles files;
+    fake::World world;
+    std::unique_ptr<FolderBundle> module;
+
+    Machine() {
+        makeBundle(modulePath, "m", "m");
+        makeBundle(updaterPath, "u", "updater");
+        module = FolderBundle::open(modulePath);
+    }
+    twvc::UpdateServices services(Launcher& launcher) {
+        return {world.bundles, world.preferences, files,         world.system, world.processes,
+                launcher,      world.dates,       world.runLoop, world.log};
+    }
+    void writeProgram(std::string_view text, mode_t mode = 0755) {
+        std::string program = updaterPath + "/Contents/Linux/updater";
+        check::writeFile(program, text);
+        ::chmod(program.c_str(), mode);
+    }
+};
+
+std::string firstBytes(const std::string& fifo) {
+    std::ifstream in(fifo);
+    return {std::istreambuf_iterator<char>(in), {}};
+}
+
+}  // namespace
+
+TEST(AHundredProcessesNeverMeetUnderOneLock) {
+    constexpr int kProcesses = 100, kCalls = 20;
+    Machine machine;
+    ::mkdir(machine.temporary.c_str(), 0700);
+    Meeting* meetings = newMeetings(2);
+    const char* identifiers[] = {"one", "two"};
+    std::vector<pid_t> children;
+    for (int i = 0; i < kProcesses; ++i) {
+        pid_t child = fork();
+        if (child == 0) {
+            Meeting& meeting = meetings[i % 2];
+            MeetingLauncher launcher(meeting);
+            twvc::UpdateServices services = machine.services(launcher);
+            ++meetings[0].ready;
+            while (meetings[0].ready < kProcesses) sched_yield();
+            for (int call = 0; call < kCalls; ++call) {
+                OSStatus status = twvc::runUpdater(services, machine.module.get(), identifiers[i % 2], nullptr);
+                if (status != kNoErr && status != kDuplicateFile) ++meeting.odd;
+            }
+            _exit(0);
+        }
+        children.push_back(child);
+    }
+    for (pid_t child : children) {
+        int status = 0;
+        CHECK(waitpid(child, &status, 0) == child && status == 0);
+    }
+    for (int i = 0; i < 2; ++i) {
+        CHECK_EQ(meetings[i].mostInside.load(), 1);
+        CHECK_EQ(meetings[i].odd.load(), 0);
+        CHECK(meetings[i].launches > 0);
+    }
+    CHECK(fs::is_empty(machine.temporary));
+}
+
+TEST(OneModulesLockIsNoneOfAnothers) {
+    Machine machine;
+    Meeting* meeting = newMeetings(1);
+    MeetingLauncher launcher(*meeting);
+    twvc::UpdateServices services = machine.services(launcher);
+    fs::create_directories(machine.temporary);
+    check::writeFile(machine.temporary + "/stale.updater.lock", "");
+    for (int i = 0; i < 3; ++i) {
+        CHECK_EQ(twvc::runUpdater(services, machine.module.get(), "stale", nullptr), kDuplicateFile);
+        CHECK_EQ(twvc::runUpdater(services, machine.module.get(), "other", nullptr), kNoErr);
+    }
+    CHECK(fs::exists(machine.temporary + "/stale.updater.lock"));
+}
+
+TEST(WhatStandsAtTheLocksPathIsNeitherFollowedNorRemoved) {
+    Machine machine;
+    fs::create_directories(machine.temporary);
+    const std::string lock = machine.temporary + "/m.updater.lock", other = machine.folder / "other";
+    struct Case {
+        const char* label;
+        std::function<void()> make;
+    };
+    const Case cases[] = {
+        {"file", [&] { check::writeFile(lock, "theirs"); }},
+        {"file of another user",
+         [&] {
+             check::writeFile(lock, "theirs");
+             if (::chown(lock.c_str(), 12345, 12345) != 0) CHECK(::geteuid() != 0);
+         }},
+        {"folder", [&] { fs::create_directory(lock); }},
+        {"link to a file",
+         [&] {
+             check::writeFile(other, "kept");
+             fs::create_symlink(other, lock);
+         }},
+        {"link to nowhere", [&] { fs::create_symlink(machine.folder / "nowhere", lock); }},
+        {"link to itself", [&] { fs::create_symlink(lock, lock); }},
+        {"FIFO", [&] { ::mkfifo(lock.c_str(), 0600); }},
+    };
+    LinuxLauncher launcher;
+    twvc::UpdateServices services = machine.services(launcher);
+    for (const Case& c : cases) {
+        CONTEXT(c.label);
+        c.make();
+        fs::file_type before = fs::symlink_status(lock).type();
+        CHECK_EQ(twvc::runUpdater(services, machine.module.get(), "m", nullptr), kDuplicateFile);
+        CHECK(fs::symlink_status(lock).type() == before);
+        fs::remove(lock);
+    }
+    CHECK_EQ(check::readFile(other), "kept");
+    CHECK(!fs::exists(machine.folder / "nowhere"));
+
+    OSStatus status = kNoErr;
+    auto created = launcher.createFile(lock, status);
+    REQUIRE(created);
+    struct stat made;
+    CHECK(::stat(lock.c_str(), &made) == 0 && (made.st_mode & 0777) == 0600 && made.st_size == 0);
+    fs::rename(lock, other);
+    CHECK_EQ(created->remove(), kFileNotFound);
+    check::writeFile(lock, "theirs");
+    CHECK_EQ(created->remove(), kFileNotFound);
+    CHECK_EQ(check::readFile(lock), "theirs");
+    CHECK(!launcher.createFile(lock + "/below", status) && status == kNotAFolder);
+    CHECK(!launcher.createFile("relative", status) && status == kParamErr);
+    CHECK_EQ(launcher.makeFolder(lock), kNotAFolder);
+}
+
+TEST(AnUpdaterGetsThePathAndIsNobodysChild) {
+    Machine machine;
+    const std::string fifo = machine.folder / "answer";
+    REQUIRE(::mkfifo(fifo.c_str(), 0600) == 0);
+    machine.writeProgram("#!/bin/sh\nprintf '%s|%s|%s' \"$#\" \"$1\" \"$(cut -d' ' -f6 /proc/$$/stat)\" > '" + fifo +
+                         "'\n");
+    const std::string argument = machine.folder / "a module; $(exit) \"quoted\"\nline";
+    LinuxLauncher launcher;
+    for (auto handler : {SIG_DFL, SIG_IGN, +[](int) {
+                             while (::waitpid(-1, nullptr, WNOHANG) > 0) {
+                             }
+                         }}) {
+        auto old = std::signal(SIGCHLD, handler);
+        CHECK_EQ(launcher.launchApplication(machine.updaterPath, argument), kNoErr);
+        std::string answer = firstBytes(fifo);
+        std::string session = "|" + std::to_string(::getsid(0));
+        CHECK(answer.starts_with("1|" + argument + "|") && !answer.ends_with(session));
+        CHECK(::waitpid(-1, nullptr, WNOHANG) == -1 && errno == ECHILD);
+        std::signal(SIGCHLD, old);
+    }
+}
+
+TEST(UpdatersThatCannotRun) {
+    Machine machine;
+    LinuxLauncher launcher;
+    auto launch = [&] { return launcher.launchApplication(machine.updaterPath, "x"); };
+    CHECK_EQ(launch(), kFileNotFound);
+    machine.writeProgram("#!/nowhere/interpreter\n");
+    CHECK_EQ(launch(), kFileNotFound);
+    machine.writeProgram("touch '" + machine.folder / "shell" + "'\n");  // no shell may take it for a script
+    CHECK_EQ(launch(), kIOErr);
+    machine.writeProgram("#!/bin/sh\n", 0600);
+    CHECK_EQ(launch(), kPermissionErr);
+    makeBundle(machine.updaterPath, "u", "../../updater");
+    CHECK_EQ(launch(), kFileNotFound);
+    CHECK_EQ(launcher.launchApplication(machine.folder / "none.app", "x"), kFileNotFound);
+    CHECK(!fs::exists(machine.folder / "shell"));
+    CHECK(::waitpid(-1, nullptr, WNOHANG) == -1 && errno == ECHILD);
+}
+
+TEST(ProcessesTheirBundlesAndTheirAge) {
+    LinuxApplications applications;
+    LinuxProcesses processes(applications, {"/proc", "/nowhere"});
+    std::vector<ProcessID> all = processes.runningProcesses();
+    CHECK(std::ranges::binary_search(all, processes.currentProcess()));
+    struct timespec now;
+    ::clock_gettime(CLOCK_REALTIME, &now);
+    auto launched = processes.launchDate(processes.currentProcess());
+    REQUIRE(launched);
+    double age = static_cast<double>(now.tv_sec) + 1 - static_cast<double>(launched->microseconds) / 1e6;
+    CHECK(age > 0 && age < 3600);
+    CHECK(!processes.launchDate(-1) && !processes.bundlePath(-1) && !processes.bundleIdentifier(-1));
+
+    struct Case {
+        const char *program, *bundle;
+    };
+    for (const Case& c :
+         {Case{"/a/B.app/Contents/Linux/b", "/a/B.app"}, Case{"/M.plinth/R/U.app/x", "/M.plinth/R/U.app"},
+          Case{"/usr/bin/app", ""}, Case{"", ""}, Case{"/x.app", ""}})
+        CHECK_EQ(bundleAround(c.program).value_or(""), c.bundle);
+
+    auto stat = parseProcessStat("7 (a) b) S 3 7 7 0 -1 4194560 1 0 0 0 0 0 0 0 20 0 1 0 4711 1 2");
+    REQUIRE(stat);
+    CHECK(stat->parent == 3 && stat->startTicks == 4711);
+    for (const char* bad : {"", "7 (a", "7 (a) S", "7 (a) S x 7 7 0 -1 4194560 1 0 0 0 0 0 0 0 20 0 1 0 4711"})
+        CHECK(!parseProcessStat(bad));
+}
+
+TEST(TheSessionsLeaderIsFoundInEachPlace) {
+    check::TemporaryFolder folder;
+    const SessionSources sources{folder / "proc", folder / "run"};
+    auto write = [&](const std::string& path, const std::string& text) {
+        fs::create_directories(fs::path(folder / path).parent_path());
+        check::writeFile(folder / path, text);
+    };
+    auto addProcess = [&](int process, int parent, const char* session) {
+        std::string own = "proc/" + std::to_string(process);
+        write(own + "/stat", std::to_string(process) + " (p) S " + std::to_string(parent) +
+                                 " 7 7 0 -1 4194560 1 0 0 0 0 0 0 0 20 0 1 0 4711 1 2");
+        write(own + "/sessionid", session);
+    };
+    check::ScopedEnvironment noSession("XDG_SESSION_ID", nullptr);
+    addProcess(50, 40, "4294967295");
+    CHECK(!sessionLeader(sources, 50, 1000));
+    addProcess(40, 30, "7");
+    addProcess(50, 40, "7");
+    addProcess(30, 20, "7\n");
+    addProcess(20, 1, "4294967295");
+    CHECK_EQ(sessionLeader(sources, 50, 1000).value_or(0), 30);
+    CHECK(!sessionLeader(sources, 30, 1000));
+
+    write("run/users/1000", "NAME=x\nDISPLAY=c2\n");
+    write("run/sessions/c2", "UID=1000\nLEADER=40\n");
+    CHECK_EQ(sessionLeader(sources, 50, 1000).value_or(0), 40);
+    CHECK_EQ(sessionLeader(sources, 50, 1001).value_or(0), 30);
+    write("run/sessions/3", "LEADER=20");
+    write("run/sessions/4", "LEADER=9999");
+    struct Case {
+        const char* name;
+        ProcessID leader;
+    };
+    for (const Case& c : {Case{"3", 20}, Case{"4", 40}, Case{"../sessions/3", 40}, Case{"", 40}, Case{"5", 40}}) {
+        CONTEXT(c.name);
+        check::ScopedEnvironment session("XDG_SESSION_ID", c.name);
+        CHECK_EQ(sessionLeader(sources, 50, 1000).value_or(0), c.leader);
+    }
+    check::ScopedEnvironment session("XDG_SESSION_ID", "3");
+    LinuxApplications applications;
+    LinuxProcesses processes(applications, sources);
+    CHECK_EQ(processes.bundleIdentifier(20).value_or(""), kLoginWindowIdentifier);
+    CHECK(!processes.bundleIdentifier(40));
+    CHECK_EQ(processes.runningProcesses(), (std::vector<ProcessID>{20, 30, 40, 50}));
+}
+
+TEST(DatesInTheUsersLanguage) {
+    check::ScopedEnvironment zone("TZ", "UTC");
+    LinuxDates dates;
+    const Date date = *dateFromISO8601("2026-01-31T15:04:05Z");
+    auto text = [&](const char* language, DateStyle day, DateStyle time) {
+        check::ScopedEnvironment all("LC_ALL", language);
+        return dates.string(date, day, time).value_or("(nothing)");
+    };
+    CHECK_EQ(text("de_DE.UTF-8", DateStyle::None, DateStyle::None), "");
+    for (const char* language : {"C", "nonsense", "", "de_DE@euro", "../../x"})
+        CHECK(text(language, DateStyle::Medium, DateStyle::None).find("2026") != std::string::npos);
+    for (Date far : {Date{INT64_MIN}, Date{INT64_MAX}}) CHECK(dates.string(far, DateStyle::Full, DateStyle::Full));
+#ifdef HAVE_ICU
+    CHECK_EQ(text("de_DE.UTF-8", DateStyle::Full, DateStyle::None), "Samstag, 31. Januar 2026");
+    CHECK_EQ(text("de_DE.UTF-8", DateStyle::Short, DateStyle::Short), "31.01.26, 15:04");
+    CHECK_EQ(text("C", DateStyle::Long, DateStyle::None), "January 31, 2026");
+    CHECK_EQ(text("C", DateStyle::Short, DateStyle::None), "1/31/26");
+#endif
+}
