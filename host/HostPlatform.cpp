@@ -46,7 +46,8 @@ HostPlatform::HostPlatform() : parts_(new Parts) {
     });
 }
 
-HostPlatform::~HostPlatform() = default;
+// What the pane set without synchronising is kept, as it would be at the end of a session.
+HostPlatform::~HostPlatform() { parts_->preferences.synchronizeChanges(); }
 
 Platform HostPlatform::forPane(Bundle& bundle, PaneHost& host) {
     Parts& p = *parts_;

@@ -52,6 +52,9 @@ void PaneWindow::placeInterface() {
     layout->addWidget(interface_->root());
     setWindowTitle(toQString(bundle_->infoValue("CFBundleName").stringValue()));
     resize(interface_->root()->size().expandedTo(sizeHint()));
+    // The interface file may name the object that has the keyboard at first.
+    QString first = interface_->root()->property("initialFirstResponder").toString();
+    if (auto* widget = interface_->root()->findChild<QWidget*>(first); widget && !first.isEmpty()) widget->setFocus();
 }
 
 View* PaneWindow::view(const std::string& name) const { return interface_ ? interface_->view(name) : nullptr; }

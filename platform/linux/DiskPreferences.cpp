@@ -84,6 +84,11 @@ bool DiskPreferences::synchronize(std::string_view domain) {
     return false;
 }
 
+void DiskPreferences::synchronizeChanges() {
+    for (auto& [name, domain] : domains_)
+        if (domain->hasChanges()) domain->synchronize();
+}
+
 bool DiskPreferences::isReadable(std::string_view domain) {
     DiskPreferencesDomain* found = find(domain);
     return !found || found->isReadable();

@@ -29,6 +29,8 @@ public:
     bool synchronize(std::string_view domain) override;
     bool isReadable(std::string_view domain) override;
     std::vector<std::string> domains() override;
+    // Synchronises every domain that has changes in memory: for a program that is about to end.
+    void synchronizeChanges();
 
 private:
     DiskPreferencesDomain* find(std::string_view domain);  // null for what is no name of a domain

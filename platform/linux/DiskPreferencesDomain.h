@@ -31,6 +31,7 @@ public:
     void set(std::string_view key, PropertyList value);
     bool synchronize();
     bool isReadable();
+    bool hasChanges() const { return !changes_.empty(); }
 
 private:
     struct Change {

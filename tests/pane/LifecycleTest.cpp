@@ -6,6 +6,8 @@ namespace {
 
 constexpr const char* kUserModule = "/home/user/Library/Plinthworks/Typeslate.plinth";
 constexpr const char* kLocalModule = "/Library/Plinthworks/Typeslate.plinth";
+constexpr const char* kBadged =
+    "host icon := host icon + image /Pane.prefPane/Typeslate.png (0, 0, 128, 128) to (64, 0, 64, 64)";
 constexpr const char* kMissingText = "The Plinth component is either disabled or not installed.";
 
 }  // namespace
@@ -55,7 +57,7 @@ TEST(ModuleIsLookedForInOrderAndAtEachShow) {
     CHECK_EQ(f.world.takeJournal(), fake::Journal{"exists /home/user/Library/Plinthworks/Typeslate.plinth",
                                                   "exists /Library/Plinthworks/Typeslate.plinth",
                                                   "exists /home/user/Library/Plinthworks (disabled)/Typeslate.plinth",
-                                                  "exists /Library/Plinthworks (disabled)/Typeslate.plinth"});
+                                                  "exists /Library/Plinthworks (disabled)/Typeslate.plinth", kBadged});
     f.world.files.existing.insert(kUserModule);
     f.pane->willSelect();
     CHECK_EQ(f.field("statusField").text, "");
@@ -122,4 +124,38 @@ TEST(ThePaneRunsWithoutAnyInterfaceObject) {
     f.pane->displayDialog_forError_andTitle("It failed.", kFileNotFound, "Sorry");
     CHECK_EQ(f.world.journal.back(), "alert Sorry: It failed. <-43>");
     CHECK(!f.pane->isCocoaApp("/Applications/Any.app"));
+}
+
+TEST(TheBadgeFillsTheLowerRightQuarter) {
+    struct Case {
+        Size icon;
+        const char* file;
+        const char* badged;
+    };
+    const Case cases[] = {
+        {{128, 128},
+         "Typeslate.png",
+         "host icon + image /Pane.prefPane/Typeslate.png (0, 0, 128, 128) to (64, 0, 64, 64)"},
+        {{127, 127},
+         "Typeslate.png",
+         "host icon + image /Pane.prefPane/Typeslate.png (0, 0, 127, 127) to (64, 0, 63, 63)"},
+        {{64, 48}, "/any/can.icns", "host icon + image /Pane.prefPane/can.icns (0, 0, 64, 48) to (32, 0, 32, 32)"},
+        {{128, 128}, "missing.png", "host icon"},
+        {{128, 128}, "", "host icon"},
+    };
+    for (const Case& c : cases) {
+        CONTEXT(c.file);
+        PaneFixture f;
+        f.open();
+        f.world.toolkit.iconSize = c.icon;
+        CHECK_EQ(fake::imageName(f.pane->overlayIcon_withProductIcon(f.world.toolkit.icon, c.file)), c.badged);
+    }
+}
+
+TEST(StartUpChecksTheFontNameCache) {
+    PaneFixture f;
+    f.pane.emplace(f.world.platform());
+    f.pane->awakeFromNib();
+    CHECK_EQ(f.world.log.lines.back(), "Rebuilding");
+    CHECK(!f.world.preferences.copyDomain("com.tarnwick.typeslate.AdobeNames"));  // there is no name database
 }

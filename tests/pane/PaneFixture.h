@@ -39,7 +39,9 @@ struct PaneFixture {
         pane->awakeFromNib();
         pane->mainViewDidLoad();
         pane->willSelect();
+        // What start-up itself says has tests of its own.
         world.takeJournal();
+        world.log.lines.clear();
     }
 
     void connect() {
