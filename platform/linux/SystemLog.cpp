@@ -60,6 +60,8 @@ std::string withVisibleControls(std::string_view text) {
 SystemLog::SystemLog() : toStandardError_(isWatched()) {}
 
 void SystemLog::write(std::string_view line) {
+    // Some formats end their line themselves.
+    if (line.ends_with('\n')) line.remove_suffix(1);
     std::string visible = withVisibleControls(line);
     syslog(LOG_USER | LOG_NOTICE, "%s", visible.c_str());
     if (toStandardError_) writeToStandardError(visible + "\n");

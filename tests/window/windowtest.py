@@ -54,7 +54,7 @@ class Session:
                             if key not in ("XDG_CONFIG_HOME", "XDG_DATA_HOME", "LANGUAGE", "QT_QPA_PLATFORM")}
         self.environment.update(
             HOME=home, TYPESLATE_ROOT=home + "/root", XDG_DATA_DIRS=home + "/share", TYPESLATE_UID="1000",
-            XDG_RUNTIME_DIR=home + "/run", TYPESLATE_LOG="stderr", LC_ALL="C.UTF-8", QT_FATAL_WARNINGS="0")
+            XDG_RUNTIME_DIR=home + "/run", LC_ALL="C.UTF-8", QT_FATAL_WARNINGS="0")
         os.makedirs(home + "/run", mode=0o700, exist_ok=True)
         self.processes = []
 
