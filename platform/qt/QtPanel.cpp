@@ -134,7 +134,8 @@ void QtPanel::endSheet(int returnCode) {
 void QtPanel::runModal(std::function<void()> willClose) {
     if (modalLoop_) return;
     willClose_ = std::move(willClose);
-    widget_.setParent(QApplication::activeWindow(), widget_.windowFlags());
+    QWidget* active = QApplication::activeWindow();
+    if (active && active != &widget_) widget_.setParent(active, widget_.windowFlags());
     widget_.setWindowModality(Qt::ApplicationModal);
     QEventLoop loop;
     modalLoop_ = &loop;

@@ -1,0 +1,254 @@
+// The real controls on the real platform, talking to the sample updater over a session bus of the test's own. With
+// TYPESLATE_PICTURES=FOLDER each state is also drawn.
+#include "TarnwickUpdater/PrefPane Stuff/TWVCUpdateViewController/TWVCUpdateViewController.h"
+#include "host/HostPlatform.h"
+#include "platform/linux/DiskPreferences.h"
+#include "platform/linux/SystemLog.h"
+#include "platform/qt/QtControls.h"
+#include "tests/qt/QtTest.h"
+
+#include <QApplication>
+#include <QDialog>
+#include <QElapsedTimer>
+#include <QGroupBox>
+#include <QLabel>
+#include <QProcess>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QTextEdit>
+#include <QTimer>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <filesystem>
+
+using namespace platform;
+using check::ScopedEnvironment;
+using Controller = TWVCUpdateViewController_V100;
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr const char* kDomain = "com.tarnwick.typeslate";
+constexpr double kShortReaction = 0.3, kNeverInThisTest = 600;  // seconds
+
+struct SessionBus {
+    QProcess daemon;
+    std::optional<ScopedEnvironment> address;
+    SessionBus() {
+        useApplication();
+        daemon.start(QStringLiteral("dbus-daemon"),
+                     {QStringLiteral("--session"), QStringLiteral("--nofork"), QStringLiteral("--print-address")});
+        REQUIRE(waitFor([&] { return daemon.canReadLine() || daemon.state() == QProcess::NotRunning; }));
+        address.emplace("DBUS_SESSION_BUS_ADDRESS", daemon.readLine().trimmed().constData());
+    }
+    ~SessionBus() {
+        daemon.terminate();
+        daemon.waitForFinished();
+    }
+};
+
+struct Desktop : PaneHost {
+    check::TemporaryFolder home;
+    ScopedEnvironment homeVariable{"HOME", home.path().c_str()}, root{"TYPESLATE_ROOT", (home / "root").c_str()},
+        configuration{"XDG_CONFIG_HOME", nullptr}, language{"LC_ALL", "C.UTF-8"}, mode, step;
+    SessionBus bus;
+    std::string module = home / "Library/Plinthworks/Typeslate.plinth";
+    std::optional<host::HostPlatform> platform;
+    std::unique_ptr<Bundle> pane;
+    QWidget window;
+    QPushButton button{QStringLiteral("Updates…")};
+    qt::QtButton buttonView{button};
+    QGroupBox box;
+    qt::QtPlainView placeholder{box};
+    std::unique_ptr<Controller> controller;
+    std::vector<std::string> texts;  // that the status line showed, each once
+
+    explicit Desktop(const char* updaterMode, const char* stepSeconds = "0.05")
+        : mode("TYPESLATE_SAMPLE_UPDATER", updaterMode), step("TYPESLATE_SAMPLE_UPDATER_STEP", stepSeconds) {
+        fs::create_directories(home / "root");
+        fs::create_directories(home / "Library/Plinthworks");
+        fs::copy(BINARY_DIR "/Sample.plinth", module, fs::copy_options::recursive);
+        platform.emplace();
+        pane = platform->bundles().openBundle(BINARY_DIR "/Typeslate.prefPane");
+        REQUIRE(pane != nullptr);
+        auto* layout = new QVBoxLayout(&window);
+        layout->addWidget(&button);
+        layout->addWidget(&box);
+        layout->addStretch();
+        window.resize(560, 340);
+        window.show();
+    }
+    ~Desktop() override { controller.reset(); }
+    void replyToShouldUnselect(bool) override {}
+
+    void open(View& view, double reaction) {
+        controller = Controller::initWithSacrificialView_forBundle_withBundleID(platform->forPane(*pane, *this), &view,
+                                                                                nullptr, kDomain, reaction);
+        REQUIRE(controller != nullptr);
+        settle();
+    }
+    template <typename Widget>
+    Widget* find(const char* name) {
+        for (QWidget* widget : QApplication::allWidgets())
+            if (widget->objectName() == QLatin1String(name)) return qobject_cast<Widget*>(widget);
+        throw check::Abandoned();
+    }
+    std::string note() {
+        std::string text = find<QLabel>("lastStatus")->text().toStdString();
+        text = text.substr(std::min(text.size(), text.find(": ") + 2));
+        if (texts.empty() || texts.back() != text) texts.push_back(text);
+        return text;
+    }
+    bool shows(const std::string& part) { return note().find(part) != std::string::npos; }
+    bool isIdle() {
+        note();
+        auto* checkNow = find<QPushButton>("checkNow");
+        return checkNow->isEnabled() && checkNow->text() == QStringLiteral("&Check Now") &&
+               !find<QProgressBar>("progessBar")->isVisible();
+    }
+    void press(const char* name = "checkNow") { find<QPushButton>(name)->click(); }
+    PropertyList storedOnDisk(const char* key) {
+        posix::SystemLog log;
+        return posix::DiskPreferences(posix::preferencesFolder(), log).copyValue(key, kDomain);
+    }
+    void picture(const char* name, QWidget* shown = nullptr) {
+        const char* folder = std::getenv("TYPESLATE_PICTURES");
+        settle();
+        if (folder)
+            (shown ? shown : &window)->grab().save(QString::fromUtf8(folder) + QLatin1Char('/') + QLatin1String(name));
+    }
+};
+
+}  // namespace
+
+TEST(ADueCheckRunsToItsEnd) {
+    Desktop d("");
+    d.open(d.placeholder, kShortReaction);
+    CHECK(d.shows("Checking…"));
+    d.picture("updates-checking.png");
+    CHECK(d.find<QProgressBar>("progessBar")->isVisible() && !d.box.isVisible());
+    REQUIRE(waitFor([&] { return d.isIdle(); }));
+    for (const char* said : {"Asking for the newest version…", "Comparing versions…"})
+        CHECK(std::ranges::find(d.texts, said) != d.texts.end());
+    CHECK_EQ(d.texts.back(), "Version 1.0.0 is the newest one.");
+    CHECK_EQ(d.storedOnDisk("SULastCheckStatus"), PropertyList("Version 1.0.0 is the newest one."));
+    CHECK(d.storedOnDisk("SULastCheckDate").isDate());
+    CHECK_EQ(d.storedOnDisk("SUCheckForUpdates"), PropertyList(true));
+    CHECK(fs::is_empty(d.home / "root/tmp"));
+    d.picture("updates-idle.png");
+}
+
+TEST(CancelInTimeStartsNothing) {
+    Desktop d("");
+    d.open(d.placeholder, kNeverInThisTest);
+    d.press();
+    CHECK(!d.find<QPushButton>("checkNow")->isEnabled());
+    REQUIRE(waitFor([&] { return d.isIdle(); }));
+    CHECK_EQ(d.texts.back(), "Never checked for updates.");
+    CHECK_EQ(d.storedOnDisk("SULastCheckDate"), PropertyList());
+    CHECK(!fs::exists(d.home / "root/tmp"));
+}
+
+TEST(ARunningUpdaterHearsOfTheCancel) {
+    Desktop d("hang");
+    d.open(d.placeholder, 0);
+    REQUIRE(waitFor([&] { return d.shows("Asking"); }));
+    d.press();
+    REQUIRE(waitFor([&] { return d.isIdle() && d.shows("Cancelled."); }));
+    CHECK_EQ(d.storedOnDisk("SULastCheckStatus"), PropertyList("Cancelled."));
+}
+
+TEST(UpdatersThatFailCrashOrTalkNonsense) {
+    {
+        Desktop d("fail");
+        d.open(d.placeholder, 0);
+        REQUIRE(waitFor([&] { return d.isIdle(); }));
+        CHECK_EQ(d.texts.back(), "Failed. The server could not be reached.");
+        d.picture("updates-failed.png");
+        d.press();  // and again
+        REQUIRE(waitFor([&] { return d.shows("Comparing"); }));
+        REQUIRE(waitFor([&] { return d.isIdle(); }));
+    }
+    {
+        Desktop d("crash");
+        d.open(d.placeholder, 0);
+        REQUIRE(waitFor([&] { return d.shows("Asking"); }));
+        d.press();
+        REQUIRE(waitFor([&] { return d.isIdle(); }));
+    }
+    Desktop d("wrong");
+    d.open(d.placeholder, 0);
+    REQUIRE(waitFor([&] { return d.isIdle(); }));
+    CHECK_EQ(d.texts.back(), "Version 1.0.0 is the newest one.");
+    CHECK(std::ranges::find(d.texts, "7") == d.texts.end());
+}
+
+TEST(ALockedOrMissingUpdaterLeavesTheControlsUsable) {
+    Desktop d("");
+    fs::create_directories(d.home / "root/tmp");
+    const std::string lock = d.home / "root/tmp/com.tarnwick.typeslate.updater.lock";
+    check::writeFile(lock, "");
+    d.open(d.placeholder, 0);
+    REQUIRE(waitFor([&] { return d.shows("Failed. Error -48."); }));
+    d.picture("updates-locked.png");
+    d.press();  // still "Cancel"
+    REQUIRE(waitFor([&] { return d.isIdle(); }));
+    fs::remove(lock);
+    fs::remove_all(d.module + "/Contents/Resources");
+    d.press();
+    CHECK_EQ(d.find<QPushButton>("checkNow")->text().toStdString(), "Cancel");
+    d.press();
+    REQUIRE(waitFor([&] { return d.isIdle(); }));
+}
+
+TEST(TheControlsFillTheirPlaceAndLeaveWithTheController) {
+    Desktop d("");
+    d.open(d.placeholder, kNeverInThisTest);
+    auto* view = d.find<QWidget>("updaterView");
+    for (int width : {560, 900}) {
+        d.window.resize(width, 400);
+        settle();
+        CHECK(view->isVisible() && view->width() > width - 40);
+    }
+    d.controller.reset();
+    settle();
+    CHECK(d.window.findChildren<QWidget*>(QStringLiteral("updaterView")).isEmpty());
+}
+
+TEST(TheControlsAsASheetWithTheStatementAboveIt) {
+    Desktop d("");
+    d.open(d.buttonView, kNeverInThisTest);
+    d.button.click();
+    auto* sheet = d.find<QDialog>("updaterWindowWindow");
+    CHECK(sheet->isVisible() && sheet->parentWidget() == &d.window && sheet->windowModality() == Qt::WindowModal);
+    d.picture("updates-sheet.png", sheet);
+    bool wasModal = false;
+    QTimer::singleShot(0, [&] {
+        auto* statement = d.find<QDialog>("privacyWindowWindow");
+        wasModal = statement->windowModality() == Qt::ApplicationModal && statement->isVisible();
+        d.press("dismissButton");
+    });
+    d.press("privacyButton");
+    CHECK(wasModal && !d.find<QDialog>("privacyWindowWindow")->isVisible() && sheet->isVisible());
+    QTimer::singleShot(0, [&] { d.find<QDialog>("privacyWindowWindow")->reject(); });
+    d.press("privacyButton");
+    sheet->reject();
+    CHECK(!sheet->isVisible());
+    d.button.click();
+    CHECK(sheet->isVisible());
+}
+
+TEST(ThePrivacyStatementIsRealText) {
+    Desktop d("");
+    d.open(d.placeholder, kNeverInThisTest);
+    d.press("privacyButton");
+    auto* statement = d.find<QDialog>("privacyWindowWindow");
+    CHECK(statement->isVisible() && statement->parentWidget() == &d.window);
+    QString text = d.find<QTextEdit>("privacyText")->toPlainText();
+    CHECK(text.startsWith(QStringLiteral("Privacy Statement\n")) && text.contains(QStringLiteral("“Check Now”")));
+    CHECK(!text.contains(QLatin1Char('?')) && !text.contains(QLatin1Char('\\')));
+    d.picture("updates-privacy.png", statement);
+    d.press("dismissButton");
+    CHECK(!statement->isVisible());
+}
