@@ -12,7 +12,9 @@ bool QtTextView::loadRichText(std::string_view path) {
     if (!file.open(QIODevice::ReadOnly)) return false;
     QByteArray bytes = file.readAll();
     if (file.error() != QFileDevice::NoError) return false;
-    return readRichText({bytes.constData(), static_cast<std::size_t>(bytes.size())}, *widget_.document());
+    if (!readRichText({bytes.constData(), static_cast<std::size_t>(bytes.size())}, *widget_.document())) return false;
+    widget_.moveCursor(QTextCursor::Start);
+    return true;
 }
 
 }  // namespace platform::qt
