@@ -1,6 +1,7 @@
 // Opens a settings pane in a window of its own.
 #include "host/HostPlatform.h"
 #include "host/PaneWindow.h"
+#include "platform/qt/EndSignals.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -176,6 +177,7 @@ int main(int argc, char** argv) {
     QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
 #endif
+    platform::qt::EndSignals endSignals;
     qInstallMessageHandler(refuseOnFatal);
     std::thread fonts = readingFontConfiguration();
     QApplication application(argc, argv);
@@ -193,5 +195,10 @@ int main(int argc, char** argv) {
     }
     applyRequest(request, window);
     window.show();
+    // The end of the session is a request to leave the pane, which may wait for a sheet; asked again it does not wait.
+    endSignals.setHandler([&window, wasAsked = false]() mutable {
+        if (std::exchange(wasAsked, true)) return QApplication::quit();
+        window.close();
+    });
     return request.screenshot.isEmpty() ? application.exec() : writeScreenshot(window, request.screenshot);
 }

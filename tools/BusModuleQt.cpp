@@ -1,5 +1,6 @@
 // The module that typeslatectl loads for its commands on the session bus.
 #include "platform/linux/SystemLog.h"
+#include "platform/qt/EndSignals.h"
 #include "platform/qt/QtRunLoop.h"
 #include "platform/qt/dbus/DBusNotificationCenter.h"
 #include "platform/qt/dbus/RuntimeMessages.h"
@@ -7,11 +8,7 @@
 #include "tools/BusModule.h"
 
 #include <QCoreApplication>
-#include <QSocketNotifier>
 
-#include <sys/signalfd.h>
-
-#include <csignal>
 #include <optional>
 
 namespace tools {
@@ -20,17 +17,6 @@ namespace {
 int sArgumentCount = 1;
 char sProgramName[] = "typeslatectl";
 char* sArguments[] = {sProgramName, nullptr};
-
-// Becomes readable when the process is asked to end. The signals must be blocked before any thread starts: one that has
-// them open would be killed by them.
-int endSignals() {
-    sigset_t mask;
-    sigemptyset(&mask);
-    sigaddset(&mask, SIGINT);
-    sigaddset(&mask, SIGTERM);
-    sigprocmask(SIG_BLOCK, &mask, nullptr);
-    return signalfd(-1, &mask, SFD_CLOEXEC | SFD_NONBLOCK);
-}
 
 class QtBusModule final : public BusModule {
 public:
@@ -50,14 +36,13 @@ public:
         });
     }
     void run() override {
-        QSocketNotifier notifier(endSignals_, QSocketNotifier::Read);
-        QObject::connect(&notifier, &QSocketNotifier::activated, &application_, &QCoreApplication::quit);
+        endSignals_.setHandler([this] { stop(); });
         application_.exec();
     }
     void stop() override { application_.quit(); }
 
 private:
-    const int endSignals_ = endSignals();
+    platform::qt::EndSignals endSignals_;
     QCoreApplication application_{sArgumentCount, sArguments};
     platform::posix::SystemLog log_;
     platform::qt::DBusNotificationCenter center_{log_};

@@ -101,6 +101,11 @@ private:
                                                                 : QAbstractItemView::SingleSelection);
         connect(search_, &QLineEdit::textChanged, this, [this](const QString& wanted) {
             filter_->setFilterFixedString(wanted);
+            // What the search finds first is what Return adds.
+            if (wanted.isEmpty())
+                list_->clearSelection();
+            else
+                list_->setCurrentIndex(filter_->index(0, 0));
             showState();
         });
         connect(list_, &QListView::doubleClicked, this, &Chooser::acceptSelection);

@@ -93,8 +93,19 @@ class Session:
     def wait_for_window(self, name):
         found = subprocess.run(["xdotool", "search", "--sync", "--onlyvisible", "--name", f"^{name}$"],
                                check=True, capture_output=True, text=True, timeout=LIMIT).stdout.split()
-        subprocess.run(["xdotool", "windowfocus", "--sync", found[-1]], check=True, timeout=LIMIT)
+        self.focus(found[-1])
         return found[-1]
+
+    def focus(self, window):
+        subprocess.run(["xdotool", "windowfocus", "--sync", window], check=True, timeout=LIMIT)
+
+    def drag(self, source, target):
+        """From the middle of one window into the upper left of another, in small steps as a hand moves."""
+        steps = ["mousemove", "--window", source, "40", "30", "mousedown", "1"]
+        for window, x, y in [(source, 45, 35), (source, 60, 40), (target, 120, 300), (target, 130, 310),
+                             (target, 140, 320)]:
+            steps += ["mousemove", "--sync", "--window", window, str(x), str(y), "sleep", "0.1"]
+        subprocess.run(["xdotool", *steps, "mouseup", "1"], check=True, timeout=LIMIT)
 
     def key(self, *keys):
         subprocess.run(["xdotool", "key", "--clearmodifiers", *keys], check=True, timeout=LIMIT)
@@ -104,7 +115,7 @@ class Session:
 
     def close(self, process):
         """Closes the window as its owner would and waits for the host to end; what it complained of is a failure."""
-        subprocess.run(["xdotool", "windowfocus", "--sync", process.window], check=True, timeout=LIMIT)
+        self.focus(process.window)
         self.key("alt+F4")
         assert process.wait(timeout=LIMIT) == 0, "the host failed"
         complaints = [line for line in iter(process.messages.next, None) if line]
@@ -116,7 +127,7 @@ class Session:
     def end(self):
         for process in reversed(self.processes):
             if process.poll() is None:
-                process.terminate()
+                process.kill()
                 process.wait(timeout=LIMIT)
 
 
