@@ -18,6 +18,7 @@ namespace tools {
 namespace {
 
 constexpr double kShortestInterval = 1.0;  // seconds; the pane takes a shorter one for a week
+constexpr double kLongestInterval = 1e9;
 
 struct Arguments {
     bool json = false, now = false, fromModule = false;
@@ -142,10 +143,17 @@ void addUpdateCommands(CLI::App& app) {
         ->add_option("STATE", arguments->onOrOff, "on or off")
         ->required()
         ->check(CLI::IsMember({"on", "off"}));
+    CLI::Validator seconds(
+        [](const std::string& text) {
+            double number = std::strtod(text.c_str(), nullptr);
+            bool isUsable = number >= kShortestInterval && number <= kLongestInterval;
+            return isUsable ? std::string() : "not a number of seconds from 1 to 1000000000";
+        },
+        "");
     add("interval", "Set the time between two checks", interval)
         ->add_option("SECONDS", arguments->seconds, "At least 1; a day has 86400")
         ->required()
-        ->check(CLI::Range(kShortestInterval, 1e9));
+        ->check(seconds);
 }
 
 }  // namespace tools
