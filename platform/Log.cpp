@@ -72,7 +72,8 @@ private:
 
 template <typename Number>
 std::string printed(const Directive& directive, const char* length, char conversion, Number number) {
-    std::string format = "%" + std::string(directive.flags.substr(0, 5)) + "*.*" + length + conversion;
+    std::string format("%");
+    format.append(directive.flags.substr(0, 5)).append("*.*").append(length).push_back(conversion);
     int size = std::snprintf(nullptr, 0, format.c_str(), directive.width, directive.precision, number);
     std::string text(static_cast<std::size_t>(std::max(size, 0)) + 1, '\0');
     std::snprintf(text.data(), text.size(), format.c_str(), directive.width, directive.precision, number);
@@ -86,7 +87,8 @@ std::string padded(const Directive& directive, std::string text) {
     auto width = static_cast<std::size_t>(directive.width);
     if (text.size() >= width) return text;
     bool left = directive.flags.find('-') != std::string_view::npos;
-    return left ? text + std::string(width - text.size(), ' ') : std::string(width - text.size(), ' ') + text;
+    text.insert(left ? text.size() : 0, width - text.size(), ' ');
+    return text;
 }
 
 std::string converted(const Directive& directive, const FormatArgument& argument) {

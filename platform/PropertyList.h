@@ -139,7 +139,8 @@ public:
     // valid UTF-8 is ignored.
     void set(std::string_view key, PropertyList value);
     void remove(std::string_view key);
-    // As set(), but keeps the very key, which must be a string, and returns the value that it had. One search does both.
+    // As set(), but keeps the very key, which must be a string, and returns the value that it had. One search does
+    // both.
     PropertyList exchange(PropertyList key, PropertyList value);
     const PropertyList& operator[](std::string_view key) const noexcept;
     std::size_t size() const noexcept { return entries_.size() - removed_; }

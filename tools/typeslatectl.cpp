@@ -1,6 +1,7 @@
 // typeslatectl: the settings pane's data and messages from the shell.
 //
-// Exit status 0: done. 1: refused, with one line on standard error. 2: the call itself is wrong. A command may have more.
+// Exit status 0: done. 1: refused, with one line on standard error. 2: the call itself is wrong. A command may have
+// more.
 #include "platform/linux/SystemLog.h"
 #include "tools/DefaultsCommands.h"
 #include "tools/EntriesCommands.h"

@@ -10,7 +10,7 @@ TEST(FormatsPrintEachArgumentByItsDirective) {
         std::vector<FormatArgument> arguments;
         const char* expected;
     };
-    const PropertyList list = PropertyList::array({1, "a b"});
+    const PropertyList list = PropertyList::array({1, "a b"}), nothing;
     const Case cases[] = {
         {"no directive, 100%%", {}, "no directive, 100%"},
         {"%@ is %s", {"this", "text"}, "this is text"},
@@ -18,7 +18,7 @@ TEST(FormatsPrintEachArgumentByItsDirective) {
         {"0x%08X %x %5d|%-5d|%05d", {0xBEEF, 255, 42, 42, 42}, "0x0000BEEF ff    42|42   |00042"},
         {"%f %.2f %g", {1.5, 2.345, 1e20}, "1.500000 2.35 1e+20"},
         {"%2$@ before %1$@", {"one", "two"}, "two before one"},
-        {"%@ %@", {nullptr, PropertyList()}, "(null) (null)"},
+        {"%@ %@", {nullptr, nothing}, "(null) (null)"},
         {"%@ %d %f", {}, "(null) 0 0.000000"},
         {"%d %@ %f", {"text", 7, 3}, "0 7 3.000000"},
         {"%5@|%-5s|%.2s", {"ab", "ab", "abcdef"}, "   ab|ab   |ab"},
