@@ -99,26 +99,23 @@ TEST(IdentifiersThatAreNoFileNamesAreRefused) {
 
 TEST(ModulesWithoutIdentifierOrNameAreNotChecked) {
     struct Case {
-        const char* label;
-        PropertyList info;
-        std::string identifier;
-        std::string lock;  // empty: no check
+        PropertyList moduleID;
+        const char* identifier;
+        PropertyList name, executable;
+        const char* lock;  // empty: no check
     };
     const Case cases[] = {
-        {"own identifier", PropertyList::dictionary({{"PlinthModuleID", "own"}, {"CFBundleName", "N"}}), "x",
-         "lock /tmp/own.updater.lock"},
-        {"identifier of a wrong type", PropertyList::dictionary({{"PlinthModuleID", 5}, {"CFBundleName", "N"}}), "x",
-         "lock /tmp/x.updater.lock"},
-        {"no identifier", PropertyList::dictionary({{"CFBundleName", "N"}}), "", ""},
-        {"executable as name", PropertyList::dictionary({{"CFBundleName", ""}, {"CFBundleExecutable", "e"}}), "x",
-         "lock /tmp/x.updater.lock"},
-        {"no name", PropertyList::dictionary({}), "x", ""},
-        {"name of a wrong type", PropertyList::dictionary({{"CFBundleName", 1}, {"CFBundleExecutable", "e"}}), "x", ""},
+        {"own", "x", "N", {}, "lock /tmp/own.updater.lock"},
+        {5, "x", "N", {}, "lock /tmp/x.updater.lock"},
+        {{}, "", "N", {}, ""},
+        {{}, "x", "", "e", "lock /tmp/x.updater.lock"},
+        {{}, "x", {}, {}, ""},
+        {{}, "x", 1, "e", ""},
     };
     for (const Case& c : cases) {
-        CONTEXT(c.label);
         UpdaterFixture f;
-        f.module().info = c.info;
+        f.module().info = PropertyList::dictionary(
+            {{"PlinthModuleID", c.moduleID}, {"CFBundleName", c.name}, {"CFBundleExecutable", c.executable}});
         f.module().identifierText = c.identifier;
         CHECK_EQ(f.check(false), kNoErr);
         auto lock = std::ranges::find_if(f.world.journal, [](auto& line) { return line.starts_with("lock"); });
@@ -129,65 +126,52 @@ TEST(ModulesWithoutIdentifierOrNameAreNotChecked) {
 }
 
 TEST(WhatTheRulesSay) {
-    const Date now = fake::World().runLoop.now();
-    auto before = [now](double seconds) { return dateByAdding(now, -seconds); };
+    const Date now = fake::World().runLoop.now(), login = dateByAdding(now, -599.9),
+               anHourAgo = dateByAdding(now, -3600);
     const std::string daily =
         "[Typeslate] Because the version stirng of \"1.1b3\" contains an indicator it is a beta release, we are "
         "defaulting to checking for updates daily. If you wish to change it to a longer time, open the Typeslate "
         "prefpane in System Preferences.";
+    const std::string newSystem =
+        "[Typeslate] An update check for Typeslate needs to be performed. You have updated Mac OS X since the last "
+        "Typeslate update check. Updates were last checked on 0x100408 but you're now running 0x100409";
+    const std::string noLogin = "[Typeslate] Can't get login date.";
     struct Case {
-        const char* label;
-        std::function<void(UpdaterFixture&)> prepare;
+        fake::Processes::Item host, other;
+        const char* version;
+        PropertyList last;
+        int system;
         std::vector<std::string> quiet, verbose;  // the log without and with gLogStuff
     };
     const Case cases[] = {
-        {"host",
-         [](auto& f) {
-             f.world.processes.items = {{"/A/Dock.app", "com.apple.dock", {}}};
-         },
+        {{"/A/Dock.app", "com.apple.dock", {}},
+         {},
+         "1.0",
+         {},
+         0,
          {},
          {"[TWVC] Bundle ID of /A/Dock.app is equal to com.apple.Dock so not checking for updates."}},
-        {"login",
-         [&](auto& f) {
-             f.world.processes.items = {{}, {"", "com.apple.loginwindow", before(599.9)}};
-         },
+        {{},
+         {"", "com.apple.loginwindow", login},
+         "1.0",
+         {},
+         0,
          {},
          {"[Typeslate] The date the loginwindow was launched: 2001-09-09T01:36:40.100000Z (4/4)",
           "[Typeslate] It has not been nearly long enough since you logged in to check for updates."}},
-        {"no login, stored today",
-         [&](auto& f) {
-             f.setStored("SULastCheckDate", now);
-             f.setStored("SULastRunSystemVersion", 0x100409);
-         },
-         {},
-         {"[Typeslate] Can't get login date."}},
-        {"off", [](auto& f) { f.setStored("SUCheckForUpdates", false); }, {}, {}},
-        {"beta, checked an hour ago",
-         [&](auto& f) {
-             f.module().info =
-                 PropertyList::dictionary({{"CFBundleName", "Typeslate"}, {"CFBundleShortVersionString", "1.1b3"}});
-             f.setStored("SULastCheckDate", before(3600));
-             f.setStored("SULastRunSystemVersion", 0x100409);
-         },
-         {daily},
-         {"[Typeslate] Can't get login date.", daily}},
-        {"new system",
-         [&](auto& f) {
-             f.module().resources.clear();
-             f.setStored("SUCheckInterval", -1);
-             f.setStored("SULastRunSystemVersion", 0x100408);
-         },
-         {"[Typeslate] An update check for Typeslate needs to be performed. You have updated Mac OS X since the last "
-          "Typeslate update check. Updates were last checked on 0x100408 but you're now running 0x100409",
-          kChecking},
-         {}},
+        {{}, {}, "1.0", now, 0x100409, {}, {noLogin}},
+        {{}, {}, "1.1b3", anHourAgo, 0x100409, {daily}, {noLogin, daily}},
+        {{}, {}, "1.0", now, 0x100408, {newSystem, kChecking}, {noLogin, newSystem, kChecking}},
     };
     for (const Case& c : cases)
         for (bool verbose : {false, true}) {
-            if (verbose && !c.quiet.empty() && c.verbose.empty()) continue;
-            CONTEXT(c.label);
             UpdaterFixture f;
-            c.prepare(f);
+            f.world.processes.items = {c.host, c.other};
+            f.module().info =
+                PropertyList::dictionary({{"CFBundleName", "Typeslate"}, {"CFBundleShortVersionString", c.version}});
+            f.module().resources.clear();
+            f.setStored("SULastCheckDate", c.last);
+            f.setStored("SULastRunSystemVersion", c.system);
             gLogStuff = verbose;
             CHECK_EQ(f.check(true), kNoErr);
             CHECK_EQ(f.takeLog(), verbose ? c.verbose : c.quiet);

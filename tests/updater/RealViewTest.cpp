@@ -184,21 +184,14 @@ TEST(UpdatersThatFailCrashOrTalkNonsense) {
     CHECK(std::ranges::find(d.texts, "7") == d.texts.end());
 }
 
-TEST(ALockedOrMissingUpdaterLeavesTheControlsUsable) {
+TEST(ALockedUpdaterLeavesTheControlsUsable) {
     Desktop d("");
     fs::create_directories(d.home / "root/tmp");
-    const std::string lock = d.home / "root/tmp/com.tarnwick.typeslate.updater.lock";
-    check::writeFile(lock, "");
+    check::writeFile(d.home / "root/tmp/com.tarnwick.typeslate.updater.lock", "");
     d.open(d.placeholder, 0);
     REQUIRE(waitFor([&] { return d.shows("Failed. Error -48."); }));
     d.picture("updates-locked.png");
     d.press();  // still "Cancel"
-    REQUIRE(waitFor([&] { return d.isIdle(); }));
-    fs::remove(lock);
-    fs::remove_all(d.module + "/Contents/Resources");
-    d.press();
-    CHECK_EQ(d.find<QPushButton>("checkNow")->text().toStdString(), "Cancel");
-    d.press();
     REQUIRE(waitFor([&] { return d.isIdle(); }));
 }
 
