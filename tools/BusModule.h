@@ -19,7 +19,7 @@ public:
     virtual platform::RunLoop& runLoop() = 0;
     // Calls the handler for each message that the runtime broadcasts to modules, until the process ends.
     virtual void observeBroadcasts(std::function<void(std::string_view module, std::string_view message)> handler) = 0;
-    // Handles events until stop() or a signal to end.
+    // Handles events until stop(), a signal to end, or the end of the session bus.
     virtual void run() = 0;
     virtual void stop() = 0;
 };

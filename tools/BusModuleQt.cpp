@@ -22,12 +22,7 @@ class QtBusModule final : public BusModule {
 public:
     // On a connection of its own: the centre's would say in the log that changes are not announced, before there are
     // any.
-    bool isConnected() override {
-        const QString probe = QStringLiteral("typeslatectl-probe");
-        bool isConnected = platform::qt::sessionBusConnection(probe).isConnected();
-        QDBusConnection::disconnectFromBus(probe);
-        return isConnected;
-    }
+    bool isConnected() override { return platform::qt::sessionBusConnection(kProbe).isConnected(); }
     platform::DistributedNotificationCenter& notifications() override { return center_; }
     platform::RunLoop& runLoop() override { return runLoop_; }
     void observeBroadcasts(std::function<void(std::string_view, std::string_view)> handler) override {
@@ -37,11 +32,15 @@ public:
     }
     void run() override {
         endSignals_.setHandler([this] { stop(); });
+        platform::qt::sessionBusConnection(kProbe).connect(QString(), QStringLiteral("/org/freedesktop/DBus/Local"),
+                                                           QStringLiteral("org.freedesktop.DBus.Local"),
+                                                           QStringLiteral("Disconnected"), &application_, SLOT(quit()));
         application_.exec();
     }
     void stop() override { application_.quit(); }
 
 private:
+    const QString kProbe = QStringLiteral("typeslatectl-probe");
     platform::qt::EndSignals endSignals_;
     QCoreApplication application_{sArgumentCount, sArguments};
     platform::posix::SystemLog log_;

@@ -4,6 +4,7 @@
 #include "tools/BusModule.h"
 #include "tools/Json.h"
 #include "tools/Output.h"
+#include "tools/Refusal.h"
 
 #include <cstdio>
 
@@ -38,6 +39,7 @@ void watch() {
     std::fputs("typeslatectl: watching; Ctrl-C ends it\n", stderr);
     bus.run();
     flushOutput();
+    if (!bus.isConnected()) throw Refusal("the session bus has gone");
 }
 
 }  // namespace

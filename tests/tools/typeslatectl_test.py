@@ -9,6 +9,7 @@ import signal
 import subprocess
 import sys
 import tempfile
+import threading
 import unittest
 from datetime import datetime
 
@@ -256,11 +257,15 @@ class WatchTest(Case):
         module, runtime = (pathlib.Path(PROGRAM).parents[1] / "lib" / n for n in ("typeslate/typeslatectl-bus.so", "libplinth.so"))
         if not shutil.which("dbus-daemon") or not module.exists() or not runtime.exists():
             self.skipTest("needs dbus-daemon, the bus module and the sample runtime")
-        bus = self.start("dbus-daemon", "--session", "--nofork", "--nosyslog", "--print-address=1")
-        self.env["DBUS_SESSION_BUS_ADDRESS"] = bus.stdout.readline().strip()
+        self.env["LD_LIBRARY_PATH"] = str(runtime.parent)  # a sanitizer hides where the program would look
+        self.bus = self.start("dbus-daemon", "--session", "--nofork", "--nosyslog", "--print-address=1")
+        self.env["DBUS_SESSION_BUS_ADDRESS"] = self.bus.stdout.readline().strip()
 
     def start(self, *command):
         process = subprocess.Popen(command, stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True, env=self.env)
+        limit = threading.Timer(30, process.kill)  # who waits for its lines then reads their end
+        limit.start()
+        self.addCleanup(limit.cancel)
         self.addCleanup(process.communicate)
         self.addCleanup(process.terminate)
         return process
@@ -307,6 +312,9 @@ class WatchTest(Case):
         self.end_expecting_no_more(watcher)
 
     def test_there_must_be_a_bus(self):
+        watcher = self.watch()
+        self.bus.terminate()
+        self.assertEqual((watcher.wait(), watcher.stderr.read()), (1, "typeslatectl: the session bus has gone\n"))
         for address in ("", f"unix:path={self.home}/none"):
             self.refused("watch", DBUS_SESSION_BUS_ADDRESS=address)
 
