@@ -14,6 +14,7 @@ import threading
 import queue
 
 LIMIT = 60
+ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
 SKIPPED = 77
 TOOLS = ["dbus-run-session", "xvfb-run", "xdotool", "icewm", "import"]
 
@@ -107,6 +108,19 @@ class Session:
             steps += ["mousemove", "--sync", "--window", window, str(x), str(y), "sleep", "0.1"]
         subprocess.run(["xdotool", *steps, "mouseup", "1"], check=True, timeout=LIMIT)
 
+    def settle(self, window):
+        """Until the window's picture stays the same."""
+        last = None
+        while True:
+            picture = subprocess.run(["import", "-window", window, "png:-"], check=True, capture_output=True).stdout
+            if picture == last:
+                return
+            last = picture
+
+    def double_click(self, window, x, y):
+        subprocess.run(["xdotool", "mousemove", "--sync", "--window", window, str(x), str(y), "click", "--repeat", "2",
+                        "--delay", "50", "1"], check=True, timeout=LIMIT)
+
     def key(self, *keys):
         subprocess.run(["xdotool", "key", "--clearmodifiers", *keys], check=True, timeout=LIMIT)
 
@@ -154,5 +168,5 @@ def run(test):
     if "--inside" in sys.argv:
         return inside(test, build)
     command = ["dbus-run-session", "--", "xvfb-run", "-a", "-s", "-screen 0 1280x1024x24", sys.executable,
-               os.path.abspath(sys.argv[0]), build, "--inside"]
+               os.path.abspath(sys.argv[0]), build, *sys.argv[2:], "--inside"]
     sys.exit(subprocess.run(command).returncode)
