@@ -4,8 +4,8 @@ window is mapped: xvfb-run -a window_peers.py BUILD [RUNS]
 """
 import ctypes
 import ctypes.util
-import json
 import os
+import plistlib
 import statistics
 import subprocess
 import sys
@@ -52,8 +52,10 @@ with tempfile.TemporaryDirectory() as home:
     environment = {key: value for key, value in os.environ.items() if not key.startswith(("XDG_", "DBUS_"))}
     environment.update(HOME=home, TYPESLATE_ROOT=home + "/root", TYPESLATE_UID="1000", XDG_RUNTIME_DIR=home)
     entries = [{"Name": "Global", "Type": "Global", "Settings": {"Enabled": True}}] + [entry(i) for i in range(1, 1000)]
-    subprocess.run([build + "/bin/typeslatectl", "defaults", "write", "com.tarnwick.typeslate", "TheExcList",
-                    json.dumps(entries)], env=environment, check=True)
+    domain = "com.tarnwick.typeslate"
+    subprocess.run([build + "/bin/typeslatectl", "defaults", "import", domain, "-"], env=environment, check=True,
+                   input=plistlib.dumps({"TheExcList": entries, "Added Default Exclusions": True,
+                                         "Default Exclusions Version": 1000}))
     times = {"empty window": [], "panehost": []}
     commands = {"empty window": [build + "/bin/bench_emptywindow"], "panehost": [build + "/bin/panehost"]}
     for run in range(runs + 2):
