@@ -32,10 +32,12 @@ public:
     }
     void run() override {
         endSignals_.setHandler([this] { stop(); });
-        platform::qt::sessionBusConnection(kProbe).connect(QString(), QStringLiteral("/org/freedesktop/DBus/Local"),
-                                                           QStringLiteral("org.freedesktop.DBus.Local"),
-                                                           QStringLiteral("Disconnected"), &application_, SLOT(quit()));
-        application_.exec();
+        QDBusConnection bus = platform::qt::sessionBusConnection(kProbe);
+        bus.connect(QString(), QStringLiteral("/org/freedesktop/DBus/Local"),
+                    QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"), &application_,
+                    SLOT(quit()));
+        // A bus that went before there was anyone to be told has said so already.
+        if (bus.isConnected()) application_.exec();
     }
     void stop() override { application_.quit(); }
 
