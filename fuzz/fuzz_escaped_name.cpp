@@ -1,7 +1,7 @@
 // An escaped name in both forms: the decoder against the plain rules.
 #include "pane/fontcatalog/EscapedName.h"
 #include "platform/Unicode.h"
-#include "tests/fontcatalog/Reference.h"
+#include "fuzz/Reference.h"
 
 #include <cstdlib>
 

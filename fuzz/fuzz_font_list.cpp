@@ -1,5 +1,5 @@
 // A font list: the reader against the plain rules, records, their order and log lines.
-#include "tests/fontcatalog/Reference.h"
+#include "fuzz/Reference.h"
 
 #include "platform/Unicode.h"
 

@@ -91,17 +91,14 @@ TEST(SearchStatusIsThatOfTheLastFolder) {
     World world;
     const std::string top = world.local + "TypeSpt/";
     for (const char* name : {"a/AdobeFnt.lst", "b/AdobeFnt.lst", "AdobeFnt.lst"}) World::write(top + name, "x");
-    const struct {
-        const char* unreadable;
-        platform::OSStatus status;
-        std::size_t found;
-    } cases[] = {{"a/", 0, 2}, {"b/", platform::kPermissionErr, 2}, {"", platform::kPermissionErr, 0}};
-    for (const auto& c : cases) {
-        CONTEXT(c.unreadable);
-        world.files.unreadable = {top + c.unreadable};
+    const std::tuple<const char*, platform::OSStatus, std::size_t> cases[] = {
+        {"a/", 0, 2}, {"b/", platform::kPermissionErr, 2}, {"", platform::kPermissionErr, 0}};
+    for (const auto& [unreadable, status, found] : cases) {
+        CONTEXT(unreadable);
+        world.files.unreadable = {top + unreadable};
         std::vector<PropertyList> array;
-        CHECK_EQ(SearchFolderForAdobeFontLists(world.files, world.log, top, array), c.status);
-        CHECK_EQ(array.size(), c.found);
+        CHECK_EQ(SearchFolderForAdobeFontLists(world.files, world.log, top, array), status);
+        CHECK_EQ(array.size(), found);
     }
     const auto kept = scanDomain_addingToArray(world.files, world.log, std::nullopt, std::nullopt);
     CHECK(!kept);
@@ -143,11 +140,7 @@ TEST(CatalogueOfDatabaseAndLists) {
 TEST(FileSetsThatCountAsUnchanged) {
     const auto element = [](const char* path) { return PropertyList::dictionary({{kPathKey, path}}); };
     const auto array = [](std::vector<PropertyList> elements) { return PropertyList::array(std::move(elements)); };
-    const struct {
-        const char* label;
-        PropertyList stored, current;
-        std::size_t lines;
-    } cases[] = {
+    const std::tuple<const char*, PropertyList, PropertyList, std::size_t> cases[] = {
         {"nothing stored", {}, array({element("a")}), 0},
         {"equal lists count as changed", array({element("a")}), array({element("a")}), 0},
         {"empty lists too", array({}), array({}), 0},
@@ -156,13 +149,12 @@ TEST(FileSetsThatCountAsUnchanged) {
         {"not even a list", "text", array({element("a")}), 0},
         {"not even dictionaries", array({"a"}), array({element("a")}), 1},
     };
-    for (const auto& c : cases) {
-        CONTEXT(c.label);
+    for (const auto& [label, stored, current, lines] : cases) {
+        CONTEXT(label);
         fake::Log log;
-        CHECK_EQ(isFileSetUnchanged(c.stored, c.current, log), false);
-        CHECK_EQ(log.lines.size(), c.lines);
-        if (c.lines)
-            CHECK_EQ(log.lines[0], c.stored[0].description() + " does not equal " + c.current[0].description());
+        CHECK_EQ(isFileSetUnchanged(stored, current, log), false);
+        CHECK_EQ(log.lines.size(), lines);
+        if (lines) CHECK_EQ(log.lines[0], stored[0].description() + " does not equal " + current[0].description());
     }
 }
 

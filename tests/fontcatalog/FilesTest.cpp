@@ -7,36 +7,32 @@ using fontcatalogtest::Machine;
 
 TEST(WellKnownFolders) {
     const check::ScopedEnvironment home("HOME", "/h/me/");
-    const struct {
-        FolderDomain domain;
-        FolderKind kind;
-        const char *root, *data, *wine, *path;
-    } cases[] = {
-        {FolderDomain::User, FolderKind::Library, "/r", nullptr, nullptr, "/h/me/Library"},
-        {FolderDomain::Local, FolderKind::Library, nullptr, nullptr, nullptr, "/Library"},
-        {FolderDomain::Local, FolderKind::Library, "/r/", nullptr, nullptr, "/r/Library"},
-        {FolderDomain::Network, FolderKind::Library, "/r", nullptr, nullptr, "/r/Network/Library"},
-        {FolderDomain::User, FolderKind::ApplicationSupport, "/r", nullptr, nullptr, "/h/me/.local/share"},
-        {FolderDomain::User, FolderKind::ApplicationSupport, "/r", "/d/", nullptr, "/d"},
-        {FolderDomain::User, FolderKind::ApplicationSupport, nullptr, "relative", nullptr, "/h/me/.local/share"},
-        {FolderDomain::Local, FolderKind::ApplicationSupport, "relative", nullptr, nullptr, "/usr/local/share"},
-        {FolderDomain::Network, FolderKind::ApplicationSupport, "/r", "/d", nullptr, "/r/usr/share"},
-        {FolderDomain::Classic, FolderKind::ApplicationSupport, "/r", nullptr, nullptr,
-         "/h/me/.wine/drive_c/Program Files/Common Files"},
-        {FolderDomain::Classic, FolderKind::ApplicationSupport, "/r", nullptr, "/w",
-         "/r/w/drive_c/Program Files/Common Files"},
-        {FolderDomain::Classic, FolderKind::ApplicationSupport, "/r", nullptr, "/h/me/w",
-         "/h/me/w/drive_c/Program Files/Common Files"},
-        {FolderDomain::System, FolderKind::Temporary, "/r", nullptr, nullptr, "/r/tmp"},
-        {FolderDomain::User, FolderKind::Temporary, nullptr, nullptr, nullptr, ""},
-        {FolderDomain::Classic, FolderKind::Library, nullptr, nullptr, nullptr, ""},
-        {FolderDomain::System, FolderKind::ApplicationSupport, nullptr, nullptr, nullptr, ""},
+    using enum FolderDomain;
+    using enum FolderKind;
+    const std::string common = "/drive_c/Program Files/Common Files";
+    const std::tuple<FolderDomain, FolderKind, const char*, const char*, const char*, std::string> cases[] = {
+        {User, Library, "/r", nullptr, nullptr, "/h/me/Library"},
+        {Local, Library, nullptr, nullptr, nullptr, "/Library"},
+        {Local, Library, "/r/", nullptr, nullptr, "/r/Library"},
+        {Network, Library, "/r", nullptr, nullptr, "/r/Network/Library"},
+        {User, ApplicationSupport, "/r", nullptr, nullptr, "/h/me/.local/share"},
+        {User, ApplicationSupport, "/r", "/d/", nullptr, "/d"},
+        {User, ApplicationSupport, nullptr, "relative", nullptr, "/h/me/.local/share"},
+        {Local, ApplicationSupport, "relative", nullptr, nullptr, "/usr/local/share"},
+        {Network, ApplicationSupport, "/r", "/d", nullptr, "/r/usr/share"},
+        {Classic, ApplicationSupport, "/r", nullptr, nullptr, "/h/me/.wine" + common},
+        {Classic, ApplicationSupport, "/r", nullptr, "/w", "/r/w" + common},
+        {Classic, ApplicationSupport, "/r", nullptr, "/h/me/w", "/h/me/w" + common},
+        {System, Temporary, "/r", nullptr, nullptr, "/r/tmp"},
+        {User, Temporary, nullptr, nullptr, nullptr, ""},
+        {Classic, Library, nullptr, nullptr, nullptr, ""},
+        {System, ApplicationSupport, nullptr, nullptr, nullptr, ""},
     };
-    for (const auto& c : cases) {
-        CONTEXT(c.path);
-        const check::ScopedEnvironment root("TYPESLATE_ROOT", c.root), data("XDG_DATA_HOME", c.data),
-            wine("WINEPREFIX", c.wine);
-        CHECK_EQ(LinuxFiles().folder(c.domain, c.kind).value_or(""), c.path);
+    for (const auto& [domain, kind, rootPath, dataPath, winePath, path] : cases) {
+        CONTEXT(path);
+        const check::ScopedEnvironment root("TYPESLATE_ROOT", rootPath), data("XDG_DATA_HOME", dataPath),
+            wine("WINEPREFIX", winePath);
+        CHECK_EQ(LinuxFiles().folder(domain, kind).value_or(""), path);
     }
     CHECK_EQ(LinuxFiles().expandTilde("~/a~"), "/h/me/a~");
     CHECK_EQ(LinuxFiles().expandTilde("~"), "/h/me");
@@ -69,14 +65,12 @@ TEST(FolderListings) {
         CHECK(all[102].kind == ItemKind::Unresolved && all[103].kind == ItemKind::Other);
         CHECK_EQ(all[1].modified.has_value(), full);
     }
-    const struct {
-        std::string path;
-        OSStatus status;
-    } failures[] = {{top + "x", kFileNotFound}, {top + "f1000", kNotAFolder}, {"", kFileNotFound}};
-    for (const auto& c : failures) {
+    const std::pair<std::string, OSStatus> failures[] = {
+        {top + "x", kFileNotFound}, {top + "f1000", kNotAFolder}, {"", kFileNotFound}};
+    for (const auto& [path, expected] : failures) {
         OSStatus status = kNoErr;
-        CHECK(!LinuxFiles().openFolder(c.path, FolderDetail::Names, status));
-        CHECK_EQ(status, c.status);
+        CHECK(!LinuxFiles().openFolder(path, FolderDetail::Names, status));
+        CHECK_EQ(status, expected);
     }
 }
 

@@ -1,8 +1,8 @@
+#include "fuzz/Reference.h"
 #include "pane/fontcatalog/EscapedName.h"
 #include "pane/fontcatalog/FontListReader.h"
 #include "pane/fontcatalog/NameDatabaseReader.h"
 #include "platform/Unicode.h"
-#include "tests/fontcatalog/Reference.h"
 #include "tests/support/Check.h"
 
 #include <cmath>
@@ -55,9 +55,7 @@ PropertyList databaseOf(std::string_view text) {
 }  // namespace
 
 TEST(FontListRecords) {
-    const struct {
-        const char *label, *list, *names;
-    } cases[] = {
+    const std::tuple<const char*, const char*, const char*> cases[] = {
         {"family name takes the full name's place",
          "x\n%BeginFont\nFontName:A\nFullName:T Bold\nFamilyName:T\n%EndFont",
          "A: FontName=A, FullName=T, FamilyName=T, RealFullName=T Bold,"},
@@ -88,9 +86,9 @@ TEST(FontListRecords) {
         {"outline file missing", "%BeginFont\nFontName:A\nFullName:B\nOutlineFileName:gone\nFontFilePath:x\n%EndFont",
          "A: FontName=A, FullName=B, OutlineFileName=gone, FontFilePath=x, FontListFilePath=/L,"},
     };
-    for (const auto& c : cases) {
-        CONTEXT(c.label);
-        CHECK_EQ(shortForm(readList(c.list).names), c.names);
+    for (const auto& [label, list, names] : cases) {
+        CONTEXT(label);
+        CHECK_EQ(shortForm(readList(list).names), names);
     }
 }
 
@@ -159,9 +157,7 @@ TEST(RecordsOutliveTheirList) {
 }
 
 TEST(NameDatabaseSections) {
-    const struct {
-        const char *label, *database, *names;
-    } cases[] = {
+    const std::tuple<const char*, const char*, const char*> cases[] = {
         {"the last section is never stored", "[Foo]\nf=Foo", ""},
         {"the next header stores it", "[Foo]\nf=Foo\n[Bar]\n", "Foo: FullName=Foo,"},
         {"lines before the first header", "f=x\ns=y\n[A]\n[B]", ""},
@@ -179,17 +175,14 @@ TEST(NameDatabaseSections) {
         {"a section again replaces the first", "[A]\nf=x\ns=y\n[A]\nf=z\n[B]", "A: FullName=z,"},
         {"white space around lines", " [A] \r\n\tf= x \r;\r[B]", "A: FullName= x,"},
     };
-    for (const auto& c : cases) {
-        CONTEXT(c.label);
-        CHECK_EQ(shortForm(databaseOf(c.database)), c.names);
+    for (const auto& [label, database, names] : cases) {
+        CONTEXT(label);
+        CHECK_EQ(shortForm(databaseOf(database)), names);
     }
 }
 
 TEST(NameDatabaseVersions) {
-    const struct {
-        const char* text;
-        float version;
-    } cases[] = {
+    const std::pair<const char*, float> cases[] = {
         {"version=2.5", 2.5F},      {"version=abc", 0},         {"", 0},
         {"Version=2", 0},           {"x\nmyversion= \n 3x", 3}, {"version=-1.5e1", -15},
         {"version=+.5", .5F},       {"version=7.", 7},          {"version=x version=2", 0},
@@ -197,9 +190,9 @@ TEST(NameDatabaseVersions) {
         {"version=--1", 0},         {"version=.", 0},           {"version=", 0},
         {"version=0x10", 0},        {"version=1e", 1},          {"version=-1e999", -INFINITY},
     };
-    for (const auto& c : cases) {
-        CONTEXT(c.text);
-        CHECK_EQ(nameDatabaseVersion(c.text), c.version);
+    for (const auto& [text, version] : cases) {
+        CONTEXT(text);
+        CHECK_EQ(nameDatabaseVersion(text), version);
     }
 }
 
@@ -253,11 +246,7 @@ TEST(LongEscapedNames) {
 
 TEST(Encodings) {
     using namespace std::string_literals;
-    const struct {
-        const char* label;
-        std::string bytes;
-        const char* text;
-    } cases[] = {
+    const std::tuple<const char*, std::string, const char*> cases[] = {
         {"nothing", "", ""},
         {"UTF-8", "Caf\xC3\xA9", "Café"},
         {"UTF-8 with a mark",
@@ -283,10 +272,10 @@ TEST(Encodings) {
          "\xDE\x00\xD8\x3D\0a\0"s,
          "\uFFFD\uFFFDa\uFFFD"},
     };
-    for (const auto& c : cases) {
-        CONTEXT(c.label);
-        const Text text = textOf(c.bytes);
-        CHECK_EQ(text.characters, c.text);
+    for (const auto& [label, bytes, expected] : cases) {
+        CONTEXT(label);
+        const Text text = textOf(bytes);
+        CHECK_EQ(text.characters, expected);
         CHECK_EQ(text.owner->data() <= text.characters.data(), true);
     }
     const auto plain = std::make_shared<const std::string>("plain");

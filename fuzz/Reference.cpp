@@ -1,4 +1,4 @@
-#include "tests/fontcatalog/Reference.h"
+#include "fuzz/Reference.h"
 
 #include "pane/fontcatalog/TextEncoding.h"
 
