@@ -17,11 +17,7 @@ constexpr const char* kStrings = "<plist><dict><key>Hello</key><string>Servus</s
 }  // namespace
 
 TEST(SystemVersionComesFromOsRelease) {
-    struct Case {
-        const char *release, *debian;
-        SystemVersion expected;
-    };
-    const Case cases[] = {
+    const std::tuple<const char*, const char*, SystemVersion> cases[] = {
         {"ID=debian\nVERSION_ID=\"12\"\n", "12.11\n", {12, 11, 0}},
         {"ID=debian\nVERSION_ID=\"12\"\n", "trixie/sid\n", {12, 0, 0}},
         {"ID=ubuntu\nVERSION_ID=\"24.04\"\n", "trixie/sid\n", {24, 4, 0}},
@@ -31,9 +27,9 @@ TEST(SystemVersionComesFromOsRelease) {
         {"VERSION_ID=99999999999999999999", "", {0, 0, 0}},
         {"", "", {0, 0, 0}},
     };
-    for (const Case& c : cases) {
-        CONTEXT(c.release);
-        CHECK(parseSystemVersion(c.release, c.debian) == c.expected);
+    for (const auto& [release, debian, expected] : cases) {
+        CONTEXT(release);
+        CHECK(parseSystemVersion(release, debian) == expected);
     }
     CHECK_EQ(LinuxSystem().gestalt(fourCharCode("sysv")).value_or(0), 0x1049U);
     CHECK(!LinuxSystem().gestalt(fourCharCode("none")));
@@ -47,21 +43,17 @@ TEST(TheUserIdCanBeStoodInForByANumberOnly) {
 }
 
 TEST(LanguagesFollowTheEnvironment) {
-    struct Case {
-        const char *language, *lcAll, *lang;
-        std::vector<std::string> expected;
-    };
-    const Case cases[] = {
+    const std::tuple<const char*, const char*, const char*, std::vector<std::string>> cases[] = {
         {nullptr, nullptr, "de_AT.UTF-8@euro", {"de_AT", "de", "en"}},
         {"fr:de_CH", nullptr, "ja_JP.UTF-8", {"fr", "de_CH", "de", "en"}},
         {"fr", "C", "ja_JP", {"en"}},
         {nullptr, "../../etc", nullptr, {"en"}},
         {nullptr, nullptr, nullptr, {"en"}},
     };
-    for (const Case& c : cases) {
-        check::ScopedEnvironment a("LANGUAGE", c.language), b("LC_ALL", c.lcAll), d("LANG", c.lang),
+    for (const auto& [language, lcAll, lang, expected] : cases) {
+        check::ScopedEnvironment a("LANGUAGE", language), b("LC_ALL", lcAll), d("LANG", lang),
             e("LC_MESSAGES", nullptr);
-        CHECK_EQ(preferredLanguages(), c.expected);
+        CHECK_EQ(preferredLanguages(), expected);
     }
 }
 

@@ -48,6 +48,18 @@ void settle() {
     for (int i = 0; i < 5; ++i) QCoreApplication::processEvents();
 }
 
+PrivateBus::PrivateBus() {
+    useApplication();
+    daemon_.start(QStringLiteral("dbus-daemon"),
+                  {QStringLiteral("--session"), QStringLiteral("--nofork"), QStringLiteral("--print-address")});
+    REQUIRE(waitFor([&] { return daemon_.canReadLine() || daemon_.state() == QProcess::NotRunning; }));
+    address_.emplace("DBUS_SESSION_BUS_ADDRESS", daemon_.readLine().trimmed().constData());
+}
+PrivateBus::~PrivateBus() {
+    daemon_.terminate();
+    daemon_.waitForFinished();
+}
+
 SampleInterface::SampleInterface() {
     useApplication();
     bundle = posix::FolderBundle::open(TEST_DATA "/Sample.prefPane");

@@ -8,11 +8,13 @@
 #include "tests/support/Check.h"
 
 #include <QCoreApplication>
+#include <QProcess>
 #include <QTest>
 
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -22,6 +24,17 @@ void useApplication();
 bool waitFor(const std::function<bool()>& condition);
 // Runs what is due now.
 void settle();
+
+// A session bus of the test's own, gone with it.
+class PrivateBus {
+public:
+    PrivateBus();
+    ~PrivateBus();
+
+private:
+    QProcess daemon_;
+    std::optional<check::ScopedEnvironment> address_;
+};
 
 // Until the end of its scope, warnings with this part are expected.
 struct ExpectWarning {

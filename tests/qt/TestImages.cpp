@@ -3,6 +3,8 @@
 
 #include <QImage>
 
+#include <cmath>
+
 using namespace platform;
 using namespace platform::qt;
 
@@ -37,11 +39,7 @@ TEST(ImagesOfEveryShippedKindAreReadAndOthersRefused) {
     std::string svg =
         "<svg xmlns='http://www.w3.org/2000/svg' width='8' height='8'>"
         "<rect width='8' height='8' fill='#f00'/></svg>";
-    struct {
-        const char* name;
-        std::string bytes;
-        bool isImage;
-    } const cases[] = {
+    const std::tuple<const char*, std::string, bool> cases[] = {
         {"a.png", png, true},
         {"a.svg", svg, true},
         {"a.icns", element("icns", element("ic04", "no picture") + element("icp5", png)), true},
@@ -51,12 +49,12 @@ TEST(ImagesOfEveryShippedKindAreReadAndOthersRefused) {
         {"b.svg", "<svg", false},
         {"b.png", "no picture", false},
     };
-    for (const auto& c : cases) {
-        CONTEXT(c.name);
-        REQUIRE(check::writeFile(folder / c.name, c.bytes));
-        ImageRef image = toolkit.imageAtPath(folder / c.name);
-        CHECK_EQ(image != nullptr, c.isImage);
-        if (image && c.isImage) CHECK(colorOf(image) == QColor(Qt::red));
+    for (const auto& [name, bytes, isImage] : cases) {
+        CONTEXT(name);
+        REQUIRE(check::writeFile(folder / name, bytes));
+        ImageRef image = toolkit.imageAtPath(folder / name);
+        CHECK_EQ(image != nullptr, isImage);
+        if (image && isImage) CHECK(colorOf(image) == QColor(Qt::red));
     }
     CHECK(!toolkit.imageAtPath(folder / "missing.png"));
     CHECK(!toolkit.imageAtPath(folder.path()));
@@ -96,4 +94,57 @@ TEST(AFileShowsTheIconOfItsApplicationOnceItIsNeeded) {
     toolkit.setApplicationIcon(icon);
     toolkit.setApplicationIcon(nullptr);
     CHECK(colorOf(toolkit.applicationIcon()) == QColor(Qt::green));
+}
+
+namespace {
+
+constexpr int kIconExtent = 128;
+
+// Every colour tells its place, and the upper left quarter is transparent.
+QImage productIcon() {
+    QImage icon(kIconExtent, kIconExtent, QImage::Format_ARGB32);
+    for (int y = 0; y < kIconExtent; ++y)
+        for (int x = 0; x < kIconExtent; ++x)
+            icon.setPixelColor(x, y, QColor(2 * x, 2 * y, 255, x < 64 && y < 64 ? 0 : 255));
+    return icon;
+}
+
+QImage hostIcon(int extent) {
+    QImage icon(extent, extent, QImage::Format_ARGB32);
+    for (int y = 0; y < extent; ++y)
+        for (int x = 0; x < extent; ++x) icon.setPixelColor(x, y, QColor(x * 7 % 256, y * 13 % 256, 0));
+    return icon;
+}
+
+ImageRef imageOf(const QImage& image) { return std::make_shared<QtImage>(QIcon(QPixmap::fromImage(image))); }
+
+bool isNear(double a, double b) { return std::abs(a - b) <= 1.5; }  // half of what one pixel of the icon makes
+
+}  // namespace
+
+TEST(TheBadgeTakesTheLowerRightQuarterPixelByPixel) {
+    useApplication();
+    QtToolkit toolkit({});
+    for (int extent : {128, 127}) {
+        const QImage base = hostIcon(extent);
+        const double size = extent, side = std::floor(0.5 * size);
+        CHECK_EQ(toolkit.imageSize(imageOf(base)).width, size);
+        const ImageRef badged = toolkit.imageByDrawing(imageOf(base), imageOf(productIcon()),
+                                                       {{size - side, 0}, {side, side}}, {{0, 0}, {size, size}});
+        const QImage result = QtImage::of(badged)->icon().pixmap(extent, extent).toImage();
+        REQUIRE(result.size() == base.size());
+        for (int y = 0; y < extent; ++y)
+            for (int x = 0; x < extent; ++x) {
+                CONTEXT(std::to_string(extent) + ": " + std::to_string(x) + ", " + std::to_string(y));
+                const QColor shown = result.pixelColor(x, y);
+                // Where the pixel's centre lies in the icon. Of a larger icon the lower left corner is taken.
+                const double scale = size / side, left = (x - 64 + 0.5) * scale - 0.5,
+                             top = (y - 64 + 0.5) * scale - 0.5 + kIconExtent - size;
+                if (x < 64 || y < 64 || (left < 62 && top < 62)) {
+                    CHECK(shown == base.pixelColor(x, y));
+                } else if (left > 65 || top > 65) {
+                    CHECK(isNear(shown.red(), 2 * left) && isNear(shown.green(), 2 * top) && shown.blue() == 255);
+                }
+            }
+    }
 }

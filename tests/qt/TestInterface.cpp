@@ -110,20 +110,17 @@ TEST(LabelsShowTextAsItIsAndAlertsInRed) {
 TEST(FramesGrowUpwardFromTheSuperviewsLowerLeftCorner) {
     SampleInterface sample;
     auto& outlets = sample.owner.outlets;
-    struct {
-        const char* name;
-        Rect frame;
-    } const cases[] = {
+    const std::pair<const char*, Rect> cases[] = {
         {"box", {{10, 370}, {200, 20}}},
         {"inner", {{20, 45}, {100, 25}}},
         {"group", {{10, 20}, {200, 100}}},
     };
-    for (const auto& c : cases) {
-        CONTEXT(c.name);
-        CHECK(outlets.at(c.name)->frame() == c.frame);
-        Rect moved = {{c.frame.origin.x + 1, c.frame.origin.y + 9}, {c.frame.size.width + 5, 31}};
-        outlets.at(c.name)->setFrame(moved);
-        CHECK(outlets.at(c.name)->frame() == moved);
+    for (const auto& [name, frame] : cases) {
+        CONTEXT(name);
+        CHECK(outlets.at(name)->frame() == frame);
+        Rect moved = {{frame.origin.x + 1, frame.origin.y + 9}, {frame.size.width + 5, 31}};
+        outlets.at(name)->setFrame(moved);
+        CHECK(outlets.at(name)->frame() == moved);
     }
     TextField& text = *outlets.at("label")->asTextField();
     text.setStringValue("one line");

@@ -6,7 +6,6 @@
 
 #include <QDBusMessage>
 #include <QDBusObjectPath>
-#include <QProcess>
 
 #include <dlfcn.h>
 
@@ -18,26 +17,6 @@ namespace {
 struct NotingLog : Log {
     void write(std::string_view line) override { lines.emplace_back(line); }
     std::vector<std::string> lines;
-};
-
-// A session bus of the test's own, gone with it.
-class PrivateBus {
-public:
-    PrivateBus() {
-        useApplication();
-        daemon_.start(QStringLiteral("dbus-daemon"),
-                      {QStringLiteral("--session"), QStringLiteral("--nofork"), QStringLiteral("--print-address")});
-        REQUIRE(waitFor([&] { return daemon_.canReadLine() || daemon_.state() == QProcess::NotRunning; }));
-        address_.emplace("DBUS_SESSION_BUS_ADDRESS", daemon_.readLine().trimmed().constData());
-    }
-    ~PrivateBus() {
-        daemon_.terminate();
-        daemon_.waitForFinished();
-    }
-
-private:
-    QProcess daemon_;
-    std::optional<check::ScopedEnvironment> address_;
 };
 
 PropertyList nested(int depth) {

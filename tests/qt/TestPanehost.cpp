@@ -28,22 +28,18 @@ TEST(PanehostSaysWhyItCannotOpenAWindow) {
     check::TemporaryFolder folder;
     QString empty = QString::fromStdString(folder.path()), picture = QString::fromStdString(folder / "picture.png");
     QString sample = QStringLiteral(TEST_DATA "/Sample.prefPane");
-    struct {
-        QStringList arguments;
-        int status;
-        const char* part;
-    } const cases[] = {
+    const std::tuple<QStringList, int, const char*> cases[] = {
         {{}, 1, "-platform vnc"},
         {{QStringLiteral("-platform"), QStringLiteral("offscreen"), empty}, 1, "is not a pane"},
         {{QStringLiteral("--screenshot"), picture, sample}, 1, "cannot be loaded"},
         {{QStringLiteral("--nonsense")}, 2, "nonsense"},
         {{QStringLiteral("--select"), QStringLiteral("x")}, 2, "usage"},
     };
-    for (const auto& c : cases) {
-        CONTEXT(c.arguments.join(QLatin1Char(' ')).toStdString());
-        Outcome outcome = panehost(c.arguments);
-        CHECK_EQ(outcome.status, c.status);
-        CHECK(outcome.error.find(c.part) != std::string::npos);
+    for (const auto& [arguments, status, part] : cases) {
+        CONTEXT(arguments.join(QLatin1Char(' ')).toStdString());
+        Outcome outcome = panehost(arguments);
+        CHECK_EQ(outcome.status, status);
+        CHECK(outcome.error.find(part) != std::string::npos);
         CHECK_EQ(outcome.output, "");
     }
     CHECK(check::readFile(picture.toStdString()).empty());

@@ -142,10 +142,7 @@ TEST(DroppedFilesArriveAsPaths) {
 }
 
 TEST(UriListsGiveLocalPaths) {
-    struct {
-        const char* list;
-        std::vector<std::string> files;
-    } const cases[] = {
+    const std::pair<const char*, std::vector<std::string>> cases[] = {
         {"", {}},
         {"# comment\r\nfile:///a\r\nfile:///b", {"/a", "/b"}},
         {"FILE://localhost/a%25b%2Fc/\n", {"/a%b/c"}},
@@ -154,8 +151,8 @@ TEST(UriListsGiveLocalPaths) {
         {"file://elsewhere.example/a\r\nhttp://x/y\r\nfile:relative\r\n/plain\r\nfile:///nul%00x", {}},
         {"file:///", {"/"}},
     };
-    for (const auto& c : cases) {
-        CONTEXT(c.list);
-        CHECK_EQ(qt::localFilesOfUriList(c.list), c.files);
+    for (const auto& [list, files] : cases) {
+        CONTEXT(list);
+        CHECK_EQ(qt::localFilesOfUriList(list), files);
     }
 }

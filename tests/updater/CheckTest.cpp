@@ -40,45 +40,41 @@ TEST(AFirstCheckRecordsThenLaunchesUnderTheLock) {
 }
 
 TEST(EveryLaunchEndsWithTheLockGivenBackAndItsStatus) {
+    auto couldNot = [](const std::string& what) { return "[Typeslate] Could not " + what; };
     struct Case {
-        const char* label;
         std::function<void(UpdaterFixture&)> spoil;
         OSStatus result;
         fake::Journal journal;
         std::vector<std::string> log;  // after the first line
     };
     const Case cases[] = {
-        {"locked", [](auto& f) { f.world.launcher.createStatus = kDuplicateFile; }, kDuplicateFile, {kLock}, {kExists}},
-        {"no updater", [](auto& f) { f.module().resources.clear(); }, kNoErr, {kLock, "unlock"}, {}},
-        {"no file there", [](auto& f) { f.world.files.folders.clear(); }, kNoErr, {kLock, "unlock"}, {}},
-        {"cannot launch",
-         [](auto& f) { f.world.launcher.launchStatus = kPermissionErr; },
+        {[](auto& f) { f.world.launcher.createStatus = kDuplicateFile; }, kDuplicateFile, {kLock}, {kExists}},
+        {[](auto& f) { f.module().resources.clear(); }, kNoErr, {kLock, "unlock"}, {}},
+        {[](auto& f) { f.world.files.folders.clear(); }, kNoErr, {kLock, "unlock"}, {}},
+        {[](auto& f) { f.world.launcher.launchStatus = kPermissionErr; },
          kNoErr,
          {kLock, kLaunch, "unlock"},
-         {std::string("[Typeslate] Could not launch the updater (") + kUpdater +
-          ") due to error -54 occurring. Permission denied"}},
-        {"cannot unlock",
-         [](auto& f) { f.world.launcher.removeStatus = kFileNotFound; },
+         {couldNot("launch the updater (" + std::string(kUpdater) +
+                   ") due to error -54 occurring. Permission denied")}},
+        {[](auto& f) { f.world.launcher.removeStatus = kFileNotFound; },
          kFileNotFound,
          {kLock, kLaunch, "synchronize", "unlock"},
-         {kLaunched,
-          "[Typeslate] Could not delete the updater lock file (com.tarnwick.typeslate.updater.lock) due to error -43. "
-          "File not found"}},
-        {"no temporary folder", [](auto& f) { f.world.launcher.folderStatus = kIOErr; }, kIOErr, {}, {}},
+         {kLaunched, couldNot("delete the updater lock file (com.tarnwick.typeslate.updater.lock) due to error -43. "
+                              "File not found")}},
+        {[](auto& f) { f.world.launcher.folderStatus = kIOErr; }, kIOErr, {}, {}},
     };
-    for (const Case& c : cases) {
-        CONTEXT(c.label);
+    for (const auto& [spoil, result, journal, log] : cases) {
         UpdaterFixture f;
-        c.spoil(f);
+        spoil(f);
         FSRef launched;
         auto bundle = f.world.bundles.openBundle(kModule);
-        CHECK_EQ(runUpdater(f.services, bundle.get(), kDomain, &launched), c.result);
-        CHECK_EQ(f.world.takeJournal(), c.journal);
-        std::vector<std::string> log = c.log;
-        log.insert(log.begin(), kChecking);
-        CHECK_EQ(f.takeLog(), log);
-        bool isLaunched = std::ranges::find(c.log, kLaunched) != c.log.end();
-        CHECK_EQ(!launched.path.empty(), isLaunched);
+        CHECK_EQ(runUpdater(f.services, bundle.get(), kDomain, &launched), result);
+        CHECK_EQ(f.world.takeJournal(), journal);
+        std::vector<std::string> said = f.takeLog();
+        REQUIRE(!said.empty() && said[0] == kChecking);
+        said.erase(said.begin());
+        CHECK_EQ(said, log);
+        CHECK_EQ(!launched.path.empty(), std::ranges::count(log, kLaunched) == 1);
     }
 }
 
@@ -218,27 +214,23 @@ TEST(SystemVersionsInDecimalNibbles) {
     };
     constexpr FourCharCode one = fourCharCode("sys1"), two = fourCharCode("sys2"), three = fourCharCode("sys3"),
                            old = fourCharCode("sysv");
-    struct Case {
-        std::map<FourCharCode, std::uint32_t> known;
-        std::uint32_t version;
-    };
-    const Case cases[] = {
+    const std::pair<std::map<FourCharCode, std::uint32_t>, std::uint32_t> cases[] = {
         {{{one, 10}, {two, 4}, {three, 9}, {old, 0x1039}}, 0x100409},
         {{{one, 10}, {two, 4}, {three, 11}}, 0x100411},
         {{{one, 10}, {two, 4}, {old, 0x1049}}, 0x100409},
         {{{one, 24}, {two, 10}, {three, 0}}, 0x241000},
         {{}, 0},
     };
-    for (const Case& c : cases) {
+    for (const auto& [known, version] : cases) {
         UpdaterFixture f;
         System system;
-        system.known = c.known;
+        system.known = known;
         UpdateServices services{f.services.bundles,   f.services.preferences, f.services.files, system,
                                 f.services.processes, f.services.launcher,    f.services.dates, f.services.clock,
                                 f.services.log};
-        CHECK_EQ(systemVersion(services), c.version);
+        CHECK_EQ(systemVersion(services), version);
         system.known[one] = 99;  // kept, once it is known
-        if (c.version != 0) CHECK_EQ(systemVersion(services), c.version);
+        if (version != 0) CHECK_EQ(systemVersion(services), version);
     }
 }
 

@@ -138,57 +138,26 @@ TEST(AHundredProcessesNeverMeetUnderOneLock) {
     CHECK(fs::is_empty(machine.temporary));
 }
 
-TEST(OneModulesLockIsNoneOfAnothers) {
-    Machine machine;
-    Meeting* meeting = newMeetings(1);
-    MeetingLauncher launcher(*meeting);
-    twvc::UpdateServices services = machine.services(launcher);
-    fs::create_directories(machine.temporary);
-    check::writeFile(machine.temporary + "/stale.updater.lock", "");
-    for (int i = 0; i < 3; ++i) {
-        CHECK_EQ(twvc::runUpdater(services, machine.module.get(), "stale", nullptr), kDuplicateFile);
-        CHECK_EQ(twvc::runUpdater(services, machine.module.get(), "other", nullptr), kNoErr);
-    }
-    CHECK(fs::exists(machine.temporary + "/stale.updater.lock"));
-}
-
 TEST(WhatStandsAtTheLocksPathIsNeitherFollowedNorRemoved) {
     Machine machine;
     fs::create_directories(machine.temporary);
     const std::string lock = machine.temporary + "/m.updater.lock", other = machine.folder / "other";
-    struct Case {
-        const char* label;
-        std::function<void()> make;
-    };
-    const Case cases[] = {
-        {"file", [&] { check::writeFile(lock, "theirs"); }},
-        {"file of another user",
-         [&] {
-             check::writeFile(lock, "theirs");
-             if (::chown(lock.c_str(), 12345, 12345) != 0) CHECK(::geteuid() != 0);
-         }},
-        {"folder", [&] { fs::create_directory(lock); }},
-        {"link to a file",
-         [&] {
-             check::writeFile(other, "kept");
-             fs::create_symlink(other, lock);
-         }},
-        {"link to nowhere", [&] { fs::create_symlink(machine.folder / "nowhere", lock); }},
-        {"link to itself", [&] { fs::create_symlink(lock, lock); }},
-        {"FIFO", [&] { ::mkfifo(lock.c_str(), 0600); }},
-    };
+    const check::ScopedEnvironment path("L", lock.c_str()), elsewhere("O", other.c_str());
     LinuxLauncher launcher;
     twvc::UpdateServices services = machine.services(launcher);
-    for (const Case& c : cases) {
-        CONTEXT(c.label);
-        c.make();
+    for (const char* make :
+         {"echo theirs > $L", "touch $L && { [ $(id -u) != 0 ] || chown 12345:12345 $L; }", "mkdir $L",
+          "printf kept > $O; ln -s $O $L", "ln -s $O-nowhere $L", "ln -s $L $L", "mkfifo $L"}) {
+        CONTEXT(make);
+        REQUIRE(std::system(make) == 0);
         fs::file_type before = fs::symlink_status(lock).type();
         CHECK_EQ(twvc::runUpdater(services, machine.module.get(), "m", nullptr), kDuplicateFile);
         CHECK(fs::symlink_status(lock).type() == before);
+        CHECK_EQ(twvc::runUpdater(services, machine.module.get(), "another", nullptr), kNoErr);
         fs::remove(lock);
     }
     CHECK_EQ(check::readFile(other), "kept");
-    CHECK(!fs::exists(machine.folder / "nowhere"));
+    CHECK(!fs::exists(other + "-nowhere"));
 
     OSStatus status = kNoErr;
     auto created = launcher.createFile(lock, status);
@@ -258,13 +227,12 @@ TEST(ProcessesTheirBundlesAndTheirAge) {
     CHECK(age > 0 && age < 3600);
     CHECK(!processes.launchDate(-1) && !processes.bundlePath(-1) && !processes.bundleIdentifier(-1));
 
-    struct Case {
-        const char *program, *bundle;
-    };
-    for (const Case& c :
-         {Case{"/a/B.app/Contents/Linux/b", "/a/B.app"}, Case{"/M.plinth/R/U.app/x", "/M.plinth/R/U.app"},
-          Case{"/usr/bin/app", ""}, Case{"", ""}, Case{"/x.app", ""}})
-        CHECK_EQ(bundleAround(c.program).value_or(""), c.bundle);
+    for (auto [program, bundle] : {std::pair{"/a/B.app/Contents/Linux/b", "/a/B.app"},
+                                   {"/M.plinth/R/U.app/x", "/M.plinth/R/U.app"},
+                                   {"/usr/bin/app", ""},
+                                   {"", ""},
+                                   {"/x.app", ""}})
+        CHECK_EQ(bundleAround(program).value_or(""), bundle);
 
     auto stat = parseProcessStat("7 (a) b) S 3 7 7 0 -1 4194560 1 0 0 0 0 0 0 0 20 0 1 0 4711 1 2");
     REQUIRE(stat);
@@ -302,14 +270,10 @@ TEST(TheSessionsLeaderIsFoundInEachPlace) {
     CHECK_EQ(sessionLeader(sources, 50, 1001).value_or(0), 30);
     write("run/sessions/3", "LEADER=20");
     write("run/sessions/4", "LEADER=9999");
-    struct Case {
-        const char* name;
-        ProcessID leader;
-    };
-    for (const Case& c : {Case{"3", 20}, Case{"4", 40}, Case{"../sessions/3", 40}, Case{"", 40}, Case{"5", 40}}) {
-        CONTEXT(c.name);
-        check::ScopedEnvironment session("XDG_SESSION_ID", c.name);
-        CHECK_EQ(sessionLeader(sources, 50, 1000).value_or(0), c.leader);
+    for (auto [name, leader] : {std::pair{"3", 20}, {"4", 40}, {"../sessions/3", 40}, {"", 40}, {"5", 40}}) {
+        CONTEXT(name);
+        check::ScopedEnvironment session("XDG_SESSION_ID", name);
+        CHECK_EQ(sessionLeader(sources, 50, 1000).value_or(0), leader);
     }
     check::ScopedEnvironment session("XDG_SESSION_ID", "3");
     LinuxApplications applications;
