@@ -104,10 +104,7 @@ TEST(QueriesTryCreatorThenIdentifierThenName) {
     machine.environment.locale = desktopEntryLocale("de_DE");
     LinuxApplications applications = machine.applications();
     constexpr FourCharCode agent = fourCharCode("FApM"), other = fourCharCode("LFEX");
-    const struct {
-        ApplicationQuery query;
-        const char* path;
-    } cases[] = {
+    const std::pair<ApplicationQuery, const char*> cases[] = {
         {{agent, "a", "Plain Name.app"}, "Applications/Sub/Font Agent.app"},
         {{other, "a", "Font Agent.app"}, "usr/share/applications/a.desktop"},
         {{other, "x", "Font Agent.app"}, "Applications/Sub/Font Agent.app"},
@@ -119,9 +116,9 @@ TEST(QueriesTryCreatorThenIdentifierThenName) {
         {{{}, "com.apple.Console", ""}, "usr/share/applications/org.kde.ksystemlog.desktop"},
         {{{}, "com.apple.FontBook", ""}, "usr/share/applications/kcm_fontinst.desktop"},
     };
-    for (const auto& c : cases) {
-        CONTEXT(c.query.identifier + "/" + c.query.name);
-        CHECK_EQ(machine.relative(applications.findApplication(c.query)), c.path);
+    for (const auto& [query, path] : cases) {
+        CONTEXT(query.identifier + "/" + query.name);
+        CHECK_EQ(machine.relative(applications.findApplication(query)), path);
     }
 }
 
@@ -133,10 +130,7 @@ TEST(ProgramsDecideWhatIsInstalledAndNative) {
     machine.program("opt/prog");
     fs::create_directories(machine.path("bin/folder"));
     machine.environment.testRoot = machine.path("");
-    const struct {
-        const char* keys;
-        bool isInstalled, isNative;
-    } cases[] = {
+    const std::tuple<const char*, bool, bool> cases[] = {
         {"Exec=prog %U\n", true, true},
         {"Exec=/opt/prog\n", true, true},
         {"Exec=/bin/sh\n", true, true},
@@ -157,15 +151,15 @@ TEST(ProgramsDecideWhatIsInstalledAndNative) {
         {"Exec=prog\nHidden=true\n", false, false},
     };
     LinuxApplications applications = machine.applications();
-    for (const auto& c : cases) {
-        CONTEXT(c.keys);
-        machine.entry("x.desktop", std::string("Name=N\n") + c.keys);
+    for (const auto& [keys, isInstalled, isNative] : cases) {
+        CONTEXT(keys);
+        machine.entry("x.desktop", std::string("Name=N\n") + keys);
         machine.pass(ApplicationIndex::kFolderInterval);
         applications.installedApplications();
         ItemInformation information;
         CHECK_EQ(applications.itemInformation(machine.path(machine.entryPath("x.desktop")), information), kNoErr);
-        CHECK_EQ(found(machine, applications, "x") != "none", c.isInstalled);
-        CHECK_EQ(information.flags, c.isNative ? ItemInformation::kIsNativeApplication : 0u);
+        CHECK_EQ(found(machine, applications, "x") != "none", isInstalled);
+        CHECK_EQ(information.flags, isNative ? ItemInformation::kIsNativeApplication : 0u);
     }
 }
 
@@ -195,12 +189,7 @@ TEST(ItemsAreDescribedWhereverTheyAre) {
     machine.program("Desktop/Full.app/Contents/Linux/full");
     machine.write("Desktop/Full.app/Contents/Resources/pic.png", "");
     machine.bundle("Desktop/Outside.app", "<key>CFBundleExecutable</key><string>../../../../bin/prog</string>");
-    const struct {
-        const char* path;
-        OSStatus status;
-        bool isNative;
-        const char *identifier, *name;
-    } cases[] = {
+    const std::tuple<const char*, OSStatus, bool, const char*, const char*> cases[] = {
         {"Desktop/ünï code.desktop", kNoErr, true, "ünï code", "Dropped"},
         {"Desktop/l.desktop", kNoErr, true, "kde-installed", "Installed"},
         {"usr/share/applications/kde/installed.desktop", kNoErr, true, "kde-installed", "Installed"},
@@ -222,13 +211,13 @@ TEST(ItemsAreDescribedWhereverTheyAre) {
         {"Desktop/entry.txt/x.desktop", kFileNotFound, false, "none", "x.desktop"},
     };
     LinuxApplications applications = machine.applications();
-    for (const auto& c : cases) {
-        CONTEXT(c.path);
+    for (const auto& [path, status, isNative, identifier, name] : cases) {
+        CONTEXT(path);
         ItemInformation information;
-        CHECK_EQ(applications.itemInformation(machine.path(c.path), information), c.status);
-        CHECK_EQ(information.flags, c.isNative ? ItemInformation::kIsNativeApplication : 0u);
-        CHECK_EQ(applications.bundleIdentifier(machine.path(c.path)).value_or("none"), c.identifier);
-        CHECK_EQ(applications.displayName(machine.path(c.path)), c.name);
+        CHECK_EQ(applications.itemInformation(machine.path(path), information), status);
+        CHECK_EQ(information.flags, isNative ? ItemInformation::kIsNativeApplication : 0u);
+        CHECK_EQ(applications.bundleIdentifier(machine.path(path)).value_or("none"), identifier);
+        CHECK_EQ(applications.displayName(machine.path(path)), name);
     }
     ItemInformation information;
     CHECK_EQ(applications.itemInformation("bin/prog", information), kParamErr);

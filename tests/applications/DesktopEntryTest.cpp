@@ -126,10 +126,7 @@ TEST(CommandsAreSplitAndExpanded) {
 }
 
 TEST(ProgramsAreFoundBehindEnvAndWineIsKnown) {
-    const struct {
-        const char *exec, *program;
-        bool isWine;
-    } cases[] = {
+    const std::tuple<const char*, const char*, bool> cases[] = {
         {"wine start.exe", "wine", true},
         {"/usr/bin/wine-stable x", "/usr/bin/wine-stable", true},
         {"wine64-development x", "wine64-development", true},
@@ -142,21 +139,19 @@ TEST(ProgramsAreFoundBehindEnvAndWineIsKnown) {
         {"env A=b", "", false},
         {"", "", false},
     };
-    for (const auto& c : cases) {
-        CONTEXT(c.exec);
-        const std::vector<std::string> words = splitCommand(c.exec);
+    for (const auto& [exec, expected, isWine] : cases) {
+        CONTEXT(exec);
+        const std::vector<std::string> words = splitCommand(exec);
         const std::size_t index = programIndex(words);
         const std::string program = index < words.size() ? words[index] : "";
-        CHECK_EQ(program, c.program);
-        CHECK_EQ(isWineProgram(program), c.isWine);
+        CHECK_EQ(program, expected);
+        CHECK_EQ(isWineProgram(program), isWine);
     }
     CHECK(isLauncherProgram("/usr/bin/python3.11") && isLauncherProgram("sh") && !isLauncherProgram("gimp-2.10"));
 }
 
 TEST(ForeignTextIsSafeToShow) {
-    const struct {
-        std::string text, shown;
-    } cases[] = {
+    const std::pair<std::string, std::string> cases[] = {
         {"Plain – naïve 名前", "Plain – naïve 名前"},
         {"  two\n\r\tlines\x01\x7F\u0085\u2028end ", "two lines end"},
         {"\u202Eevil\u202C \u2066x\u2069\u200F", "evil x"},
@@ -167,5 +162,5 @@ TEST(ForeignTextIsSafeToShow) {
         {std::string(1000, 'x'), std::string(256, 'x') + "…"},
         {"\n \u202E", ""},
     };
-    for (const auto& c : cases) CHECK_EQ(displayText(c.text), c.shown);
+    for (const auto& [text, shown] : cases) CHECK_EQ(displayText(text), shown);
 }

@@ -37,6 +37,7 @@ TEST(EachGetterTakesOnlyItsOwnType) {
         {"No", "s", 0, false, 0},        {"0", "s", 0, false, 0},
         {"-42", "s", 0, false, -42},     {"+7", "s", 0, false, 7},
         {"12 apples", "s", 0, false, 0}, {"99999999999999999999", "s", 0, false, 0},
+        {"maybe", "s", 0, false, 0},     {"False", "s", 0, false, 0},
         {"", "s", 0, false, 0},          {2.75, "", 2.75F, true, 2},
         {-3, "", -3, true, -3},          {true, "", 1, true, 1},
         {false, "", 0, false, 0},        {PropertyList(), "", 0, false, 0},
