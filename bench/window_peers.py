@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 """Times panehost with 1,000 entries beside an empty window of the same toolkit, from the start of the process until the
-window is mapped: xvfb-run -a window_peers.py BUILD [RUNS]
+window is mapped: dbus-run-session xvfb-run -a window_peers.py BUILD [RUNS]
 """
 import ctypes
 import ctypes.util
@@ -49,7 +49,7 @@ def entry(number):
 
 
 with tempfile.TemporaryDirectory() as home:
-    environment = {key: value for key, value in os.environ.items() if not key.startswith(("XDG_", "DBUS_"))}
+    environment = {key: value for key, value in os.environ.items() if not key.startswith("XDG_")}
     environment.update(HOME=home, TYPESLATE_ROOT=home + "/root", TYPESLATE_UID="1000", XDG_RUNTIME_DIR=home)
     entries = [{"Name": "Global", "Type": "Global", "Settings": {"Enabled": True}}] + [entry(i) for i in range(1, 1000)]
     domain = "com.tarnwick.typeslate"
