@@ -3,6 +3,7 @@
 // Exit status 0: done. 1: refused, with one line on standard error. 2: the call itself is wrong. A command may have
 // more.
 #include "platform/linux/SystemLog.h"
+#include "tools/CatalogCommands.h"
 #include "tools/DefaultsCommands.h"
 #include "tools/EntriesCommands.h"
 #include "tools/Output.h"
@@ -65,6 +66,7 @@ int main(int argc, char** argv) {
     app.failure_message(usageProblem);
     tools::addDefaultsCommands(app);
     tools::addEntriesCommands(app);
+    tools::addCatalogCommands(app);
     tools::addUpdateCommands(app);
     tools::addWatchCommand(app);
     return runOrRefuse(app, argc, argv);
