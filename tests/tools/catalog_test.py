@@ -1,0 +1,130 @@
+#!/usr/bin/env python3
+"""typeslatectl catalog on a tree of real folders: catalog_test.py PROGRAM."""
+import json, os, pathlib, plistlib, pty, re, subprocess, sys, tempfile, unittest
+
+PROGRAM = os.path.abspath(sys.argv[1])
+TIMES = """%!Adobe-FontList 1.07
+
+%BeginFont
+FontName:Times-Bold
+FamilyName:Times
+FullName:Times Bold
+OutlineFileName:\\Sub\\TimesBol
+%EndFont
+
+%BeginFont
+FontName:NoFullName
+%EndFont
+"""
+CAFE = b"%!Adobe-FontList 1.07\r%BeginFont\rFontName:Cafe\rFullName: Caf\x8e: \r%EndFont\r"
+DATABASE = "version=2.1\n[Times-Bold]\nf=replaced\n[Only-DB]\nf=1,Caf\\8E\ns=Bold\n[Last]\nf=never stored\n"
+
+
+class CatalogTest(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.root = pathlib.Path(folder.name)
+        self.env = {k: v for k, v in os.environ.items() if not k.startswith(("DBUS_", "XDG_", "TYPESLATE_", "WINE"))}
+        self.env |= {"HOME": f"{folder.name}/home", "TYPESLATE_ROOT": folder.name}
+        self.user = self.root / "home/.local/share/Adobe"
+        self.shared = self.root / "usr/local/share/Adobe"
+        self.times = self.put(self.user / "TypeSpt/AdobeFnt01.lst", TIMES.encode())
+        self.cafe = self.put(self.shared / "TypeSpt/.hidden/myadobefnt.LST.bak", CAFE)
+        self.put(self.shared / "TypeSpt/.AdobeFnt02.lst", TIMES.replace("Times", "Unseen").encode())
+        self.outline = self.put(self.shared / "Fonts/Sub/TimesBol", b"")
+        self.database = self.shared / "TypeSpt/FntNames.db"
+        self.stored = self.root / "home/.config/preferences/com.tarnwick.typeslate.AdobeNames.plist"
+        self.records = {
+            "Only-DB": {"FullName": "Café", "StyleName": "Bold"},
+            "Times-Bold": {"FontName": "Times-Bold", "FamilyName": "Times", "FullName": "Times",
+                           "OutlineFileName": "\\Sub\\TimesBol", "RealFullName": "Times Bold",
+                           "FontListFilePath": str(self.times), "FontFilePath": str(self.outline)},
+            "Cafe": {"FontName": "Cafe", "FullName": " Café:"}}
+
+    def put(self, path, content):
+        path.parent.mkdir(parents=True, exist_ok=True)
+        path.write_bytes(content)
+        return path
+
+    def run_ctl(self, *arguments, **more):
+        done = subprocess.run([PROGRAM, "catalog", *map(str, arguments)], env=self.env, stdout=subprocess.PIPE, timeout=60,
+                              **({"stderr": subprocess.PIPE} | more))
+        return done.returncode, done.stdout.decode(), (done.stderr or b"").decode()
+
+    def ok(self, *arguments):
+        code, out, error = self.run_ctl(*arguments)
+        self.assertEqual((code, error), (0, ""), arguments)
+        return out
+
+    def refused(self, *arguments, status=1):
+        code, out, error = self.run_ctl(*arguments)
+        self.assertEqual((code, out, error.count("\n")), (status, "", 1), (arguments, error))
+        return error
+
+    def test_parsing_stores_nothing(self):
+        database = self.put(self.root / "names.db", DATABASE.encode())
+        lists_only = {k: v for k, v in self.records.items() if k != "Only-DB"}
+        relative = os.path.relpath(self.times)
+        for arguments, expected in (((self.times, self.cafe), lists_only), ((relative, self.cafe), lists_only),
+                                    ((self.times, self.cafe, "--database", database), self.records),
+                                    ((database,), {})):
+            self.assertEqual(json.loads(self.ok("parse", *arguments)), expected)
+        for bad in (self.root, self.root / "none", "", "/dev/null"):
+            self.refused("parse", self.times, bad)
+            self.refused("parse", self.times, "--database", bad)
+        self.assertFalse(self.stored.exists())
+
+    def test_building_and_what_others_then_read(self):
+        for call in (("build",), ("list",), ("stats",), ("show", "Cafe")):
+            self.refused(*call)
+        self.assertFalse(self.stored.exists())
+        self.put(self.database, DATABASE.encode())
+        for files in (2, 3):
+            self.assertRegex(self.ok("build"), rf"^rebuilt: {files} files, 3 records, \d+\.\d{{3}} s\n$")
+            content = plistlib.loads(self.stored.read_bytes())
+            self.assertEqual(content["AllNames"], self.records)
+            self.assertEqual([f["Path"] for f in content["AdobeFontNamesFiles"]][:2], [str(self.times), str(self.cafe)])
+            self.assertEqual(self.ok("stats"), f"records: 3\nfiles: {files}\nversion: 2.1\n"
+                                               f"size: {self.stored.stat().st_size} bytes\n")
+            self.put(self.root / "usr/share/Adobe/TypeSpt/AdobeFnt.lst", b"nothing")
+        self.times.unlink()  # the stored catalogue alone is shown
+        for arguments, expected in (((), "Times-Bold\nOnly-DB\nCafe\n"), (("--family", "Times"), "Times-Bold\n"),
+                                    (("--family", "Café"), "Only-DB\n")):
+            self.assertEqual(self.ok("list", *arguments), expected)
+        for name, record in self.records.items():
+            self.assertEqual(json.loads(self.ok("show", name)), record)
+
+    def test_refusals(self):
+        self.put(self.database, DATABASE.encode())
+        self.ok("build")
+        for call in (("show", "none"), ("show", ""), ("list", "--family", "Times Bold")):
+            self.refused(*call)
+        for call in ((), ("parse",), ("show",), ("build", "it"), ("list", "Times"), ("stats", "--nonsense")):
+            self.refused(*call, status=2)
+        self.stored.unlink()
+        self.stored.mkdir()
+        for call in (("build",), ("list",), ("stats",), ("show", "Cafe")):
+            self.assertIn("could not be written" if call == ("build",) else "cannot be read", self.refused(*call))
+
+    def test_a_terminal_shows_progress_and_is_left_clean(self):
+        self.put(self.database, DATABASE.encode())
+        master, terminal = pty.openpty()
+        code, out, _ = self.run_ctl("build", stderr=terminal)
+        os.close(terminal)
+        shown = b""
+        try:
+            while part := os.read(master, 4096):
+                shown += part
+        except OSError:  # the end of a terminal without a writer
+            pass
+        os.close(master)
+        self.assertEqual((code, out[:8]), (0, "rebuilt:"))
+        self.assertTrue(shown.endswith(b"\r\x1b[K"), shown)
+        drawn = re.split(rb"\r\x1b\[K|\r\n", shown)
+        self.assertIn(b"2 of 2 font lists", drawn)
+        self.assertIn(b"Scanning " + bytes(self.cafe), drawn)  # a log line of its own
+
+
+if __name__ == "__main__":
+    unittest.main(argv=sys.argv[:1])

@@ -1,0 +1,143 @@
+#include "tools/CatalogCommands.h"
+
+#include "pane/fontcatalog/AdobeNames.h"
+#include "pane/fontcatalog/FontListReader.h"
+#include "pane/fontcatalog/NameDatabaseReader.h"
+#include "pane/fontcatalog/TextEncoding.h"
+#include "platform/linux/DiskPreferences.h"
+#include "platform/linux/DisplayText.h"
+#include "platform/linux/LinuxFiles.h"
+#include "platform/linux/SystemLog.h"
+#include "tools/Json.h"
+#include "tools/Output.h"
+#include "tools/ProgressLine.h"
+#include "tools/Refusal.h"
+
+#include <chrono>
+#include <filesystem>
+
+using namespace fontcatalog;
+using namespace platform;
+
+namespace tools {
+namespace {
+
+struct Arguments {
+    std::vector<std::string> lists;
+    std::optional<std::string> database, family;
+    std::string name;
+};
+
+// Unlike the pane, which passes over what it cannot read, a person who named the file is told.
+std::shared_ptr<const std::string> requireContent(LinuxFiles& files, const std::string& path) {
+    auto bytes = files.readFile(path);
+    if (!bytes) throw Refusal(posix::displayText(path) + " is no regular file that can be read");
+    return bytes;
+}
+
+void parse(const Arguments& arguments) {
+    LinuxFiles files;
+    posix::SystemLog log;
+    FontFileLookup lookup(files);
+    const FontFileFinder find = [&](std::string_view relative) { return lookup.getFontFileForSubpath(relative); };
+    NamesCollection names;
+    if (arguments.database) readNameDatabase(decodedText(requireContent(files, *arguments.database)).characters, names);
+    for (const std::string& list : arguments.lists) {
+        const Text text = decodedText(requireContent(files, list));
+        FontListReader(text.characters, std::filesystem::absolute(list).lexically_normal().string(), find, log)
+            .readInto(names);
+    }
+    print(jsonText(std::move(names).freeze(), JsonLayout::Indented) + "\n");
+}
+
+struct Store {
+    posix::SystemLog log;
+    posix::DiskPreferences preferences{posix::preferencesFolder(), log};
+
+    PropertyList value(std::string_view key) {
+        if (!preferences.isReadable(kCacheDomain)) throw Refusal("the stored catalogue cannot be read");
+        return preferences.copyValue(key, kCacheDomain);
+    }
+    PropertyList requireNames() {
+        PropertyList names = value(kAllNamesKey);
+        if (!names.isDictionary()) throw Refusal("no catalogue is stored");
+        return names;
+    }
+};
+
+void build(const Arguments&) {
+    const auto start = std::chrono::steady_clock::now();
+    LinuxFiles files;
+    posix::SystemLog log;
+    ProgressLine progress(log);
+    posix::DiskPreferences preferences(posix::preferencesFolder(), log);
+    const auto cache = CFPreferencesWrapper_Typeslate::preferencesWithApplication(preferences, kCacheDomain);
+    const auto tell = [&](std::size_t done, std::size_t all) {
+        progress.show(formatted("%d of %d font lists", {done, all}));
+    };
+    Catalogue catalogue;
+    const CacheCheck check = checkFontNameCache({files, progress, tell}, cache.get(), catalogue);
+    progress.clear();
+    if (catalogue.state == Catalogue::State::Unavailable)
+        throw Refusal("there is no font name database (FntNames.db), and without it no catalogue");
+    if (check.isRebuilt && !check.isStored) throw Refusal("the catalogue could not be written; the log says why");
+    const PropertyList names = check.isRebuilt ? catalogue.names : cache->dictionaryForKey(kAllNamesKey);
+    const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - start;
+    print(formatted("%s: %d files, %d records, %.3f s\n",
+                    {check.isRebuilt ? "rebuilt" : "up to date", check.files.size(), names.size(), seconds.count()}));
+}
+
+void show(const Arguments& arguments) {
+    const PropertyList record = Store().requireNames()[arguments.name];
+    if (!record) throw Refusal("there is no font \"" + posix::displayText(arguments.name) + "\" in the catalogue");
+    print(jsonText(record, JsonLayout::Indented) + "\n");
+}
+
+void list(const Arguments& arguments) {
+    std::string lines;
+    for (const PropertyList::Entry& entry : Store().requireNames().entries())
+        if (!arguments.family || entry.value["FullName"].stringValue() == *arguments.family)
+            lines += posix::withVisibleControls(entry.key.stringValue()) + "\n";
+    if (arguments.family && lines.empty())
+        throw Refusal("there is no family \"" + posix::displayText(*arguments.family) + "\" in the catalogue");
+    print(lines);
+}
+
+void stats(const Arguments&) {
+    Store store;
+    const PropertyList names = store.requireNames();
+    const std::string path = formatted("%s/%s.plist", {posix::preferencesFolder(), kCacheDomain});
+    std::error_code error;
+    const auto size = std::filesystem::file_size(path, error);
+    if (error) throw Refusal(path + ": " + error.message());
+    print(formatted("records: %d\nfiles: %d\nversion: %g\nsize: %d bytes\n",
+                    {names.size(), store.value(kFilesKey).size(), store.value(kVersionKey).realValue(), size}));
+}
+
+}  // namespace
+
+void addCatalogCommands(CLI::App& app) {
+    auto* catalog = app.add_subcommand("catalog", "Build and show the catalogue of font names");
+    catalog->require_subcommand(1);
+    auto arguments = std::make_shared<Arguments>();
+    auto add = [&](const char* name, const char* description, void (*run)(const Arguments&)) {
+        auto* command = catalog->add_subcommand(name, description);
+        command->callback([arguments, run] { run(*arguments); });
+        return command;
+    };
+
+    auto* parsing = add("parse", "Print the records of font lists as JSON; nothing is stored", parse);
+    parsing->add_option("FILE", arguments->lists, "Font list; a later record takes an earlier one's place")->required();
+    parsing->add_option("--database", arguments->database, "Font name database to read before the lists")
+        ->type_name("FILE");
+    add("build", "Check the stored catalogue and rebuild it, as the window does when it starts", build);
+    add("show", "Print the stored record of a font as JSON", show)
+        ->add_option("NAME", arguments->name, "PostScript name")
+        ->required();
+    add("list", "Print the PostScript names in the stored catalogue", list)
+        ->add_option("--family", arguments->family, "Only those of this family, the record's \"FullName\"")
+        ->type_name("NAME");
+    add("stats", "Print the size of the stored catalogue", stats);
+}
+
+}  // namespace tools
