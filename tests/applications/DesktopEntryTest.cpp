@@ -94,9 +94,7 @@ TEST(EntriesAreShownInTheirDesktops) {
 
 TEST(CommandsAreSplitAndExpanded) {
     const CommandFields fields{{"/a b", "/ü"}, "icon", "The Name", "/x.desktop"};
-    const struct {
-        const char *exec, *words, *expanded;
-    } cases[] = {
+    const std::tuple<const char*, const char*, const char*> cases[] = {
         {"prog", "prog|", "prog|"},
         {"  prog \t %f  ", "prog|%f|", "prog|/a b|"},
         {R"("/opt/a b/prog" "say \"hi\"" "\$\`\\ \n")", R"(/opt/a b/prog|say "hi"|$`\ \n|)",
@@ -116,11 +114,11 @@ TEST(CommandsAreSplitAndExpanded) {
         {"p \\", "p|\\|", "p|\\|"},
         {"", "", ""},
     };
-    for (const auto& c : cases) {
-        CONTEXT(c.exec);
-        const std::vector<std::string> words = splitCommand(c.exec);
-        CHECK_EQ(joined(words, '|'), c.words);
-        CHECK_EQ(joined(expandCommand(words, fields), '|'), c.expanded);
+    for (const auto& [exec, split, expanded] : cases) {
+        CONTEXT(exec);
+        const std::vector<std::string> words = splitCommand(exec);
+        CHECK_EQ(joined(words, '|'), split);
+        CHECK_EQ(joined(expandCommand(words, fields), '|'), expanded);
     }
     CHECK_EQ(joined(expandCommand({"p", "%f", "%F", "%U", "%i"}, {}), '|'), "p|");
 }

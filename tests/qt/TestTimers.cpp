@@ -54,12 +54,3 @@ TEST(ATimerMayEndInItsOwnAction) {
     CHECK_EQ(repeated, 3);
     CHECK_EQ(invalidated, 1);
 }
-
-TEST(TimersRunWhileASheetIsOpen) {
-    SampleInterface sample;
-    qt::QtRunLoop loop;
-    bool fired = false;
-    sample.owner.outlets.at("sheet")->asPanel()->beginSheet([](int) {});
-    auto timer = loop.scheduleTimer(0.001, false, [&] { fired = true; });
-    CHECK(waitFor([&] { return fired; }));
-}

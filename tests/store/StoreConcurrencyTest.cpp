@@ -45,16 +45,6 @@ bool readsWholeUntilFinished(const std::string& path, Shared& shared) {
     return true;
 }
 
-pid_t start(const std::function<bool()>& body) {
-    pid_t child = fork();
-    if (child == 0) _exit(body() ? 0 : 1);
-    return child;
-}
-bool succeeded(pid_t child) {
-    int status = -1;
-    return waitpid(child, &status, 0) == child && status == 0;
-}
-
 using Writer = std::function<bool(const std::string& folder, int process, int changes, Shared& shared)>;
 
 void runTogether(const char* label, int changes, const Writer& writer) {

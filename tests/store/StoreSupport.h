@@ -48,19 +48,21 @@ struct Store {
     }
 };
 
-// Runs the body in a process of its own, as a user without rights where this one is root, and tells its result.
-inline bool inAnotherProcess(const std::function<bool()>& body, bool asNobody = false) {
+// Starts the body in a process of its own, as a user without rights where this one is root.
+inline pid_t start(const std::function<bool()>& body, bool asNobody = false) {
     pid_t child = fork();
-    if (child == 0) {
-        constexpr uid_t kNobody = 65534;
-        if (asNobody && geteuid() == 0 &&
-            (setresgid(kNobody, kNobody, kNobody) || setresuid(kNobody, kNobody, kNobody)))
-            _exit(2);
-        _exit(body() ? 0 : 1);
-    }
+    if (child != 0) return child;
+    constexpr uid_t kNobody = 65534;
+    if (asNobody && geteuid() == 0 && (setresgid(kNobody, kNobody, kNobody) || setresuid(kNobody, kNobody, kNobody)))
+        _exit(2);
+    _exit(body() ? 0 : 1);
+}
+inline bool succeeded(pid_t child) {
     int status = -1;
-    waitpid(child, &status, 0);
-    return status == 0;
+    return waitpid(child, &status, 0) == child && status == 0;
+}
+inline bool inAnotherProcess(const std::function<bool()>& body, bool asNobody = false) {
+    return succeeded(start(body, asNobody));
 }
 
 }  // namespace check

@@ -94,14 +94,9 @@ TEST(ChangesOfOthersAreNoticedWhateverTheTimeStampsSay) {
 }
 
 TEST(WhatCannotBeReadIsNotTakenForEmpty) {
-    const char* obstacles[] = {"mkdir $P",
-                               "mkfifo $P",
-                               "ln -s $P $P",
-                               "ln -s /dev/zero $P",
-                               "touch $P-file; ln -s $P-file/x $P",
-                               "printf bplist00 > $P; truncate -s 536870913 $P",
-                               "cp $V $P; chmod 0 $P"};
-    for (const char* obstacle : obstacles)
+    for (const char* obstacle :
+         {"mkdir $P", "mkfifo $P", "ln -s $P $P", "ln -s /dev/zero $P", "touch $P-file; ln -s $P-file/x $P",
+          "printf bplist00 > $P; truncate -s 536870913 $P", "cp $V $P; chmod 0 $P"})
         CHECK(inAnotherProcess(
             [&] {
                 CONTEXT(obstacle);

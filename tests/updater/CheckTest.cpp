@@ -41,41 +41,30 @@ TEST(AFirstCheckRecordsThenLaunchesUnderTheLock) {
 
 TEST(EveryLaunchEndsWithTheLockGivenBackAndItsStatus) {
     auto couldNot = [](const std::string& what) { return "[Typeslate] Could not " + what; };
-    struct Case {
-        std::function<void(UpdaterFixture&)> spoil;
-        OSStatus result;
-        fake::Journal journal;
-        std::vector<std::string> log;  // after the first line
-    };
-    const Case cases[] = {
-        {[](auto& f) { f.world.launcher.createStatus = kDuplicateFile; }, kDuplicateFile, {kLock}, {kExists}},
-        {[](auto& f) { f.module().resources.clear(); }, kNoErr, {kLock, "unlock"}, {}},
-        {[](auto& f) { f.world.files.folders.clear(); }, kNoErr, {kLock, "unlock"}, {}},
-        {[](auto& f) { f.world.launcher.launchStatus = kPermissionErr; },
-         kNoErr,
-         {kLock, kLaunch, "unlock"},
-         {couldNot("launch the updater (" + std::string(kUpdater) +
-                   ") due to error -54 occurring. Permission denied")}},
-        {[](auto& f) { f.world.launcher.removeStatus = kFileNotFound; },
-         kFileNotFound,
-         {kLock, kLaunch, "synchronize", "unlock"},
-         {kLaunched, couldNot("delete the updater lock file (com.tarnwick.typeslate.updater.lock) due to error -43. "
-                              "File not found")}},
-        {[](auto& f) { f.world.launcher.folderStatus = kIOErr; }, kIOErr, {}, {}},
-    };
-    for (const auto& [spoil, result, journal, log] : cases) {
+    using Lines = std::vector<std::string>;
+    auto expect = [](auto spoil, OSStatus result, const fake::Journal& journal, Lines log) {
+        CONTEXT(check::show(journal) + check::show(log));
         UpdaterFixture f;
-        spoil(f);
+        spoil(f.world);
         FSRef launched;
         auto bundle = f.world.bundles.openBundle(kModule);
         CHECK_EQ(runUpdater(f.services, bundle.get(), kDomain, &launched), result);
         CHECK_EQ(f.world.takeJournal(), journal);
-        std::vector<std::string> said = f.takeLog();
-        REQUIRE(!said.empty() && said[0] == kChecking);
-        said.erase(said.begin());
-        CHECK_EQ(said, log);
         CHECK_EQ(!launched.path.empty(), std::ranges::count(log, kLaunched) == 1);
-    }
+        log.insert(log.begin(), kChecking);
+        CHECK_EQ(f.takeLog(), log);
+    };
+    expect([](auto& world) { world.launcher.createStatus = kDuplicateFile; }, kDuplicateFile, {kLock}, {kExists});
+    expect([](auto& world) { world.bundles.onDisk[kModule].resources.clear(); }, kNoErr, {kLock, "unlock"}, {});
+    expect([](auto& world) { world.files.folders.clear(); }, kNoErr, {kLock, "unlock"}, {});
+    expect(
+        [](auto& world) { world.launcher.launchStatus = kPermissionErr; }, kNoErr, {kLock, kLaunch, "unlock"},
+        {couldNot("launch the updater (" + std::string(kUpdater) + ") due to error -54 occurring. Permission denied")});
+    expect([](auto& world) { world.launcher.removeStatus = kFileNotFound; }, kFileNotFound,
+           {kLock, kLaunch, "synchronize", "unlock"},
+           {kLaunched, couldNot("delete the updater lock file (com.tarnwick.typeslate.updater.lock) due to error -43. "
+                                "File not found")});
+    expect([](auto& world) { world.launcher.folderStatus = kIOErr; }, kIOErr, {}, {});
 }
 
 TEST(IdentifiersThatAreNoFileNamesAreRefused) {
@@ -94,13 +83,8 @@ TEST(IdentifiersThatAreNoFileNamesAreRefused) {
 }
 
 TEST(ModulesWithoutIdentifierOrNameAreNotChecked) {
-    struct Case {
-        PropertyList moduleID;
-        const char* identifier;
-        PropertyList name, executable;
-        const char* lock;  // empty: no check
-    };
-    const Case cases[] = {
+    // The last is the lock: without one there is no check.
+    const std::tuple<PropertyList, const char*, PropertyList, PropertyList, const char*> cases[] = {
         {"own", "x", "N", {}, "lock /tmp/own.updater.lock"},
         {5, "x", "N", {}, "lock /tmp/x.updater.lock"},
         {{}, "", "N", {}, ""},
@@ -108,14 +92,14 @@ TEST(ModulesWithoutIdentifierOrNameAreNotChecked) {
         {{}, "x", {}, {}, ""},
         {{}, "x", 1, "e", ""},
     };
-    for (const Case& c : cases) {
+    for (const auto& [moduleID, identifier, name, executable, expected] : cases) {
         UpdaterFixture f;
         f.module().info = PropertyList::dictionary(
-            {{"PlinthModuleID", c.moduleID}, {"CFBundleName", c.name}, {"CFBundleExecutable", c.executable}});
-        f.module().identifierText = c.identifier;
+            {{"PlinthModuleID", moduleID}, {"CFBundleName", name}, {"CFBundleExecutable", executable}});
+        f.module().identifierText = identifier;
         CHECK_EQ(f.check(false), kNoErr);
         auto lock = std::ranges::find_if(f.world.journal, [](auto& line) { return line.starts_with("lock"); });
-        CHECK_EQ(lock == f.world.journal.end() ? "" : *lock, c.lock);
+        CHECK_EQ(lock == f.world.journal.end() ? "" : *lock, expected);
     }
     UpdaterFixture f;
     CHECK_EQ(checkForUpdate(f.services, nullptr, true, nullptr), kParamErr);
@@ -132,46 +116,31 @@ TEST(WhatTheRulesSay) {
         "[Typeslate] An update check for Typeslate needs to be performed. You have updated Mac OS X since the last "
         "Typeslate update check. Updates were last checked on 0x100408 but you're now running 0x100409";
     const std::string noLogin = "[Typeslate] Can't get login date.";
-    struct Case {
-        fake::Processes::Item host, other;
-        const char* version;
-        PropertyList last;
-        int system;
-        std::vector<std::string> quiet, verbose;  // the log without and with gLogStuff
-    };
-    const Case cases[] = {
-        {{"/A/Dock.app", "com.apple.dock", {}},
-         {},
-         "1.0",
-         {},
-         0,
-         {},
-         {"[TWVC] Bundle ID of /A/Dock.app is equal to com.apple.Dock so not checking for updates."}},
-        {{},
-         {"", "com.apple.loginwindow", login},
-         "1.0",
-         {},
-         0,
-         {},
-         {"[Typeslate] The date the loginwindow was launched: 2001-09-09T01:36:40.100000Z (4/4)",
-          "[Typeslate] It has not been nearly long enough since you logged in to check for updates."}},
-        {{}, {}, "1.0", now, 0x100409, {}, {noLogin}},
-        {{}, {}, "1.1b3", anHourAgo, 0x100409, {daily}, {noLogin, daily}},
-        {{}, {}, "1.0", now, 0x100408, {newSystem, kChecking}, {noLogin, newSystem, kChecking}},
-    };
-    for (const Case& c : cases)
-        for (bool verbose : {false, true}) {
+    using Lines = std::vector<std::string>;
+    auto expectLog = [](std::vector<fake::Processes::Item> processes, const char* version, PropertyList last,
+                        int system, const Lines& quiet, const Lines& verbose) {
+        CONTEXT(check::show(verbose));
+        for (const Lines* expected : {&quiet, &verbose}) {
             UpdaterFixture f;
-            f.world.processes.items = {c.host, c.other};
+            f.world.processes.items = processes;
             f.module().info =
-                PropertyList::dictionary({{"CFBundleName", "Typeslate"}, {"CFBundleShortVersionString", c.version}});
+                PropertyList::dictionary({{"CFBundleName", "Typeslate"}, {"CFBundleShortVersionString", version}});
             f.module().resources.clear();
-            f.setStored("SULastCheckDate", c.last);
-            f.setStored("SULastRunSystemVersion", c.system);
-            gLogStuff = verbose;
+            f.setStored("SULastCheckDate", last);
+            f.setStored("SULastRunSystemVersion", system);
+            gLogStuff = expected == &verbose;
             CHECK_EQ(f.check(true), kNoErr);
-            CHECK_EQ(f.takeLog(), verbose ? c.verbose : c.quiet);
+            CHECK_EQ(f.takeLog(), *expected);
         }
+    };
+    expectLog({{"/A/Dock.app", "com.apple.dock", {}}, {}}, "1.0", {}, 0, {},
+              {"[TWVC] Bundle ID of /A/Dock.app is equal to com.apple.Dock so not checking for updates."});
+    expectLog({{}, {"", "com.apple.loginwindow", login}}, "1.0", {}, 0, {},
+              {"[Typeslate] The date the loginwindow was launched: 2001-09-09T01:36:40.100000Z (4/4)",
+               "[Typeslate] It has not been nearly long enough since you logged in to check for updates."});
+    expectLog({{}, {}}, "1.0", now, 0x100409, {}, {noLogin});
+    expectLog({{}, {}}, "1.1b3", anHourAgo, 0x100409, {daily}, {noLogin, daily});
+    expectLog({{}, {}}, "1.0", now, 0x100408, {newSystem, kChecking}, {noLogin, newSystem, kChecking});
 }
 
 TEST(ANewSystemTriggersOneCheckAndTheWalkIsSparedWhenOff) {

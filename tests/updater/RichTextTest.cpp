@@ -19,9 +19,7 @@ TEST(RichTextInEveryForm) {
         {"{\\rtf1 one\\par\ntwo\\\nthree\\line four}", "one\ntwo\nthree\u2028four"},
         {R"({\rtf1\ansi \'e4\'80\\\{\}\~\_\bullet\emdash})", "ä€\\{}\u00a0\u2011•—"},
         {R"({\rtf1\mac \'8a\'d2\'CA\'zz})", "ä“\u00a0?zz"},
-        {R"({\rtf1\uc1 \u8220?x\u-10179?\u-8704?{\uc0\u228}\uc2\u228??y})",
-         "“x😀ää"
-         "y"},
+        {R"({\rtf1\uc1 \u8220?x\u-10179?\u-8704?{\uc0\u228}\uc2\u228??y})", "“x😀ääy"},
         {R"({\rtf1{\fonttbl{\f0 Sans;}}{\*\unknown{\b deep} text}{\info{\title T}}{\field{\*\fldinst{HYPERLINK "x"}}{\fldrslt link}}})",
          "link"},
         {"{\\rtf1 a\\bin3 {}\\b}", "ab"},
