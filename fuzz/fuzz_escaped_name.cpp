@@ -1,7 +1,7 @@
 // An escaped name in both forms: the decoder against the plain rules.
+#include "fuzz/Reference.h"
 #include "pane/fontcatalog/EscapedName.h"
 #include "platform/Unicode.h"
-#include "fuzz/Reference.h"
 
 #include <cstdlib>
 

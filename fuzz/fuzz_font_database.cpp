@@ -1,6 +1,6 @@
 // A font name database: the reader against the plain rules, and the version.
-#include "pane/fontcatalog/NameDatabaseReader.h"
 #include "fuzz/Reference.h"
+#include "pane/fontcatalog/NameDatabaseReader.h"
 
 #include <cmath>
 #include <cstdlib>
