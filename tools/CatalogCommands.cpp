@@ -94,8 +94,9 @@ void show(const Arguments& arguments) {
 }
 
 void list(const Arguments& arguments) {
+    const PropertyList names = Store().requireNames();
     std::string lines;
-    for (const PropertyList::Entry& entry : Store().requireNames().entries())
+    for (const PropertyList::Entry& entry : names.entries())
         if (!arguments.family || entry.value["FullName"].stringValue() == *arguments.family)
             lines += posix::withVisibleControls(entry.key.stringValue()) + "\n";
     if (arguments.family && lines.empty())

@@ -48,8 +48,8 @@ class CatalogTest(unittest.TestCase):
         return path
 
     def run_ctl(self, *arguments, **more):
-        done = subprocess.run([PROGRAM, "catalog", *map(str, arguments)], env=self.env, stdout=subprocess.PIPE, timeout=60,
-                              **({"stderr": subprocess.PIPE} | more))
+        done = subprocess.run([PROGRAM, "catalog", *map(str, arguments)], env=self.env, timeout=60,
+                              **({"stdout": subprocess.PIPE, "stderr": subprocess.PIPE} | more))
         return done.returncode, done.stdout.decode(), (done.stderr or b"").decode()
 
     def ok(self, *arguments):
