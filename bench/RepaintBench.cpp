@@ -1,0 +1,41 @@
+// A full repaint of the entry table with 5,000 entries, and one of the same table with 50.
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QHeaderView>
+#include <QTableView>
+
+#include <cstdio>
+
+#include "bench/EntriesWorld.h"
+#include "platform/qt/QtTableView.h"
+#include "platform/qt/QtToolkit.h"
+
+int main(int argc, char** argv) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication application(argc, argv);
+    for (std::size_t count : {50, 5000}) {
+        platform::qt::QtToolkit toolkit([](std::string_view) { return std::string(); });
+        bench::EntriesWorld world(5000, &toolkit);
+        world.clear();
+        world.add(count);
+        QTableView widget;
+        widget.resize(400, 500);
+        widget.setProperty("columnIdentifiers", QStringList{QStringLiteral("13"), QStringLiteral("entry")});
+        widget.setProperty("columnTitles", QStringList{QStringLiteral("Icon"), QStringLiteral("Entry")});
+        platform::qt::QtTableView table(widget, *world.pane);
+        world.pane->setOutlet("exTableView", table);
+        table.setImageColumn("13");
+        table.setDataSource(&*world.pane);
+        table.reloadData();
+        widget.show();
+        QCoreApplication::processEvents();
+        widget.grab();
+        constexpr int kRounds = 50;
+        QElapsedTimer timer;
+        timer.start();
+        for (int i = 0; i < kRounds; ++i) widget.grab();
+        std::printf("full repaint with %zu entries: %.2f ms\n", count, timer.nsecsElapsed() / 1e6 / kRounds);
+        table.setDataSource(nullptr);
+    }
+    return 0;
+}

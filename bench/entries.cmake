@@ -1,0 +1,8 @@
+if(TARGET fake_platform)
+  add_executable(bench_entries EntriesBench.cpp)
+  target_link_libraries(bench_entries PRIVATE typeslate_bundle_code fake_platform platform_linux)
+  if(TYPESLATE_HAVE_QT)
+    add_executable(bench_repaint RepaintBench.cpp)
+    target_link_libraries(bench_repaint PRIVATE typeslate_bundle_code fake_platform platform_linux platform_qt)
+  endif()
+endif()
