@@ -122,6 +122,17 @@ TEST(ADueCheckRunsToItsEnd) {
     d.picture("updates-idle.png");
 }
 
+TEST(CancelInTimeStartsNothing) {
+    Desktop d("");
+    d.open(d.placeholder, kNeverInThisTest);
+    d.press();
+    CHECK(!d.find<QPushButton>("checkNow")->isEnabled());
+    REQUIRE(waitFor([&] { return d.isIdle(); }));
+    CHECK_EQ(d.texts.back(), "Never checked for updates.");
+    CHECK_EQ(d.storedOnDisk("SULastCheckDate"), PropertyList());
+    CHECK(!fs::exists(d.home / "root/tmp"));
+}
+
 TEST(ARunningUpdaterHearsOfTheCancel) {
     Desktop d("hang");
     d.open(d.placeholder, 0);
