@@ -47,9 +47,8 @@ install_packages() {
   return 0
 }
 
-configure_and_build() { # preset, cmake options...
-  local name=$1
-  shift
+configure_and_build() { # preset, target (all when missing)
+  local name=$1 target=${2:-all}
   command -v cmake >/dev/null || { echo "CMake is missing: nothing can be built." >&2; return 1; }
   if [[ -z ${CMAKE_GENERATOR:-} ]] && command -v ninja >/dev/null; then export CMAKE_GENERATOR=Ninja; fi
   local jobs log
@@ -58,8 +57,8 @@ configure_and_build() { # preset, cmake options...
   mkdir -p "$root/build"
   # The generator of an existing build folder stays what it was.
   [[ -f $root/build/$name/CMakeCache.txt ]] && unset CMAKE_GENERATOR
-  (cd "$root" && cmake --preset "$name" "$@" >"$log" 2>&1) || { cat "$log" >&2; return 1; }
-  cmake --build "$root/build/$name" --parallel "$jobs" || return 1
+  (cd "$root" && cmake --preset "$name" >"$log" 2>&1) || { cat "$log" >&2; return 1; }
+  cmake --build "$root/build/$name" --parallel "$jobs" --target "$target" || return 1
 }
 
 # Says what the build had to leave out. Fails when CI must not accept that.
