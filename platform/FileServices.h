@@ -66,8 +66,6 @@ public:
     // Absolute path without a final slash, whether or not the folder exists; nothing when the domain has no such
     // folder.
     virtual std::optional<std::string> folder(FolderDomain domain, FolderKind kind) = 0;
-    // The name that a person sees for the last component of the path.
-    virtual std::string displayName(std::string_view path) = 0;
 
     // Null, and the reason in `status`, when the folder cannot be read to its end: kFileNotFound, kNotAFolder,
     // kPermissionErr or kIOErr.

@@ -1,5 +1,7 @@
 #include "platform/linux/DetachedProcess.h"
 
+#include "platform/linux/ErrnoStatus.h"
+
 #include <fcntl.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -10,19 +12,6 @@
 
 namespace platform::posix {
 namespace {
-
-OSStatus statusOf(int error) {
-    switch (error) {
-        case ENOENT:
-        case ENOTDIR:
-            return kFileNotFound;
-        case EACCES:
-        case EPERM:
-            return kPermissionErr;
-        default:
-            return kIOErr;
-    }
-}
 
 // What this process ignores or blocks is none of the program's business.
 void resetSignals() {
@@ -92,7 +81,7 @@ OSStatus startDetached(const std::vector<std::string>& words) {
     int error = child < 0 ? errno : readError(reply[0]);
     close(reply[0]);
     if (child > 0) collect(child);
-    return error == 0 ? kNoErr : statusOf(error);
+    return statusOfErrno(error);
 }
 
 }  // namespace platform::posix

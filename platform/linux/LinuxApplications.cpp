@@ -1,5 +1,7 @@
 #include "platform/linux/LinuxApplications.h"
 
+#include "platform/linux/ErrnoStatus.h"
+
 #include "platform/linux/DesktopEntryCommand.h"
 
 #include <fcntl.h>
@@ -38,21 +40,6 @@ std::string withoutFinalSlashes(std::string_view path) {
 }
 
 bool isUsable(std::string_view path) { return path.starts_with('/') && path.find('\0') == std::string_view::npos; }
-
-OSStatus statusOf(int error) {
-    switch (error) {
-        case 0:
-            return kNoErr;
-        case ENOENT:
-        case ENOTDIR:
-            return kFileNotFound;
-        case EACCES:
-        case EPERM:
-            return kPermissionErr;
-        default:
-            return kIOErr;
-    }
-}
 
 // The record of a desktop file or .app folder read from the disk; `error` tells why there is none and stays 0 when the
 // item is there but describes no application.
@@ -171,7 +158,7 @@ OSStatus LinuxApplications::itemInformation(std::string_view path, ItemInformati
     refresh();
     int error = 0;
     const std::optional<ApplicationRecord> record = readRecord(withoutFinalSlashes(path), environment_, error);
-    if (error) return statusOf(error);
+    if (error) return statusOfErrno(error);
     if (!record) return kNoErr;
     information.creator = record->creator;
     if (isNative(*record)) information.flags = ItemInformation::kIsNativeApplication;

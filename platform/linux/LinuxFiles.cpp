@@ -155,15 +155,6 @@ std::optional<std::string> LinuxFiles::folder(FolderDomain domain, FolderKind ki
     return belowTestRoot("/tmp");
 }
 
-std::string LinuxFiles::displayName(std::string_view path) {
-    while (path.size() > 1 && path.back() == '/') path.remove_suffix(1);
-    if (path == "/") return "/";
-    std::string_view name = path.substr(path.rfind('/') + 1);
-    for (const std::string_view extension : {".app", ".desktop"})
-        if (name.size() > extension.size() && name.ends_with(extension)) name.remove_suffix(extension.size());
-    return std::string(name);
-}
-
 std::shared_ptr<const std::string> LinuxFiles::readFile(std::string_view path) {
     if (!isUsable(path)) return nullptr;
     const std::string name(path);

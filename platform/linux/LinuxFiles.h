@@ -14,7 +14,6 @@ public:
     bool fileExists(std::string_view path) override;
     std::string expandTilde(std::string_view path) override;
     std::optional<std::string> folder(FolderDomain domain, FolderKind kind) override;
-    std::string displayName(std::string_view path) override;
     std::unique_ptr<FolderIterator> openFolder(std::string_view path, FolderDetail detail, OSStatus& status) override;
     std::shared_ptr<const std::string> readFile(std::string_view path) override;
 };

@@ -28,7 +28,6 @@ public:
         return unreadable.contains(path) ? nullptr : real.readFile(path);
     }
     std::string expandTilde(std::string_view path) override { return real.expandTilde(path); }
-    std::string displayName(std::string_view path) override { return real.displayName(path); }
     std::optional<std::string> folder(platform::FolderDomain domain, platform::FolderKind kind) override {
         return real.folder(domain, kind);
     }

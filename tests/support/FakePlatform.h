@@ -97,7 +97,6 @@ public:
     explicit Files(Journal& journal) : journal_(journal) {}
     bool fileExists(std::string_view path) override;
     std::string expandTilde(std::string_view path) override { return std::string(path); }
-    std::string displayName(std::string_view path) override { return std::string(path); }
     std::optional<std::string> folder(platform::FolderDomain domain, platform::FolderKind kind) override;
     std::unique_ptr<platform::FolderIterator> openFolder(std::string_view path, platform::FolderDetail,
                                                          platform::OSStatus& status) override;

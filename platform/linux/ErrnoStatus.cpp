@@ -1,0 +1,22 @@
+#include "platform/linux/ErrnoStatus.h"
+
+#include <cerrno>
+
+namespace platform::posix {
+
+OSStatus statusOfErrno(int error) {
+    switch (error) {
+        case 0:
+            return kNoErr;
+        case ENOENT:
+        case ENOTDIR:
+            return kFileNotFound;
+        case EACCES:
+        case EPERM:
+            return kPermissionErr;
+        default:
+            return kIOErr;
+    }
+}
+
+}  // namespace platform::posix
