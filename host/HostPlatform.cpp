@@ -51,6 +51,7 @@ HostPlatform::~HostPlatform() { parts_->preferences.synchronizeChanges(); }
 
 Platform HostPlatform::forPane(Bundle& bundle, PaneHost& host) {
     Parts& p = *parts_;
+    p.toolkit.setTexts(&bundle);
     return {.paneBundle = bundle,
             .host = host,
             .preferences = p.preferences,

@@ -3,7 +3,6 @@
 #include "platform/qt/Text.h"
 
 #include <QAbstractListModel>
-#include <QCoreApplication>
 #include <QDialog>
 #include <QDialogButtonBox>
 #include <QFileDialog>
@@ -23,8 +22,6 @@ namespace {
 constexpr int kPathRole = Qt::UserRole;
 constexpr int kIconSize = 32;
 constexpr QSize kPreferredSize(420, 480);
-
-QString text(const char* source) { return QCoreApplication::translate("ApplicationChooser", source); }
 
 class ApplicationModel final : public QAbstractListModel {
 public:
@@ -64,8 +61,8 @@ QString applicationOf(const QString& file) {
 class Chooser final : public QDialog {
 public:
     Chooser(QWidget* window, const OpenPanelRequest& request, const std::vector<ChoosableApplication>& applications,
-            std::function<QIcon(const std::string&)> iconOf)
-        : QDialog(window, Qt::Sheet) {
+            std::function<QIcon(const std::string&)> iconOf, const Bundle* texts)
+        : QDialog(window, Qt::Sheet), texts_(texts) {
         setObjectName(QStringLiteral("applicationChooser"));
         setWindowTitle(toQString(request.title));
         setWindowModality(Qt::WindowModal);
@@ -82,18 +79,22 @@ public:
     std::vector<std::string> chosen() const { return chosen_; }
 
 private:
+    QString localized(const char* english) const {
+        return texts_ ? toQString(texts_->localizedString(english)) : QString::fromUtf8(english);
+    }
+
     void setUpList(const OpenPanelRequest& request, ApplicationModel* model) {
         filter_ = new QSortFilterProxyModel(this);
         filter_->setSourceModel(model);
         filter_->setFilterCaseSensitivity(Qt::CaseInsensitive);
         search_ = new QLineEdit(this);
         search_->setObjectName(QStringLiteral("applicationSearch"));
-        search_->setPlaceholderText(text("Search applications"));
-        search_->setAccessibleName(text("Search applications"));
+        search_->setPlaceholderText(localized("Search applications"));
+        search_->setAccessibleName(localized("Search applications"));
         search_->setClearButtonEnabled(true);
         list_ = new QListView(this);
         list_->setObjectName(QStringLiteral("applicationList"));
-        list_->setAccessibleName(text("Installed applications"));
+        list_->setAccessibleName(localized("Installed applications"));
         list_->setModel(filter_);
         list_->setIconSize({kIconSize, kIconSize});
         list_->setUniformItemSizes(true);
@@ -117,9 +118,9 @@ private:
         add_ = buttons_->addButton(toQString(request.prompt), QDialogButtonBox::AcceptRole);
         add_->setObjectName(QStringLiteral("applicationAdd"));
         add_->setDefault(true);
-        QPushButton* other = buttons_->addButton(text("&Other…"), QDialogButtonBox::ActionRole);
+        QPushButton* other = buttons_->addButton(localized("&Other…"), QDialogButtonBox::ActionRole);
         other->setObjectName(QStringLiteral("applicationOther"));
-        other->setToolTip(text("Choose application files from anywhere"));
+        other->setToolTip(localized("Choose application files from anywhere"));
         other->setAutoDefault(false);
         connect(add_, &QPushButton::clicked, this, &Chooser::acceptSelection);
         connect(buttons_, &QDialogButtonBox::rejected, this, &QDialog::reject);
@@ -141,7 +142,7 @@ private:
         files->setAttribute(Qt::WA_DeleteOnClose);
         files->setWindowModality(Qt::WindowModal);
         files->setFileMode(QFileDialog::ExistingFiles);
-        files->setNameFilters({text("Applications (*.desktop)"), text("All files (*)")});
+        files->setNameFilters({localized("Applications (*.desktop)"), localized("All files (*)")});
         connect(files, &QFileDialog::filesSelected, this, [this](const QStringList& selected) {
             for (const QString& file : selected) chosen_.push_back(applicationOf(file).toStdString());
             accept();
@@ -149,6 +150,7 @@ private:
         files->open();
     }
 
+    const Bundle* const texts_;
     QLineEdit* search_ = nullptr;
     QListView* list_ = nullptr;
     QSortFilterProxyModel* filter_ = nullptr;
@@ -161,9 +163,9 @@ private:
 
 void openApplicationChooser(QWidget* window, const OpenPanelRequest& request,
                             const std::vector<ChoosableApplication>& applications,
-                            std::function<QIcon(const std::string&)> iconOf,
+                            std::function<QIcon(const std::string&)> iconOf, const Bundle* texts,
                             std::function<void(std::vector<std::string>)> didEnd) {
-    auto* chooser = new Chooser(window, request, applications, std::move(iconOf));
+    auto* chooser = new Chooser(window, request, applications, std::move(iconOf), texts);
     QObject::connect(chooser, &QDialog::finished, chooser, [chooser, didEnd = std::move(didEnd)](int result) {
         didEnd(result == QDialog::Accepted ? chooser->chosen() : std::vector<std::string>());
     });

@@ -2,6 +2,7 @@
 // disk.
 #pragma once
 
+#include "platform/Bundle.h"
 #include "platform/InterfaceToolkit.h"
 
 #include <QIcon>
@@ -20,10 +21,11 @@ struct ChoosableApplication {
 };
 
 // Opens it as a sheet on the window. Icons are asked for only as rows come into view. The handler is called once, with
-// the paths chosen, empty when the user cancelled.
+// the paths chosen, empty when the user cancelled. Texts come from the bundle's localised strings, in English without
+// one.
 void openApplicationChooser(QWidget* window, const OpenPanelRequest& request,
                             const std::vector<ChoosableApplication>& applications,
-                            std::function<QIcon(const std::string& path)> iconOf,
+                            std::function<QIcon(const std::string& path)> iconOf, const Bundle* texts,
                             std::function<void(std::vector<std::string> paths)> didEnd);
 
 }  // namespace platform::qt

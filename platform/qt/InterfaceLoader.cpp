@@ -1,6 +1,7 @@
 #include "platform/qt/InterfaceLoader.h"
 
 #include "platform/qt/FittingScrollArea.h"
+#include "platform/qt/InterfaceTexts.h"
 #include "platform/qt/QtControls.h"
 #include "platform/qt/QtPanel.h"
 #include "platform/qt/QtProgressIndicator.h"
@@ -127,6 +128,7 @@ private:
     }
 
     void add(QWidget& widget) {
+        showInUsersLanguage(widget, resources_);
         auto& view = result_->views_[nameOf(widget)];
         view = makeView(widget, owner_);
         connectAction(widget, *view, owner_, *result_->connections_);

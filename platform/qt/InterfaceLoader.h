@@ -5,6 +5,8 @@
 // hidden until it is begun), "image" and "imageExtent" (of a label: the resource that it shows, and its size in
 // points), "hideWhenEmpty" (of a label), "fontScale" (makes the font bold and this much larger), "columnIdentifiers"
 // and "columnTitles" (of a table), "itemTags" (of a menu: the numbers of its items).
+//
+// The texts in the file are English, and keys of the bundle's localised strings, mnemonics included.
 #pragma once
 
 #include "platform/Bundle.h"

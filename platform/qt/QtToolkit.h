@@ -21,6 +21,8 @@ public:
     explicit QtToolkit(IconNameFinder iconName) : iconName_(std::move(iconName)) {}
     // Alerts stand on this window, and the application icon is its icon. Null: no window yet.
     void setWindow(QWidget* window) { window_ = window; }
+    // The toolkit's own dialogs speak with this bundle's localised strings. It outlives them; null: in English.
+    void setTexts(const Bundle* texts) { texts_ = texts; }
 
     ImageRef imageAtPath(std::string_view path) override;
     ImageRef workspaceIcon(std::string_view path) override;
@@ -34,6 +36,7 @@ public:
                             const Rect& source) override;
     void runAlert(std::string_view title, std::string_view message) override;
     void beep() override;
+    std::uint32_t currentKeyModifiers() override;
     std::unique_ptr<LoadedInterface> loadInterface(const Bundle& bundle, std::string_view nibName,
                                                    InterfaceOwner& owner) override;
     void beginOpenPanel(const OpenPanelRequest& request,
@@ -56,6 +59,7 @@ private:
 
     IconNameFinder iconName_;
     ApplicationLister listApplications_;
+    const Bundle* texts_ = nullptr;
     QPointer<QWidget> window_;
     Cache images_, workspaceIcons_;
     ImageRef genericIcon_;

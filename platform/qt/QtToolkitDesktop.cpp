@@ -1,4 +1,5 @@
-// What the toolkit asks of the desktop around it: choosers, other applications, the font panel.
+// What the toolkit asks of the desktop around it: choosers, other applications, the font panel, the keys
+// that are held.
 #include "platform/qt/QtToolkit.h"
 
 #include "platform/qt/Text.h"
@@ -7,6 +8,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QFontDialog>
+#include <QGuiApplication>
 #include <QUrl>
 
 namespace platform::qt {
@@ -33,7 +35,7 @@ void QtToolkit::beginOpenPanel(const OpenPanelRequest& request,
     auto iconOf = [this](const std::string& path) { return QtImage::of(workspaceIcon(path))->icon(); };
     openApplicationChooser(window_, request,
                            listApplications_ ? listApplications_() : std::vector<ChoosableApplication>(), iconOf,
-                           [didEnd = std::move(didEnd)](std::vector<std::string> paths) {
+                           texts_, [didEnd = std::move(didEnd)](std::vector<std::string> paths) {
                                int returnCode = paths.empty() ? 0 : 1;
                                ChosenFiles panel(std::move(paths));
                                didEnd(panel, returnCode);
@@ -46,6 +48,12 @@ void QtToolkit::showFontPanel(int) {
     panel->setAttribute(Qt::WA_DeleteOnClose);
     panel->setOption(QFontDialog::NoButtons);
     panel->show();
+}
+
+// Many keyboards have one Alt key on either side, which the window system does not tell apart: both are the left one.
+std::uint32_t QtToolkit::currentKeyModifiers() {
+    Qt::KeyboardModifiers held = QGuiApplication::queryKeyboardModifiers();
+    return (held & Qt::AltModifier ? kLeftOption : 0) | (held & Qt::GroupSwitchModifier ? kRightOption : 0);
 }
 
 void QtToolkit::openURL(std::string_view url) { QDesktopServices::openUrl(QUrl(toQString(url))); }
