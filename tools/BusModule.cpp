@@ -1,7 +1,7 @@
 #include "tools/BusModule.h"
 
+#include "tools/Localized.h"
 #include "tools/ProgramFolder.h"
-#include "tools/Refusal.h"
 
 #include <dlfcn.h>
 
@@ -20,8 +20,8 @@ BusModule* findBusModule() {
 
 BusModule& requireBus() {
     BusModule* bus = findBusModule();
-    if (!bus) throw Refusal("the part for the session bus is not installed (" + modulePath() + ")");
-    if (!bus->isConnected()) throw Refusal("there is no session bus");
+    if (!bus) throw refused("the part for the session bus is not installed (%@)", modulePath());
+    if (!bus->isConnected()) throw refused("there is no session bus");
     return *bus;
 }
 

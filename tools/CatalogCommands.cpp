@@ -9,6 +9,7 @@
 #include "platform/linux/LinuxFiles.h"
 #include "platform/linux/SystemLog.h"
 #include "tools/Json.h"
+#include "tools/Localized.h"
 #include "tools/Output.h"
 #include "tools/ProgressLine.h"
 #include "tools/Refusal.h"
@@ -31,7 +32,7 @@ struct Arguments {
 // Unlike the pane, which passes over what it cannot read, a person who named the file is told.
 std::shared_ptr<const std::string> requireContent(LinuxFiles& files, const std::string& path) {
     auto bytes = files.readFile(path);
-    if (!bytes) throw Refusal(posix::displayText(path) + " is no regular file that can be read");
+    if (!bytes) throw refused("%@ is no regular file that can be read", posix::displayText(path));
     return bytes;
 }
 
@@ -55,12 +56,12 @@ struct Store {
     posix::DiskPreferences preferences{posix::preferencesFolder(), log};
 
     PropertyList value(std::string_view key) {
-        if (!preferences.isReadable(kCacheDomain)) throw Refusal("the stored catalogue cannot be read");
+        if (!preferences.isReadable(kCacheDomain)) throw refused("the stored catalogue cannot be read");
         return preferences.copyValue(key, kCacheDomain);
     }
     PropertyList requireNames() {
         PropertyList names = value(kAllNamesKey);
-        if (!names.isDictionary()) throw Refusal("no catalogue is stored");
+        if (!names.isDictionary()) throw refused("no catalogue is stored");
         return names;
     }
 };
@@ -73,23 +74,25 @@ void build(const Arguments&) {
     posix::DiskPreferences preferences(posix::preferencesFolder(), log);
     const auto cache = CFPreferencesWrapper_Typeslate::preferencesWithApplication(preferences, kCacheDomain);
     const auto tell = [&](std::size_t done, std::size_t all) {
-        progress.show(formatted("%d of %d font lists", {done, all}));
+        progress.show(localizedFormat("%d of %d font lists", done, all));
     };
     Catalogue catalogue;
     const CacheCheck check = checkFontNameCache({files, progress, tell}, cache.get(), catalogue);
     progress.clear();
     if (catalogue.state == Catalogue::State::Unavailable)
-        throw Refusal("there is no font name database (FntNames.db), and without it no catalogue");
-    if (check.isRebuilt && !check.isStored) throw Refusal("the catalogue could not be written; the log says why");
+        throw refused("there is no font name database (FntNames.db), and without it no catalogue");
+    if (check.isRebuilt && !check.isStored) throw refused("the catalogue could not be written; the log says why");
     const PropertyList names = check.isRebuilt ? catalogue.names : cache->dictionaryForKey(kAllNamesKey);
     const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - start;
-    print(formatted("%s: %d files, %d records, %.3f s\n",
-                    {check.isRebuilt ? "rebuilt" : "up to date", check.files.size(), names.size(), seconds.count()}));
+    const std::string outcome = check.isRebuilt ? localized("rebuilt") : localized("up to date");
+    print(localizedFormat("%@: %d files, %d records, %.3f s", outcome, check.files.size(), names.size(),
+                          seconds.count()) +
+          "\n");
 }
 
 void show(const Arguments& arguments) {
     const PropertyList record = Store().requireNames()[arguments.name];
-    if (!record) throw Refusal("there is no font \"" + posix::displayText(arguments.name) + "\" in the catalogue");
+    if (!record) throw refused("there is no font \"%@\" in the catalogue", posix::displayText(arguments.name));
     print(jsonText(record, JsonLayout::Indented) + "\n");
 }
 
@@ -100,7 +103,7 @@ void list(const Arguments& arguments) {
         if (!arguments.family || entry.value["FullName"].stringValue() == *arguments.family)
             lines += posix::withVisibleControls(entry.key.stringValue()) + "\n";
     if (arguments.family && lines.empty())
-        throw Refusal("there is no family \"" + posix::displayText(*arguments.family) + "\" in the catalogue");
+        throw refused("there is no family \"%@\" in the catalogue", posix::displayText(*arguments.family));
     print(lines);
 }
 
@@ -111,34 +114,36 @@ void stats(const Arguments&) {
     std::error_code error;
     const auto size = std::filesystem::file_size(path, error);
     if (error) throw Refusal(path + ": " + error.message());
-    print(formatted("records: %d\nfiles: %d\nversion: %g\nsize: %d bytes\n",
-                    {names.size(), store.value(kFilesKey).size(), store.value(kVersionKey).realValue(), size}));
+    print(localizedFormat("records: %d\nfiles: %d\nversion: %g\nsize: %d bytes", names.size(),
+                          store.value(kFilesKey).size(), store.value(kVersionKey).realValue(), size) +
+          "\n");
 }
 
 }  // namespace
 
 void addCatalogCommands(CLI::App& app) {
-    auto* catalog = app.add_subcommand("catalog", "Build and show the catalogue of font names");
+    auto* catalog = app.add_subcommand("catalog", localized("Build and show the catalogue of font names"));
     catalog->require_subcommand(1);
     auto arguments = std::make_shared<Arguments>();
-    auto add = [&](const char* name, const char* description, void (*run)(const Arguments&)) {
+    auto add = [&](const char* name, const std::string& description, void (*run)(const Arguments&)) {
         auto* command = catalog->add_subcommand(name, description);
         command->callback([arguments, run] { run(*arguments); });
         return command;
     };
 
-    auto* parsing = add("parse", "Print the records of font lists as JSON; nothing is stored", parse);
-    parsing->add_option("FILE", arguments->lists, "Font list; a later record takes an earlier one's place")->required();
-    parsing->add_option("--database", arguments->database, "Font name database to read before the lists")
-        ->type_name("FILE");
-    add("build", "Check the stored catalogue and rebuild it, as the window does when it starts", build);
-    add("show", "Print the stored record of a font as JSON", show)
-        ->add_option("NAME", arguments->name, "PostScript name")
+    auto* parsing = add("parse", localized("Print the records of font lists as JSON; nothing is stored"), parse);
+    parsing->add_option("FILE", arguments->lists, localized("Font list; a later record takes an earlier one's place"))
         ->required();
-    add("list", "Print the PostScript names in the stored catalogue", list)
-        ->add_option("--family", arguments->family, "Only those of this family, the record's \"FullName\"")
+    parsing->add_option("--database", arguments->database, localized("Font name database to read before the lists"))
+        ->type_name("FILE");
+    add("build", localized("Check the stored catalogue and rebuild it, as the window does when it starts"), build);
+    add("show", localized("Print the stored record of a font as JSON"), show)
+        ->add_option("NAME", arguments->name, localized("PostScript name"))
+        ->required();
+    add("list", localized("Print the PostScript names in the stored catalogue"), list)
+        ->add_option("--family", arguments->family, localized("Only those of this family, the record's \"FullName\""))
         ->type_name("NAME");
-    add("stats", "Print the size of the stored catalogue", stats);
+    add("stats", localized("Print the size of the stored catalogue"), stats);
 }
 
 }  // namespace tools

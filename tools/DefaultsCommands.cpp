@@ -4,6 +4,7 @@
 #include "platform/linux/DiskPreferences.h"
 #include "platform/linux/SystemLog.h"
 #include "tools/Json.h"
+#include "tools/Localized.h"
 #include "tools/Output.h"
 #include "tools/Refusal.h"
 
@@ -32,23 +33,23 @@ struct Store {
     posix::DiskPreferences preferences{posix::preferencesFolder(), log};
 
     void requireReadable(const std::string& domain) {
-        if (!preferences.isReadable(domain)) throw Refusal("the domain " + domain + " cannot be read");
+        if (!preferences.isReadable(domain)) throw refused("the domain %@ cannot be read", domain);
     }
     // The domain's whole content; there must be some.
     PropertyList content(const std::string& domain) {
         requireReadable(domain);
         PropertyList all = preferences.copyDomain(domain);
-        if (all.size() == 0) throw Refusal("there is nothing in the domain " + domain);
+        if (all.size() == 0) throw refused("there is nothing in the domain %@", domain);
         return all;
     }
     void save(const std::string& domain) {
         if (!preferences.synchronize(domain))
-            throw Refusal("the domain " + domain + " could not be written; the log says why");
+            throw refused("the domain %@ could not be written; the log says why", domain);
     }
 };
 
 Refusal noKey(const Arguments& arguments) {
-    return Refusal("there is no key " + *arguments.keyIfAny + " in the domain " + arguments.domain);
+    return refused("there is no key %@ in the domain %@", *arguments.keyIfAny, arguments.domain);
 }
 
 void read(const Arguments& arguments) {
@@ -61,8 +62,8 @@ void read(const Arguments& arguments) {
 
 void write(const Arguments& arguments) {
     JsonResult parsed = parseJson(arguments.json);
-    if (!parsed.error.empty()) throw Refusal("the value is not JSON that a property list can hold: " + parsed.error);
-    if (!PropertyList(arguments.key)) throw Refusal("the key is not UTF-8");
+    if (!parsed.error.empty()) throw refused("the value is not JSON that a property list can hold: %@", parsed.error);
+    if (!PropertyList(arguments.key)) throw refused("the key is not UTF-8");
     Store store;
     store.requireReadable(arguments.domain);
     store.preferences.setValue(arguments.key, parsed.value, arguments.domain);
@@ -97,7 +98,7 @@ void exportDomain(const Arguments& arguments) {
     Store store;
     auto format = arguments.format == kXML ? PropertyListFormat::XML : PropertyListFormat::Binary;
     std::string bytes = encodePropertyList(store.content(arguments.domain), format);
-    if (bytes.empty()) throw Refusal("the domain holds a value that this format cannot express");
+    if (bytes.empty()) throw refused("the domain holds a value that this format cannot express");
     File file = openFile(arguments.file, "wb", stdout);
     bool isWhole = std::fwrite(bytes.data(), 1, bytes.size(), file.get()) == bytes.size();
     auto close = file.get_deleter();
@@ -115,7 +116,7 @@ std::string readWhole(const std::string& name) {
 
 void importDomain(const Arguments& arguments) {
     PropertyList content = decodePropertyList(readWhole(arguments.file));
-    if (!content.isDictionary()) throw Refusal(arguments.file + ": not a property list with a dictionary at its root");
+    if (!content.isDictionary()) throw refused("%@: not a property list with a dictionary at its root", arguments.file);
     Store store;
     store.requireReadable(arguments.domain);
     PropertyList old = store.preferences.copyDomain(arguments.domain);
@@ -130,41 +131,42 @@ void importDomain(const Arguments& arguments) {
 }  // namespace
 
 void addDefaultsCommands(CLI::App& app) {
-    auto* defaults = app.add_subcommand("defaults", "Read and change preference domains");
+    auto* defaults = app.add_subcommand("defaults", localized("Read and change preference domains"));
     defaults->require_subcommand(1);
     auto arguments = std::make_shared<Arguments>();
 
-    auto add = [&](const char* name, const char* description, void (*run)(const Arguments&)) {
+    auto add = [&](const char* name, const std::string& description, void (*run)(const Arguments&)) {
         auto* command = defaults->add_subcommand(name, description);
         command->callback([arguments, run] { run(*arguments); });
         return command;
     };
     auto takeDomain = [&](CLI::App* command) {
-        command->add_option("DOMAIN", arguments->domain, "Domain, such as com.tarnwick.typeslate")->required();
+        command->add_option("DOMAIN", arguments->domain, localized("Domain, such as com.tarnwick.typeslate"))
+            ->required();
         return command;
     };
     auto takeFormat = [&](CLI::App* command) {
-        command->add_option("--format", arguments->format, "binary (default) or xml")
+        command->add_option("--format", arguments->format, localized("binary (default) or xml"))
             ->check(CLI::IsMember({kBinary, kXML}).description(""))
             ->type_name("FORMAT");
     };
-    auto takeFile = [&](CLI::App* command, const char* description) {
+    auto takeFile = [&](CLI::App* command, const std::string& description) {
         command->add_option("FILE", arguments->file, description)->required();
         return command;
     };
 
-    takeDomain(add("read", "Print a domain, or one key of it, as JSON", read))
-        ->add_option("KEY", arguments->keyIfAny, "Key; without one the whole domain");
-    auto* writing = takeDomain(add("write", "Store one value", write));
-    writing->add_option("KEY", arguments->key, "Key")->required();
-    writing->add_option("JSON", arguments->json, "Value as JSON")->required();
-    takeDomain(add("delete", "Remove a key, or every key of a domain", remove))
-        ->add_option("KEY", arguments->keyIfAny, "Key; without one all of them");
-    add("domains", "List the stored domains", listDomains);
-    takeFormat(takeFile(takeDomain(add("export", "Write a domain into a property-list file", exportDomain)),
-                        "File to write, - for standard output"));
-    takeFile(takeDomain(add("import", "Replace a domain by a property-list file", importDomain)),
-             "File to read, - for standard input; its form is recognised");
+    takeDomain(add("read", localized("Print a domain, or one key of it, as JSON"), read))
+        ->add_option("KEY", arguments->keyIfAny, localized("Key; without one the whole domain"));
+    auto* writing = takeDomain(add("write", localized("Store one value"), write));
+    writing->add_option("KEY", arguments->key, localized("Key"))->required();
+    writing->add_option("JSON", arguments->json, localized("Value as JSON"))->required();
+    takeDomain(add("delete", localized("Remove a key, or every key of a domain"), remove))
+        ->add_option("KEY", arguments->keyIfAny, localized("Key; without one all of them"));
+    add("domains", localized("List the stored domains"), listDomains);
+    takeFormat(takeFile(takeDomain(add("export", localized("Write a domain into a property-list file"), exportDomain)),
+                        localized("File to write, - for standard output")));
+    takeFile(takeDomain(add("import", localized("Replace a domain by a property-list file"), importDomain)),
+             localized("File to read, - for standard input; its form is recognised"));
 }
 
 }  // namespace tools

@@ -5,6 +5,7 @@
 #include "tools/EntryListing.h"
 #include "tools/HeadlessPane.h"
 #include "tools/Json.h"
+#include "tools/Localized.h"
 #include "tools/Output.h"
 #include "tools/Refusal.h"
 
@@ -28,7 +29,7 @@ struct Arguments {
 std::vector<PropertyList> shownEntries() {
     posix::SystemLog log;
     posix::DiskPreferences preferences(posix::preferencesFolder(), log);
-    if (!preferences.isReadable(kSettingsDomain)) throw Refusal("the stored settings cannot be read");
+    if (!preferences.isReadable(kSettingsDomain)) throw refused("the stored settings cannot be read");
     std::vector<PropertyList> list = mutableArray(preferences.copyValue(kEntryListKey, kSettingsDomain));
     while (putGlobalFirst(list)) {
     }
@@ -51,7 +52,7 @@ void get(const Arguments& arguments) {
     if (arguments.index < 0 || arguments.index >= std::ssize(entries)) throw noEntry(arguments.index, entries.size());
     PropertyList value = entries[static_cast<std::size_t>(arguments.index)];
     if (arguments.keyIfAny) value = valueUnder(value, *arguments.keyIfAny);
-    if (!value) throw Refusal("there is no option or key \"" + posix::displayText(*arguments.keyIfAny) + "\"");
+    if (!value) throw refused("there is no option or key \"%@\"", posix::displayText(*arguments.keyIfAny));
     print(jsonText(value, JsonLayout::Indented) + "\n");
 }
 
@@ -67,9 +68,10 @@ void add(const Arguments& arguments) {
     for (const std::string& path : arguments.paths) paths.push_back(absolutePath(path));
     HeadlessPane pane;
     HeadlessPane::Added added = pane.addApplications(paths);
-    for (const std::string& path : added.alreadyListed) print(posix::displayText(path) + " is in the list already\n");
+    for (const std::string& path : added.alreadyListed)
+        print(localizedFormat("%@ is in the list already", posix::displayText(path)) + "\n");
     for (const std::string& path : added.noApplications)
-        problems.push_back(posix::displayText(path) + " is no application for this system");
+        problems.push_back(localizedFormat("%@ is no application for this system", posix::displayText(path)));
     if (problems.size() < paths.size()) pane.finish();
     if (!problems.empty()) throw Refusal(std::move(problems));
 }
@@ -89,19 +91,18 @@ void remove(const Arguments& arguments) {
 void set(const Arguments& arguments) {
     const Option* option = optionForKey(arguments.key);
     if (!option)
-        throw Refusal("there is no option \"" + posix::displayText(arguments.key) +
-                      "\"; entries set --help lists them");
+        throw refused("there is no option \"%@\"; entries set --help lists them", posix::displayText(arguments.key));
     std::optional<std::int64_t> value = optionValueFromText(*option, arguments.value);
     if (!value)
-        throw Refusal(arguments.key + " takes " + acceptedValues(*option) + ", not \"" +
-                      posix::displayText(arguments.value) + "\"");
+        throw refused("%@ takes %@, not \"%@\"", arguments.key, acceptedValues(*option),
+                      posix::displayText(arguments.value));
     HeadlessPane pane;
     pane.setOption(arguments.index, *option, *value);
     pane.finish();
 }
 
 std::string optionHelp() {
-    std::string text = "Options that KEY may name, and their values:\n";
+    std::string text = localized("Options that KEY may name, and their values:") + "\n";
     for (const Option& option : options())
         text += "  " + std::string(option.key) + ": " + acceptedValues(option) + "\n";
     return text;
@@ -110,35 +111,41 @@ std::string optionHelp() {
 }  // namespace
 
 void addEntriesCommands(CLI::App& app) {
-    auto* entries = app.add_subcommand("entries", "Show and change the list of entries");
+    auto* entries = app.add_subcommand("entries", localized("Show and change the list of entries"));
     entries->require_subcommand(1);
     auto arguments = std::make_shared<Arguments>();
-    auto command = [&](const char* name, const char* description, void (*run)(const Arguments&)) {
+    auto command = [&](const char* name, const std::string& description, void (*run)(const Arguments&)) {
         auto* added = entries->add_subcommand(name, description);
         added->callback([arguments, run] { run(*arguments); });
         return added;
     };
     auto takeIndex = [&](CLI::App* to) {
-        to->add_option("INDEX", arguments->index, "Entry, as list numbers them; 0 is the Global entry")->required();
+        to->add_option("INDEX", arguments->index, localized("Entry, as list numbers them; 0 is the Global entry"))
+            ->required();
         return to;
     };
 
-    command("list", "Print the entries", list)->add_flag("--json", arguments->json, "As JSON, with every key");
-    command("add", "Add applications", add)
-        ->add_option("PATH", arguments->paths, "Desktop file or .app folder")
+    command("list", localized("Print the entries"), list)
+        ->add_flag("--json", arguments->json, localized("As JSON, with every key"));
+    command("add", localized("Add applications"), add)
+        ->add_option("PATH", arguments->paths, localized("Desktop file or .app folder"))
         ->required();
-    auto* regex = command("add-regex", "Add an entry for applications that a regular expression matches", addRegex);
-    regex->add_option("NAME", arguments->name, "Name of the entry")->required();
-    regex->add_option("EXPRESSION", arguments->expression, "Regular expression")->required();
-    regex->add_option("--kind", arguments->kind, "What it is held against: 0 name (default), 1 identifier, 2 path")
+    auto* regex =
+        command("add-regex", localized("Add an entry for applications that a regular expression matches"), addRegex);
+    regex->add_option("NAME", arguments->name, localized("Name of the entry"))->required();
+    regex->add_option("EXPRESSION", arguments->expression, localized("Regular expression"))->required();
+    regex
+        ->add_option("--kind", arguments->kind,
+                     localized("What it is held against: 0 name (default), 1 identifier, 2 path"))
         ->type_name("N");
-    takeIndex(command("remove", "Remove an entry", remove));
-    auto* setting = takeIndex(command("set", "Change an option of an entry", set));
-    setting->add_option("KEY", arguments->key, "Option")->required();
-    setting->add_option("VALUE", arguments->value, "Value")->required();
+    takeIndex(command("remove", localized("Remove an entry"), remove));
+    auto* setting = takeIndex(command("set", localized("Change an option of an entry"), set));
+    setting->add_option("KEY", arguments->key, localized("Option"))->required();
+    setting->add_option("VALUE", arguments->value, localized("Value"))->required();
     setting->footer(optionHelp());
-    takeIndex(command("get", "Print an entry, or one value of it, as JSON", get))
-        ->add_option("KEY", arguments->keyIfAny, "Option, shown even while it is not stored, or key of the entry");
+    takeIndex(command("get", localized("Print an entry, or one value of it, as JSON"), get))
+        ->add_option("KEY", arguments->keyIfAny,
+                     localized("Option, shown even while it is not stored, or key of the entry"));
 }
 
 }  // namespace tools

@@ -2,6 +2,7 @@
 
 #include "platform/linux/DisplayText.h"
 #include "settings/EntryList.h"
+#include "tools/Localized.h"
 
 #include <algorithm>
 #include <array>
@@ -15,7 +16,6 @@ namespace {
 
 using Row = std::array<std::string, 5>;
 
-constexpr std::string_view kRegexKindNames[] = {"name", "identifier", "path"};
 constexpr std::size_t kWidestColumn = 40;  // what is longer moves the rest of its line
 
 // What the window's controls let a user choose.
@@ -24,13 +24,14 @@ std::int64_t largestValue(const Option& option) { return option.key == "DupeHand
 std::string kindOf(const PropertyList& entry) {
     if (!hasType(entry, kRegExType)) return posix::displayText(entry[kTypeKey].stringValue());
     std::int64_t kind = entry[kRegExTypeKey].integerValue();
-    bool isKnown = kind >= 0 && kind < std::ssize(kRegexKindNames);
-    return "RegEx on " + (isKnown ? std::string(kRegexKindNames[kind]) : std::to_string(kind));
+    const std::string names[] = {localized("name"), localized("identifier"), localized("path")};
+    bool isKnown = kind >= 0 && kind < std::ssize(names);
+    return localizedFormat("RegEx on %@", isKnown ? names[kind] : std::to_string(kind));
 }
 
 Row rowOf(std::size_t index, const PropertyList& entry) {
     bool isOn = shownValue(entry[kSettingsKey], *optionForKey("Enabled")) != 0;
-    return {std::to_string(index), isOn ? "on" : "off", kindOf(entry),
+    return {std::to_string(index), isOn ? localized("on") : localized("off"), kindOf(entry),
             posix::displayText(entry[kNameKey].stringValue()), posix::displayText(entry[kDataKey].stringValue())};
 }
 
@@ -53,7 +54,8 @@ void appendPadded(std::string& line, const std::string& text, std::size_t width)
 }  // namespace
 
 std::string entryTable(const std::vector<PropertyList>& list) {
-    std::vector<Row> rows{{"INDEX", "STATE", "KIND", "NAME", "DATA"}};
+    std::vector<Row> rows{
+        {localized("INDEX"), localized("STATE"), localized("KIND"), localized("NAME"), localized("DATA")}};
     for (const PropertyList& entry : list) rows.push_back(rowOf(rows.size() - 1, entry));
     std::array<std::size_t, std::tuple_size_v<Row>> widths;
     for (std::size_t column = 0; column < widths.size(); ++column) widths[column] = columnWidth(rows, column);
@@ -69,7 +71,7 @@ std::string entryTable(const std::vector<PropertyList>& list) {
 }
 
 Refusal noEntry(int index, std::size_t count) {
-    return Refusal("there is no entry " + std::to_string(index) + "; the last one is " + std::to_string(count - 1));
+    return refused("there is no entry %d; the last one is %d", index, count - 1);
 }
 
 std::optional<std::int64_t> optionValueFromText(const Option& option, std::string_view text) {
@@ -91,8 +93,8 @@ std::optional<std::int64_t> optionValueFromText(const Option& option, std::strin
 }
 
 std::string acceptedValues(const Option& option) {
-    if (option.type == OptionType::Boolean) return "true or false";
-    return "0 to " + std::to_string(largestValue(option));
+    if (option.type == OptionType::Boolean) return localized("true or false");
+    return localizedFormat("0 to %d", largestValue(option));
 }
 
 }  // namespace tools

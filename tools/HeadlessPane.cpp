@@ -2,10 +2,9 @@
 
 #include "settings/EntryList.h"
 #include "tools/EntryListing.h"
+#include "tools/Localized.h"
 #include "tools/ProgramFolder.h"
-#include "tools/Refusal.h"
 
-#include <cstdlib>
 #include <map>
 
 using namespace platform;
@@ -17,17 +16,16 @@ namespace {
 constexpr int kPanelOK = 1;
 
 std::unique_ptr<Bundle> openPaneBundle(BundleServices& bundles) {
-    const char* wish = std::getenv("TYPESLATE_PREFPANE");
-    std::string path = wish && *wish ? wish : besideProgramFolder("Typeslate.prefPane");
+    const std::string path = paneBundlePath();
     std::unique_ptr<Bundle> bundle = bundles.openBundle(path);
-    if (!bundle) throw Refusal("the settings pane is not installed: there is no bundle at " + path);
+    if (!bundle) throw refused("the settings pane is not installed: there is no bundle at %@", path);
     return bundle;
 }
 
 }  // namespace
 
 HeadlessPane::HeadlessPane() : bundle_(openPaneBundle(platform_.bundles)), pane_(platform_.forPane(*bundle_)) {
-    if (!platform_.preferences.isReadable(kSettingsDomain)) throw Refusal("the stored settings cannot be read");
+    if (!platform_.preferences.isReadable(kSettingsDomain)) throw refused("the stored settings cannot be read");
     TSPreferencePane::initialize(platform_.bundles);
     connectOutlets();
     table_.numberOfRows();  // repairs the list
@@ -76,11 +74,10 @@ HeadlessPane::Added HeadlessPane::addApplications(const std::vector<std::string>
 }
 
 void HeadlessPane::addRegex(const std::string& name, const std::string& expression, int kind) {
-    if (name.empty() || expression.empty()) throw Refusal("neither the name nor the expression may be empty");
-    if (!PropertyList(name) || !PropertyList(expression)) throw Refusal("the name or the expression is not UTF-8");
+    if (name.empty() || expression.empty()) throw refused("neither the name nor the expression may be empty");
+    if (!PropertyList(name) || !PropertyList(expression)) throw refused("the name or the expression is not UTF-8");
     if (kind < 0 || kind >= kRegexKinds)
-        throw Refusal("there is no kind " + std::to_string(kind) + "; the last one is " +
-                      std::to_string(kRegexKinds - 1));
+        throw refused("there is no kind %d; the last one is %d", kind, kRegexKinds - 1);
     pane_.regexNew(addRegex_);
     name_.setStringValue(name, TextTone::Normal);
     expression_.setStringValue(expression, TextTone::Normal);
@@ -90,21 +87,21 @@ void HeadlessPane::addRegex(const std::string& name, const std::string& expressi
 
 void HeadlessPane::removeEntry(int row) {
     select(row);
-    if (!remove_.isEnabled()) throw Refusal("the Global entry cannot be removed");
+    if (!remove_.isEnabled()) throw refused("the Global entry cannot be removed");
     pane_.doExRemoveApp(remove_);
 }
 
 void HeadlessPane::setOption(int row, const Option& option, std::int64_t value) {
     select(row);
-    if (!storedList()[row].isDictionary()) throw Refusal("entry " + std::to_string(row) + " holds no settings");
+    if (!storedList()[row].isDictionary()) throw refused("entry %d holds no settings", row);
     HeadlessOption control(option.tag, value);
     pane_.togglePerAppPrefs(control);
 }
 
 void HeadlessPane::finish() {
-    if (!platform_.runLoop.isPending()) throw Refusal("another process has just changed the entry; nothing was done");
+    if (!platform_.runLoop.isPending()) throw refused("another process has just changed the entry; nothing was done");
     if (!platform_.preferences.synchronize(kSettingsDomain))
-        throw Refusal("the settings could not be written; the log says why");
+        throw refused("the settings could not be written; the log says why");
     platform_.runLoop.wait();
     // Asked to end early: what is to be announced goes out now.
     if (platform_.bus && platform_.runLoop.isPending()) pane_.prefsFire();

@@ -2,6 +2,7 @@
 
 #include "platform/Base64.h"
 #include "platform/Date.h"
+#include "tools/Localized.h"
 
 #include <rapidjson/error/en.h>
 #include <rapidjson/prettywriter.h>
@@ -151,11 +152,11 @@ PropertyList numberFromText(std::string_view text) {
 // Builds the value as the parser reports what it meets; an open container waits on the stack for its elements.
 class Builder : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, Builder> {
 public:
-    bool Null() { return refuse("null has no place in a property list"); }
+    bool Null() { return refuse(localized("null has no place in a property list")); }
     bool Bool(bool value) { return add(value); }
     bool RawNumber(const char* text, rapidjson::SizeType length, bool) {
         PropertyList value = numberFromText({text, length});
-        return value ? add(std::move(value)) : refuse("a number out of range");
+        return value ? add(std::move(value)) : refuse(localized("a number out of range"));
     }
     bool String(const char* text, rapidjson::SizeType length, bool) {
         return add(PropertyList(std::string_view(text, length)));
@@ -179,7 +180,7 @@ public:
         bool isWrapper = !object.isContent && (key == kDictionary || (value.size() == 1 && isScalarWrapper(key)));
         if (!isWrapper) return add(std::move(value));
         PropertyList meant = value.size() == 1 ? unwrapped(key, value.entries()[0].value) : PropertyList();
-        return meant ? add(std::move(meant)) : refuse("a malformed \"" + std::string(key) + "\"");
+        return meant ? add(std::move(meant)) : refuse(localizedFormat("a malformed \"%@\"", key));
     }
 
     PropertyList result;
@@ -195,7 +196,7 @@ private:
     };
 
     bool open(bool isArray) {
-        if (stack_.size() + 1 >= PropertyList::kMaximumDepth) return refuse("nested too deeply");
+        if (stack_.size() + 1 >= PropertyList::kMaximumDepth) return refuse(localized("nested too deeply"));
         stack_.push_back({isArray, !isArray && isInDictionaryWrapper(), {}, {}, {}});
         return true;
     }

@@ -1,6 +1,6 @@
 #include "tools/Output.h"
 
-#include "tools/Refusal.h"
+#include "tools/Localized.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -11,12 +11,12 @@ namespace tools {
 
 void print(std::string_view text) {
     bool isWritten = std::fwrite(text.data(), 1, text.size(), stdout) == text.size() && std::fflush(stdout) == 0;
-    if (!isWritten) throw Refusal(std::string("standard output: ") + std::strerror(errno));
+    if (!isWritten) throw refused("standard output: %@", std::strerror(errno));
 }
 
 void flushOutput() {
     if (!std::cout.flush() || std::fflush(stdout) != 0 || std::ferror(stdout))
-        throw Refusal("standard output: not all of it could be written");
+        throw refused("standard output: not all of it could be written");
 }
 
 }  // namespace tools

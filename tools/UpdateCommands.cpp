@@ -8,8 +8,8 @@
 #include "settings/EntryList.h"
 #include "tools/HeadlessPlatform.h"
 #include "tools/Json.h"
+#include "tools/Localized.h"
 #include "tools/Output.h"
-#include "tools/Refusal.h"
 
 using namespace platform;
 using settings::kSettingsDomain;
@@ -41,18 +41,18 @@ struct Updates {
     std::unique_ptr<Bundle> module;
 
     Updates() {
-        if (!preferences.isReadable(kSettingsDomain)) throw Refusal("the stored settings cannot be read");
+        if (!preferences.isReadable(kSettingsDomain)) throw refused("the stored settings cannot be read");
         bundles.addLoaded(posix::loadRuntime(files));
         module = TWVCUpdateViewController_V100::findPlinth(services, kSettingsDomain);
     }
     Bundle& requireModule() {
-        if (!module) throw Refusal("the module is not installed");
+        if (!module) throw refused("the module is not installed");
         return *module;
     }
     PropertyList stored(std::string_view key) { return preferences.copyValue(key, kSettingsDomain); }
     void save() {
         if (!preferences.synchronize(kSettingsDomain))
-            throw Refusal("the settings could not be written; the log says why");
+            throw refused("the settings could not be written; the log says why");
     }
 };
 
@@ -97,11 +97,12 @@ void check(const Arguments& arguments) {
     OSStatus result = arguments.now ? launchNow(updates, launched)
                                     : twvc::checkForUpdate(updates.services, &module, arguments.fromModule, &launched);
     updates.save();
-    if (result != kNoErr) throw Refusal(formatted("error %d: %s", {result, statusText(result)}));
-    if (!launched.path.empty()) return print("launched " + posix::withVisibleControls(launched.path) + "\n");
+    if (result != kNoErr) throw refused("error %d: %@", result, statusText(result));
+    if (!launched.path.empty())
+        return print(localizedFormat("launched %@", posix::withVisibleControls(launched.path)) + "\n");
     if (arguments.now || before["due"].boolValue())
-        throw Refusal("the updater could not be launched; the log says why");
-    print(formatted("nothing is due (rule: %@)\n", {before["rule"]}));
+        throw refused("the updater could not be launched; the log says why");
+    print(localizedFormat("nothing is due (rule: %@)", before["rule"]) + "\n");
     throw CLI::RuntimeError(kNothingDue);
 }
 
@@ -120,38 +121,40 @@ void interval(const Arguments& arguments) {
 }  // namespace
 
 void addUpdateCommands(CLI::App& app) {
-    auto* update = app.add_subcommand("update", "Read and change the schedule of update checks, and check");
+    auto* update = app.add_subcommand("update", localized("Read and change the schedule of update checks, and check"));
     update->require_subcommand(1);
     auto arguments = std::make_shared<Arguments>();
-    auto add = [&](const char* name, const char* description, void (*run)(const Arguments&)) {
+    auto add = [&](const char* name, const std::string& description, void (*run)(const Arguments&)) {
         auto* command = update->add_subcommand(name, description);
         command->callback([arguments, run] { run(*arguments); });
         return command;
     };
     auto takeFromModule = [&](CLI::App* command) {
-        command->add_flag("--from-module", arguments->fromModule,
-                          "As the module asks from within an application: soon after the login nothing is due");
+        command->add_flag(
+            "--from-module", arguments->fromModule,
+            localized("As the module asks from within an application: soon after the login nothing is due"));
     };
 
-    auto* showing = add("status", "Print the schedule, whether a check is due, and the rule that decides", status);
-    showing->add_flag("--json", arguments->json, "As JSON");
+    auto* showing =
+        add("status", localized("Print the schedule, whether a check is due, and the rule that decides"), status);
+    showing->add_flag("--json", arguments->json, localized("As JSON"));
     takeFromModule(showing);
-    auto* checking = add("check", "Launch the updater if a check is due; status 3: nothing is due", check);
-    checking->add_flag("--now", arguments->now, "Whether or not one is due");
+    auto* checking = add("check", localized("Launch the updater if a check is due; status 3: nothing is due"), check);
+    checking->add_flag("--now", arguments->now, localized("Whether or not one is due"));
     takeFromModule(checking);
-    add("schedule", "Switch automatic checks on or off", schedule)
-        ->add_option("STATE", arguments->onOrOff, "on or off")
+    add("schedule", localized("Switch automatic checks on or off"), schedule)
+        ->add_option("STATE", arguments->onOrOff, localized("on or off"))
         ->required()
         ->check(CLI::IsMember({"on", "off"}));
     CLI::Validator seconds(
         [](const std::string& text) {
             double number = std::strtod(text.c_str(), nullptr);
             bool isUsable = number >= kShortestInterval && number <= kLongestInterval;
-            return isUsable ? std::string() : "not a number of seconds from 1 to 1000000000";
+            return isUsable ? std::string() : localized("not a number of seconds from 1 to 1000000000");
         },
         "");
-    add("interval", "Set the time between two checks", interval)
-        ->add_option("SECONDS", arguments->seconds, "At least 1; a day has 86400")
+    add("interval", localized("Set the time between two checks"), interval)
+        ->add_option("SECONDS", arguments->seconds, localized("At least 1; a day has 86400"))
         ->required()
         ->check(seconds);
 }

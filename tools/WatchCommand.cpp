@@ -3,8 +3,8 @@
 #include "platform/Date.h"
 #include "tools/BusModule.h"
 #include "tools/Json.h"
+#include "tools/Localized.h"
 #include "tools/Output.h"
-#include "tools/Refusal.h"
 
 #include <cstdio>
 
@@ -36,16 +36,16 @@ void watch() {
                       {{"time", stamp()}, {"kind", "broadcast"}, {"module", module}, {"message", message}}),
                   bus);
     });
-    std::fputs("typeslatectl: watching; Ctrl-C ends it\n", stderr);
+    std::fprintf(stderr, "typeslatectl: %s\n", localized("watching; Ctrl-C ends it").c_str());
     bus.run();
     flushOutput();
-    if (!bus.isConnected()) throw Refusal("the session bus has gone");
+    if (!bus.isConnected()) throw refused("the session bus has gone");
 }
 
 }  // namespace
 
 void addWatchCommand(CLI::App& app) {
-    app.add_subcommand("watch", "Print each notification and broadcast as a line of JSON")->callback(watch);
+    app.add_subcommand("watch", localized("Print each notification and broadcast as a line of JSON"))->callback(watch);
 }
 
 }  // namespace tools

@@ -6,13 +6,16 @@
 #include "tools/CatalogCommands.h"
 #include "tools/DefaultsCommands.h"
 #include "tools/EntriesCommands.h"
+#include "tools/Localized.h"
 #include "tools/Output.h"
 #include "tools/Refusal.h"
 #include "tools/UpdateCommands.h"
+#include "tools/UsageTexts.h"
 #include "tools/WatchCommand.h"
 
 #include <CLI/CLI.hpp>
 
+#include <clocale>
 #include <csignal>
 #include <cstdio>
 
@@ -51,8 +54,8 @@ int runOrRefuse(CLI::App& app, int argc, char** argv) {
 }
 
 std::string usageProblem(const CLI::App*, const CLI::Error& error) {
-    std::string text = error.what();
-    return "typeslatectl: " + platform::posix::withVisibleControls(text) + " (--help tells more)\n";
+    const std::string text = platform::posix::withVisibleControls(tools::localizedUsageError(error.what()));
+    return "typeslatectl: " + tools::localizedFormat("%@ (--help tells more)", text) + "\n";
 }
 
 }  // namespace
@@ -60,10 +63,12 @@ std::string usageProblem(const CLI::App*, const CLI::Error& error) {
 int main(int argc, char** argv) {
     // A closed pipe is a write that fails, not a death.
     std::signal(SIGPIPE, SIG_IGN);
-    CLI::App app("Reads and changes the settings of the Typeslate font-menu module.", "typeslatectl");
+    std::setlocale(LC_MESSAGES, "");  // for the system's own error texts
+    CLI::App app(tools::localized("Reads and changes the settings of the Typeslate font-menu module."), "typeslatectl");
     app.require_subcommand(1);
-    app.set_version_flag("--version", TYPESLATE_VERSION);
+    app.set_version_flag("--version", TYPESLATE_VERSION, tools::localized("Show the version and exit"));
     app.failure_message(usageProblem);
+    tools::localizeUsage(app);
     tools::addDefaultsCommands(app);
     tools::addEntriesCommands(app);
     tools::addCatalogCommands(app);

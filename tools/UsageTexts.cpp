@@ -1,0 +1,62 @@
+#include "tools/UsageTexts.h"
+
+#include "tools/Localized.h"
+
+namespace tools {
+namespace {
+
+struct Sentence {
+    std::string_view before, between, after;  // around the names in the parser's text
+    std::string text;                         // with "%@" for each name
+};
+
+// The one with most to recognise it by comes first.
+std::vector<Sentence> sentences() {
+    return {{"A subcommand is required", "", "", localized("a subcommand is missing")},
+            {"The following argument was not expected: ", "", "", localized("unexpected argument: %@")},
+            {"The following arguments were not expected: ", "", "", localized("unexpected arguments: %@")},
+            {"Could not convert: ", " = ", "", localized("%@ cannot be %@")},
+            {"", ": 1 required ", " missing", localized("%@ needs a value")},
+            {"", " requires ", "", localized("%@ needs %@")},
+            {"", " excludes ", "", localized("%@ and %@ exclude each other")},
+            {"", "", " is required", localized("%@ is missing")}};
+}
+
+// The names that the sentence was made with, in order; nothing when it is another sentence.
+std::optional<std::vector<std::string_view>> namesIn(std::string_view text, const Sentence& sentence) {
+    if (!text.starts_with(sentence.before)) return std::nullopt;
+    text.remove_prefix(sentence.before.size());
+    if (!text.ends_with(sentence.after)) return std::nullopt;
+    text.remove_suffix(sentence.after.size());
+    if (sentence.between.empty()) return {{text}};
+    const std::size_t middle = text.find(sentence.between);
+    if (middle == std::string_view::npos) return std::nullopt;
+    return {{text.substr(0, middle), text.substr(middle + sentence.between.size())}};
+}
+
+}  // namespace
+
+void localizeUsage(CLI::App& app) {
+    auto formatter = app.get_formatter();
+    formatter->label("Usage", localized("Usage"));
+    formatter->label("OPTIONS", localized("OPTIONS"));
+    formatter->label("SUBCOMMAND", localized("SUBCOMMAND"));
+    formatter->label("SUBCOMMANDS", localized("SUBCOMMANDS"));
+    formatter->label("REQUIRED", localized("REQUIRED"));
+    formatter->label("Positionals", localized("Positionals"));
+    formatter->label("TEXT", localized("TEXT"));
+    formatter->label("INT", localized("INT"));
+    formatter->label("FLOAT", localized("FLOAT"));
+    app.group(localized("Subcommands"));
+    app.option_defaults()->group(localized("Options"));
+    app.set_help_flag("-h,--help", localized("Show this help and exit"));
+}
+
+std::string localizedUsageError(std::string_view english) {
+    for (const Sentence& sentence : sentences())
+        if (auto names = namesIn(english, sentence))
+            return platform::formatted(sentence.text, {names->front(), names->back()});
+    return std::string(english);
+}
+
+}  // namespace tools

@@ -1,0 +1,17 @@
+// The argument parser's own texts in the user's language.
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+#include <string>
+#include <string_view>
+
+namespace tools {
+
+// Headings and the words of usage lines. To be called before subcommands and options are added: they inherit them.
+void localizeUsage(CLI::App& app);
+
+// What the parser says of a wrong call; as it is when the parser says something that it is not known to say.
+std::string localizedUsageError(std::string_view english);
+
+}  // namespace tools
