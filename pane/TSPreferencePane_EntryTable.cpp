@@ -77,7 +77,7 @@ AttributedLine TSPreferencePane::secondLineOfEntry(const PropertyList& entry) {
     }
     std::optional<std::string> path = pathOfEntry(entry);
     if (path && platform_.files.fileExists(*path)) return {*path, true};
-    return {hasType(entry, kGlobalType) ? "Global Setting" : "<<Not Found On Computer>>", true};
+    return {hasType(entry, kGlobalType) ? localized("Global Setting") : localized("<<Not Found On Computer>>"), true};
 }
 
 std::optional<std::string> TSPreferencePane::pathForIndex(int row) { return pathOfEntry(entryAtRow(row)); }

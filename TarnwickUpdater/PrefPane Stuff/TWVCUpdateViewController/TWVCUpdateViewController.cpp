@@ -139,15 +139,14 @@ void Controller::beginAutomaticCheck() {
     progessBar->setHidden(false);
     progessBar->setIndeterminate(true);
     progessBar->startAnimation();
-    lastStatus->setStringValue(
-        statusText(platform_.runLoop.now(), DateStyle::Short, platform_.paneBundle.localizedString("Checking...")));
+    lastStatus->setStringValue(statusText(platform_.runLoop.now(), DateStyle::Short, localized("Checking...")));
     showAsCancel(*checkNow);
     checkingTimer = platform_.runLoop.scheduleTimer(reactionTime_, false, [this] { checkNow_(nullptr); });
 }
 
 void Controller::showAsCancel(Button& button) {
     button.setTag(kChecking);
-    button.setTitle(platform_.paneBundle.localizedString("Cancel"));
+    button.setTitle(localized("Cancel"));
 }
 
 void Controller::selectFrequency(double interval) {
@@ -181,7 +180,8 @@ void Controller::updateStatusString() {
     PropertyList status = stored(twvc::kLastCheckStatusKey);
     std::optional<Date> date = stored(twvc::kLastCheckDateKey).dateValue();
     showStatus(date.value_or(platform_.runLoop.now()),
-               status.isString() ? status.stringValue() : "Never checked for updates.", DateStyle::Short);
+               status.isString() ? std::string(status.stringValue()) : localized("Never checked for updates."),
+               DateStyle::Short);
 }
 
 void Controller::changeFrequency(View&) {
@@ -224,7 +224,8 @@ void Controller::runUpdater(View* sender) {
     OSStatus status = twvc::runUpdater(services_, bundle.get(), plinthBundleID, &launchedUpdater);
     Date now = platform_.runLoop.now();
     if (status != kNoErr) {
-        showStatus(now, formatted("Failed. Error %d. %s", {status, platform::statusText(status)}), DateStyle::Full);
+        showStatus(now, formatted(localized("Failed. Error %d. %s"), {status, localized(platform::statusText(status))}),
+                   DateStyle::Full);
     } else {
         if (Button* button = sender ? sender->asButton() : nullptr) showAsCancel(*button);
         store(twvc::kLastCheckDateKey, now);

@@ -74,6 +74,7 @@ private:
     void cancelCheck(platform::View& sender);
     void runUpdater(platform::View* sender);
     void showStatus(platform::Date date, std::string_view status, platform::DateStyle toolTipStyle);
+    std::string localized(std::string_view key) const { return platform_.paneBundle.localizedString(key); }
     std::string statusText(const platform::PropertyList& date, platform::DateStyle style,
                            std::string_view status) const;
     void showAsCancel(platform::Button& button);

@@ -67,7 +67,7 @@ void Controller::privacyPolicy(View& sender) {
         twvc::log(services_, "Cannot find path for SUPrivacyStatement.rtfd");
         return platform_.toolkit.beep();
     }
-    if (!privacyText->loadRichText(*path)) privacyText->setString(formatted("Cannot load %@", {*path}));
+    if (!privacyText->loadRichText(*path)) privacyText->setString(formatted(localized("Cannot load %@"), {*path}));
     if (sender.panel()) return privacyWindow->runModal([this] { windowWillClose(); });
     privacyWindow->beginSheetForWindowOf(sender, [this](int code) { sheetDidEnd_returnCode_contextInfo(code); });
 }
