@@ -1,5 +1,6 @@
 #include "host/HostPlatform.h"
 
+#include "platform/linux/AutostartMirror.h"
 #include "platform/linux/DiskPreferences.h"
 #include "platform/linux/FolderBundle.h"
 #include "platform/linux/LinuxApplications.h"
@@ -21,6 +22,7 @@ using namespace platform;
 struct HostPlatform::Parts {
     posix::SystemLog log;
     posix::DiskPreferences preferences{posix::preferencesFolder(), log};
+    posix::AutostartMirror autostart{preferences, log};
     qt::DBusNotificationCenter notifications{log};
     posix::FolderBundles bundles;
     LinuxFiles files;
@@ -71,5 +73,7 @@ Platform HostPlatform::forPane(Bundle& bundle, PaneHost& host) {
 void HostPlatform::setWindow(QWidget* window) { parts_->toolkit.setWindow(window); }
 
 BundleServices& HostPlatform::bundles() { return parts_->bundles; }
+
+PreferenceService& HostPlatform::preferences() { return parts_->preferences; }
 
 }  // namespace host

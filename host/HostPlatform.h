@@ -20,6 +20,7 @@ public:
     // The toolkit's alerts stand on this window; null: on none.
     void setWindow(QWidget* window);
     platform::BundleServices& bundles();
+    platform::PreferenceService& preferences();
 
 private:
     struct Parts;

@@ -1,10 +1,13 @@
 // Opens a settings pane in a window of its own.
 #include "host/HostPlatform.h"
 #include "host/PaneWindow.h"
+#include "host/PanehostRequest.h"
+#include "host/SingleInstance.h"
+#include "host/StartupToken.h"
+#include "host/WindowPlace.h"
 #include "platform/qt/EndSignals.h"
 
 #include <QApplication>
-#include <QCommandLineParser>
 #include <QFileInfo>
 #include <QStandardPaths>
 #include <QStyleFactory>
@@ -18,7 +21,10 @@
 
 namespace {
 
-constexpr int kRefused = 1, kUsage = 2;
+constexpr int kRefused = 1;
+
+// The name of the desktop entry and on the session bus, and the domain of what the program itself remembers.
+constexpr const char* kApplicationId = "com.tarnwick.typeslate.Settings";
 
 constexpr const char* kNoDisplay =
     "panehost: there is no display to open the window on.\n"
@@ -26,67 +32,6 @@ constexpr const char* kNoDisplay =
     "  panehost -platform vnc          a window for a VNC viewer on port 5900\n"
     "  panehost -platform offscreen    no window at all\n"
     "  panehost --screenshot FILE      a picture of the window\n";
-
-struct Request {
-    QString bundle, screenshot, tab;
-    int row = -1;
-    bool dark = false, choosesPlatform = false;
-};
-
-QString defaultBundle() {
-    QString program = QFileInfo(QStringLiteral("/proc/self/exe")).symLinkTarget();
-    return QFileInfo(program).absolutePath() + QStringLiteral("/../Typeslate.prefPane");
-}
-
-// Ends the program for --help, --version and wrong usage, none of which needs a display.
-Request requestFrom(int argc, char** argv) {
-    QCommandLineParser parser;
-    parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
-    parser.setApplicationDescription(QStringLiteral("Opens a settings pane in a window."));
-    parser.addPositionalArgument(QStringLiteral("bundle"), QStringLiteral("The pane; Typeslate's own by default."),
-                                 QStringLiteral("[BUNDLE]"));
-    QCommandLineOption help({QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Shows this text."));
-    QCommandLineOption version({QStringLiteral("v"), QStringLiteral("version")}, QStringLiteral("Shows the version."));
-    QCommandLineOption screenshot(QStringLiteral("screenshot"),
-                                  QStringLiteral("Writes a picture of the window and ends; needs no display."),
-                                  QStringLiteral("file"));
-    QCommandLineOption tab(QStringLiteral("tab"), QStringLiteral("Opens the tab with this title."),
-                           QStringLiteral("title"));
-    QCommandLineOption select(QStringLiteral("select"), QStringLiteral("Selects the entry in this row, from 0."),
-                              QStringLiteral("row"));
-    QCommandLineOption dark(QStringLiteral("dark"), QStringLiteral("Uses dark colours, for pictures."));
-    QCommandLineOption platform(QStringLiteral("platform"),
-                                QStringLiteral("Where to draw: xcb, wayland, vnc, offscreen."), QStringLiteral("name"));
-    QCommandLineOption style(QStringLiteral("style"), QStringLiteral("The look of the controls."),
-                             QStringLiteral("name"));
-    parser.addOptions({help, version, screenshot, tab, select, dark, platform, style});
-
-    QStringList arguments;
-    for (int i = 0; i < argc; ++i) arguments << QString::fromLocal8Bit(argv[i]);
-    bool ok = parser.parse(arguments);
-    if (ok && parser.isSet(help)) {
-        std::printf("%s", qPrintable(parser.helpText()));
-        std::exit(0);
-    }
-    if (ok && parser.isSet(version)) {
-        std::printf("panehost %s\n", TYPESLATE_VERSION);
-        std::exit(0);
-    }
-    bool rowOk = true;
-    Request request{.bundle = {},
-                    .screenshot = parser.value(screenshot),
-                    .tab = parser.value(tab),
-                    .row = parser.isSet(select) ? parser.value(select).toInt(&rowOk) : -1,
-                    .dark = parser.isSet(dark),
-                    .choosesPlatform = parser.isSet(platform)};
-    if (!ok || !rowOk || parser.positionalArguments().size() > 1) {
-        std::fprintf(stderr, "panehost: %s\n",
-                     ok ? "usage: panehost [--screenshot FILE] [BUNDLE]" : qPrintable(parser.errorText()));
-        std::exit(kUsage);
-    }
-    request.bundle = parser.positionalArguments().value(0, defaultBundle());
-    return request;
-}
 
 // Reading the font configuration takes as long as reaching the display; the two do not need each other. Qt would read
 // it at the first text.
@@ -106,7 +51,7 @@ void refuseOnFatal(QtMsgType type, const QMessageLogContext&, const QString& mes
     std::_Exit(kRefused);
 }
 
-void choosePlatform(const Request& request) {
+void choosePlatform(const host::Request& request) {
     if (request.choosesPlatform || qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) return;
     if (!request.screenshot.isEmpty()) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
@@ -142,21 +87,48 @@ void chooseIconTheme() {
 }
 
 // Without a desktop nothing chooses a style or an icon theme.
-void chooseLook(const Request& request) {
+void chooseLook(const host::Request& request) {
     bool hasDesktop = QGuiApplication::platformName() != QStringLiteral("offscreen");
     if (!hasDesktop || request.dark) QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
     if (!hasDesktop) chooseIconTheme();
     if (request.dark) QApplication::setPalette(darkPalette());
 }
 
-void applyRequest(const Request& request, host::PaneWindow& window) {
+// Each pane has a size of its own.
+std::string keyOfPlace(const host::Request& request) {
+    return "Window " + QFileInfo(request.bundle).fileName().toStdString();
+}
+
+// What must be the same for an open window to stand in for this start; empty when none can.
+QString sceneOf(const host::Request& request) {
+    const QString platform = QGuiApplication::platformName();
+    const bool isX11 = platform == QStringLiteral("xcb");
+    const bool isDesktop = isX11 || platform.startsWith(QStringLiteral("wayland"));
+    if (!isDesktop || request.namesBundle || !request.screenshot.isEmpty()) return {};
+    QStringList scene = {platform, QFileInfo(request.bundle).canonicalFilePath()};
+    for (const char* name : {isX11 ? "DISPLAY" : "WAYLAND_DISPLAY", "HOME", "XDG_CONFIG_HOME", "TYPESLATE_ROOT"})
+        scene << qEnvironmentVariable(name);
+    return scene.join(QLatin1Char('\n'));
+}
+
+const QString kTabKey = QStringLiteral("com.tarnwick.typeslate.tab");
+const QString kRowKey = QStringLiteral("com.tarnwick.typeslate.row");
+
+// True when a window that is open already does what was asked for.
+bool wasHandedOver(host::SingleInstance& instance, const host::Request& request, QVariantMap platformData) {
+    platformData.insert(kTabKey, request.tab);
+    platformData.insert(kRowKey, request.row);
+    return instance.handOver(platformData);
+}
+
+void showPlace(const QString& tab, int row, host::PaneWindow& window) {
     auto* tabs = window.findChild<QTabWidget*>();
     for (int i = 0; tabs && i < tabs->count(); ++i)
-        if (tabs->tabText(i).remove(QLatin1Char('&')) == request.tab) tabs->setCurrentIndex(i);
+        if (tabs->tabText(i).remove(QLatin1Char('&')) == tab) tabs->setCurrentIndex(i);
     platform::View* table = window.view("exTableView");
-    if (request.row >= 0 && table && table->asTableView()) {
-        table->asTableView()->selectRow(request.row);
-        table->asTableView()->scrollRowToVisible(request.row);
+    if (row >= 0 && table && table->asTableView()) {
+        table->asTableView()->selectRow(row);
+        table->asTableView()->scrollRowToVisible(row);
     }
 }
 
@@ -171,13 +143,14 @@ int writeScreenshot(host::PaneWindow& window, const QString& file) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    Request request = requestFrom(argc, argv);
+    const host::Request request = host::requestFrom(argc, argv);
     choosePlatform(request);
 #if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
     QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
 #endif
     platform::qt::EndSignals endSignals;
+    const QVariantMap tokens = host::startupTokens();
     qInstallMessageHandler(refuseOnFatal);
     std::thread fonts = readingFontConfiguration();
     QApplication application(argc, argv);
@@ -185,16 +158,31 @@ int main(int argc, char** argv) {
     qInstallMessageHandler(nullptr);
     application.setApplicationName(QStringLiteral("panehost"));
     application.setApplicationVersion(QStringLiteral(TYPESLATE_VERSION));
+    application.setDesktopFileName(QLatin1String(kApplicationId));
     chooseLook(request);
 
+    std::unique_ptr<host::SingleInstance> instance;
+    if (QString scene = sceneOf(request); !scene.isEmpty()) {
+        instance = std::make_unique<host::SingleInstance>(QLatin1String(kApplicationId), scene);
+        if (wasHandedOver(*instance, request, tokens)) return 0;
+    }
     host::HostPlatform platform;
     host::PaneWindow window(platform);
     if (std::string problem = window.load(request.bundle.toStdString()); !problem.empty()) {
         std::fprintf(stderr, "panehost: %s\n", problem.c_str());
         return kRefused;
     }
-    applyRequest(request, window);
+    std::unique_ptr<host::WindowPlace> place;
+    if (request.screenshot.isEmpty())
+        place =
+            std::make_unique<host::WindowPlace>(window, platform.preferences(), kApplicationId, keyOfPlace(request));
+    showPlace(request.tab, request.row, window);
     window.show();
+    if (instance)
+        instance->setHandler([&window](const QVariantMap& data) {
+            showPlace(data.value(kTabKey).toString(), data.value(kRowKey, -1).toInt(), window);
+            host::bringForward(window, data);
+        });
     // The end of the session is a request to leave the pane, which may wait for a sheet; asked again it does not wait.
     endSignals.setHandler([&window, wasAsked = false]() mutable {
         if (std::exchange(wasAsked, true)) return QApplication::quit();

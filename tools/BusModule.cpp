@@ -1,14 +1,14 @@
 #include "tools/BusModule.h"
 
+#include "platform/linux/Installation.h"
 #include "tools/Localized.h"
-#include "tools/ProgramFolder.h"
 
 #include <dlfcn.h>
 
 namespace tools {
 namespace {
 
-std::string modulePath() { return besideProgramFolder("lib/typeslate/typeslatectl-bus.so"); }
+std::string modulePath() { return platform::posix::installedPath("typeslatectl-bus.so"); }
 
 }  // namespace
 

@@ -27,7 +27,7 @@ public:
 inline constexpr const char* kBusModuleFactoryName = "typeslatectl_busModule";
 using BusModuleFactory = BusModule* (*)();  // one for the process, never deleted
 
-// Loads the module from "../lib/typeslate" beside the program's folder. Null when it is not installed.
+// Loads the module from where the product is installed. Null when it is not.
 BusModule* findBusModule();
 // The same for commands that cannot do without a bus. Throws Refusal when there is no module or no session bus.
 BusModule& requireBus();

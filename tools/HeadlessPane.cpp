@@ -1,9 +1,9 @@
 #include "tools/HeadlessPane.h"
 
+#include "platform/linux/Installation.h"
 #include "settings/EntryList.h"
 #include "tools/EntryListing.h"
 #include "tools/Localized.h"
-#include "tools/ProgramFolder.h"
 
 #include <map>
 
@@ -16,7 +16,7 @@ namespace {
 constexpr int kPanelOK = 1;
 
 std::unique_ptr<Bundle> openPaneBundle(BundleServices& bundles) {
-    const std::string path = paneBundlePath();
+    const std::string path = posix::paneBundlePath();
     std::unique_ptr<Bundle> bundle = bundles.openBundle(path);
     if (!bundle) throw refused("the settings pane is not installed: there is no bundle at %@", path);
     return bundle;

@@ -254,7 +254,7 @@ class DocumentTest(Case):
 class WatchTest(Case):
     def setUp(self):
         super().setUp()
-        module, runtime = (pathlib.Path(PROGRAM).parents[1] / "lib" / n for n in ("typeslate/typeslatectl-bus.so", "libplinth.so"))
+        module, runtime = (pathlib.Path(PROGRAM).parents[1] / n for n in ("typeslatectl-bus.so", "lib/libplinth.so"))
         if not shutil.which("dbus-daemon") or not module.exists() or not runtime.exists():
             self.skipTest("needs dbus-daemon, the bus module and the sample runtime")
         self.env["LD_LIBRARY_PATH"] = str(runtime.parent)  # a sanitizer hides where the program would look

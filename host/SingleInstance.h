@@ -1,0 +1,37 @@
+// One window for all starts of a program: the first owns a name on the session bus, and the later ones ask it there to
+// come forward, by the method Activate of org.freedesktop.Application (Desktop Entry Specification, "D-Bus
+// Activation"), so that desktops can ask too.
+#pragma once
+
+#include <QDBusConnection>
+#include <QDBusVirtualObject>
+#include <QVariantMap>
+
+#include <functional>
+
+namespace host {
+
+class SingleInstance final : public QDBusVirtualObject {
+public:
+    // The id is the bus name, and with slashes the object's path. Starts whose scenes differ (another pane, display or
+    // home) cannot stand in for one another.
+    SingleInstance(const QString& id, const QString& scene);
+    ~SingleInstance() override;
+
+    // Makes this process the first, or asks the one that is to come forward. True: it does, and nothing is left to do
+    // here. False where there is no bus, no first, one of another scene, or one that does not answer within seconds.
+    bool handOver(QVariantMap platformData);
+
+    // Told what a later start or a desktop hands over; requests that come before wait for the handler and its loop.
+    void setHandler(std::function<void(const QVariantMap& platformData)> handler) { handler_ = std::move(handler); }
+
+private:
+    QString introspect(const QString&) const override { return {}; }
+    bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override;
+
+    const QString id_, path_, scene_;
+    QDBusConnection bus_;
+    std::function<void(const QVariantMap&)> handler_ = [](const QVariantMap&) {};
+};
+
+}  // namespace host
