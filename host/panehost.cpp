@@ -73,6 +73,7 @@ QPalette darkPalette() {
     palette.setColor(QPalette::PlaceholderText, grey);
     palette.setColor(QPalette::Highlight, QColor(0x2f, 0x7f, 0xb8));
     palette.setColor(QPalette::HighlightedText, Qt::white);
+    palette.setColor(QPalette::Link, QColor(0x6c, 0xb8, 0xf0));
     return palette;
 }
 

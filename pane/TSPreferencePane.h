@@ -102,6 +102,14 @@ public:
     void warningEnd(platform::View& button);
     void warningDidEnd_returnCode_contextInfo(platform::Panel& sheet, int returnCode, const std::string& key);
 
+    // About panel. The text scrolls by itself while the panel is open.
+    void doAbout(platform::View& sender);
+    void scrollAboutText();
+    void ripSheet(platform::View& sender);
+    void customSheetDidEnd_returnCode_contextInfo(platform::Panel& sheet, int returnCode, const void* contextInfo);
+    // The position, in points, at which the text's end is in sight; 0 until the first step of the process finds it.
+    static float sGreatestAboutPosition;
+
 private:
     struct OutletEntry;
     struct ActionEntry;
@@ -212,4 +220,9 @@ private:
     Outlet<platform::Button> regexSheetOK;
     Outlet<platform::Button> regexCancel;
     Outlet<platform::Button> regexHelp;
+
+    Outlet<platform::Panel> aboutPanel;
+    Outlet<platform::TextView> aboutTextView;
+    std::unique_ptr<platform::Timer> scrollTimer;  // while the panel is open
+    float pos = 0;                                 // points from the top
 };

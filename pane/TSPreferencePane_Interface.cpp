@@ -60,6 +60,8 @@ const TSPreferencePane::OutletEntry TSPreferencePane::kOutlets[] = {
     OUTLET(regexSheetOK),
     OUTLET(regexCancel),
     OUTLET(regexHelp),
+    OUTLET(aboutPanel),
+    OUTLET(aboutTextView),
 };
 
 #undef OUTLET
@@ -78,6 +80,8 @@ const TSPreferencePane::ActionEntry TSPreferencePane::kActions[] = {
     {"editCollections:", &TSPreferencePane::editCollections},
     {"doRegExHelp:", &TSPreferencePane::doRegExHelp},
     {"doMore:", &TSPreferencePane::doMore},
+    {"doAbout:", &TSPreferencePane::doAbout},
+    {"ripSheet:", &TSPreferencePane::ripSheet},
 };
 
 void TSPreferencePane::setOutlet(std::string_view name, View& object) {

@@ -58,6 +58,10 @@ public:
     // Modal, with the default button only.
     virtual void runAlert(std::string_view /*title*/, std::string_view /*message*/) {}
     virtual void beep() {}
+    // The modifier keys held now, each a bit of a keyboard event's mask: kLeftOption, kRightOption.
+    virtual std::uint32_t currentKeyModifiers() { return 0; }
+    static constexpr std::uint32_t kLeftOption = 0x0800;   // Alt
+    static constexpr std::uint32_t kRightOption = 0x4000;  // Alt Gr
     // Loads the interface file of this name from the bundle's resources and hands its objects to the owner, which must
     // outlive the result. Null when there is no such file or it cannot be read.
     virtual std::unique_ptr<LoadedInterface> loadInterface(const Bundle& /*bundle*/, std::string_view /*nibName*/,

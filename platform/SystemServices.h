@@ -1,4 +1,4 @@
-// The machine, the user and the keyboard.
+// The machine and the user.
 #pragma once
 
 #include "platform/PlatformTypes.h"

@@ -3,15 +3,27 @@
 
 #include "platform/qt/WidgetView.h"
 
+#include <QObject>
 #include <QTextEdit>
 
 namespace platform::qt {
 
+// Once the user has scrolled or selected, the text stays where the user put it until another one is loaded: what moves
+// by itself can be stopped, and is not torn away from who reads it.
 class QtTextView final : public WidgetView<TextView, QTextEdit> {
 public:
-    using WidgetView::WidgetView;
+    static constexpr int kLongestRichText = 1 << 20;  // bytes; the rest is left out
+
+    explicit QtTextView(QTextEdit& widget);
+    Rect frame() const override;
     void setString(std::string_view text) override { widget_.setPlainText(toQString(text)); }
     bool loadRichText(std::string_view path) override;
+    Rect enclosingScrollViewFrame() const override { return frameOf(widget_); }
+    void scrollPoint(const Point& point) override;
+
+private:
+    QObject connections_;
+    bool isHeldByUser_ = false;
 };
 
 }  // namespace platform::qt

@@ -1,6 +1,6 @@
-// Reads rich text (RTF) into a document: paragraphs with their alignment, bold, italic, underlined text, sizes, and
-// characters in every form in which RTF writes them. Fonts, colours, pictures, tables and links are left out; unknown
-// controls are skipped, as the format asks of its readers.
+// Reads rich text (RTF) into a document: paragraphs with their alignment, indents and spacing; bold, italic, underlined
+// and struck-out text, sizes, colours and links; the pictures of an rtfd folder; and characters in every form in which
+// RTF writes them. Fonts, tables, lists, headers and pictures inside the text itself are left out.
 #pragma once
 
 #include <QTextDocument>
@@ -11,6 +11,8 @@ namespace platform::qt {
 
 // False, and the document is what it was, when the bytes do not begin as rich text does. Text that ends early or has
 // groups that do not match is read as far as it goes. Sizes are relative: 12 points become the document's own size.
-bool readRichText(std::string_view rtf, QTextDocument& document);
+// Text has the colour of the document's surroundings unless it sets one. Pictures come from the folder; without one
+// they are left out.
+bool readRichText(std::string_view rtf, const QString& folder, QTextDocument& document);
 
 }  // namespace platform::qt

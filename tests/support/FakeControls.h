@@ -178,8 +178,12 @@ public:
         if (isReadable) text = "rich " + std::string(path);
         return isReadable;
     }
+    platform::Rect enclosingScrollViewFrame() const override { return scrollView; }
+    void scrollPoint(const platform::Point& point) override { visible.push_back(point.y); }
     std::string text;
     bool isReadable = true;
+    platform::Rect scrollView;
+    std::vector<double> visible;  // each place that was scrolled to
 };
 
 // The objects of an interface file, made when they are first asked for and connected to the owner at once.

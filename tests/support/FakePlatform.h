@@ -168,6 +168,8 @@ public:
     platform::Size iconSize{128, 128};
     void runAlert(std::string_view title, std::string_view message) override;
     void beep() override { journal_.push_back("beep"); }
+    std::uint32_t currentKeyModifiers() override { return keyModifiers; }
+    std::uint32_t keyModifiers = 0;
     void beginOpenPanel(const platform::OpenPanelRequest& request,
                         std::function<void(platform::OpenPanel&, int)> didEnd) override;
     void showFontPanel(int paneTag) override { journal_.push_back("font panel " + std::to_string(paneTag)); }
