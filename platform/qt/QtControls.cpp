@@ -1,7 +1,8 @@
 #include "platform/qt/QtControls.h"
 
+#include "platform/qt/AlertTone.h"
+
 #include <QAccessible>
-#include <QEvent>
 #include <QSignalBlocker>
 #include <QTabBar>
 
@@ -20,47 +21,6 @@ QString withoutMnemonic(QString text) {
     for (int i = 0; (i = static_cast<int>(text.indexOf(kMark, i))) >= 0; ++i) text.remove(i, 1);
     return text;
 }
-
-// One red cannot be read on both a light and a dark ground.
-QColor alertColor(const QPalette& palette) {
-    bool isDark = palette.color(QPalette::Window).lightness() < 128;
-    return isDark ? QColor(0xff, 0x8a, 0x80) : QColor(0xb7, 0x1c, 0x1c);
-}
-
-// Keeps an alerting label readable when the theme changes under it.
-class AlertTone final : public QObject {
-public:
-    explicit AlertTone(QLabel& label) : QObject(&label), label_(label) {
-        setObjectName(kName);
-        label.installEventFilter(this);
-        apply();
-    }
-    static void set(QLabel& label, bool alert) {
-        auto* tone = label.findChild<QObject*>(kName, Qt::FindDirectChildrenOnly);
-        if (alert == (tone != nullptr)) return;
-        if (alert) {
-            new AlertTone(label);
-        } else {
-            delete tone;
-            label.setPalette({});
-        }
-    }
-    bool eventFilter(QObject*, QEvent* event) override {
-        if (event->type() == QEvent::PaletteChange) apply();
-        return false;
-    }
-
-private:
-    static inline const QString kName = QStringLiteral("alertTone");
-    void apply() {
-        QColor color = alertColor(label_.palette());
-        if (label_.palette().color(QPalette::WindowText) == color) return;
-        QPalette palette;
-        palette.setColor(QPalette::WindowText, color);
-        label_.setPalette(palette);
-    }
-    QLabel& label_;
-};
 
 int clampedTo(std::int64_t number, const QSpinBox& box) {
     return static_cast<int>(std::clamp<std::int64_t>(number, box.minimum(), box.maximum()));
@@ -97,7 +57,7 @@ void QtLabel::setStringValue(std::string_view text, TextTone tone) {
     bool changed = shown != widget_.text();
     widget_.setTextFormat(Qt::PlainText);  // names of files and applications are no markup
     widget_.setText(shown);
-    AlertTone::set(widget_, alert);
+    setAlertTone(widget_, alert);
     widget_.setAlignment(alert ? Qt::Alignment(Qt::AlignCenter) : designedAlignment_);
     if (widget_.property(kHideWhenEmpty).toBool()) widget_.setVisible(!shown.isEmpty());
     if (alert && changed) {
