@@ -41,7 +41,10 @@ int CellModel::columnCount(const QModelIndex& parent) const {
 // For screen readers, tool tips and finding a row by typing; the delegate paints from cell().
 QVariant CellModel::data(const QModelIndex& index, int role) const {
     bool isText = role == Qt::DisplayRole || role == Qt::AccessibleTextRole || role == Qt::ToolTipRole;
-    if (!isText || !index.isValid() || isImageColumn(index.column())) return {};
+    if (!isText || !index.isValid()) return {};
+    // A picture speaks by its neighbour: without a name it would be a blank place under the cursor.
+    if (isImageColumn(index.column()))
+        return role == Qt::AccessibleTextRole ? data(index.siblingAtColumn(index.column() + 1), role) : QVariant();
     QStringList texts;
     for (const AttributedLine& line : cell(index).lines) texts << toQString(line.text);
     if (role == Qt::DisplayRole) return texts.value(0);
