@@ -1,0 +1,107 @@
+"""The host window among the others: it remembers its place, a second start raises it, and a killed one is no obstacle."""
+import base64
+import json
+import os
+import re
+import struct
+import subprocess
+
+import windowtest
+
+DOMAIN, KEY = "com.tarnwick.typeslate.Settings", "Window Typeslate.prefPane"
+SCREEN = 1280, 1024
+
+
+def xdotool(*arguments):
+    return subprocess.run(["xdotool", *map(str, arguments)], check=True, capture_output=True, text=True,
+                          timeout=windowtest.LIMIT).stdout
+
+
+def geometry(window):
+    return tuple(int(n) for n in re.findall(r"[XYWHIDTEG]+=(\d+)", xdotool("getwindowgeometry", "--shell", window))[1:5])
+
+
+def reopened(session, host):
+    session.close(host)
+    host = session.open_pane()
+    session.settle(host.window)
+    return host
+
+
+def remembers_size_and_place(session):
+    host = session.open_pane()
+    xdotool("windowsize", "--sync", host.window, 1000, 760)
+    xdotool("windowmove", "--sync", host.window, 90, 70)
+    session.settle(host.window)
+    kept = geometry(host.window)
+    host = reopened(session, host)
+    assert geometry(host.window) == kept, (geometry(host.window), kept)
+    return host
+
+
+def stays_on_the_screen(session, host):
+    """Places from a larger or another screen, as the frame's rectangle and the window's own in it."""
+    for left, top, width, height in [(5000, 4000, 900, 700), (-3000, -2000, 900, 700), (0, 0, 4000, 3000)]:
+        session.close(host)
+        stored = json.loads(session.ctl("defaults", "read", DOMAIN, KEY))["$data"]
+        data = bytearray(base64.b64decode(stored))
+        rectangle = struct.pack(">4i", left, top, left + width - 1, top + height - 1)
+        data[8:24] = data[24:40] = data[50:66] = rectangle
+        session.ctl("defaults", "write", DOMAIN, KEY, json.dumps({"$data": base64.b64encode(data).decode()}))
+        host = session.open_pane()
+        session.settle(host.window)
+        x, y, width, height = geometry(host.window)
+        assert 0 <= x and 0 <= y and x + width <= SCREEN[0] and y + height <= SCREEN[1], (x, y, width, height)
+    return host
+
+
+def start_again(session, *arguments, **environment):
+    return subprocess.run([session.build + "/bin/panehost", *arguments], env={**session.environment, **environment},
+                          timeout=windowtest.LIMIT, check=True)
+
+
+def second_start_raises_the_first(session, host):
+    for environment in {}, {"DESKTOP_STARTUP_ID": "launcher-1-host_TIME99999999"}:
+        xdotool("windowminimize", "--sync", host.window)
+        start_again(session, **environment)
+        found = xdotool("search", "--sync", "--onlyvisible", "--name", "^Typeslate$").split()
+        assert found == [host.window], found
+        while xdotool("getactivewindow").split() != [host.window]:
+            pass
+
+    picture = session.home + "/picture.png"
+    xdotool("windowminimize", "--sync", host.window)
+    start_again(session, "--screenshot", picture)
+    assert os.path.getsize(picture) > 1000
+    assert xdotool("search", "--name", "^Typeslate$").split() == [host.window]
+    assert "Iconic" in subprocess.run(["xprop", "-id", host.window, "WM_STATE"], check=True, capture_output=True,
+                                      text=True).stdout
+
+
+def another_home_has_a_window_of_its_own(session, host):
+    """And so has a pane that is named; the first window stays as it is."""
+    for arguments, environment in [([], {"TYPESLATE_ROOT": session.home}), ([session.build + "/Typeslate.prefPane"], {})]:
+        process = subprocess.Popen([session.build + "/bin/panehost", *arguments],
+                                   env={**session.environment, **environment})
+        session.processes.append(process)
+        other = session.wait_for_window("Typeslate")
+        assert other != host.window
+        process.terminate()
+        assert process.wait(windowtest.LIMIT) == 0
+
+
+def killed_one_is_no_obstacle(session, host):
+    host.kill()
+    host.wait()
+    session.close(session.open_pane())
+
+
+def test(session):
+    host = remembers_size_and_place(session)
+    host = stays_on_the_screen(session, host)
+    second_start_raises_the_first(session, host)
+    another_home_has_a_window_of_its_own(session, host)
+    killed_one_is_no_obstacle(session, host)
+
+
+windowtest.run(test)
