@@ -98,6 +98,7 @@ void TSPreferencePane::awakeFromNib() {
 void TSPreferencePane::mainViewDidLoad() {
     canUnselect = UnselectReply::Now;
     if (oldOSX) return;
+    removeLoginItem(kSettingsDomain);  // of the helper, which has the settings' name
     exTableView->registerForFileNameDrags();
     exTableView->setDoubleAction("doubleClickTable:");
     versionField->setStringValue(thisBundle.infoValue("CFBundleVersion").stringValue());
@@ -140,9 +141,9 @@ void TSPreferencePane::willSelect() {
 void TSPreferencePane::showRuntimeStatus() {
     enabledCheckbox->setEnabled(!plinthMissing);
     if (!plinthMissing) return statusField->setStringValue("");
-    std::string_view text = rootEnabled ? "You are logged in as root. Plinth is disabled."
-                                        : "The Plinth component is either disabled or not installed.";
-    statusField->setStringValue(localized(text), TextTone::Alert);
+    const std::string text = rootEnabled ? localized("You are logged in as root. Plinth is disabled.")
+                                         : localized("The Plinth component is either disabled or not installed.");
+    statusField->setStringValue(text, TextTone::Alert);
 }
 
 UnselectReply TSPreferencePane::shouldUnselect() {

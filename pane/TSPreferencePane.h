@@ -102,6 +102,18 @@ public:
     void warningEnd(platform::View& button);
     void warningDidEnd_returnCode_contextInfo(platform::Panel& sheet, int returnCode, const std::string& key);
 
+    // Login items. Nothing as main argument: nothing is done.
+    void addLoginItem_hide(std::optional<std::string_view> path, bool hide);
+    void removeLoginItem(std::optional<std::string_view> identifier);
+    void removeLoginItemWithPath(std::optional<std::string_view> path);
+    // Whether a login item starts the application. One that starts it from another path is replaced.
+    bool isLoginItem_withPath(std::optional<std::string_view> identifier, std::optional<std::string_view> path);
+
+    // Helper agent. Without a match both words of the number are 0.
+    bool findProcessByID_withPSN(std::string_view identifier, platform::ProcessSerialNumber& psn);
+    void launchTSDaemon();
+    void killTSDaemon();
+
     // About panel. The text scrolls by itself while the panel is open.
     void doAbout(platform::View& sender);
     void scrollAboutText();

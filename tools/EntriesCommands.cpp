@@ -2,14 +2,13 @@
 
 #include "platform/linux/DisplayText.h"
 #include "settings/EntryList.h"
+#include "tools/AbsolutePath.h"
 #include "tools/EntryListing.h"
 #include "tools/HeadlessPane.h"
 #include "tools/Json.h"
 #include "tools/Localized.h"
 #include "tools/Output.h"
 #include "tools/Refusal.h"
-
-#include <filesystem>
 
 using namespace platform;
 using namespace settings;
@@ -54,13 +53,6 @@ void get(const Arguments& arguments) {
     if (arguments.keyIfAny) value = valueUnder(value, *arguments.keyIfAny);
     if (!value) throw refused("there is no option or key \"%@\"", posix::displayText(*arguments.keyIfAny));
     print(jsonText(value, JsonLayout::Indented) + "\n");
-}
-
-std::string absolutePath(const std::string& path) {
-    std::error_code error;
-    std::string absolute = std::filesystem::absolute(path, error).lexically_normal();
-    while (absolute.size() > 1 && absolute.ends_with('/')) absolute.pop_back();
-    return absolute;
 }
 
 void add(const Arguments& arguments) {

@@ -34,6 +34,10 @@ public:
     // because another process had changed the entry.
     void finish();
 
+    // Operations that have nothing to do with the list of entries, for which finish() is not due.
+    TSPreferencePane& operations() { return pane_; }
+    platform::PreferenceService& preferences() { return platform_.preferences; }
+
 private:
     void connectOutlets();
     platform::PropertyList storedList();

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/Platform.h"
+#include "platform/linux/AutostartMirror.h"
 #include "platform/linux/DiskPreferences.h"
 #include "platform/linux/FolderBundle.h"
 #include "platform/linux/LinuxApplications.h"
@@ -80,6 +81,7 @@ struct HeadlessPlatform {
 
     platform::posix::SystemLog log;
     platform::posix::DiskPreferences preferences{platform::posix::preferencesFolder(), log};
+    platform::posix::AutostartMirror autostart{preferences, log};
     platform::posix::FolderBundles bundles;
     platform::LinuxFiles files;
     platform::posix::LinuxApplications applications;

@@ -6,7 +6,9 @@
 #include "tools/CatalogCommands.h"
 #include "tools/DefaultsCommands.h"
 #include "tools/EntriesCommands.h"
+#include "tools/HelperCommands.h"
 #include "tools/Localized.h"
+#include "tools/LoginItemsCommands.h"
 #include "tools/Output.h"
 #include "tools/Refusal.h"
 #include "tools/UpdateCommands.h"
@@ -72,6 +74,8 @@ int main(int argc, char** argv) {
     tools::addDefaultsCommands(app);
     tools::addEntriesCommands(app);
     tools::addCatalogCommands(app);
+    tools::addLoginItemsCommands(app);
+    tools::addHelperCommands(app);
     tools::addUpdateCommands(app);
     tools::addWatchCommand(app);
     return runOrRefuse(app, argc, argv);

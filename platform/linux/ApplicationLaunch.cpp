@@ -1,4 +1,5 @@
-// Starting an application by its file.
+#include "platform/linux/ApplicationLaunch.h"
+
 #include "platform/linux/DesktopEntry.h"
 #include "platform/linux/DesktopEntryCommand.h"
 #include "platform/linux/DetachedProcess.h"
@@ -10,22 +11,47 @@
 namespace platform::posix {
 namespace {
 
-std::vector<std::string> commandOfDesktopFile(const ApplicationRecord& record,
-                                              const ApplicationEnvironment& environment) {
+std::optional<StartDescription> startOfDesktopFile(const ApplicationRecord& record,
+                                                   const ApplicationEnvironment& environment) {
     SmallFileReader reader;
     std::optional<std::string_view> bytes = reader.read(AT_FDCWD, record.path.c_str());
     std::optional<DesktopEntry> entry = bytes ? readDesktopEntry(*bytes, environment.locale) : std::nullopt;
     if (!entry) return {};
-    if (entry->exec.empty() && record.isDBusActivatable) return {"gapplication", "launch", record.identifier};
-    return expandCommand(splitCommand(entry->exec), {{}, entry->icon, entry->name, record.path});
+    StartDescription start{{}, record.name, entry->icon, entry->workingFolder, entry->isTerminal};
+    if (entry->exec.empty() && record.isDBusActivatable)
+        start.words = {"gapplication", "launch", record.identifier};
+    else
+        start.words = expandCommand(splitCommand(entry->exec), {{}, entry->icon, entry->name, record.path});
+    return start.words.empty() ? std::nullopt : std::optional(std::move(start));
+}
+
+std::optional<StartDescription> startOf(const ApplicationRecord& record, const ApplicationEnvironment& environment) {
+    if (!record.isBundle) return startOfDesktopFile(record, environment);
+    return StartDescription{{record.program}, record.name, record.iconName, {}, false};
 }
 
 }  // namespace
 
+std::optional<StartDescription> startDescription(std::string_view path, const ApplicationEnvironment& environment) {
+    if (!path.starts_with('/') || path.find('\0') != path.npos) return {};
+    while (path.size() > 1 && path.ends_with('/')) path.remove_suffix(1);
+    const std::string plain(path);
+    int error = 0;
+    const std::optional<ApplicationRecord> record = readApplicationRecord(plain, environment, error);
+    ProgramLookup programs(environment);
+    if (!record)
+        return programs.isExecutable(plain)
+                   ? std::optional(StartDescription{{plain}, displayedLastComponent(plain), {}, {}, false})
+                   : std::nullopt;
+    if (!record->isApplication || (record->isBundle && !programs.isExecutable(record->program))) return {};
+    return startOf(*record, environment);
+}
+
 OSStatus LinuxApplications::openApplication(std::string_view path) {
     const std::optional<ApplicationRecord> record = recordAtPath(path);
     if (!record || !isNative(*record)) return kFileNotFound;
-    return startDetached(record->isBundle ? std::vector{record->program} : commandOfDesktopFile(*record, environment_));
+    const std::optional<StartDescription> start = startOf(*record, environment_);
+    return start ? startDetached(start->words) : kFileNotFound;
 }
 
 }  // namespace platform::posix

@@ -4,9 +4,12 @@
 #include "platform/linux/DesktopEntryCommand.h"
 #include "platform/linux/DisplayText.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 
 namespace platform::posix {
 namespace {
@@ -53,6 +56,12 @@ std::string bundleName(const PropertyList& information, std::string_view path) {
     return displayedLastComponent(name);
 }
 
+std::string fileNameWithout(std::string_view suffix, const std::string& path) {
+    std::string name = path.substr(path.rfind('/') + 1);
+    name.resize(name.size() - suffix.size());
+    return name;
+}
+
 }  // namespace
 
 std::string displayedLastComponent(std::string_view path) {
@@ -93,6 +102,24 @@ std::optional<ApplicationRecord> bundleRecord(std::string path, std::string_view
         record.program = (path + "/Contents/Linux/").append(executable);
     record.path = std::move(path);
     return record;
+}
+
+std::optional<ApplicationRecord> readApplicationRecord(const std::string& path,
+                                                       const ApplicationEnvironment& environment, int& error) {
+    struct stat status;
+    error = ::stat(path.c_str(), &status) == 0 ? 0 : errno;
+    const bool isBundle = !error && S_ISDIR(status.st_mode) && path.ends_with(kBundleSuffix);
+    const bool isDesktopEntry = !error && S_ISREG(status.st_mode) && path.ends_with(kDesktopEntrySuffix);
+    if (!isBundle && !isDesktopEntry) return {};
+    SmallFileReader reader;
+    const std::string file = isBundle ? path + "/Contents/Info.plist" : path;
+    const std::optional<std::string_view> bytes = reader.read(AT_FDCWD, file.c_str());
+    const bool describesNothing =
+        reader.error() == ENOENT || reader.error() == ENOTDIR || reader.error() == EFBIG || reader.error() == EINVAL;
+    error = describesNothing ? 0 : reader.error();
+    if (!bytes) return {};
+    return isBundle ? bundleRecord(path, *bytes)
+                    : desktopEntryRecord(path, fileNameWithout(kDesktopEntrySuffix, path), *bytes, environment);
 }
 
 }  // namespace platform::posix

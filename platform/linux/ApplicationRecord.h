@@ -37,6 +37,11 @@ std::optional<ApplicationRecord> desktopEntryRecord(std::string path, std::strin
 // Nothing when the bytes are no property list with a dictionary.
 std::optional<ApplicationRecord> bundleRecord(std::string path, std::string_view infoPropertyList);
 
+// The record of a desktop file or .app folder read from the disk; `error` tells why there is none and stays 0 when the
+// item is there but describes no application. A desktop file's identifier is its name without ".desktop".
+std::optional<ApplicationRecord> readApplicationRecord(const std::string& path,
+                                                       const ApplicationEnvironment& environment, int& error);
+
 // The last component of a path, safe to show and never empty.
 std::string displayedLastComponent(std::string_view path);
 

@@ -18,12 +18,16 @@ enum Key : std::size_t {
     kHidden,
     kNoDisplay,
     kDBusActivatable,
+    kTerminal,
+    kPath,
     kOnlyShowIn,
     kNotShowIn,
     kKeyCount
 };
+constexpr std::string_view kEscapeLetters = "sntr\\", kEscapedCharacters = " \n\t\r\\";
 constexpr std::array<std::string_view, kKeyCount> kKeyNames = {
-    "Type", "Name", "Icon", "Exec", "TryExec", "Hidden", "NoDisplay", "DBusActivatable", "OnlyShowIn", "NotShowIn",
+    "Type",     "Name", "Icon",       "Exec",      "TryExec", "Hidden", "NoDisplay", "DBusActivatable",
+    "Terminal", "Path", "OnlyShowIn", "NotShowIn",
 };
 
 bool isBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
@@ -43,13 +47,13 @@ std::string_view takeLine(std::string_view& rest) {
 
 // An unknown escape stays as it is: "\"" belongs to the quoting of Exec, "\;" to lists.
 std::string unescaped(std::string_view text) {
-    constexpr std::string_view letters = "sntr\\", characters = " \n\t\r\\";
     std::string result;
     result.reserve(text.size());
     for (std::size_t i = 0; i < text.size(); ++i) {
-        const std::size_t letter = text[i] == '\\' && i + 1 < text.size() ? letters.find(text[i + 1]) : letters.npos;
-        result += letter == letters.npos ? text[i] : characters[letter];
-        i += letter != letters.npos;
+        const std::size_t letter =
+            text[i] == '\\' && i + 1 < text.size() ? kEscapeLetters.find(text[i + 1]) : text.npos;
+        result += letter == text.npos ? text[i] : kEscapedCharacters[letter];
+        i += letter != text.npos;
     }
     return result;
 }
@@ -178,6 +182,8 @@ std::optional<DesktopEntry> readDesktopEntry(std::string_view bytes, const Deskt
     if (!isNamed && !entry.isHidden) return {};
     entry.isNoDisplay = group.isTrue(kNoDisplay);
     entry.isDBusActivatable = group.isTrue(kDBusActivatable);
+    entry.isTerminal = group.isTrue(kTerminal);
+    entry.workingFolder = group.text(kPath);
     entry.name = group.localizedText(kName);
     entry.unlocalizedName = group.text(kName);
     entry.icon = group.localizedText(kIcon);
@@ -186,6 +192,20 @@ std::optional<DesktopEntry> readDesktopEntry(std::string_view bytes, const Deskt
     entry.onlyShowIn = unescapedList(group.raw(kOnlyShowIn));
     entry.notShowIn = unescapedList(group.raw(kNotShowIn));
     return entry;
+}
+
+// A blank counts only where a reader would cut it off.
+std::string escapedDesktopEntryValue(std::string_view text) {
+    std::string value;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const std::size_t letter = kEscapedCharacters.find(text[i]);
+        const bool isInnerBlank = text[i] == ' ' && i > 0 && i + 1 < text.size();
+        if (letter == text.npos || isInnerBlank)
+            value += text[i];
+        else
+            value.append({'\\', kEscapeLetters[letter]});
+    }
+    return value;
 }
 
 }  // namespace platform::posix

@@ -26,12 +26,14 @@ struct DesktopEntry {
     bool isHidden = false;  // stands for "deleted": the entry counts as not there
     bool isNoDisplay = false;
     bool isDBusActivatable = false;
+    bool isTerminal = false;
     // Valid UTF-8 without U+0000, otherwise as the file has them: not safe to show without displayText().
     std::string name;             // in the locale
     std::string unlocalizedName;  // never translated
     std::string icon;             // a theme's icon name or an absolute path
     std::string tryExec;
-    std::string exec;  // see splitCommand()
+    std::string exec;           // see splitCommand()
+    std::string workingFolder;  // empty: none
     std::vector<std::string> onlyShowIn, notShowIn;
 
     // Whether menus of these desktops (the parts of XDG_CURRENT_DESKTOP) show the entry.
@@ -41,5 +43,8 @@ struct DesktopEntry {
 // Nothing when the bytes are no desktop entry: the main group does not come first or holds a line that is neither a
 // comment nor a key with a value, or there is no type or (for an application) no name. A hidden entry needs neither.
 std::optional<DesktopEntry> readDesktopEntry(std::string_view bytes, const DesktopEntryLocale& locale);
+
+// The text as a value that a reader turns back into it.
+std::string escapedDesktopEntryValue(std::string_view text);
 
 }  // namespace platform::posix

@@ -6,6 +6,8 @@
 namespace platform::posix {
 namespace {
 
+constexpr std::string_view kEscapable = "\"`$\\";  // within double quotes
+
 bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
 
 // Reads one word at a time.
@@ -32,12 +34,11 @@ public:
 
 private:
     bool takeQuoted(char quote, std::string& word) {
-        constexpr std::string_view escapable = "\"`$\\";
         while (at_ < text_.size()) {
             const char c = text_[at_++];
             if (c == quote) return true;
             const bool escapes =
-                c == '\\' && quote == '"' && at_ < text_.size() && escapable.find(text_[at_]) != escapable.npos;
+                c == '\\' && quote == '"' && at_ < text_.size() && kEscapable.find(text_[at_]) != kEscapable.npos;
             word += escapes ? text_[at_++] : c;
         }
         return false;
@@ -135,6 +136,19 @@ std::vector<std::string> expandCommand(const std::vector<std::string>& words, co
         if (!text.empty() || word.empty()) expanded.push_back(std::move(text));
     }
     return expanded;
+}
+
+std::string joinCommand(const std::vector<std::string>& words) {
+    std::string command;
+    for (const std::string& word : words) {
+        command += command.empty() ? "\"" : " \"";
+        for (char c : word) {
+            if (kEscapable.find(c) != kEscapable.npos) command += '\\';
+            command.append(c == '%' ? 2 : 1, c);
+        }
+        command += '"';
+    }
+    return command;
 }
 
 std::size_t programIndex(const std::vector<std::string>& words) {

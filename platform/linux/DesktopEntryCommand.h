@@ -25,6 +25,9 @@ struct CommandFields {
 // a word holds an unknown code: such a command must not be run.
 std::vector<std::string> expandCommand(const std::vector<std::string>& words, const CommandFields& fields);
 
+// The command that splitCommand() and expandCommand() turn back into these words: each in double quotes.
+std::string joinCommand(const std::vector<std::string>& words);
+
 // Where the program stands in the words, behind "env", its options and its assignments; words.size() when there is
 // none.
 std::size_t programIndex(const std::vector<std::string>& words);

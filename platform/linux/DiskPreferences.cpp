@@ -78,7 +78,11 @@ void DiskPreferences::setValue(std::string_view key, PropertyList value, std::st
 }
 
 bool DiskPreferences::synchronize(std::string_view domain) {
-    if (DiskPreferencesDomain* found = find(domain)) return found->synchronize();
+    if (DiskPreferencesDomain* found = find(domain)) {
+        if (!found->synchronize()) return false;
+        if (auto observer = observers_.find(domain); observer != observers_.end()) observer->second();
+        return true;
+    }
     if (!refused_.contains(domain)) return true;
     log_("Preference domain %@: cannot synchronize: this is not a valid name", domain);
     return false;
@@ -86,7 +90,11 @@ bool DiskPreferences::synchronize(std::string_view domain) {
 
 void DiskPreferences::synchronizeChanges() {
     for (auto& [name, domain] : domains_)
-        if (domain->hasChanges()) domain->synchronize();
+        if (domain->hasChanges()) synchronize(name);
+}
+
+void DiskPreferences::setSynchronizeObserver(std::string_view domain, std::function<void()> observer) {
+    observers_.insert_or_assign(std::string(domain), std::move(observer));
 }
 
 bool DiskPreferences::isReadable(std::string_view domain) {

@@ -31,6 +31,9 @@ public:
     std::vector<std::string> domains() override;
     // Synchronises every domain that has changes in memory: for a program that is about to end.
     void synchronizeChanges();
+    // Called within each successful synchronize of the domain, when its file holds what was set. One for each domain.
+    void setSynchronizeObserver(std::string_view domain, std::function<void()> observer);
+    const std::string& folder() const { return folder_; }
 
 private:
     DiskPreferencesDomain* find(std::string_view domain);  // null for what is no name of a domain
@@ -39,6 +42,7 @@ private:
     FileAccess& files_;
     Log& log_;
     StringMap<std::unique_ptr<DiskPreferencesDomain>> domains_;
+    StringMap<std::function<void()>> observers_;
     StringMap<bool> refused_;  // no names of domains, yet with values set in them
 };
 

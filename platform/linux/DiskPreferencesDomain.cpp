@@ -32,6 +32,7 @@ void DiskPreferencesDomain::set(std::string_view key, PropertyList value) {
 bool DiskPreferencesDomain::synchronize() {
     used_ = true;
     Failure failure = changes_.empty() ? refresh() : writeChanges();
+    isWriteDue_ = static_cast<bool>(failure);
     if (failure) report("synchronize", failure);
     return !failure;
 }
@@ -93,10 +94,19 @@ bool DiskPreferencesDomain::take(Snapshot&& snapshot, std::shared_ptr<const std:
     return true;
 }
 
+bool DiskPreferencesDomain::changesNothing() const {
+    return std::ranges::all_of(changes_,
+                               [&](const auto& change) { return change.second.value == stored_[change.first]; });
+}
+
 Failure DiskPreferencesDomain::writeChanges() {
     // What cannot be read is not touched, not even by a lock file.
     if (!readable_)
         if (Failure failure = refresh()) return failure;
+    if (!isWriteDue_ && changesNothing()) {
+        if (Failure failure = refresh()) return failure;
+        if (changesNothing()) return changes_.clear(), Failure{};
+    }
     Snapshot written;  // outlives the lock: closing the replaced file frees its blocks, for which nobody need wait
     Transaction transaction(files_, path_);
     if (Failure failure = transaction.begin()) return failure;

@@ -44,6 +44,7 @@ private:
     Failure refreshLocked(Transaction& transaction);
     Failure becomeUnreadable(Failure failure);
     bool take(Snapshot&& snapshot, std::shared_ptr<const std::string> bytes);
+    bool changesNothing() const;
     Failure writeChanges();
     PropertyList withChanges() const;
     void report(const char* what, const Failure& failure);
@@ -57,7 +58,8 @@ private:
     Snapshot snapshot_;
     PropertyList stored_;
     StringMap<Change> changes_;
-    Failure reported_;  // the read failure in the log, so that asking again does not fill it
+    bool isWriteDue_ = false;  // the last one failed, perhaps after the new contents were in place
+    Failure reported_;         // the read failure in the log, so that asking again does not fill it
 };
 
 }  // namespace platform::posix

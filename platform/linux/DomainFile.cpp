@@ -33,13 +33,16 @@ Failure resolveLinks(FileAccess& files, std::string& path) {
     return {"follow link", ELOOP};
 }
 
-// What root makes in a user's folder is to be the user's.
+}  // namespace
+
 void giveToOwnerOf(FileAccess& files, int folder, int file) {
     struct stat model, own;
     if (geteuid() != 0 || files.statDescriptor(folder, model) < 0 || files.statDescriptor(file, own) < 0) return;
     bool hasOtherNames = S_ISREG(own.st_mode) && own.st_nlink > 1;  // perhaps in a place that is not the user's
     if (model.st_uid != own.st_uid && !hasOtherNames) (void)files.changeOwner(file, model.st_uid, model.st_gid);
 }
+
+namespace {
 
 int settleNewFolder(FileAccess& files, const std::string& path) {
     Descriptor parent(files, files.open(AT_FDCWD, std::string(folderOf(path)).c_str(), O_RDONLY | O_DIRECTORY));
@@ -59,6 +62,8 @@ Failure makeFolder(FileAccess& files, const std::string& path) {
     return {"make folder", error};
 }
 
+}  // namespace
+
 Failure makeFolders(FileAccess& files, const std::string& path) {
     struct stat status;
     int error = files.stat(path.c_str(), status);
@@ -68,6 +73,27 @@ Failure makeFolders(FileAccess& files, const std::string& path) {
     if (Failure failure = makeFolders(files, parent)) return failure;
     return makeFolder(files, path);
 }
+
+Failure writeAndFlush(FileAccess& files, int file, std::string_view bytes) {
+    while (!bytes.empty()) {
+        ssize_t count = files.write(file, bytes.data(), bytes.size());
+        if (count < 0) return {"write", static_cast<int>(-count)};
+        if (count == 0) return {"write", ENOSPC};
+        bytes.remove_prefix(static_cast<std::size_t>(count));
+    }
+    int error = files.flush(file);
+    return error < 0 ? Failure{"flush", -error} : Failure{};
+}
+
+int renameUnlessTaken(FileAccess& files, int folder, const char* from, const char* to) {
+    int error = files.renameExclusive(folder, from, to);
+    if (error != -EINVAL && error != -ENOSYS) return error;
+    // A file system that cannot: in two steps, between which the file has both names.
+    error = files.link(folder, from, to);
+    return error < 0 ? error : files.remove(folder, from);
+}
+
+namespace {
 
 Failure readAll(FileAccess& files, int file, std::string& bytes) {
     for (std::size_t done = 0; done < bytes.size();) {
@@ -202,17 +228,6 @@ Failure Transaction::adoptOwnerAndMode(int file) {
     return error < 0 ? Failure{"set the mode of the new file", -error} : Failure{};
 }
 
-Failure Transaction::fill(int file, std::string_view bytes) {
-    while (!bytes.empty()) {
-        ssize_t count = files_.write(file, bytes.data(), bytes.size());
-        if (count < 0) return {"write", static_cast<int>(-count)};
-        if (count == 0) return {"write", ENOSPC};
-        bytes.remove_prefix(static_cast<std::size_t>(count));
-    }
-    int error = files_.flush(file);
-    return error < 0 ? Failure{"flush", -error} : Failure{};
-}
-
 Descriptor Transaction::makeTemporary(Failure& failure) {
     // Under the lock, one that is there already was left by a writer that is gone.
     int error = files_.remove(folder_.number(), temporary_.c_str());
@@ -226,7 +241,7 @@ Descriptor Transaction::makeTemporary(Failure& failure) {
 
 Failure Transaction::install(int file, std::string_view bytes) {
     if (Failure failure = adoptOwnerAndMode(file)) return failure;
-    if (Failure failure = fill(file, bytes)) return failure;
+    if (Failure failure = writeAndFlush(files_, file, bytes)) return failure;
     int error = files_.rename(folder_.number(), temporary_.c_str(), name_.c_str());
     return error < 0 ? Failure{"rename", -error} : Failure{};
 }
@@ -265,17 +280,9 @@ Failure Transaction::moveAside(std::string& newName) {
     int error = -EEXIST;
     for (int count = 1; error == -EEXIST && count <= kMostOfOneSecond; ++count) {
         newName = count == 1 ? base : base + "-" + std::to_string(count);
-        error = renameUnlessTaken(newName);
+        error = renameUnlessTaken(files_, folder_.number(), name_.c_str(), newName.c_str());
     }
     return error < 0 ? Failure{"move the damaged file aside", -error} : flushFolder();
-}
-
-int Transaction::renameUnlessTaken(const std::string& newName) {
-    int error = files_.renameExclusive(folder_.number(), name_.c_str(), newName.c_str());
-    if (error != -EINVAL && error != -ENOSYS) return error;
-    // A file system that cannot: in two steps, between which the file has both names.
-    error = files_.link(folder_.number(), name_.c_str(), newName.c_str());
-    return error < 0 ? error : files_.remove(folder_.number(), name_.c_str());
 }
 
 }  // namespace platform::posix

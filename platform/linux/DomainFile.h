@@ -30,6 +30,14 @@ bool isCurrent(FileAccess& files, const char* path, const Snapshot& snapshot);
 // and a null pointer.
 Failure readFile(FileAccess& files, const char* path, Snapshot& snapshot, std::shared_ptr<const std::string>& bytes);
 
+// The folder with all folders above it, where they are missing. Modes are 0700.
+Failure makeFolders(FileAccess& files, const std::string& path);
+// What root makes in a user's folder is to be the user's.
+void giveToOwnerOf(FileAccess& files, int folder, int file);
+Failure writeAndFlush(FileAccess& files, int file, std::string_view bytes);
+// -EEXIST when `to` exists.
+int renameUnlessTaken(FileAccess& files, int folder, const char* from, const char* to);
+
 // Exclusive access to the file among all who take its lock, from begin() to the end of the object.
 //
 // For the file F behind all links, the lock is flock(2) on ".F.lock" in the same folder, a file that stays for ever;
@@ -55,11 +63,9 @@ private:
     void releaseLock() noexcept;
     Failure adoptOwnerAndMode(int file);
     Descriptor makeTemporary(Failure& failure);
-    Failure fill(int file, std::string_view bytes);
     Failure install(int file, std::string_view bytes);
     void identify(Snapshot& written, std::string_view bytes);
     Failure flushFolder();
-    int renameUnlessTaken(const std::string& newName);
 
     FileAccess& files_;
     const std::string path_;

@@ -41,34 +41,9 @@ std::string withoutFinalSlashes(std::string_view path) {
 
 bool isUsable(std::string_view path) { return path.starts_with('/') && path.find('\0') == std::string_view::npos; }
 
-// The record of a desktop file or .app folder read from the disk; `error` tells why there is none and stays 0 when the
-// item is there but describes no application.
-std::optional<ApplicationRecord> readRecord(const std::string& path, const ApplicationEnvironment& environment,
-                                            int& error) {
-    struct stat status;
-    error = ::stat(path.c_str(), &status) == 0 ? 0 : errno;
-    const bool isBundle = !error && S_ISDIR(status.st_mode) && path.ends_with(kBundleSuffix);
-    const bool isDesktopEntry = !error && S_ISREG(status.st_mode) && path.ends_with(kDesktopEntrySuffix);
-    if (!isBundle && !isDesktopEntry) return {};
-    SmallFileReader reader;
-    const std::string file = isBundle ? path + "/Contents/Info.plist" : path;
-    const std::optional<std::string_view> bytes = reader.read(AT_FDCWD, file.c_str());
-    const bool describesNothing =
-        reader.error() == ENOENT || reader.error() == ENOTDIR || reader.error() == EFBIG || reader.error() == EINVAL;
-    error = describesNothing ? 0 : reader.error();
-    if (!bytes) return {};
-    return isBundle ? bundleRecord(path, *bytes) : desktopEntryRecord(path, {}, *bytes, environment);
-}
-
 std::string resolved(const std::string& path) {
     const std::unique_ptr<char, decltype(&std::free)> real(::realpath(path.c_str(), nullptr), &std::free);
     return real ? real.get() : "";
-}
-
-std::string fileNameWithout(std::string_view suffix, const std::string& path) {
-    std::string name = path.substr(path.rfind('/') + 1);
-    name.resize(name.size() - suffix.size());
-    return name;
 }
 
 InstalledApplication described(const ApplicationRecord& record) {
@@ -157,7 +132,8 @@ OSStatus LinuxApplications::itemInformation(std::string_view path, ItemInformati
     if (!isUsable(path)) return kParamErr;
     refresh();
     int error = 0;
-    const std::optional<ApplicationRecord> record = readRecord(withoutFinalSlashes(path), environment_, error);
+    const std::optional<ApplicationRecord> record =
+        readApplicationRecord(withoutFinalSlashes(path), environment_, error);
     if (error) return statusOfErrno(error);
     if (!record) return kNoErr;
     information.creator = record->creator;
@@ -171,11 +147,11 @@ std::optional<ApplicationRecord> LinuxApplications::recordAtPath(std::string_vie
     const std::string plain = withoutFinalSlashes(path);
     if (const ApplicationRecord* known = index_.atPath(plain)) return *known;
     int error = 0;
-    std::optional<ApplicationRecord> record = readRecord(plain, environment_, error);
+    std::optional<ApplicationRecord> record = readApplicationRecord(plain, environment_, error);
     if (!record || record->isBundle) return record;
     // A link to an installed entry stands for that entry.
     const ApplicationRecord* target = index_.atPath(resolved(plain));
-    record->identifier = target ? target->identifier : fileNameWithout(kDesktopEntrySuffix, plain);
+    if (target) record->identifier = target->identifier;
     return record;
 }
 

@@ -3,12 +3,16 @@
 #include "platform/linux/FolderBundle.h"
 #include "platform/linux/LinuxFiles.h"
 #include "platform/linux/ProcessFiles.h"
+#include "platform/linux/ProcessHandle.h"
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <climits>
+#include <csignal>
 #include <ctime>
 
 namespace platform::posix {
@@ -55,6 +59,25 @@ std::optional<std::string> LinuxProcesses::program(ProcessID process) const {
     return std::string(buffer.data(), static_cast<std::size_t>(length));
 }
 
+// Root sees the programs of all.
+bool LinuxProcesses::isOfThisUser(ProcessID process) const {
+    struct stat status;
+    return ::stat((sources_.processes + "/" + std::to_string(process)).c_str(), &status) == 0 &&
+           status.st_uid == ::geteuid();
+}
+
+std::optional<ProcessSerialNumber> LinuxProcesses::serialNumber(ProcessID process) {
+    auto stat = readProcessStat(sources_.processes, process);
+    if (!stat) return std::nullopt;
+    return ProcessSerialNumber{static_cast<std::uint32_t>(stat->startTicks), static_cast<std::uint32_t>(process)};
+}
+
+std::optional<std::string> LinuxProcesses::bundleFolder(ProcessID process) {
+    auto executable = program(process);
+    auto folder = executable ? bundleAround(*executable) : std::nullopt;
+    return folder && isOfThisUser(process) ? folder : std::nullopt;
+}
+
 std::optional<std::string> LinuxProcesses::bundlePath(ProcessID process) {
     auto executable = program(process);
     if (!executable) return std::nullopt;
@@ -77,6 +100,18 @@ std::optional<std::string> LinuxProcesses::bundleIdentifier(ProcessID process) {
     }
     auto application = applications_.applicationForProgram(*executable);
     return application && !application->identifier.empty() ? std::optional(application->identifier) : std::nullopt;
+}
+
+// What the handle holds is known only after it was opened: its process is asked for again, and an answer that fits is
+// this process's, or the process is gone and the signal goes nowhere.
+bool LinuxProcesses::postQuitRequest(const ProcessSerialNumber& process, std::string_view identifier) {
+    ProcessID id = process.low;
+    Descriptor handle = openProcess(id);
+    auto folder = bundleFolder(id);
+    auto bundle = folder ? FolderBundle::open(*folder) : nullptr;
+    if (!bundle || bundle->identifier() != identifier || serialNumber(id) != process) return false;
+    if (handle) return signalProcess(handle, SIGTERM);
+    return handle.error() == ENOSYS && ::kill(static_cast<pid_t>(id), SIGTERM) == 0;
 }
 
 // Counted back from now, not on from the machine's start: whoever sets the clock moves both ends.

@@ -311,6 +311,16 @@ std::optional<Date> Processes::launchDate(ProcessID process) {
     return item ? item->launched : std::nullopt;
 }
 
+std::optional<ProcessSerialNumber> Processes::serialNumber(ProcessID process) {
+    if (!at(process)) return std::nullopt;
+    return ProcessSerialNumber{1, static_cast<std::uint32_t>(process)};
+}
+
+bool Processes::postQuitRequest(const ProcessSerialNumber& process, std::string_view) {
+    askedToQuit.push_back(process.low);
+    return true;
+}
+
 std::unique_ptr<CreatedFile> Launcher::createFile(std::string_view path, OSStatus& status) {
     struct Created final : CreatedFile {
         explicit Created(Launcher& owner) : launcher(owner) {}

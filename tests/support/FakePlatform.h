@@ -214,10 +214,14 @@ public:
     };
     std::vector<platform::ProcessID> runningProcesses() override;
     platform::ProcessID currentProcess() override { return 0; }
+    std::optional<platform::ProcessSerialNumber> serialNumber(platform::ProcessID process) override;
+    std::optional<std::string> bundleFolder(platform::ProcessID process) override { return bundlePath(process); }
     std::optional<std::string> bundlePath(platform::ProcessID process) override;
     std::optional<std::string> bundleIdentifier(platform::ProcessID process) override;
     std::optional<platform::Date> launchDate(platform::ProcessID process) override;
+    bool postQuitRequest(const platform::ProcessSerialNumber& process, std::string_view bundleIdentifier) override;
     std::vector<Item> items;
+    std::vector<std::uint32_t> askedToQuit;  // low words
     int walks = 0;
 
 private:

@@ -1,0 +1,82 @@
+// TS, the module's helper: it stays in the background of the user's session, takes in changes of the settings as they
+// are stored, and leaves on SIGTERM, SIGINT or SIGHUP, when the session ends, and when the preferences folder goes.
+// While nothing happens it sleeps. docs/login-items.md tells more.
+#include "host/helper/HelperLock.h"
+#include "host/helper/SettingsWatch.h"
+#include "platform/linux/ProcessFiles.h"
+#include "platform/linux/ProcessHandle.h"
+#include "platform/linux/SessionLeader.h"
+#include "platform/linux/SystemLog.h"
+
+#include <poll.h>
+#include <sys/signalfd.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+
+using namespace platform;
+using namespace platform::posix;
+
+namespace {
+
+// A background program keeps no terminal, pipe or mounted folder of whoever started it in use.
+void letGoOfStarter() {
+    const char* wish = std::getenv("TYPESLATE_LOG");
+    bool isWatched = wish && std::string_view(wish) == "stderr";
+    int nothing = ::open("/dev/null", O_RDWR | O_CLOEXEC);
+    for (int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+        if (nothing >= 0 && (stream != STDERR_FILENO || !isWatched)) ::dup2(nothing, stream);
+    if (nothing > STDERR_FILENO) ::close(nothing);
+    (void)!::chdir("/");
+}
+
+Descriptor endSignals() {
+    sigset_t signals;
+    sigemptyset(&signals);
+    for (int signal : {SIGTERM, SIGINT, SIGHUP}) sigaddset(&signals, signal);
+    ::sigprocmask(SIG_BLOCK, &signals, nullptr);
+    return {FileAccess::system(), ::signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK)};
+}
+
+// The handle of the process that began the session; not valid where there is none.
+Descriptor sessionHandle() {
+    SessionSources sources;
+    if (const char* root = std::getenv("TYPESLATE_ROOT")) sources.sessions.insert(0, root);
+    auto leader = sessionLeader(sources, ::getpid(), ::getuid());
+    auto before = leader ? readProcessStat(sources.processes, *leader) : std::nullopt;
+    if (!before) return {};
+    Descriptor handle = openProcess(*leader);
+    auto after = readProcessStat(sources.processes, *leader);
+    return after && after->startTicks == before->startTicks ? std::move(handle) : Descriptor();
+}
+
+// poll() passes over descriptors below 0.
+void takeInUntilTheEnd(helper::SettingsWatch& watch, const Descriptor& signals, const Descriptor& session) {
+    for (;;) {
+        pollfd waits[] = {
+            {watch.events().number(), POLLIN, 0}, {signals.number(), POLLIN, 0}, {session.number(), POLLIN, 0}};
+        if (::poll(waits, std::size(waits), -1) < 0 && errno != EINTR) return;
+        if (waits[1].revents || waits[2].revents) return;
+        if (waits[0].revents && !watch.takeIn()) return;
+    }
+}
+
+}  // namespace
+
+int main() {
+    Descriptor signals = endSignals();
+    letGoOfStarter();
+    Descriptor lock = helper::takeHelperLock();
+    if (!lock) return lock.error() == EWOULDBLOCK ? EXIT_SUCCESS : EXIT_FAILURE;
+    SystemLog log;
+    Descriptor session = sessionHandle();
+    helper::SettingsWatch watch(log);
+    if (!watch.events()) {
+        log("[Typeslate] The helper cannot watch %@", preferencesFolder());
+        return EXIT_FAILURE;
+    }
+    takeInUntilTheEnd(watch, signals, session);
+    return EXIT_SUCCESS;
+}

@@ -1,0 +1,37 @@
+#include "host/helper/HelperLock.h"
+
+#include "platform/linux/DiskPreferences.h"
+#include "platform/linux/DomainFile.h"
+#include "settings/EntryList.h"
+
+#include <sys/file.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <string>
+
+using namespace platform::posix;
+
+namespace helper {
+namespace {
+
+// The runtime folder is the machine's own, where the home may be shared by several.
+std::string lockFolder() {
+    const char* runtime = std::getenv("XDG_RUNTIME_DIR");
+    struct stat status;
+    if (runtime && runtime[0] == '/' && ::stat(runtime, &status) == 0 && S_ISDIR(status.st_mode)) return runtime;
+    (void)makeFolders(FileAccess::system(), preferencesFolder());
+    return preferencesFolder();
+}
+
+}  // namespace
+
+Descriptor takeHelperLock() {
+    FileAccess& files = FileAccess::system();
+    std::string path = lockFolder() + "/." + std::string(settings::kSettingsDomain) + ".helper.lock";
+    Descriptor lock(files, files.open(AT_FDCWD, path.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_NONBLOCK, 0600));
+    if (lock && ::flock(lock.number(), LOCK_EX | LOCK_NB) != 0) return {files, -errno};
+    return lock;
+}
+
+}  // namespace helper

@@ -1,0 +1,79 @@
+#include "host/helper/SettingsWatch.h"
+
+#include "platform/linux/DomainFile.h"
+#include "settings/EntryList.h"
+
+#include <sys/inotify.h>
+
+#include <cerrno>
+#include <filesystem>
+
+using namespace platform;
+using namespace platform::posix;
+using namespace settings;
+namespace fs = std::filesystem;
+
+namespace helper {
+namespace {
+
+constexpr std::uint32_t kChanges = IN_CLOSE_WRITE | IN_MOVED_TO | IN_MOVED_FROM | IN_DELETE;
+constexpr std::uint32_t kEnds = IN_DELETE_SELF | IN_MOVE_SELF | IN_UNMOUNT | IN_IGNORED;
+
+}  // namespace
+
+SettingsWatch::SettingsWatch(Log& log) : log_(log) {
+    FileAccess& files = FileAccess::system();
+    (void)makeFolders(files, folder_);
+    int number = ::inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
+    events_ = Descriptor(files, number < 0 ? -errno : number);
+    folderWatch_ = ::inotify_add_watch(events_.number(), folder_.c_str(), kChanges | kEnds | IN_ONLYDIR);
+    if (folderWatch_ < 0) events_ = Descriptor(files, -errno);
+    watchFolders();
+    readSettings();
+}
+
+// Watching a folder again that is watched already changes nothing.
+void SettingsWatch::watchFolders() {
+    fs::path file = fs::path(folder_) / (std::string(kSettingsDomain) + ".plist");
+    names_ = {file.filename()};
+    std::error_code error;
+    fs::path target = fs::canonical(file, error);
+    if (error || target.parent_path() == fs::canonical(folder_, error)) return;
+    names_.insert(target.filename());
+    ::inotify_add_watch(events_.number(), target.parent_path().c_str(), kChanges | IN_ONLYDIR);
+}
+
+bool SettingsWatch::takeIn() {
+    alignas(inotify_event) char buffer[16 * 1024];
+    bool isChanged = false, isGone = false;
+    for (ssize_t size = 0; (size = ::read(events_.number(), buffer, sizeof buffer)) > 0;) {
+        for (const char* at = buffer; at < buffer + size;) {
+            const auto& event = *reinterpret_cast<const inotify_event*>(at);
+            isGone |= event.wd == folderWatch_ && (event.mask & kEnds);
+            isChanged |= (event.mask & IN_Q_OVERFLOW) || (event.len && names_.contains(std::string_view(event.name)));
+            at += sizeof event + event.len;
+        }
+    }
+    if (isGone) return false;
+    if (isChanged) {
+        watchFolders();
+        readSettings();
+    }
+    return true;
+}
+
+PropertyList SettingsWatch::settings() {
+    preferences_.synchronize(kSettingsDomain);
+    return preferences_.copyDomain(kSettingsDomain);
+}
+
+void SettingsWatch::readSettings() {
+    PropertyList now = settings();
+    if (now == known_) return;
+    known_ = std::move(now);
+    if (preferences_.getBooleanValue(kLogStuffKey, kSettingsDomain))
+        log_("[Typeslate] Took in the settings: %d entries, %s", known_[kEntryListKey].size(),
+             preferences_.getBooleanValue(kDisabledKey, kSettingsDomain) ? "disabled" : "enabled");
+}
+
+}  // namespace helper

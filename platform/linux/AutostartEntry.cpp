@@ -1,0 +1,93 @@
+#include "platform/linux/AutostartEntry.h"
+
+#include "platform/linux/DesktopEntry.h"
+#include "platform/linux/DesktopEntryCommand.h"
+
+#include <algorithm>
+
+namespace platform::posix {
+namespace {
+
+// Of our own, by which an entry is known as one of ours.
+constexpr std::string_view kItemKey = "X-Typeslate-LoginItem";
+constexpr std::string_view kFilePrefix = "login-item-";
+constexpr std::size_t kLongestStem = 100;
+
+std::string line(std::string_view key, std::string_view text) {
+    return std::string(key) + "=" + escapedDesktopEntryValue(text) + "\n";
+}
+
+// Calls the function with each line until it returns true; whether it did.
+template <typename Function>
+bool anyLine(std::string_view text, Function function) {
+    while (!text.empty()) {
+        std::string_view next = text.substr(0, text.find('\n'));
+        text.remove_prefix(std::min(next.size() + 1, text.size()));
+        if (function(next)) return true;
+    }
+    return false;
+}
+
+// The rules forbid a program with an equals sign, and sessions built on GLib look for one with a percent sign before
+// they resolve "%%". As arguments of a shell both are fine.
+std::vector<std::string> startableWords(const std::vector<std::string>& words) {
+    if (words.front().find_first_of("%=") == std::string::npos) return words;
+    std::vector<std::string> shell = {"/bin/sh", "-c", "exec \"$0\" \"$@\""};
+    shell.insert(shell.end(), words.begin(), words.end());
+    return shell;
+}
+
+bool isPlain(char c) {
+    return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '.' || c == '-';
+}
+
+std::string stemOf(std::string_view path) {
+    while (path.size() > 1 && path.ends_with('/')) path.remove_suffix(1);
+    path.remove_prefix(path.rfind('/') + 1);
+    for (std::string_view suffix : {kBundleSuffix, kDesktopEntrySuffix})
+        if (path.ends_with(suffix)) path.remove_suffix(suffix.size());
+    std::string stem(path.substr(0, kLongestStem));
+    std::ranges::replace_if(
+        stem, [](char c) { return !isPlain(c); }, '_');
+    return stem;
+}
+
+}  // namespace
+
+std::optional<std::string_view> autostartPathValue(std::string_view entry) {
+    std::optional<std::string_view> value;
+    anyLine(entry, [&](std::string_view next) {
+        if (!next.starts_with(kItemKey) || next.substr(kItemKey.size(), 1) != "=") return false;
+        value = next.substr(kItemKey.size() + 1);
+        return true;
+    });
+    return value;
+}
+
+std::string autostartEntry(std::string_view itemPath, bool hide, const StartDescription& start) {
+    std::string entry = "[Desktop Entry]\nType=Application\n" + line("Name", start.name);
+    entry += line("Exec", joinCommand(startableWords(start.words)));
+    if (!start.iconName.empty()) entry += line("Icon", start.iconName);
+    if (!start.workingFolder.empty()) entry += line("Path", start.workingFolder);
+    if (start.isInTerminal) entry += "Terminal=true\n";
+    entry += hide ? "StartupNotify=false\n" : "StartupNotify=true\n";
+    return entry + line(kItemKey, itemPath);
+}
+
+bool hasLinesOf(std::string_view file, std::string_view other) {
+    return !anyLine(other, [&](std::string_view wanted) {
+        return !anyLine(file, [&](std::string_view present) { return present == wanted; });
+    });
+}
+
+std::string autostartFileName(std::string_view itemPath, int number) {
+    std::string name = std::string(kFilePrefix) + stemOf(itemPath);
+    if (number > 1) name += "-" + std::to_string(number);
+    return name.append(kDesktopEntrySuffix);
+}
+
+bool isAutostartFileName(std::string_view name) {
+    return name.starts_with(kFilePrefix) && name.ends_with(kDesktopEntrySuffix);
+}
+
+}  // namespace platform::posix

@@ -1,0 +1,130 @@
+// Login items as real files in a real autostart folder.
+#include "platform/LoginItems.h"
+#include "platform/linux/AutostartMirror.h"
+#include "platform/linux/DesktopEntry.h"
+#include "platform/linux/DesktopEntryCommand.h"
+#include "tests/support/Check.h"
+#include "tests/support/FakePlatform.h"
+
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <filesystem>
+
+using namespace platform;
+using namespace platform::posix;
+namespace fs = std::filesystem;
+
+namespace {
+
+struct Session {
+    check::TemporaryFolder home;
+    check::ScopedEnvironment config{"XDG_CONFIG_HOME", (home / "config").c_str()};
+    std::string folder = home / "config/autostart";
+    fake::Log log;
+    DiskPreferences preferences{preferencesFolder(), log};
+    AutostartMirror mirror{preferences, log};
+
+    std::string program(const std::string& name) {
+        std::string path = home / name;
+        fs::create_directories(fs::path(path).parent_path());
+        check::writeFile(path, "#!/bin/sh\n");
+        ::chmod(path.c_str(), 0755);
+        return path;
+    }
+    bool store(const std::vector<std::pair<std::string, bool>>& items) {
+        std::vector<PropertyList> all;
+        for (const auto& [path, hide] : items)
+            all.push_back(PropertyList::dictionary({{kLoginItemPathKey, path}, {kLoginItemHideKey, hide}}));
+        preferences.setValue(kLoginItemsKey, PropertyList::array(std::move(all)), kLoginWindowDomain);
+        return preferences.synchronize(kLoginWindowDomain);
+    }
+    std::vector<std::string> names() {
+        std::vector<std::string> all;
+        for (const auto& entry : fs::directory_iterator(folder)) all.push_back(entry.path().filename());
+        std::ranges::sort(all);
+        return all;
+    }
+    std::string content(const std::string& name) { return check::readFile(folder + "/" + name); }
+};
+
+}  // namespace
+
+TEST(EntriesFollowTheItemsAndLeaveOthersAlone) {
+    Session s;
+    CHECK(s.store({}) && !fs::exists(s.folder));
+    const std::string tool = s.program("tool"), twin = s.program("b/tool");
+    fs::create_directories(s.folder);
+    check::writeFile(s.folder + "/login-item-tool.desktop", "[Desktop Entry]\nType=Application\nExec=theirs\n");
+    check::writeFile(s.folder + "/theirs.desktop", "X-Typeslate-LoginItem=" + tool + "\n");
+
+    CHECK(s.store({{tool, true}, {s.home / "missing", false}, {tool, false}, {twin, true}, {"relative", false}}));
+    const std::vector<std::string> both = {"login-item-tool-2.desktop", "login-item-tool-3.desktop",
+                                           "login-item-tool.desktop", "theirs.desktop"};
+    CHECK_EQ(s.names(), both);
+    CHECK_EQ(s.log.lines.size(), std::size_t{2});
+    CHECK(s.content(both[0]).find("StartupNotify=true\n") != std::string::npos);  // the later item's word
+    CHECK(s.content(both[1]).find("StartupNotify=false\n") != std::string::npos);
+
+    // Switched off by the user's desktop, and while its disk is away: what is there stays.
+    check::writeFile(s.folder + "/" + both[0], s.content(both[0]) + "Hidden=true\n");
+    fs::rename(twin, twin + ".away");
+    fs::file_time_type written = fs::last_write_time(s.folder + "/" + both[1]);
+    CHECK(s.store({{twin, true}, {tool, false}}));
+    CHECK_EQ(s.names(), both);
+    CHECK(s.content(both[0]).ends_with("Hidden=true\n"));
+    CHECK(fs::last_write_time(s.folder + "/" + both[1]) == written);
+    CHECK(s.store({{tool, true}}));
+    CHECK(s.content(both[0]).find("StartupNotify=false\n") != std::string::npos);
+    CHECK(s.store({}));
+    CHECK_EQ(s.names(), (std::vector<std::string>{"login-item-tool.desktop", "theirs.desktop"}));
+    CHECK_EQ(s.content("login-item-tool.desktop"), "[Desktop Entry]\nType=Application\nExec=theirs\n");
+}
+
+TEST(ApplicationsOfEachKindGetTheirCommand) {
+    Session s;
+    const std::string editor = s.home / "Editor.app";
+    s.program("Editor.app/Contents/Linux/run");
+    check::writeFile(editor + "/Contents/Info.plist",
+                     "<plist><dict><key>CFBundleExecutable</key><string>run</string></dict></plist>");
+    const std::string entry = s.home / "view.desktop";
+    check::writeFile(entry,
+                     "[Desktop Entry]\nType=Application\nName=V\nTerminal=true\nPath=/tmp\n"
+                     "Exec=view --name %c \"a \\\\$b\" %U\n");
+    const std::string odd = s.program("100%=\n\t \\back \"q\" 'q' $HOME `id` \u00e9/run me ");
+    const std::pair<std::string, std::vector<std::string>> cases[] = {
+        {editor + "/", {editor + "/Contents/Linux/run"}},
+        {entry, {"view", "--name", "V", "a $b"}},
+        {odd, {"/bin/sh", "-c", "exec \"$0\" \"$@\"", odd}},
+    };
+    for (const auto& [path, words] : cases) {
+        CONTEXT(path);
+        REQUIRE(s.store({{path, false}}));
+        REQUIRE(s.names().size() == 1);
+        auto read = readDesktopEntry(s.content(s.names().front()), {});
+        REQUIRE(read);
+        CHECK_EQ(expandCommand(splitCommand(read->exec), {}), words);
+        CHECK_EQ(read->isTerminal, path == entry);
+        CHECK_EQ(read->workingFolder, path == entry ? "/tmp" : "");
+    }
+}
+
+TEST(AnAutostartFolderThatCannotBeUsedCostsNothing) {
+    Session s;
+    const std::string tool = s.program("tool"), other = s.home / "other";
+    fs::create_directories(s.home / "config");
+    for (bool isLink : {false, true}) {
+        if (isLink)
+            fs::create_symlink(other, s.folder);
+        else
+            check::writeFile(s.folder, "a file");
+        CHECK(s.store({{tool, isLink}}));
+        CHECK(s.log.lines.size() == 1 && s.log.lines.back().find("cannot") != std::string::npos);
+        CHECK_EQ(DiskPreferences(preferencesFolder(), s.log).copyValue(kLoginItemsKey, kLoginWindowDomain).size(), 1U);
+        s.log.lines.clear();
+        if (!isLink) fs::remove(s.folder);
+    }
+    fs::create_directory(other);
+    CHECK(s.preferences.synchronize(kLoginWindowDomain));
+    CHECK_EQ(s.names(), std::vector<std::string>{"login-item-tool.desktop"});
+}

@@ -1,0 +1,118 @@
+#include "tools/LoginItemsCommands.h"
+
+#include "platform/LoginItems.h"
+#include "platform/linux/ApplicationLaunch.h"
+#include "platform/linux/DisplayText.h"
+#include "tools/AbsolutePath.h"
+#include "tools/HeadlessPane.h"
+#include "tools/Json.h"
+#include "tools/Localized.h"
+#include "tools/Output.h"
+
+#include <algorithm>
+
+using namespace platform;
+
+namespace tools {
+namespace {
+
+struct Arguments {
+    std::string path;
+    std::optional<std::string> identifier, pathIfAny;
+    bool json = false, hide = false;
+};
+
+PropertyList storedItems(PreferenceService& preferences) {
+    if (!preferences.isReadable(kLoginWindowDomain)) throw refused("the login items cannot be read");
+    return preferences.copyValue(kLoginItemsKey, kLoginWindowDomain);
+}
+
+std::string itemTable(const PropertyList& items, BundleServices& bundles) {
+    std::string lines = "HIDE  IDENTIFIER                      PATH\n";
+    for (const PropertyList& item : items.elements()) {
+        std::string path(item[kLoginItemPathKey].stringValue());
+        std::unique_ptr<Bundle> bundle = path.starts_with('/') ? bundles.openBundle(path) : nullptr;
+        std::string identifier = bundle ? posix::displayText(bundle->identifier()) : "";
+        lines += formatted("%-4s  %-30s  %s\n", {item[kLoginItemHideKey].boolValue() ? "yes" : "no",
+                                                 identifier.empty() ? "-" : identifier, posix::displayText(path)});
+    }
+    return lines;
+}
+
+void list(const Arguments& arguments) {
+    posix::SystemLog log;
+    posix::DiskPreferences preferences(posix::preferencesFolder(), log);
+    posix::FolderBundles bundles;
+    PropertyList items = PropertyList::array(mutableArray(storedItems(preferences)));
+    print(arguments.json ? jsonText(items, JsonLayout::Indented) + "\n" : itemTable(items, bundles));
+}
+
+// The pane's operations tell nobody whether they were stored.
+void finish(HeadlessPane& pane) {
+    if (!pane.preferences().synchronize(kLoginWindowDomain))
+        throw refused("the login items could not be written; the log says why");
+}
+
+void add(const Arguments& arguments) {
+    if (!PropertyList(arguments.path)) throw refused("the path is not UTF-8");
+    std::string path = absolutePath(arguments.path);
+    HeadlessPane pane;
+    storedItems(pane.preferences());
+    pane.operations().addLoginItem_hide(path, arguments.hide);
+    finish(pane);
+    if (!posix::startDescription(path, posix::ApplicationEnvironment::current()))
+        print(localizedFormat("%@ is stored, but now there is nothing that can be started", posix::displayText(path)) +
+              "\n");
+}
+
+void remove(const Arguments& arguments) {
+    HeadlessPane pane;
+    PropertyList before = storedItems(pane.preferences());
+    std::string path = absolutePath(arguments.pathIfAny.value_or(""));
+    if (arguments.pathIfAny)
+        pane.operations().removeLoginItemWithPath(path);
+    else
+        pane.operations().removeLoginItem(*arguments.identifier);
+    finish(pane);
+    if (storedItems(pane.preferences()).size() == before.size())
+        throw refused("there is no login item of %@",
+                      posix::displayText(arguments.pathIfAny ? path : *arguments.identifier));
+}
+
+void check(const Arguments& arguments) {
+    HeadlessPane pane;
+    storedItems(pane.preferences());
+    if (!pane.operations().isLoginItem_withPath(*arguments.identifier, absolutePath(arguments.path)))
+        throw refused("there is no login item of %@", posix::displayText(*arguments.identifier));
+    finish(pane);
+}
+
+}  // namespace
+
+void addLoginItemsCommands(CLI::App& app) {
+    auto* group = app.add_subcommand("login-items", localized("Show and change what starts when you log in"));
+    group->require_subcommand(1);
+    auto arguments = std::make_shared<Arguments>();
+    auto command = [&](const char* name, const std::string& description, void (*run)(const Arguments&)) {
+        auto* added = group->add_subcommand(name, description);
+        added->callback([arguments, run] { run(*arguments); });
+        return added;
+    };
+    command("list", localized("Print the login items"), list)
+        ->add_flag("--json", arguments->json, localized("As JSON, with every key"));
+    auto* adding = command("add", localized("Add a login item, though there may be one already"), add);
+    adding->add_option("PATH", arguments->path, localized("Application: an .app folder, desktop file or program"))
+        ->required();
+    adding->add_flag("--hide", arguments->hide, localized("Start it quietly"));
+    auto* removing = command("remove", localized("Remove every login item of an application"), remove);
+    removing->add_option("IDENTIFIER", arguments->identifier, localized("Bundle identifier of the application"));
+    removing->add_option("--path", arguments->pathIfAny, localized("Remove those with exactly this path instead"));
+    removing->require_option(1);
+    auto* checking = command(
+        "check", localized("Tell whether an application is a login item, and correct the path of one that is"), check);
+    checking->add_option("IDENTIFIER", arguments->identifier, localized("Bundle identifier of the application"))
+        ->required();
+    checking->add_option("PATH", arguments->path, localized("Where it should be started from"))->required();
+}
+
+}  // namespace tools
