@@ -1,0 +1,117 @@
+// The About panel as the bundle ships it: its text in the toolkit's own view, rolling on real timers.
+#include "host/LoadedPane.h"
+#include "tests/qt/QtTest.h"
+
+#include <QAccessible>
+#include <QDialog>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QTextBlock>
+#include <QTextBrowser>
+#include <QTimer>
+#include <QWindow>
+
+using namespace platform;
+using check::ScopedEnvironment;
+
+namespace {
+
+struct About : PaneHost {
+    About() {
+        REQUIRE(pane.load(BINARY_DIR "/Typeslate.prefPane").empty());
+        page.show();
+        pane.select();
+        button("aboutButton").click();
+        settle();
+    }
+    void replyToShouldUnselect(bool may) override { mayLeave = may; }
+    template <typename Widget>
+    Widget& find(const char* name) {
+        return *qobject_cast<Widget*>(qt::widgetOf(pane.view(name)));
+    }
+    QPushButton& button(const char* name) { return find<QPushButton>(name); }
+    QDialog& sheet() { return find<QDialog>("aboutPanel"); }
+    QTextBrowser& text() { return find<QTextBrowser>("aboutTextView"); }
+    int position() { return text().verticalScrollBar()->value(); }
+    // A step that is still to come happens before this returns.
+    void waitForSeveralSteps() {
+        bool isOver = false;
+        QTimer::singleShot(250, [&] { isOver = true; });
+        REQUIRE(waitFor([&] { return isOver; }));
+    }
+
+    check::TemporaryFolder home;
+    ScopedEnvironment homeVariable{"HOME", home.path().c_str()}, root{"TYPESLATE_ROOT", (home / "root").c_str()},
+        configuration{"XDG_CONFIG_HOME", nullptr}, applications{"XDG_DATA_DIRS", (home / "share").c_str()};
+    PrivateBus bus;
+    host::HostPlatform platform;
+    QWidget page;
+    host::LoadedPane pane{platform, *this, page};
+    bool mayLeave = false;
+};
+
+}  // namespace
+
+TEST(TheAboutTextRollsUntilItsSheetIsClosed) {
+    About a;
+    CHECK(a.sheet().isVisible());
+    REQUIRE(waitFor([&] { return a.position() >= 3; }));
+    CHECK(a.pane.askToLeave() == UnselectReply::Later);
+    QWindow* window = a.sheet().windowHandle();
+    QTest::keyPress(window, Qt::Key_Alt, Qt::AltModifier);
+    int turned = a.position();
+    REQUIRE(waitFor([&] { return a.position() == turned - 2; }));
+    // Past the top it goes on from the end, all of which is in sight then.
+    int last = a.text().verticalScrollBar()->maximum();
+    CHECK(last > a.text().height());
+    REQUIRE(waitFor([&] { return a.position() > last - 5; }));
+    QTest::keyRelease(window, Qt::Key_Alt);
+    REQUIRE(waitFor([&] { return a.position() < last / 2; }));
+
+    QTest::keyClick(&a.sheet(), Qt::Key_Escape);
+    CHECK(!a.sheet().isVisible());
+    CHECK(a.mayLeave);
+    int left = a.position();
+    a.waitForSeveralSteps();
+    CHECK_EQ(a.position(), left);
+}
+
+TEST(WhoScrollsOrSelectsTheAboutTextKeepsItsPlace) {
+    About a;
+    QTest::keyClick(&a.text(), Qt::Key_PageDown);
+    int chosen = a.position();
+    CHECK(chosen > a.text().viewport()->height() / 2);
+    a.waitForSeveralSteps();
+    CHECK_EQ(a.position(), chosen);
+    a.button("aboutCloseButton").click();
+    a.button("aboutButton").click();
+    CHECK(a.sheet().isVisible() && a.position() == 0);
+    REQUIRE(waitFor([&] { return a.position() > 0; }));
+    a.text().selectAll();
+    chosen = a.position();
+    a.waitForSeveralSteps();
+    CHECK_EQ(a.position(), chosen);
+}
+
+TEST(TheAboutTextIsThereForEverybody) {
+    About a;
+    QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(&a.text());
+    REQUIRE(accessible && accessible->textInterface());
+    QAccessibleTextInterface& text = *accessible->textInterface();
+    CHECK_EQ(accessible->text(QAccessible::Name).toStdString(), "About Typeslate");
+    CHECK(text.text(0, text.characterCount()).contains(QStringLiteral("MIT License")));
+    CHECK(a.text().focusPolicy() & Qt::TabFocus);
+
+    // The version is the bundle's, and nothing is left of the format.
+    QString shown = a.text().toPlainText();
+    std::string version(a.pane.bundle().infoValue("CFBundleShortVersionString").stringValue());
+    CHECK(shown.contains(QStringLiteral("Version ") + QString::fromStdString(version)));
+    CHECK(!shown.contains(QLatin1Char('\\')) && !shown.contains(QLatin1Char('@')));
+    CHECK(shown.startsWith(QChar::ObjectReplacementCharacter));
+    int links = 0;
+    for (QTextBlock block = a.text().document()->begin(); block.isValid(); block = block.next())
+        for (auto part = block.begin(); !part.atEnd(); ++part)
+            links += part.fragment().charFormat().anchorHref().startsWith(QStringLiteral("https://"));
+    CHECK_EQ(links, 2);
+    CHECK(a.text().openExternalLinks());
+}
