@@ -8,7 +8,8 @@ namespace platform::qt {
 
 class FittingScrollArea final : public QScrollArea {
 public:
-    explicit FittingScrollArea(QWidget* parent) : QScrollArea(parent) {}
+    // It follows the focus of what is in it, and is no stop on the way there.
+    explicit FittingScrollArea(QWidget* parent) : QScrollArea(parent) { setFocusPolicy(Qt::NoFocus); }
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 
