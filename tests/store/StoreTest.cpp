@@ -30,9 +30,36 @@ std::string encoded(const PropertyList& value, bool xml = false) {
 }
 const PropertyList kTheirs = PropertyList::dictionary({{"theirs", 1}});
 
+ino_t inodeOf(const std::string& path) {
+    struct stat status;
+    return ::stat(path.c_str(), &status) == 0 ? status.st_ino : 0;
+}
 mode_t modeOf(const std::string& path) { return static_cast<mode_t>(fs::status(path).permissions()); }
 
 }  // namespace
+
+TEST(WhatIsStoredAlreadyIsNotWrittenAgain) {
+    Stage stage;
+    FaultyFileAccess files;
+    Store a(stage.folder, files), b(stage.folder);
+    int observed = 0;
+    a.preferences.setSynchronizeObserver(kDomain, [&] { ++observed; });
+    CHECK(a.write("none", {}) && !fs::exists(stage.path));
+    CHECK(a.write("key", 1));
+    ino_t first = inodeOf(stage.path);
+    CHECK(a.write("key", 1) && inodeOf(stage.path) == first);
+    CHECK_EQ(observed, 3);
+    CHECK(b.write("key", 2) && a.write("key", 1));
+    CHECK_EQ(Store(stage.folder)["key"], PropertyList(1));
+    // Of a write that failed nobody knows how far it came.
+    int flushes = 0;
+    files.hook = [&](FileAccess::Call call, std::size_t&, int) {
+        return call == FileAccess::Call::Flush && ++flushes == 2 ? -EIO : 0;
+    };
+    CHECK(!a.write("key", 3) && a.synchronize());
+    CHECK_EQ(flushes, 4);
+    CHECK_EQ(observed, 5);
+}
 
 TEST(ServicesShareADomainKeyByKey) {
     TemporaryFolder temporary;

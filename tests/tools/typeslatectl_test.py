@@ -319,5 +319,56 @@ class WatchTest(Case):
             self.refused("watch", DBUS_SESSION_BUS_ADDRESS=address)
 
 
+class LoginItemsTest(Case):
+    def bundle(self, name, **info):
+        (self.home / name / "Contents/Linux").mkdir(parents=True)
+        (self.home / name / "Contents/Info.plist").write_bytes(plistlib.dumps(info))
+        return str(self.home / name)
+
+    def items(self):
+        return [(item["Path"], item["Hide"]) for item in self.value("login-items", "list", "--json")]
+
+    def test_an_added_item_starts_with_the_session(self):
+        program, fifo = self.home / "a \"b\" $HOME %f `id` \\c'd = 100%", self.home / "started"
+        program.write_text(f"#!/bin/sh\nprintf %s \"$0\" >'{fifo}'\n")
+        program.chmod(0o755)
+        os.mkfifo(fifo)
+        self.ok("login-items", "add", str(program), "--hide")
+        self.assertEqual(self.items(), [(str(program), True)])
+        entries = list((self.home / "config/autostart").iterdir())
+        self.assertEqual(len(entries), 1)
+        if shutil.which("gio"):
+            subprocess.run(["gio", "launch", entries[0]], check=True, env=self.env)
+            self.assertEqual(fifo.read_text(), str(program))
+        self.ok("login-items", "remove", "--path", str(program))
+        self.assertFalse(entries[0].exists())
+        self.refused("login-items", "remove", "--path", str(program))
+
+    def test_items_are_known_by_their_application(self):
+        old, new = (self.bundle(name, CFBundleIdentifier="org.a") for name in ("Old.app", "New.app"))
+        for _ in range(2):
+            self.assertIn(b"nothing that can be started", self.ok("login-items", "add", old + "/", "--hide"))
+        self.refused("login-items", "check", "org.b", new)
+        self.ok("login-items", "check", "org.a", new)
+        self.assertEqual(self.items(), [(new, True)])
+        self.assertIn(b"org.a", self.ok("login-items", "list"))
+        self.ok("login-items", "remove", "org.a")
+        self.assertEqual(self.items(), [])
+        for call in ("add", "remove", "remove org.a --path /a", "check org.a"):
+            self.refused("login-items", *call.split(), status=2)
+
+    def test_the_helper_starts_once_and_stops(self):
+        apart = ["unshare", "--user", "--map-root-user", "--pid", "--fork", "--kill-child", "--mount-proc"]
+        if subprocess.run([*apart, "true"], capture_output=True).returncode:
+            self.skipTest("no process namespace to be had")
+        script = '"$0" helper status; echo $?; "$0" helper start && "$0" helper start && "$0" helper status --json; ' \
+                 'ls -l /proc/*/exe 2>&1 | grep -c "/TS$"; "$0" helper stop && "$0" helper stop; "$0" helper status'
+        done = subprocess.run([*apart, "sh", "-c", script, PROGRAM], capture_output=True, text=True,
+                              env=self.env | {"TYPESLATE_LOG": ""})
+        started, count, stopped = done.stdout.partition("}")[0], *done.stdout.partition("}")[2].split("\n")[1:3]
+        self.assertRegex(started, r'^not running\n1\n(running, process \d+\n)\1\{\s+"running": true,')
+        self.assertEqual((count, stopped, done.stderr), ("1", "not running", ""))
+
+
 if __name__ == "__main__":
     unittest.main(argv=sys.argv[:1])
