@@ -21,8 +21,8 @@ constexpr OptionText kOptions[] = {
     {"tab", "Opens the tab with this title.", "title"},
     {"select", "Selects the entry in this row, from 0.", "row"},
     {"dark", "Uses dark colours, for pictures.", nullptr},
-    {"platform", "Where to draw: xcb, wayland, vnc, offscreen.", "name"},
-    {"style", "The look of the controls.", "name"},
+    {"platform", "Where to draw: xcb, wayland, vnc, offscreen.", "platform"},
+    {"style", "The look of the controls.", "style"},
 };
 
 void describeTo(QCommandLineParser& parser) {

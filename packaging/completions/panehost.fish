@@ -1,0 +1,11 @@
+# Completions of panehost for fish. Written by packaging/generate.
+complete -c panehost -f
+complete -c panehost -n 'true' -s h -l help -d 'Shows this text.'
+complete -c panehost -n 'true' -s v -l version -d 'Shows the version.'
+complete -c panehost -n 'true' -l screenshot -r -F -d 'Writes a picture of the window and ends; needs no display.'
+complete -c panehost -n 'true' -l tab -x -d 'Opens the tab with this title.'
+complete -c panehost -n 'true' -l select -x -d 'Selects the entry in this row, from 0.'
+complete -c panehost -n 'true' -l dark -d 'Uses dark colours, for pictures.'
+complete -c panehost -n 'true' -l platform -x -a 'xcb wayland vnc offscreen' -d 'Where to draw: xcb, wayland, vnc, offscreen.'
+complete -c panehost -n 'true' -l style -x -a 'fusion windows' -d 'The look of the controls.'
+complete -c panehost -n 'true' -a '(__fish_complete_directories)'

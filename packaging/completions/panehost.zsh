@@ -1,0 +1,19 @@
+#compdef panehost
+# Completions of panehost for zsh. Written by packaging/generate.
+
+_panehost() {
+  _arguments \
+    '-h[Shows this text.]' \
+    '--help[Shows this text.]' \
+    '-v[Shows the version.]' \
+    '--version[Shows the version.]' \
+    '--screenshot[Writes a picture of the window and ends; needs no display.]:file:{ _files }' \
+    '--tab[Opens the tab with this title.]:title:{ _message value }' \
+    '--select[Selects the entry in this row, from 0.]:row:{ _message value }' \
+    '--dark[Uses dark colours, for pictures.]' \
+    '--platform[Where to draw\: xcb, wayland, vnc, offscreen.]:platform:{ compadd -- xcb wayland vnc offscreen }' \
+    '--style[The look of the controls.]:style:{ compadd -- fusion windows }' \
+    ':bundle:{ _files -/ }'
+}
+
+_panehost "$@"

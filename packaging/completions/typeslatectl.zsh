@@ -1,0 +1,409 @@
+#compdef typeslatectl
+# Completions of typeslatectl for zsh. Written by packaging/generate.
+
+_typeslatectl() {
+  local curcontext=$curcontext state line
+  local -a commands=(
+    'defaults:Read and change preference domains'
+    'entries:Show and change the list of entries'
+    'catalog:Build and show the catalogue of font names'
+    'login-items:Show and change what starts when you log in'
+    'helper:Start and stop the helper that takes in changed settings'
+    'update:Read and change the schedule of update checks, and check'
+    'watch:Print each notification and broadcast as a line of JSON'
+  )
+  _arguments -C \
+    '--version[Show the version and exit]' \
+    '-h[Show this help and exit]' \
+    '--help[Show this help and exit]' \
+    '1:command:->command' \
+    '*::argument:->argument'
+  case $state in
+    command) _describe command commands ;;
+    argument)
+      case $line[1] in
+        defaults) _typeslatectl_defaults ;;
+        entries) _typeslatectl_entries ;;
+        catalog) _typeslatectl_catalog ;;
+        login-items) _typeslatectl_login-items ;;
+        helper) _typeslatectl_helper ;;
+        update) _typeslatectl_update ;;
+        watch) _typeslatectl_watch ;;
+      esac ;;
+  esac
+}
+
+_typeslatectl_defaults() {
+  local curcontext=$curcontext state line
+  local -a commands=(
+    'read:Print a domain, or one key of it, as JSON'
+    'write:Store one value'
+    'delete:Remove a key, or every key of a domain'
+    'domains:List the stored domains'
+    'export:Write a domain into a property-list file'
+    'import:Replace a domain by a property-list file'
+  )
+  _arguments -C \
+    '-h[Show this help and exit]' \
+    '--help[Show this help and exit]' \
+    '1:command:->command' \
+    '*::argument:->argument'
+  case $state in
+    command) _describe command commands ;;
+    argument)
+      case $line[1] in
+        read) _typeslatectl_defaults_read ;;
+        write) _typeslatectl_defaults_write ;;
+        delete) _typeslatectl_defaults_delete ;;
+        domains) _typeslatectl_defaults_domains ;;
+        export) _typeslatectl_defaults_export ;;
+        import) _typeslatectl_defaults_import ;;
+      esac ;;
+  esac
+}
+
+_typeslatectl_defaults_read() {
+  _arguments \
+    '-h[Show this help and exit]' \
+    '--help[Show this help and exit]' \
+    ':DOMAIN:{ compadd -- $(typeslatectl defaults domains 2>/dev/null) }' \
+    ':KEY:{ _message value }'
+}
+
+_typeslatectl_defaults_write() {
+  _arguments \
+    '-h[Show this help and exit]' \
+    '--help[Show this help and exit]' \
+    ':DOMAIN:{ compadd -- $(typeslatectl defaults domains 2>/dev/null) }' \
+    ':KEY:{ _message value }' \
+    ':JSON:{ _message value }'
+}
+
+_typeslatectl_defaults_delete() {
+  _arguments \
+    '-h[Show this help and exit]' \
+    '--help[Show this help and exit]' \
+    ':DOMAIN:{ compadd -- $(typeslatectl defaults domains 2>/dev/null) }' \
+    ':KEY:{ _message value }'
+}
+
+_typeslatectl_defaults_domains() {
+  _arguments \
+    '-h[Show this help and exit]' \
+    '--help[Show this help and exit]'
+}
+
+_typeslatectl_defaults_export() {
+  _arguments \
+    '-h[Show this help and exit]' \
+    '--help[Show this help and exit]' \
+    '--format[binary (default) or xml]:FORMAT:{ compadd -- binary xml }' \
+    ':DOMAIN:{ compadd -- $(typeslatectl defaults domains 2>/dev/null) }' \
+    ':FILE:{ _files }'
+}
+
+_typeslatectl_defaults_import() {
+  _arguments \
+    '-h[Show this help and exit]' \
+    '--help[Show this help and exit]' \
+    ':DOMAIN:{ compadd -- $(typeslatectl defaults domains 2>/dev/null) }' \
+    ':FILE:{ _files }'
+}
+
+_typeslatectl_entries() {
+  local curcontext=$curcontext state line
+  local -a commands=(
+    'list:Print the entries'
+    'add:Add applications'
+    'add-regex:Add an entry for applications that a regular expression matches'
+    'remove:Remove an entry'
+    'set:Change an option of an entry'
+    'get:Print an entry, or one value of it, as JSON'
+  )
+  _arguments -C \
+    '-h[Show this help and exit]' \
+    '--help[Show this help and exit]' \
+    '1:command:->command' \
+    '*::argument:->argument'
+  case $state in
+    command) _describe command commands ;;
+    argument)
+      case $line[1] in
+        list) _typeslatectl_entries_list ;;
+        add) _typeslatectl_entries_add ;;
+        add-regex) _typeslatectl_entries_add-regex ;;
+        remove) _typeslatectl_entries_remove ;;
+        set) _typeslatectl_entries_set ;;
+        get) _typeslatectl_entries_get ;;
+      esac ;;
+  esac
+}
+
+_typeslatectl_entries_list() {
+  _arguments \
+    '-h[Show this help and exit]' \
+    '--help[Show this help and exit]' \
+    '--json[As JSON, with every key]'
+}
+
+_typeslatectl_entries_add() {
+  _arguments \
+    '-h[Show this help and exit]' \
+    '--help[Show this help and exit]' \
+    '*:PATH:{ _files }'
+}
+
+_typeslatectl_entries_add-regex() {
+  _arguments \
+    '-h[Show this help and exit]' \
+    '--help[Show this help and exit]' \
+    '--kind[What it is held against\: 0 name (default), 1 identifier, 2 path]:N:{ compadd -- 0 1 2 }' \
+    ':NAME:{ _message value }' \
+    ':EXPRESSION:{ _message value }'
+}
+
+_typeslatectl_entries_remove() {
+  _arguments \
+    '-h[Show this help and exit]' \
+    '--help[Show this help and exit]' \
+    ':INDEX:{ compadd -- $(typeslatectl entries list 2>/dev/null | sed -n '\''s/^ *\([0-9][0-9]*\).*/\1/p'\'') }'
+}
+
+_typeslatectl_entries_set() {
+  _arguments \
+    '-h[Show this help and exit]' \
+    '--help[Show this help and exit]' \
+    ':INDEX:{ compadd -- $(typeslatectl entries list 2>/dev/null | sed -n '\''s/^ *\([0-9][0-9]*\).*/\1/p'\'') }' \
+    ':KEY:{ compadd -- Enabled CheckMenuItems ShowFontInFace DupeHandling ShowSets ChangeSize FontSize ShowIcons HierarchicalMenu AllFontsGroup ScriptSort IncludeFAPSets IncludeFEXSets IncludeSuitcaseSets GenerateInactivePreview ModifyFontPanel }' \
+    ':VALUE:{ _message value }'
+}
+
+_typeslatectl_entries_get() {
+  _arguments \
+    '-h[Show this help and exit]' \
+    '--help[Show this help and exit]' \
+    ':INDEX:{ compadd -- $(typeslatectl entries list 2>/dev/null | sed -n '\''s/^ *\([0-9][0-9]*\).*/\1/p'\'') }' \
+    ':KEY:{ _message value }'
+}
+
+_typeslatectl_catalog() {
+  local curcontext=$curcontext state line
+  local -a commands=(
+    'parse:Print the records of font lists as JSON; nothing is stored'
+    'build:Check the stored catalogue and rebuild it, as the window does when it starts'
+    'show:Print the stored record of a font as JSON'
+    'list:Print the PostScript names in the stored catalogue'
+    'stats:Print the size of the stored catalogue'
+  )
+  _arguments -C \
+    '-h[Show this help and exit]' \
+    '--help[Show this help and exit]' \
+    '1:command:->command' \
+    '*::argument:->argument'
+  case $state in
+    command) _describe command commands ;;
+    argument)
+      case $line[1] in
+        parse) _typeslatectl_catalog_parse ;;
+        build) _typeslatectl_catalog_build ;;
+        show) _typeslatectl_catalog_show ;;
+        list) _typeslatectl_catalog_list ;;
+        stats) _typeslatectl_catalog_stats ;;
+      esac ;;
+  esac
+}
+
+_typeslatectl_catalog_parse() {
+  _arguments \
+    '-h[Show this help and exit]' \
+    '--help[Show this help and exit]' \
+    '--database[Font name database to read before the lists]:FILE:{ _files }' \
+    '*:FILE:{ _files }'
+}
+
+_typeslatectl_catalog_build() {
+  _arguments \
+    '-h[Show this help and exit]' \
+    '--help[Show this help and exit]'
+}
+
+_typeslatectl_catalog_show() {
+  _arguments \
+    '-h[Show this help and exit]' \
+    '--help[Show this help and exit]' \
+    ':NAME:{ _message value }'
+}
+
+_typeslatectl_catalog_list() {
+  _arguments \
+    '-h[Show this help and exit]' \
+    '--help[Show this help and exit]' \
+    '--family[Only those of this family, the record'\''s "FullName"]:NAME:{ _message value }'
+}
+
+_typeslatectl_catalog_stats() {
+  _arguments \
+    '-h[Show this help and exit]' \
+    '--help[Show this help and exit]'
+}
+
+_typeslatectl_login-items() {
+  local curcontext=$curcontext state line
+  local -a commands=(
+    'list:Print the login items'
+    'add:Add a login item, though there may be one already'
+    'remove:Remove every login item of an application '
+    'check:Tell whether an application is a login item, and correct the path of one that is'
+  )
+  _arguments -C \
+    '-h[Show this help and exit]' \
+    '--help[Show this help and exit]' \
+    '1:command:->command' \
+    '*::argument:->argument'
+  case $state in
+    command) _describe command commands ;;
+    argument)
+      case $line[1] in
+        list) _typeslatectl_login-items_list ;;
+        add) _typeslatectl_login-items_add ;;
+        remove) _typeslatectl_login-items_remove ;;
+        check) _typeslatectl_login-items_check ;;
+      esac ;;
+  esac
+}
+
+_typeslatectl_login-items_list() {
+  _arguments \
+    '-h[Show this help and exit]' \
+    '--help[Show this help and exit]' \
+    '--json[As JSON, with every key]'
+}
+
+_typeslatectl_login-items_add() {
+  _arguments \
+    '-h[Show this help and exit]' \
+    '--help[Show this help and exit]' \
+    '--hide[Start it quietly]' \
+    ':PATH:{ _files }'
+}
+
+_typeslatectl_login-items_remove() {
+  _arguments \
+    '-h[Show this help and exit]' \
+    '--help[Show this help and exit]' \
+    '--path[Remove those with exactly this path instead]:TEXT:{ _message value }' \
+    ':IDENTIFIER:{ _message value }'
+}
+
+_typeslatectl_login-items_check() {
+  _arguments \
+    '-h[Show this help and exit]' \
+    '--help[Show this help and exit]' \
+    ':IDENTIFIER:{ _message value }' \
+    ':PATH:{ _files }'
+}
+
+_typeslatectl_helper() {
+  local curcontext=$curcontext state line
+  local -a commands=(
+    'start:Start the helper unless it is running'
+    'stop:Ask the helper to quit, and wait until it has'
+    'status:Tell whether the helper is running; status 1: it is not'
+  )
+  _arguments -C \
+    '-h[Show this help and exit]' \
+    '--help[Show this help and exit]' \
+    '1:command:->command' \
+    '*::argument:->argument'
+  case $state in
+    command) _describe command commands ;;
+    argument)
+      case $line[1] in
+        start) _typeslatectl_helper_start ;;
+        stop) _typeslatectl_helper_stop ;;
+        status) _typeslatectl_helper_status ;;
+      esac ;;
+  esac
+}
+
+_typeslatectl_helper_start() {
+  _arguments \
+    '-h[Show this help and exit]' \
+    '--help[Show this help and exit]'
+}
+
+_typeslatectl_helper_stop() {
+  _arguments \
+    '-h[Show this help and exit]' \
+    '--help[Show this help and exit]'
+}
+
+_typeslatectl_helper_status() {
+  _arguments \
+    '-h[Show this help and exit]' \
+    '--help[Show this help and exit]' \
+    '--json[As JSON]'
+}
+
+_typeslatectl_update() {
+  local curcontext=$curcontext state line
+  local -a commands=(
+    'status:Print the schedule, whether a check is due, and the rule that decides'
+    'check:Launch the updater if a check is due; status 3: nothing is due'
+    'schedule:Switch automatic checks on or off'
+    'interval:Set the time between two checks'
+  )
+  _arguments -C \
+    '-h[Show this help and exit]' \
+    '--help[Show this help and exit]' \
+    '1:command:->command' \
+    '*::argument:->argument'
+  case $state in
+    command) _describe command commands ;;
+    argument)
+      case $line[1] in
+        status) _typeslatectl_update_status ;;
+        check) _typeslatectl_update_check ;;
+        schedule) _typeslatectl_update_schedule ;;
+        interval) _typeslatectl_update_interval ;;
+      esac ;;
+  esac
+}
+
+_typeslatectl_update_status() {
+  _arguments \
+    '-h[Show this help and exit]' \
+    '--help[Show this help and exit]' \
+    '--json[As JSON]' \
+    '--from-module[As the module asks from within an application\: soon after the login nothing is due]'
+}
+
+_typeslatectl_update_check() {
+  _arguments \
+    '-h[Show this help and exit]' \
+    '--help[Show this help and exit]' \
+    '--now[Whether or not one is due]' \
+    '--from-module[As the module asks from within an application\: soon after the login nothing is due]'
+}
+
+_typeslatectl_update_schedule() {
+  _arguments \
+    '-h[Show this help and exit]' \
+    '--help[Show this help and exit]' \
+    ':STATE:{ compadd -- on off }'
+}
+
+_typeslatectl_update_interval() {
+  _arguments \
+    '-h[Show this help and exit]' \
+    '--help[Show this help and exit]' \
+    ':SECONDS:{ _message value }'
+}
+
+_typeslatectl_watch() {
+  _arguments \
+    '-h[Show this help and exit]' \
+    '--help[Show this help and exit]'
+}
+
+_typeslatectl "$@"
