@@ -46,7 +46,7 @@ QImage readImage(const QString& path) {
     if (path.isEmpty() || QFileInfo(path).size() > RichTextPictures::kLargestFile) return {};
     QImageReader reader(path, "png");
     reader.setAutoDetectImageFormat(false);
-    QSize size = reader.size();
+    QSize size = reader.canRead() ? reader.size() : QSize();
     bool isReadable = size.isValid() && std::max(size.width(), size.height()) <= RichTextPictures::kLargestSide;
     return isReadable ? reader.read() : QImage();
 }

@@ -79,9 +79,9 @@ class Session:
         Lines(process.stderr).until(lambda line: "watching" in line)
         return Lines(process.stdout)
 
-    def open_pane(self):
+    def open_pane(self, *arguments):
         """The host's process, with the lines that it writes to standard error as `messages`."""
-        process = self.start(self.build + "/bin/panehost", stderr=subprocess.PIPE)
+        process = self.start(self.build + "/bin/panehost", *arguments, stderr=subprocess.PIPE)
         process.messages = Lines(process.stderr)
         process.window = self.wait_for_window("Typeslate")
         return process
@@ -128,9 +128,13 @@ class Session:
         subprocess.run(["xdotool", "type", "--clearmodifiers", text], check=True, timeout=LIMIT)
 
     def close(self, process):
-        """Closes the window as its owner would and waits for the host to end; what it complained of is a failure."""
+        """Closes the window as its owner would and waits for the host to end."""
         self.focus(process.window)
         self.key("alt+F4")
+        self.wait_for_end(process)
+
+    def wait_for_end(self, process):
+        """What the host complained of is a failure."""
         assert process.wait(timeout=LIMIT) == 0, "the host failed"
         complaints = [line for line in iter(process.messages.next, None) if line]
         assert not complaints, complaints
