@@ -364,7 +364,7 @@ class LoginItemsTest(Case):
         script = '"$0" helper status; echo $?; "$0" helper start && "$0" helper start && "$0" helper status --json; ' \
                  'ls -l /proc/*/exe 2>&1 | grep -c "/TS$"; "$0" helper stop && "$0" helper stop; "$0" helper status'
         done = subprocess.run([*apart, "sh", "-c", script, PROGRAM], capture_output=True, text=True,
-                              env=self.env | {"TYPESLATE_LOG": ""})
+                              env=self.env | {"TYPESLATE_LOG": ""}, cwd=self.home)
         started, count, stopped = done.stdout.partition("}")[0], *done.stdout.partition("}")[2].split("\n")[1:3]
         self.assertRegex(started, r'^not running\n1\n(running, process \d+\n)\1\{\s+"running": true,')
         self.assertEqual((count, stopped, done.stderr), ("1", "not running", ""))
