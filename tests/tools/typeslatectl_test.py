@@ -360,7 +360,9 @@ class LoginItemsTest(Case):
     def test_the_helper_starts_once_and_stops(self):
         apart = ["unshare", "--user", "--map-root-user", "--pid", "--fork", "--kill-child", "--mount-proc"]
         if subprocess.run([*apart, "true"], capture_output=True).returncode:
-            self.skipTest("no process namespace to be had")
+            apart = []
+            if self.run_ctl("helper", "status").returncode == 0:
+                self.skipTest("a helper is running that is not this test's")
         script = '"$0" helper status; echo $?; "$0" helper start && "$0" helper start && "$0" helper status --json; ' \
                  'ls -l /proc/*/exe 2>&1 | grep -c "/TS$"; "$0" helper stop && "$0" helper stop; "$0" helper status'
         done = subprocess.run([*apart, "sh", "-c", script, PROGRAM], capture_output=True, text=True,
