@@ -5,13 +5,14 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 preset=release
 build=$root/build/$preset
 
-# A line of scripts/packages.txt is a package name; "test:" before it marks one that only ./check needs.
+# A line of scripts/packages.txt is a package name; "test:" before it marks one that only ./check needs, "package:" one
+# that only ./package does.
 wanted_packages() { # kinds...
   local line
   while read -r line; do
     case $line in
       '' | '#'*) ;;
-      test:*) [[ " $* " == *" test "* ]] && echo "${line#test:}" ;;
+      *:*) [[ " $* " == *" ${line%%:*} "* ]] && echo "${line#*:}" ;;
       *) echo "$line" ;;
     esac
   done <"$root/scripts/packages.txt"

@@ -1,0 +1,6 @@
+if(CMAKE_INSTALL_DO_STRIP)
+  cmake_path(ABSOLUTE_PATH bundle BASE_DIRECTORY ${CMAKE_INSTALL_PREFIX})
+  file(GLOB_RECURSE contents LIST_DIRECTORIES false "$ENV{DESTDIR}${bundle}/*")
+  list(FILTER contents INCLUDE REGEX "/Contents/Linux/[^/]+$")
+  execute_process(COMMAND ${strip} ${contents} COMMAND_ERROR_IS_FATAL ANY)
+endif()

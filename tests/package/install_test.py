@@ -1,0 +1,78 @@
+"""An installation works from a folder that the build knows nothing of, and what describes it to others is sound."""
+import os
+import pathlib
+import re
+import shutil
+import subprocess
+import sys
+import tempfile
+import unittest
+
+BUILD, VERSION = os.path.abspath(sys.argv.pop(1)), sys.argv.pop(1)
+SOURCE = pathlib.Path(__file__).resolve().parents[2]
+ID = "com.tarnwick.typeslate.Settings"
+
+
+def needs(tool):
+    return unittest.skipUnless(shutil.which(tool), f"needs {tool}")
+
+
+class InstallTest(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        folder = tempfile.TemporaryDirectory(prefix="typeslate-install-")
+        cls.addClassCleanup(folder.cleanup)
+        cls.prefix = pathlib.Path(folder.name) / "anywhere"
+        subprocess.run(["cmake", "--install", BUILD, "--prefix", cls.prefix, "--strip"], check=True,
+                       stdout=subprocess.DEVNULL)
+        cls.environment = {"PATH": f"{cls.prefix}/bin:{os.environ['PATH']}", "HOME": folder.name, "LC_ALL": "C.UTF-8",
+                           "TYPESLATE_ROOT": folder.name}
+
+    def run_installed(self, *command, status=0):
+        result = subprocess.run(command, env=self.environment, capture_output=True, text=True, timeout=60)
+        self.assertEqual(result.returncode, status, (command, result.stdout, result.stderr))
+        return result.stdout + result.stderr
+
+    def judge(self, *command):
+        """Somebody else's program has nothing to say against our files."""
+        self.assertNotRegex(self.run_installed(*command), "(?i)warning:|error:")
+
+    def test_runs_from_anywhere(self):
+        self.assertIn(VERSION, self.run_installed("typeslatectl", "--version"))
+        self.assertIn("Global", self.run_installed("typeslatectl", "entries", "list"))
+        self.assertIn("no session bus", self.run_installed("typeslatectl", "watch", status=1))
+        picture = self.prefix / "picture.png"
+        self.run_installed("panehost", "--screenshot", str(picture))
+        self.assertGreater(picture.stat().st_size, 10_000)
+
+    def test_code_is_stripped_and_looks_nowhere_else(self):
+        files = [file for file in self.prefix.rglob("*") if file.is_file() and not file.is_symlink()]
+        code = [file for file in files if file.read_bytes()[:4] == b"\x7fELF"]
+        self.assertIn("typeslatectl-bus.so", [file.name for file in code])
+        for file in code:
+            headers = subprocess.run(["readelf", "-dS", file], check=True, capture_output=True, text=True).stdout
+            self.assertNotRegex(headers, r"RPATH|RUNPATH|\.symtab", file)
+        names = {file.name for file in files}
+        self.assertFalse(names & {"libplinth.so", "Tarnwick Updater", "Sample.plinth"}, "samples are not installed")
+
+    @needs("desktop-file-validate")
+    def test_desktop_entry(self):
+        self.judge("desktop-file-validate", str(self.prefix / f"share/applications/{ID}.desktop"))
+
+    @needs("appstreamcli")
+    def test_metadata(self):
+        self.judge("appstreamcli", "validate", "--no-net", str(self.prefix / f"share/metainfo/{ID}.metainfo.xml"))
+
+    @needs("man")
+    def test_manual_pages(self):
+        for page in sorted((self.prefix / "share/man/man1").iterdir()):
+            self.judge("sh", "-c", 'man --warnings -E UTF-8 -l -Tutf8 -Z "$1" >/dev/null', "sh", str(page))
+
+    def test_versions_agree(self):
+        changelog = (SOURCE / "packaging/debian/changelog").read_text()
+        self.assertEqual(re.match(r"typeslate-settings \(([^)]*)\)", changelog)[1], VERSION)
+        metadata = (self.prefix / f"share/metainfo/{ID}.metainfo.xml").read_text()
+        self.assertEqual(re.search(r'<release version="([^"]*)"', metadata)[1], VERSION)
+
+
+unittest.main()
