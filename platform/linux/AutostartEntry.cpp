@@ -8,8 +8,8 @@
 namespace platform::posix {
 namespace {
 
-// Of our own, by which an entry is known as one of ours.
-constexpr std::string_view kItemKey = "X-Typeslate-LoginItem";
+// Of our own: by the first an entry is known as one of ours, by the second as one that is out of date.
+constexpr std::string_view kItemKey = "X-Typeslate-LoginItem", kHideKey = "X-Typeslate-Hide";
 constexpr std::string_view kFilePrefix = "login-item-";
 constexpr std::size_t kLongestStem = 100;
 
@@ -70,8 +70,8 @@ std::string autostartEntry(std::string_view itemPath, bool hide, const StartDesc
     if (!start.iconName.empty()) entry += line("Icon", start.iconName);
     if (!start.workingFolder.empty()) entry += line("Path", start.workingFolder);
     if (start.isInTerminal) entry += "Terminal=true\n";
-    entry += hide ? "StartupNotify=false\n" : "StartupNotify=true\n";
-    return entry + line(kItemKey, itemPath);
+    if (hide) entry += "StartupNotify=false\n";
+    return entry + line(kItemKey, itemPath) + line(kHideKey, hide ? "true" : "false");
 }
 
 bool hasLinesOf(std::string_view file, std::string_view other) {

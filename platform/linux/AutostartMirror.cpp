@@ -66,7 +66,8 @@ void AutostartMirror::update() {
     if (reader_.synchronize(kLoginWindowDomain)) {
         std::vector<Item> items = storedItems();
         std::vector<OwnEntry> entries = ownEntries();
-        const ApplicationEnvironment environment = ApplicationEnvironment::current();
+        ApplicationEnvironment environment = ApplicationEnvironment::current();
+        environment.locale.clear();  // the language of whoever comes by is no reason to write an entry anew
         for (const Item& item : items) {
             auto own = std::ranges::find(entries, item.value, [](auto& e) { return *autostartPathValue(e.contents); });
             updateEntry(item, own == entries.end() ? nullptr : &*own, environment);
