@@ -111,7 +111,8 @@ bool LinuxProcesses::postQuitRequest(const ProcessSerialNumber& process, std::st
     auto bundle = folder ? FolderBundle::open(*folder) : nullptr;
     if (!bundle || bundle->identifier() != identifier || serialNumber(id) != process) return false;
     if (handle) return signalProcess(handle, SIGTERM);
-    return handle.error() == ENOSYS && ::kill(static_cast<pid_t>(id), SIGTERM) == 0;
+    // No handles on this kernel, or not in this sandbox.
+    return handle.error() != ESRCH && ::kill(static_cast<pid_t>(id), SIGTERM) == 0;
 }
 
 // Counted back from now, not on from the machine's start: whoever sets the clock moves both ends.

@@ -7,7 +7,7 @@
 namespace platform::posix {
 
 // Becomes readable when the process ends. Its error() is ESRCH when there is no such process, ENOSYS on a kernel before
-// 5.3.
+// 5.3, and often EPERM in a sandbox.
 Descriptor openProcess(ProcessID process);
 // False when the process has ended or may not be signalled.
 bool signalProcess(const Descriptor& process, int signal);
