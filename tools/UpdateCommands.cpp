@@ -97,7 +97,7 @@ void check(const Arguments& arguments) {
     OSStatus result = arguments.now ? launchNow(updates, launched)
                                     : twvc::checkForUpdate(updates.services, &module, arguments.fromModule, &launched);
     updates.save();
-    if (result != kNoErr) throw refused("error %d: %@", result, statusText(result));
+    if (result != kNoErr) throw refused("error %d: %@", result, localized(statusText(result)));
     if (!launched.path.empty())
         return print(localizedFormat("launched %@", posix::withVisibleControls(launched.path)) + "\n");
     if (arguments.now || before["due"].boolValue())

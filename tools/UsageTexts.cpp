@@ -34,6 +34,13 @@ std::optional<std::vector<std::string_view>> namesIn(std::string_view text, cons
     return {{text.substr(0, middle), text.substr(middle + sentence.between.size())}};
 }
 
+void localizeGroups(CLI::App& app) {
+    app.group(localized("Subcommands"));
+    app.set_help_flag("-h,--help", localized("Show this help and exit"));
+    for (CLI::Option* option : app.get_options()) option->group(localized("Options"));
+    for (CLI::App* command : app.get_subcommands({})) localizeGroups(*command);
+}
+
 }  // namespace
 
 void localizeUsage(CLI::App& app) {
@@ -47,9 +54,7 @@ void localizeUsage(CLI::App& app) {
     formatter->label("TEXT", localized("TEXT"));
     formatter->label("INT", localized("INT"));
     formatter->label("FLOAT", localized("FLOAT"));
-    app.group(localized("Subcommands"));
-    app.option_defaults()->group(localized("Options"));
-    app.set_help_flag("-h,--help", localized("Show this help and exit"));
+    localizeGroups(app);
 }
 
 std::string localizedUsageError(std::string_view english) {

@@ -8,7 +8,7 @@
 
 namespace tools {
 
-// Headings and the words of usage lines. To be called before subcommands and options are added: they inherit them.
+// Headings and the words of usage lines, of the command and of all that have been added to it.
 void localizeUsage(CLI::App& app);
 
 // What the parser says of a wrong call; as it is when the parser says something that it is not known to say.

@@ -70,7 +70,6 @@ int main(int argc, char** argv) {
     app.require_subcommand(1);
     app.set_version_flag("--version", TYPESLATE_VERSION, tools::localized("Show the version and exit"));
     app.failure_message(usageProblem);
-    tools::localizeUsage(app);
     tools::addDefaultsCommands(app);
     tools::addEntriesCommands(app);
     tools::addCatalogCommands(app);
@@ -78,5 +77,6 @@ int main(int argc, char** argv) {
     tools::addHelperCommands(app);
     tools::addUpdateCommands(app);
     tools::addWatchCommand(app);
+    tools::localizeUsage(app);
     return runOrRefuse(app, argc, argv);
 }

@@ -91,10 +91,12 @@ private:
         search_->setObjectName(QStringLiteral("applicationSearch"));
         search_->setPlaceholderText(localized("Search applications"));
         search_->setAccessibleName(localized("Search applications"));
+        search_->setToolTip(localized("Shows only applications whose name contains this text"));
         search_->setClearButtonEnabled(true);
         list_ = new QListView(this);
         list_->setObjectName(QStringLiteral("applicationList"));
         list_->setAccessibleName(localized("Installed applications"));
+        list_->setAccessibleDescription(localized("The applications that can be chosen"));
         list_->setModel(filter_);
         list_->setIconSize({kIconSize, kIconSize});
         list_->setUniformItemSizes(true);
@@ -118,6 +120,10 @@ private:
         add_ = buttons_->addButton(toQString(request.prompt), QDialogButtonBox::AcceptRole);
         add_->setObjectName(QStringLiteral("applicationAdd"));
         add_->setDefault(true);
+        add_->setToolTip(localized("Takes the selected applications"));
+        QPushButton* cancel = buttons_->button(QDialogButtonBox::Cancel);
+        cancel->setText(localized("&Cancel"));
+        cancel->setToolTip(localized("Leaves the list as it was"));
         QPushButton* other = buttons_->addButton(localized("&Other…"), QDialogButtonBox::ActionRole);
         other->setObjectName(QStringLiteral("applicationOther"));
         other->setToolTip(localized("Choose application files from anywhere"));

@@ -1,5 +1,6 @@
 #include "platform/qt/FittingScrollArea.h"
 
+#include <QEvent>
 #include <QScrollBar>
 
 namespace platform::qt {
@@ -30,6 +31,12 @@ void FittingScrollArea::resizeEvent(QResizeEvent* event) {
     if (isTooLow == isTooLow_) return;
     isTooLow_ = isTooLow;
     updateGeometry();
+}
+
+// The area watches its content already, for its size only; other texts may change what the content asks for.
+bool FittingScrollArea::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == widget() && event->type() == QEvent::LayoutRequest) updateGeometry();
+    return QScrollArea::eventFilter(watched, event);
 }
 
 }  // namespace platform::qt

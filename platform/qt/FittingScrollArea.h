@@ -19,6 +19,7 @@ public:
 private:
     int widthBesideContent() const;
     void resizeEvent(QResizeEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
     bool isTooLow_ = false;
 };
