@@ -84,11 +84,13 @@ private:
         placeSign();
     }
 
-    // Just before the text's first line.
+    // Just before the text, or its first line.
     void placeSign() {
         const QRect text = label_.fontMetrics().boundingRect(
             label_.contentsRect(), int(label_.alignment()) | (label_.wordWrap() ? Qt::TextWordWrap : 0), label_.text());
-        const QPoint place(std::max(0, text.left() - kGap - sign_->width()), text.top());
+        const bool isOneLine = text.height() < 2 * sign_->height();
+        const int top = isOneLine ? label_.contentsRect().center().y() - sign_->height() / 2 : text.top();
+        const QPoint place(std::max(0, text.left() - kGap - sign_->width()), top);
         if (sign_->pos() != place) sign_->move(place);
     }
 

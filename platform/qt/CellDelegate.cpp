@@ -55,7 +55,8 @@ void drawLines(QPainter* painter, const QStyleOptionViewItem& option, const std:
         painter->setPen(textColor(option, line.small));
         auto alignment = QStyle::visualAlignment(option.direction, Qt::AlignLeft | Qt::AlignVCenter);
         QString text = metrics.elidedText(toQString(line.text), Qt::ElideMiddle, box.width());
-        painter->drawText(box, static_cast<int>(alignment) | Qt::TextSingleLine, text);
+        // Scripts that the font borrows from another may stand higher than its own lines.
+        painter->drawText(box, static_cast<int>(alignment) | Qt::TextSingleLine | Qt::TextDontClip, text);
         y += metrics.lineSpacing();
     }
 }

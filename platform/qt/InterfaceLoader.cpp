@@ -124,6 +124,9 @@ private:
         widgets.prepend(result_->root_);
         for (QWidget* widget : widgets)
             if (isNamed(*widget)) add(*widget);
+        // Texts of another length ask for other sizes, which a window is made for before it is shown: from the leaves
+        // up.
+        for (auto widget = widgets.crbegin(); widget != widgets.crend(); ++widget) (*widget)->updateGeometry();
         for (auto& [name, view] : result_->views_) owner_.setOutlet(name, *view);
     }
 
