@@ -1,6 +1,7 @@
 #include "host/LoadedPane.h"
 
 #include <QVBoxLayout>
+#include <QVariant>
 
 #include <utility>
 
