@@ -91,8 +91,8 @@ class Session:
         self.start("icewm", "--notify", stderr=subprocess.DEVNULL)
         assert signal.sigtimedwait({signal.SIGUSR1}, LIMIT), "the window manager did not start"
 
-    def wait_for_window(self, name):
-        found = subprocess.run(["xdotool", "search", "--sync", "--onlyvisible", "--name", f"^{name}$"],
+    def wait_for_window(self, name, end="$"):
+        found = subprocess.run(["xdotool", "search", "--sync", "--onlyvisible", "--name", f"^{name}{end}"],
                                check=True, capture_output=True, text=True, timeout=LIMIT).stdout.split()
         self.focus(found[-1])
         return found[-1]

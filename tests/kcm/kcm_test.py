@@ -1,0 +1,79 @@
+"""The pane in kcmshell and in System Settings: an option by keyboard, on the disk and announced; and leaving."""
+import json
+import plistlib
+
+import settingsapps
+from settingsapps import MODULE, SHELL, TITLE, close, listed, start, turn_to, windowtest
+
+GLOBAL = {"Name": "Global", "Type": "Global", "Settings": {"Enabled": True, "HierarchicalMenu": False, "Kept": 7}}
+OTHER, OTHER_TITLE = "netpref", "Connection Preferences"
+
+
+def notified(line):
+    return json.loads(line).get("object") == "PrefsChanged"
+
+
+def broadcast(line):
+    return json.loads(line).get("message") == "PrefChanged"
+
+
+def stored(session):
+    with open(session.home + "/.config/preferences/com.tarnwick.typeslate.plist", "rb") as file:
+        return plistlib.load(file)["TheExcList"]
+
+
+def toggle(session, changes):
+    """Ticks "Collect families in submenus" and sees it on the disk, announced, and nothing else changed."""
+    before = session.entries()
+    session.key("alt+b")
+    changes.until(notified)
+    settings = before[0]["Settings"]
+    settings["HierarchicalMenu"] = not settings["HierarchicalMenu"]
+    assert stored(session) == before, stored(session)
+    changes.until(broadcast)
+
+
+def test(session):
+    settingsapps.prepare(session)
+    session.ctl("defaults", "write", "com.tarnwick.typeslate", "TheExcList", json.dumps([GLOBAL]))
+    session.ctl("defaults", "write", "com.tarnwick.typeslate", "Added Default Exclusions", "true")
+    session.ctl("defaults", "write", "com.tarnwick.typeslate", "Default Exclusions Version", "1000")
+    changes = session.watch()
+    assert f"{MODULE} " in listed(session) and "Schriftmenüs" in listed(session, LANGUAGE="de", LC_ALL="C.UTF-8")
+
+    shell = start(session, SHELL)
+    toggle(session, changes)
+    # Asked to close while a sheet is open, the window waits for it.
+    session.key("alt+e")
+    session.wait_for_window("Regular Expression")
+    session.focus(shell.window)
+    session.key("alt+F4")
+    sheet = session.wait_for_window("Regular Expression")
+    session.key("Escape")
+    close(session, shell)
+
+    # System Settings goes elsewhere while a sheet is open: the sheet stays, and what is typed in it is kept.
+    application = start(session, "systemsettings", OTHER, OTHER_TITLE)
+    turn_to(session, application, MODULE, TITLE)
+    toggle(session, changes)
+    session.key("alt+e")
+    sheet = session.wait_for_window("Regular Expression")
+    turn_to(session, application, OTHER, OTHER_TITLE)
+    session.focus(sheet)
+    session.key("ctrl+a")
+    session.type("Wine")
+    session.key("Tab", "Tab")
+    session.type("^wine")
+    session.key("Return")
+    changes.until(notified)
+    assert stored(session)[-1]["Data"] == "^wine", stored(session)[-1]
+    turn_to(session, application, MODULE, TITLE)
+    toggle(session, changes)
+    close(session, application)
+
+    # Without a bundle there is a page all the same.
+    session.environment["TYPESLATE_PREFPANE"] = session.home + "/missing"
+    close(session, start(session, SHELL))
+
+
+windowtest.run(test)
