@@ -25,7 +25,7 @@ void checkRun(const RichTextRun& run, std::size_t links) {
     require(run.text.empty() != run.picture.empty());
     checkText(run.text);
     require(run.width >= 0 && run.width <= 1000 && run.height >= 0 && run.height <= 1000);
-    require(run.style.halfPoints > 0 && run.style.halfPoints <= 400);
+    require(run.style.halfPoints > 0 && run.style.halfPoints <= 144);
     require(run.style.link >= -1 && run.style.link < static_cast<int>(links));
     require(run.style.colour.value_or(0) <= 0xFFFFFF);
 }
@@ -41,6 +41,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (!document) return 0;
     std::size_t units = 0;
     for (const RichTextParagraph& paragraph : document->paragraphs) {
+        require(paragraph.runs.size() <= RichTextParagraph::kMostRuns);
         require(std::ranges::adjacent_find(paragraph.runs, couldBeOne) == paragraph.runs.end());
         for (const RichTextRun& run : paragraph.runs) {
             checkRun(run, document->links.size());

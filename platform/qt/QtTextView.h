@@ -12,7 +12,9 @@ namespace platform::qt {
 // by itself can be stopped, and is not torn away from who reads it.
 class QtTextView final : public WidgetView<TextView, QTextEdit> {
 public:
-    static constexpr int kLongestRichText = 1 << 20;  // bytes; the rest is left out
+    // In bytes; the rest is left out. The toolkit hangs on a layout of more than 8 million pixels, which a text of this
+    // length cannot have: the reader's largest sizes and gaps see to that, even with one letter on each line.
+    static constexpr int kLongestRichText = 64 << 10;
 
     explicit QtTextView(QTextEdit& widget);
     Rect frame() const override;

@@ -42,12 +42,13 @@ public:
     }
 };
 
-QImage readImage(const QString& path) {
+QImage readImage(const QString& path, int mostPixels) {
     if (path.isEmpty() || QFileInfo(path).size() > RichTextPictures::kLargestFile) return {};
     QImageReader reader(path, "png");
     reader.setAutoDetectImageFormat(false);
     QSize size = reader.canRead() ? reader.size() : QSize();
-    bool isReadable = size.isValid() && std::max(size.width(), size.height()) <= RichTextPictures::kLargestSide;
+    bool isReadable = size.isValid() && std::max(size.width(), size.height()) <= RichTextPictures::kLargestSide &&
+                      size.width() * size.height() <= mostPixels;
     return isReadable ? reader.read() : QImage();
 }
 
@@ -75,8 +76,17 @@ QString RichTextPictures::fileNamed(const QString& name) const {
     return !folder.isEmpty() && file.isFile() && file.path() == folder ? file.filePath() : QString();
 }
 
-std::optional<QTextCharFormat> RichTextPictures::format(const RichTextRun& picture) const {
-    QImage image = readImage(fileNamed(toQString(picture.picture)));
+// A text may name the same picture thousands of times.
+QImage RichTextPictures::imageNamed(const QString& name) {
+    auto known = images_.constFind(name);
+    if (known != images_.constEnd()) return *known;
+    QImage image = readImage(fileNamed(name), pixelsLeft_);
+    pixelsLeft_ -= image.width() * image.height();
+    return *images_.insert(name, image);
+}
+
+std::optional<QTextCharFormat> RichTextPictures::format(const RichTextRun& picture) {
+    QImage image = imageNamed(toQString(picture.picture));
     if (image.isNull()) return std::nullopt;
     QTextCharFormat format;
     format.setObjectType(kPictureObject);

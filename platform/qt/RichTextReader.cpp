@@ -145,10 +145,15 @@ private:
 
     std::u16string& currentText() {
         std::vector<RichTextRun>& runs = paragraph_.runs;
-        paragraph_.style = state_.paragraph;
         bool fits = !runs.empty() && runs.back().picture.empty() && runs.back().style == state_.style;
-        if (!fits) runs.push_back({{}, state_.style, {}, 0, 0});
+        if (!fits) addRun({{}, state_.style, {}, 0, 0});
         return runs.back().text;
+    }
+
+    void addRun(RichTextRun run) {
+        if (paragraph_.runs.size() >= RichTextParagraph::kMostRuns) finishParagraph();
+        paragraph_.style = state_.paragraph;
+        paragraph_.runs.push_back(std::move(run));
     }
 
     void finishInstruction() {
@@ -161,7 +166,7 @@ private:
     // One character follows that stands for the picture where there can be none.
     void finishPicture() {
         std::string name = withoutBlanksAround(utf8(std::move(aside_)));
-        if (!name.empty()) paragraph_.runs.push_back({{}, state_.style, name, pictureWidth_, pictureHeight_});
+        if (!name.empty()) addRun({{}, state_.style, name, pictureWidth_, pictureHeight_});
         toSkip_ = 1;
     }
 

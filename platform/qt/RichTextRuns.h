@@ -1,6 +1,7 @@
 // Rich text (RTF) as paragraphs of runs, each run of one look. Knows no toolkit.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -37,6 +38,9 @@ struct RichTextRun {
 };
 
 struct RichTextParagraph {
+    // A paragraph of more runs is broken into several: toolkits lay one out in the square of its runs.
+    static constexpr std::size_t kMostRuns = 1000;
+
     RichTextParagraphStyle style;
     std::vector<RichTextRun> runs;
 };

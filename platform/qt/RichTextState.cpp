@@ -8,7 +8,8 @@ namespace {
 
 constexpr int kTwipsPerPoint = 20;
 constexpr int kLargestLength = 1000;  // points
-constexpr int kLargestHalfPoints = 400, kMostBytesAfterUnicode = 16;
+constexpr int kLargestGap = 72;       // points between paragraphs and beside them
+constexpr int kLargestHalfPoints = 144, kMostBytesAfterUnicode = 16;
 
 // A switch without a number is on, a measure without one is none.
 bool isOn(std::optional<int> parameter) { return parameter != 0; }
@@ -20,11 +21,11 @@ void switchStyle(RichTextState& state, std::optional<int> parameter) {
 
 template <int RichTextParagraphStyle::*member>
 void setLength(RichTextState& state, std::optional<int> parameter) {
-    state.paragraph.*member = std::max(pointsFromTwips(parameter.value_or(0)), 0);
+    state.paragraph.*member = std::clamp(pointsFromTwips(parameter.value_or(0)), 0, kLargestGap);
 }
 
 void setFirstIndent(RichTextState& state, std::optional<int> parameter) {
-    state.paragraph.firstIndent = pointsFromTwips(parameter.value_or(0));
+    state.paragraph.firstIndent = std::clamp(pointsFromTwips(parameter.value_or(0)), -kLargestGap, kLargestGap);
 }
 
 template <RichTextAlignment alignment>

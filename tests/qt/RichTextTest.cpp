@@ -67,10 +67,10 @@ TEST(RichTextInEveryForm) {
     const Case cases[] = {
         {R"({\rtf1 plain})", "plain"},
         {R"({\rtf1{\b bold}{\i it}\ul u\ulnone\b0  p{\strike gone}})", "<b>bold<i>it<u>u p<s>gone"},
-        {R"({\rtf1\b a{\b0 b}c\plain d\fs36 e\fs0 f\fs99999 g})", "<b>ab<b>cd<36>ef<400>g"},
+        {R"({\rtf1\b a{\b0 b}c\plain d\fs36 e\fs0 f\fs99999 g})", "<b>ab<b>cd<36>ef<144>g"},
         {"{\\rtf1 one\\par\ntwo\\\nthree\\line four\\par}", "one\ntwo\nthree\u2028four"},
         {R"({\rtf1\qc\sb240\sa-40 a\par\pard\li400\ri20\fi-400 b\par\qr\li99999999 c\par\pard\qj d})",
-         "[centre space 12,0]a\n[indents 20,1,-20]b\n[right indents 1000,1,-20]c\n[justified]d"},
+         "[centre space 12,0]a\n[indents 20,1,-20]b\n[right indents 72,1,-20]c\n[justified]d"},
         {R"({\rtf1{\colortbl;\red255\green0\blue0;\blue300;;}\cf1 a\cf0 b\cf2 c\cf3 d\cf9 e\cf-1 f})",
          "<#ff0000>ab<#ff>cdef"},
         // Characters.
