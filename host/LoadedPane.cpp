@@ -1,5 +1,7 @@
 #include "host/LoadedPane.h"
 
+#include "platform/linux/Localized.h"
+
 #include <QVBoxLayout>
 #include <QVariant>
 
@@ -17,12 +19,15 @@ LoadedPane::~LoadedPane() {
 
 std::string LoadedPane::load(const std::string& bundlePath) {
     bundle_ = platform_.bundles().openBundle(bundlePath);
-    if (!bundle_) return bundlePath + " is not a pane: it has no readable Contents/Info.plist.";
+    if (!bundle_)
+        return posix::localizedFormat("%@ is not a pane: it has no readable Contents/Info.plist.", bundlePath);
     std::string className(bundle_->infoValue("NSPrincipalClass").stringValue());
     std::string factoryName = className + "_create";
     auto factory = reinterpret_cast<PreferencePaneFactory>(bundle_->functionNamed(factoryName.c_str()));
     if (className.empty() || !factory)
-        return bundlePath + " cannot be loaded: its code is missing, damaged or made for another machine.";
+        return formatted(
+            bundle_->localizedString("%@ cannot be loaded: its code is missing, damaged or made for another machine."),
+            {bundlePath});
     platform_.setWindow(&page_);
     pane_.reset(factory(platform_.forPane(*bundle_, host_)));
     return loadInterface();
@@ -31,7 +36,8 @@ std::string LoadedPane::load(const std::string& bundlePath) {
 std::string LoadedPane::loadInterface() {
     std::string name = pane_->mainNibName();
     auto file = bundle_->resourcePath(name, "ui");
-    if (!file) return bundle_->path() + " has no interface file \"" + name + ".ui\".";
+    if (!file)
+        return formatted(bundle_->localizedString("%@ has no interface file \"%@.ui\"."), {bundle_->path(), name});
     std::string error;
     interface_ = qt::loadInterface(*file, *bundle_, *pane_, error);
     if (!interface_) return error;

@@ -1,39 +1,50 @@
 #include "host/PanehostRequest.h"
 
 #include "platform/linux/Installation.h"
+#include "platform/linux/Localized.h"
 
 #include <QCommandLineParser>
 
 #include <cstdio>
 #include <cstdlib>
+#include <string>
+#include <vector>
 
 namespace host {
 namespace {
 
+using platform::posix::localized;
+
 constexpr int kUsage = 2;
 
 struct OptionText {
-    const char *name, *description, *value;
+    const char* name;
+    std::string description;
+    const char* value;
 };
 
-constexpr OptionText kOptions[] = {
-    {"screenshot", "Writes a picture of the window and ends; needs no display.", "file"},
-    {"tab", "Opens the tab with this title.", "title"},
-    {"select", "Selects the entry in this row, from 0.", "row"},
-    {"dark", "Uses dark colours, for pictures.", nullptr},
-    {"platform", "Where to draw: xcb, wayland, vnc, offscreen.", "platform"},
-    {"style", "The look of the controls.", "style"},
-};
+std::vector<OptionText> optionTexts() {
+    return {
+        {"screenshot", localized("Writes a picture of the window and ends; needs no display."), "file"},
+        {"tab", localized("Opens the tab with this title."), "title"},
+        {"select", localized("Selects the entry in this row, from 0."), "row"},
+        {"dark", localized("Uses dark colours, for pictures."), nullptr},
+        {"platform", localized("Where to draw: xcb, wayland, vnc, offscreen."), "platform"},
+        {"style", localized("The look of the controls."), "style"},
+    };
+}
+
+QString shown(const std::string& text) { return QString::fromStdString(text); }
 
 void describeTo(QCommandLineParser& parser) {
     parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
-    parser.setApplicationDescription(QStringLiteral("Opens a settings pane in a window."));
-    parser.addPositionalArgument(QStringLiteral("bundle"), QStringLiteral("The pane; Typeslate's own by default."),
+    parser.setApplicationDescription(shown(localized("Opens a settings pane in a window.")));
+    parser.addPositionalArgument(QStringLiteral("bundle"), shown(localized("The pane; Typeslate's own by default.")),
                                  QStringLiteral("[BUNDLE]"));
-    parser.addOption({{QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Shows this text.")});
-    parser.addOption({{QStringLiteral("v"), QStringLiteral("version")}, QStringLiteral("Shows the version.")});
-    for (const OptionText& option : kOptions)
-        parser.addOption({QLatin1String(option.name), QLatin1String(option.description), QLatin1String(option.value)});
+    parser.addOption({{QStringLiteral("h"), QStringLiteral("help")}, shown(localized("Show this help and exit"))});
+    parser.addOption({{QStringLiteral("v"), QStringLiteral("version")}, shown(localized("Show the version and exit"))});
+    for (const OptionText& option : optionTexts())
+        parser.addOption({QLatin1String(option.name), shown(option.description), QLatin1String(option.value)});
 }
 
 [[noreturn]] void endWith(const std::string& answer) {
@@ -73,7 +84,7 @@ Request requestFrom(int argc, char** argv) {
                     .choosesPlatform = parser.isSet(QStringLiteral("platform")),
                     .namesBundle = !bundles.isEmpty()};
     if (!isRow || bundles.size() > 1)
-        endWithUsage(QStringLiteral("usage: panehost [--screenshot FILE] [--select ROW] [BUNDLE]"));
+        endWithUsage(shown(localized("usage: panehost [--screenshot FILE] [--select ROW] [BUNDLE]")));
     return request;
 }
 

@@ -5,6 +5,7 @@
 #include "host/SingleInstance.h"
 #include "host/StartupToken.h"
 #include "host/WindowPlace.h"
+#include "platform/linux/Localized.h"
 #include "platform/qt/EndSignals.h"
 
 #include <QApplication>
@@ -26,12 +27,16 @@ constexpr int kRefused = 1;
 // The name of the desktop entry and on the session bus, and the domain of what the program itself remembers.
 constexpr const char* kApplicationId = "com.tarnwick.typeslate.Settings";
 
-constexpr const char* kNoDisplay =
-    "panehost: there is no display to open the window on.\n"
-    "Run it from a desktop session, or choose where to draw:\n"
-    "  panehost -platform vnc          a window for a VNC viewer on port 5900\n"
-    "  panehost -platform offscreen    no window at all\n"
-    "  panehost --screenshot FILE      a picture of the window\n";
+[[noreturn]] void refuseWithoutDisplay() {
+    const std::string advice = platform::posix::localized(
+        "there is no display to open the window on.\n"
+        "Run it from a desktop session, or choose where to draw:\n"
+        "  panehost -platform vnc          a window for a VNC viewer on port 5900\n"
+        "  panehost -platform offscreen    no window at all\n"
+        "  panehost --screenshot FILE      a picture of the window");
+    std::fprintf(stderr, "panehost: %s\n", advice.c_str());
+    std::_Exit(kRefused);
+}
 
 // Reading the font configuration takes as long as reaching the display; the two do not need each other. Qt would read
 // it at the first text.
@@ -46,9 +51,7 @@ std::thread readingFontConfiguration() {
 // Qt aborts with its own message when no window system answers.
 void refuseOnFatal(QtMsgType type, const QMessageLogContext&, const QString& message) {
     std::fprintf(stderr, "%s\n", qPrintable(message));
-    if (type != QtFatalMsg) return;
-    std::fputs(kNoDisplay, stderr);
-    std::_Exit(kRefused);
+    if (type == QtFatalMsg) refuseWithoutDisplay();
 }
 
 void choosePlatform(const host::Request& request) {
@@ -56,8 +59,7 @@ void choosePlatform(const host::Request& request) {
     if (!request.screenshot.isEmpty()) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
     } else if (qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")) {
-        std::fputs(kNoDisplay, stderr);
-        std::exit(kRefused);
+        refuseWithoutDisplay();
     }
 }
 
@@ -137,7 +139,8 @@ int writeScreenshot(host::PaneWindow& window, const QString& file) {
     constexpr int kRounds = 10;  // layouts, then images, settle in a few
     for (int i = 0; i < kRounds; ++i) QCoreApplication::processEvents();
     if (window.grab().save(file, "PNG")) return 0;
-    std::fprintf(stderr, "panehost: %s cannot be written\n", qPrintable(file));
+    const std::string problem = platform::posix::localizedFormat("%@ cannot be written", file.toStdString());
+    std::fprintf(stderr, "panehost: %s\n", problem.c_str());
     return kRefused;
 }
 

@@ -1,23 +1,15 @@
-// The program's texts in the user's language.
+// The commands' texts in the user's language.
 #pragma once
 
-#include "platform/Log.h"
+#include "platform/linux/Localized.h"
 #include "tools/Refusal.h"
 
-#include <string>
 #include <string_view>
 
 namespace tools {
 
-// The English text in the user's language, as far as the pane's bundle has it: its localised strings hold the texts of
-// the commands too.
-std::string localized(std::string_view english);
-
-// The same as a format ("%@"), with its arguments put in.
-template <typename... Arguments>
-std::string localizedFormat(std::string_view english, const Arguments&... arguments) {
-    return platform::formatted(localized(english), {platform::FormatArgument(arguments)...});
-}
+using platform::posix::localized;
+using platform::posix::localizedFormat;
 
 // A refusal in the user's language.
 template <typename... Arguments>
