@@ -1,7 +1,7 @@
 # Completions of panehost for fish. Written by packaging/generate.
 complete -c panehost -f
-complete -c panehost -n 'true' -s h -l help -d 'Shows this text.'
-complete -c panehost -n 'true' -s v -l version -d 'Shows the version.'
+complete -c panehost -n 'true' -s h -l help -d 'Show this help and exit'
+complete -c panehost -n 'true' -s v -l version -d 'Show the version and exit'
 complete -c panehost -n 'true' -l screenshot -r -F -d 'Writes a picture of the window and ends; needs no display.'
 complete -c panehost -n 'true' -l tab -x -d 'Opens the tab with this title.'
 complete -c panehost -n 'true' -l select -x -d 'Selects the entry in this row, from 0.'

@@ -3,10 +3,10 @@
 
 _panehost() {
   _arguments \
-    '-h[Shows this text.]' \
-    '--help[Shows this text.]' \
-    '-v[Shows the version.]' \
-    '--version[Shows the version.]' \
+    '-h[Show this help and exit]' \
+    '--help[Show this help and exit]' \
+    '-v[Show the version and exit]' \
+    '--version[Show the version and exit]' \
     '--screenshot[Writes a picture of the window and ends; needs no display.]:file:{ _files }' \
     '--tab[Opens the tab with this title.]:title:{ _message value }' \
     '--select[Selects the entry in this row, from 0.]:row:{ _message value }' \

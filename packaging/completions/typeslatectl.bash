@@ -26,17 +26,17 @@ _typeslatectl() {
   if [[ ${COMP_WORDS[COMP_CWORD]} == -* ]]; then
     case "$at" in
       '') _typeslate_compgen -W "--version --help" ;;
-      ' defaults export') _typeslate_compgen -W "--help --format" ;;
-      ' entries list') _typeslate_compgen -W "--help --json" ;;
-      ' entries add-regex') _typeslate_compgen -W "--help --kind" ;;
-      ' catalog parse') _typeslate_compgen -W "--help --database" ;;
-      ' catalog list') _typeslate_compgen -W "--help --family" ;;
-      ' login-items list') _typeslate_compgen -W "--help --json" ;;
-      ' login-items add') _typeslate_compgen -W "--help --hide" ;;
-      ' login-items remove') _typeslate_compgen -W "--help --path" ;;
-      ' helper status') _typeslate_compgen -W "--help --json" ;;
-      ' update status') _typeslate_compgen -W "--help --json --from-module" ;;
-      ' update check') _typeslate_compgen -W "--help --now --from-module" ;;
+      ' defaults export') _typeslate_compgen -W "--format --help" ;;
+      ' entries list') _typeslate_compgen -W "--json --help" ;;
+      ' entries add-regex') _typeslate_compgen -W "--kind --help" ;;
+      ' catalog parse') _typeslate_compgen -W "--database --help" ;;
+      ' catalog list') _typeslate_compgen -W "--family --help" ;;
+      ' login-items list') _typeslate_compgen -W "--json --help" ;;
+      ' login-items add') _typeslate_compgen -W "--hide --help" ;;
+      ' login-items remove') _typeslate_compgen -W "--path --help" ;;
+      ' helper status') _typeslate_compgen -W "--json --help" ;;
+      ' update status') _typeslate_compgen -W "--json --from-module --help" ;;
+      ' update check') _typeslate_compgen -W "--now --from-module --help" ;;
       *) _typeslate_compgen -W --help ;;
     esac
     return

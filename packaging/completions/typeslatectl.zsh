@@ -95,9 +95,9 @@ _typeslatectl_defaults_domains() {
 
 _typeslatectl_defaults_export() {
   _arguments \
+    '--format[binary (default) or xml]:FORMAT:{ compadd -- binary xml }' \
     '-h[Show this help and exit]' \
     '--help[Show this help and exit]' \
-    '--format[binary (default) or xml]:FORMAT:{ compadd -- binary xml }' \
     ':DOMAIN:{ compadd -- $(typeslatectl defaults domains 2>/dev/null) }' \
     ':FILE:{ _files }'
 }
@@ -141,9 +141,9 @@ _typeslatectl_entries() {
 
 _typeslatectl_entries_list() {
   _arguments \
+    '--json[As JSON, with every key]' \
     '-h[Show this help and exit]' \
-    '--help[Show this help and exit]' \
-    '--json[As JSON, with every key]'
+    '--help[Show this help and exit]'
 }
 
 _typeslatectl_entries_add() {
@@ -155,9 +155,9 @@ _typeslatectl_entries_add() {
 
 _typeslatectl_entries_add-regex() {
   _arguments \
+    '--kind[What it is held against\: 0 name (default), 1 identifier, 2 path]:N:{ compadd -- 0 1 2 }' \
     '-h[Show this help and exit]' \
     '--help[Show this help and exit]' \
-    '--kind[What it is held against\: 0 name (default), 1 identifier, 2 path]:N:{ compadd -- 0 1 2 }' \
     ':NAME:{ _message value }' \
     ':EXPRESSION:{ _message value }'
 }
@@ -215,9 +215,9 @@ _typeslatectl_catalog() {
 
 _typeslatectl_catalog_parse() {
   _arguments \
+    '--database[Font name database to read before the lists]:FILE:{ _files }' \
     '-h[Show this help and exit]' \
     '--help[Show this help and exit]' \
-    '--database[Font name database to read before the lists]:FILE:{ _files }' \
     '*:FILE:{ _files }'
 }
 
@@ -236,9 +236,9 @@ _typeslatectl_catalog_show() {
 
 _typeslatectl_catalog_list() {
   _arguments \
+    '--family[Only those of this family, the record'\''s "FullName"]:NAME:{ _message value }' \
     '-h[Show this help and exit]' \
-    '--help[Show this help and exit]' \
-    '--family[Only those of this family, the record'\''s "FullName"]:NAME:{ _message value }'
+    '--help[Show this help and exit]'
 }
 
 _typeslatectl_catalog_stats() {
@@ -274,24 +274,24 @@ _typeslatectl_login-items() {
 
 _typeslatectl_login-items_list() {
   _arguments \
+    '--json[As JSON, with every key]' \
     '-h[Show this help and exit]' \
-    '--help[Show this help and exit]' \
-    '--json[As JSON, with every key]'
+    '--help[Show this help and exit]'
 }
 
 _typeslatectl_login-items_add() {
   _arguments \
+    '--hide[Start it quietly]' \
     '-h[Show this help and exit]' \
     '--help[Show this help and exit]' \
-    '--hide[Start it quietly]' \
     ':PATH:{ _files }'
 }
 
 _typeslatectl_login-items_remove() {
   _arguments \
+    '--path[Remove those with exactly this path instead]:TEXT:{ _message value }' \
     '-h[Show this help and exit]' \
     '--help[Show this help and exit]' \
-    '--path[Remove those with exactly this path instead]:TEXT:{ _message value }' \
     ':IDENTIFIER:{ _message value }'
 }
 
@@ -340,9 +340,9 @@ _typeslatectl_helper_stop() {
 
 _typeslatectl_helper_status() {
   _arguments \
+    '--json[As JSON]' \
     '-h[Show this help and exit]' \
-    '--help[Show this help and exit]' \
-    '--json[As JSON]'
+    '--help[Show this help and exit]'
 }
 
 _typeslatectl_update() {
@@ -372,18 +372,18 @@ _typeslatectl_update() {
 
 _typeslatectl_update_status() {
   _arguments \
-    '-h[Show this help and exit]' \
-    '--help[Show this help and exit]' \
     '--json[As JSON]' \
-    '--from-module[As the module asks from within an application\: soon after the login nothing is due]'
+    '--from-module[As the module asks from within an application\: soon after the login nothing is due]' \
+    '-h[Show this help and exit]' \
+    '--help[Show this help and exit]'
 }
 
 _typeslatectl_update_check() {
   _arguments \
-    '-h[Show this help and exit]' \
-    '--help[Show this help and exit]' \
     '--now[Whether or not one is due]' \
-    '--from-module[As the module asks from within an application\: soon after the login nothing is due]'
+    '--from-module[As the module asks from within an application\: soon after the login nothing is due]' \
+    '-h[Show this help and exit]' \
+    '--help[Show this help and exit]'
 }
 
 _typeslatectl_update_schedule() {
