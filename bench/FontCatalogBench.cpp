@@ -1,6 +1,7 @@
 // The font catalogue's work, for fontcatalog_peers.py, which sets it beside other programs' work on the same files.
 //
 //     bench_fontcatalog parse FILE   reading and scanning for line ends; reading and parsing into a names collection
+//     bench_fontcatalog memory FILE  the peak of reading a list once, and of encoding the names as they are stored
 //     bench_fontcatalog rebuild      the start-up check once, in the folders that the environment names
 //
 // Prints one JSON object; times in seconds, memory in bytes. Of `parse` the rounds alternate, so that noise hits both,
@@ -8,6 +9,7 @@
 #include "pane/fontcatalog/AdobeNames.h"
 #include "pane/fontcatalog/FontListReader.h"
 #include "pane/fontcatalog/TextEncoding.h"
+#include "platform/PropertyListCodec.h"
 #include "platform/linux/DiskPreferences.h"
 #include "platform/linux/LinuxFiles.h"
 
@@ -63,15 +65,35 @@ int parse(const char* path) {
                                 lines = countLines(*text, text->substr(0, 200).find('\n') < 200 ? '\n' : '\r');
                             }));
         NamesCollection names;
-        parsing =
-            std::min(parsing, secondsOf([&] {
-                         FontListReader(decodedText(files.readFile(path)).characters, path, {}, log).readInto(names);
-                     }));
+        parsing = std::min(
+            parsing, secondsOf([&] { FontListReader(listText(files.readFile(path)), path, {}, log).readInto(names); }));
         records = names.size();
     }
     std::printf("{\"bytes\": %zu, \"lines\": %zu, \"names\": %zu, \"scan\": %.6f, \"parse\": %.6f}\n", bytes, lines,
                 records, scanning, parsing);
     return records > 0 ? 0 : 1;
+}
+
+int memory(const char* path) {
+    platform::LinuxFiles files;
+    SilentLog log;
+    NamesCollection collection;
+    std::size_t bytes = 0;
+    const double parsing = secondsOf([&] {
+        auto text = files.readFile(path);
+        bytes = text->size();
+        FontListReader(listText(std::move(text)), path, {}, log).readInto(collection);
+    });
+    const long parsed = peakMemory();
+    const auto names = std::move(collection).freeze();
+    std::size_t stored = 0;
+    const double encoding =
+        secondsOf([&] { stored = encodePropertyList(names, platform::PropertyListFormat::Binary).size(); });
+    std::printf(
+        "{\"bytes\": %zu, \"names\": %zu, \"stored\": %zu, \"parse\": %.6f, \"encode\": %.6f, \"parsed\": %ld, "
+        "\"encoded\": %ld}\n",
+        bytes, names.size(), stored, parsing, encoding, parsed, peakMemory());
+    return 0;
 }
 
 int rebuild() {
@@ -94,7 +116,8 @@ int rebuild() {
 
 int main(int argc, char** argv) {
     if (argc == 3 && std::string_view(argv[1]) == "parse") return parse(argv[2]);
+    if (argc == 3 && std::string_view(argv[1]) == "memory") return memory(argv[2]);
     if (argc == 2 && std::string_view(argv[1]) == "rebuild") return rebuild();
-    std::fprintf(stderr, "usage: bench_fontcatalog parse FILE | rebuild\n");
+    std::fprintf(stderr, "usage: bench_fontcatalog parse FILE | memory FILE | rebuild\n");
     return 2;
 }

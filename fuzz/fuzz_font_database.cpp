@@ -9,7 +9,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const fontcatalog::Text text =
         fontcatalog::decodedText(std::make_shared<const std::string>(reinterpret_cast<const char*>(data), size));
     fontcatalog::NamesCollection names, expected;
-    fontcatalog::readNameDatabase(text.characters, names);
+    fontcatalog::readNameDatabase(text, names);
     reference::readNameDatabase(text.characters, expected);
     if (!(std::move(names).freeze() == std::move(expected).freeze())) std::abort();
 

@@ -1,6 +1,6 @@
 #include "platform/PropertyList.h"
 
-#include "platform/PropertyListNode.h"
+#include "platform/PropertyListPacked.h"
 
 #include <cmath>
 
@@ -22,8 +22,8 @@ bool isKey(const Entry& entry, std::uint32_t hash, std::string_view key) {
 }
 
 // Another thread may have come first; then its index is used.
-const DictionaryIndex* publish(const Node& dictionary, std::unique_ptr<DictionaryIndex> made) {
-    auto& place = PropertyListStorage::indexOf(dictionary.entries);
+const DictionaryIndex* publish(const Node& dictionary, const Entry* entries, std::unique_ptr<DictionaryIndex> made) {
+    auto& place = PropertyListStorage::indexOf(entries);
     DictionaryIndex* first = nullptr;
     if (!place.compare_exchange_strong(first, made.get(), std::memory_order_acq_rel, std::memory_order_acquire))
         return first;
@@ -38,28 +38,49 @@ const DictionaryIndex* publish(const Node& dictionary, std::unique_ptr<Dictionar
 }
 
 // Null when there is no memory for one.
-const DictionaryIndex* indexOf(const Node& dictionary) noexcept {
-    if (auto* index = PropertyListStorage::indexOf(dictionary.entries).load(std::memory_order_acquire)) return index;
+const DictionaryIndex* indexOf(const Node& dictionary, const Entry* entries) noexcept {
+    if (auto* index = PropertyListStorage::indexOf(entries).load(std::memory_order_acquire)) return index;
     try {
         auto made = std::make_unique<DictionaryIndex>(DictionaryIndex{HashTable(dictionary.count)});
-        for (std::uint32_t i = 0; i < dictionary.count; ++i)
-            made->table.add(dictionary.entries[i].key.node()->count, i);
-        return publish(dictionary, std::move(made));
+        for (std::uint32_t i = 0; i < dictionary.count; ++i) made->table.add(entries[i].key.node()->count, i);
+        return publish(dictionary, entries, std::move(made));
     } catch (const std::bad_alloc&) {
         return nullptr;
     }
 }
 
 const PropertyList& lookUp(const Node& dictionary, std::uint32_t hash, std::string_view key) noexcept {
-    const Entry* entries = dictionary.entries;
+    const Entry* entries = PropertyListStorage::entriesOf(dictionary);
     if (dictionary.count > kLargeDictionary)
-        if (const DictionaryIndex* index = indexOf(dictionary)) {
+        if (const DictionaryIndex* index = indexOf(dictionary, entries)) {
             auto at = index->table.find(hash, [&](std::uint32_t i) { return isKey(entries[i], hash, key); });
             return at == HashTable::kMissing ? kNothing : entries[at].value;
         }
     for (std::uint32_t i = 0; i < dictionary.count; ++i)
         if (isKey(entries[i], hash, key)) return entries[i].value;
     return kNothing;
+}
+
+std::string_view textOf(std::string_view text) { return text; }
+std::string_view textOf(const Node* string) { return string->text(); }
+
+// Nothing when the keys do not come in the same order.
+template <typename A, typename B>
+std::optional<bool> areSameInOrder(const A& a, const B& b) {
+    for (std::uint32_t i = 0; i < a.count(); ++i)
+        if (textOf(a.key(i)) != textOf(b.key(i))) return std::nullopt;
+    for (std::uint32_t i = 0; i < a.count(); ++i)
+        if (textOf(a.value(i)) != textOf(b.value(i))) return false;
+    return true;
+}
+
+// Two dictionaries of strings in a compact form, which keep it.
+std::optional<bool> areSameCompact(const Node& a, const Node& b) {
+    if (a.isReferring() && b.isPacked()) return areSameInOrder(ReferringView(a), PackedView(b));
+    if (a.isPacked() && b.isReferring()) return areSameInOrder(PackedView(a), ReferringView(b));
+    if (a.isPacked() && b.isPacked()) return areSameInOrder(PackedView(a), PackedView(b));
+    if (a.isReferring() && b.isReferring()) return areSameInOrder(ReferringView(a), ReferringView(b));
+    return std::nullopt;
 }
 
 // Equality walks pairs of containers with a list of its own: values that were built may be nested as deep as they like.
@@ -104,13 +125,15 @@ private:
         return true;
     }
     bool sameEntries(const Node& a, const Node& b) {
+        if (const auto areSame = areSameCompact(a, b)) return *areSame;
+        const Entry* own = PropertyListStorage::entriesOf(a);
+        const Entry* others = PropertyListStorage::entriesOf(b);
         for (std::uint32_t i = 0; i < a.count; ++i) {
-            const Node* key = a.entries[i].key.node();
+            const Node* key = own[i].key.node();
             // Mostly the order is the same.
-            const Node* other = isKey(b.entries[i], key->count, key->text())
-                                    ? b.entries[i].value.node()
-                                    : lookUp(b, key->count, key->text()).node();
-            if (!same(a.entries[i].value.node(), other)) return false;
+            const Node* other = isKey(others[i], key->count, key->text()) ? others[i].value.node()
+                                                                          : lookUp(b, key->count, key->text()).node();
+            if (!same(own[i].value.node(), other)) return false;
         }
         return true;
     }
@@ -143,7 +166,7 @@ std::span<const PropertyList> PropertyList::elements() const noexcept {
     return isArray() ? std::span(node_->elements, node_->count) : std::span<const PropertyList>();
 }
 std::span<const Entry> PropertyList::entries() const noexcept {
-    return isDictionary() ? std::span(node_->entries, node_->count) : std::span<const Entry>();
+    return isDictionary() ? std::span(PropertyListStorage::entriesOf(*node_), node_->count) : std::span<const Entry>();
 }
 
 bool PropertyList::isUnsigned() const noexcept { return type() == Type::Integer && node_->flag != 0; }

@@ -1,15 +1,15 @@
 #include "platform/PropertyListArena.h"
 
-#include "platform/PropertyListNode.h"
+#include "platform/PropertyListPacked.h"
 #include "platform/Unicode.h"
 
 #include <cstring>
+#include <numeric>
 
 namespace platform {
 namespace {
 
 using Node = PropertyList::Node;
-using Entry = PropertyList::Entry;
 
 Node* makeNode(PropertyListDocument& document, PropertyList::Type type) {
     Node* node = new (document.arena.allocate(sizeof(Node))) Node;
@@ -18,50 +18,64 @@ Node* makeNode(PropertyListDocument& document, PropertyList::Type type) {
     return node;
 }
 
+PropertyList holding(const Node* node) {
+    PropertyListStorage::retain(node);
+    return PropertyListStorage::adopt(node);
+}
+
 }  // namespace
 
-PropertyListArena::PropertyListArena()
-    : document_(new PropertyListDocument(nullptr, 0)),
-      holder_(PropertyListStorage::adopt(makeNode(*document_, PropertyList::Type::Nothing))) {}
+PropertyListArena::PropertyListArena(std::shared_ptr<const std::string> text)
+    : document_(new PropertyListDocument(std::move(text), 0)),
+      holder_(PropertyListStorage::adopt(makeNode(*document_, PropertyList::Type::Nothing))),
+      texts_(document_->texts) {}
 
 PropertyListArena::~PropertyListArena() = default;
 
-PropertyListArena::String PropertyListArena::string(std::string_view text) {
-    const std::uint32_t hash = hashText(text);
-    String& recent = recent_[hash % recent_.size()];
-    if (recent && recent->count == hash && recent->text() == text) return recent;
+PropertyListArena::Keys PropertyListArena::keys(std::span<const Text> different) {
+    char* place = document_->arena.allocate(sizeof(PackedKeys) + different.size_bytes());
+    auto* texts = reinterpret_cast<PackedText*>(place + sizeof(PackedKeys));
+    std::uninitialized_copy(different.begin(), different.end(), texts);
+    std::uint64_t weight = 0;
+    for (const Text text : different) weight += PropertyListStorage::weightOfText(texts_.length(text));
+    return new (place) PackedKeys{texts, static_cast<std::uint32_t>(different.size()), weight};
+}
+
+PropertyList PropertyListArena::dictionary(Keys keys, std::span<const Text> values) {
+    char* place = document_->arena.allocate(sizeof(Node) + sizeof(PackedDictionary) + values.size_bytes());
+    auto* packed = new (place + sizeof(Node)) PackedDictionary(keys);
+    std::uninitialized_copy(values.begin(), values.end(), const_cast<PackedText*>(packed->values()));
+    Node* node = new (place) Node;
+    node->owner = document_;
+    node->type = PropertyList::Type::Dictionary;
+    node->flag = Node::kPacked;
+    node->height = values.empty() ? 1 : 2;
+    node->count = keys->count;
+    node->late = packed;
+    node->weight = 1 + keys->weight;
+    for (const Text text : values) node->weight += PropertyListStorage::weightOfText(texts_.length(text));
+    return holding(node);
+}
+
+PropertyList PropertyListArena::string(Text text) {
     Node* node = makeNode(*document_, PropertyList::Type::String);
-    char* copy = document_->arena.allocate(text.size());
-    if (!text.empty()) std::memcpy(copy, text.data(), text.size());
-    node->bytes = copy;
-    node->length = text.size();
-    node->flag = isASCII(text) ? Node::kASCII : 0;
-    node->count = hash;
-    return recent = node;
+    const std::string_view bytes = view(text);
+    node->bytes = bytes.data();
+    node->length = bytes.size();
+    node->flag = isASCII(bytes) ? Node::kASCII : 0;
+    node->count = hashText(bytes);
+    return holding(node);
 }
 
-PropertyList PropertyListArena::dictionary(std::span<const Field> fields) {
-    Node* node = makeNode(*document_, PropertyList::Type::Dictionary);
-    char* place = document_->arena.allocate(sizeof(PropertyListStorage::Index) + fields.size() * sizeof(Entry));
-    new (place) PropertyListStorage::Index(nullptr);
-    auto* entries = reinterpret_cast<Entry*>(place + sizeof(PropertyListStorage::Index));
-    node->entries = entries;
-    node->count = static_cast<std::uint32_t>(fields.size());
-    // The entries are never destroyed, and so count as no holders of the document: it would hold itself.
-    PropertyListStorage::beginMeasure(*node);
-    for (const Field& field : fields) {
-        new (entries++) Entry{PropertyListStorage::adopt(field.key), PropertyListStorage::adopt(field.value)};
-        PropertyListStorage::measureChild(*node, *field.key);
-        PropertyListStorage::measureChild(*node, *field.value);
+std::optional<std::string_view> PropertyListArena::textIn(const PropertyList& dictionary, std::string_view key) {
+    if (!dictionary.isDictionary()) return std::nullopt;
+    if (!dictionary.node()->isPacked()) {
+        const PropertyList& found = dictionary[key];
+        return found ? std::optional(found.stringValue()) : std::nullopt;
     }
-    return value(node);
+    const PackedView view(*dictionary.node());
+    const std::uint32_t at = view.find(key);
+    return at < view.count() ? std::optional(view.value(at)) : std::nullopt;
 }
-
-PropertyList PropertyListArena::value(String string) {
-    PropertyListStorage::retain(string);
-    return PropertyListStorage::adopt(string);
-}
-
-std::string_view PropertyListArena::textOf(String string) { return string->text(); }
 
 }  // namespace platform

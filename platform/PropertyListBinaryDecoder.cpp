@@ -1,7 +1,7 @@
 #include "platform/Date.h"
 #include "platform/PropertyListBinary.h"
 #include "platform/PropertyListCodecParts.h"
-#include "platform/PropertyListNode.h"
+#include "platform/PropertyListPacked.h"
 #include "platform/Unicode.h"
 
 #include <array>
@@ -15,8 +15,8 @@ using Node = PropertyList::Node;
 using Entry = PropertyList::Entry;
 using Type = PropertyList::Type;
 
-// Held in Node::flag of a container while the references are followed.
-enum State : std::uint8_t { kUnread = 0, kOpen, kDone };
+// Bits held in Node::flag of a container from when the references are followed.
+enum State : std::uint8_t { kUnread = 0, kOpen = 1, kDone = 2 };
 
 struct Trailer {
     unsigned offsetWidth = 0, referenceWidth = 0;
@@ -261,7 +261,7 @@ private:
         Node& container = *place.container;
         while (place.next < childCount(container)) {
             Node& next = child(container, place.next++);
-            if (!next.isContainer() || next.flag == kDone) continue;
+            if (!next.isContainer() || (next.flag & kDone)) continue;
             return next.flag == kUnread && open(next);
         }
         finish(container);
@@ -273,6 +273,7 @@ private:
         if (path_.size() == PropertyList::kMaximumDepth) return false;
         bool read = container.type == Type::Array ? readElements(container) : readEntries(container);
         if (!read) return false;
+        if (container.flag & kDone) return true;
         container.flag = kOpen;
         path_.push_back({&container, 0});
         return true;
@@ -307,6 +308,7 @@ private:
     bool readEntries(Node& dictionary) {
         KeyChecker::Keys keys = keys_.check(dictionary.bytes, dictionary.count);
         if (keys == KeyChecker::Keys::Invalid) return false;
+        if (keys == KeyChecker::Keys::Distinct && hasOnlyStrings(dictionary)) return leaveAsItIs(dictionary), true;
         const char* key = dictionary.bytes;
         const char* value = key + std::size_t{dictionary.count} * width_;
         Entry* entries = allocateEntries(dictionary.count);
@@ -319,6 +321,26 @@ private:
         dictionary.entries = entries;
         if (keys == KeyChecker::Keys::Repeated) mergeRepeatedKeys(dictionary, entries);
         return true;
+    }
+
+    bool hasOnlyStrings(const Node& dictionary) const {
+        const char* value = dictionary.bytes + std::size_t{dictionary.count} * width_;
+        for (std::uint32_t i = 0; i < dictionary.count; ++i, value += width_) {
+            const Node* node = nodeAt(value);
+            if (!node || node->type != Type::String) return false;
+        }
+        return dictionary.count > 0;
+    }
+
+    void leaveAsItIs(Node& dictionary) {
+        auto* place = document_.arena.allocate(sizeof(ReferringDictionary));
+        const char* reference = dictionary.bytes;
+        dictionary.late = new (place) ReferringDictionary(reference);
+        PropertyListStorage::beginMeasure(dictionary);
+        for (std::uint32_t i = 0; i < 2 * dictionary.count; ++i, reference += width_)
+            measureChild(dictionary, *nodeAt(reference));
+        stored_ += PropertyListStorage::storedWeight(dictionary);
+        dictionary.flag = kDone | Node::kReferring;
     }
 
     Entry* allocateEntries(std::uint32_t count) {
@@ -349,13 +371,14 @@ private:
     void finish(Node& container) {
         std::uint32_t count = childCount(container);
         PropertyListStorage::beginMeasure(container);
-        for (std::uint32_t i = 0; i < count; ++i) {
-            Node& next = child(container, i);
-            PropertyListStorage::measureChild(container, next);
-            if (next.hasBytes() && next.length >= PropertyListStorage::kBytesPerWeight) countOnce(next);
-        }
+        for (std::uint32_t i = 0; i < count; ++i) measureChild(container, child(container, i));
         stored_ += PropertyListStorage::storedWeight(container);
         container.flag = kDone;
+    }
+
+    void measureChild(Node& container, Node& next) {
+        PropertyListStorage::measureChild(container, next);
+        if (next.hasBytes() && next.length >= PropertyListStorage::kBytesPerWeight) countOnce(next);
     }
 
     void countOnce(Node& longText) {
@@ -377,6 +400,7 @@ PropertyList decodeBinaryPropertyList(std::shared_ptr<const std::string> bytes) 
     Trailer trailer;
     if (!trailer.read(*bytes)) return {};
     auto document = std::make_unique<PropertyListDocument>(std::move(bytes), trailer.objectCount);
+    document->referenceWidth = trailer.referenceWidth;
     if (!ObjectReader(*document, trailer).readAll()) return {};
     Node& top = document->nodes[trailer.topObject];
     if (!ReferenceResolver(*document, trailer.referenceWidth).resolve(top)) return {};

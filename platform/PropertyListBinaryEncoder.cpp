@@ -1,9 +1,10 @@
 #include "platform/Date.h"
 #include "platform/PropertyListBinary.h"
 #include "platform/PropertyListCodecParts.h"
-#include "platform/PropertyListNode.h"
+#include "platform/PropertyListPacked.h"
 #include "platform/Unicode.h"
 
+#include <array>
 #include <bit>
 
 namespace platform {
@@ -16,6 +17,36 @@ using Type = PropertyList::Type;
 
 constexpr std::uint32_t kMissing = HashTable::kMissing;
 
+// A value, or a string that has no node: the characters of a packed dictionary.
+class Object {
+public:
+    explicit Object(const Node* node) : at_(node) {}
+    explicit Object(std::string_view text)
+        : at_(text.data()),
+          length_(static_cast<std::uint32_t>(text.size())),
+          form_(platform::isASCII(text) ? Form::ASCII : Form::Other) {}
+
+    // Null for a string without one.
+    const Node* node() const { return form_ == Form::Value ? static_cast<const Node*>(at_) : nullptr; }
+    bool isString() const { return form_ != Form::Value || node()->type == Type::String; }
+    bool isASCII() const { return form_ == Form::Value ? node()->flag & Node::kASCII : form_ == Form::ASCII; }
+    // Of a string or data.
+    std::string_view text() const {
+        return form_ == Form::Value ? node()->text() : std::string_view(static_cast<const char*>(at_), length_);
+    }
+    std::uint64_t storedWeight() const {
+        if (form_ == Form::Value) return PropertyListStorage::storedWeight(*node());
+        return PropertyListStorage::weightOfText(length_) - 1;
+    }
+
+private:
+    enum class Form : std::uint8_t { Value, ASCII, Other };
+
+    const void* at_;
+    std::uint32_t length_ = 0;
+    Form form_ = Form::Value;
+};
+
 std::uint32_t identityHash(const Node* node) { return hashNumber(reinterpret_cast<std::uintptr_t>(node)); }
 
 // Gives every distinct value its object number. Equal strings and numbers that were built get one number; longer texts,
@@ -24,11 +55,14 @@ std::uint32_t identityHash(const Node* node) { return hashNumber(reinterpret_cas
 class ObjectNumbers {
 public:
     explicit ObjectNumbers(const Node* top) {
+        // Growing would need three times the memory. What is reserved in vain is never touched, and so costs nothing.
+        if (const std::uint64_t weight = PropertyListStorage::weight(*top); weight > kLarge)
+            objects_.reserve(std::min(weight, kMostReserved));
         if (const PropertyListDocument* document = documentOf(top)) addTable(document);
         numberOf(top);
     }
 
-    const std::vector<const Node*>& objects() const { return objects_; }
+    const std::vector<Object>& objects() const { return objects_; }
 
     // Nearly every reference is one to a node of the main document that has been met before.
     std::uint32_t numberOf(const Node* node) {
@@ -37,7 +71,27 @@ public:
         return numberOfOther(node);
     }
 
+    // The same for a string without a node. It is compared with those that came not long before and with those that
+    // were built, and may stand in the file once more than it need.
+    std::uint32_t numberOf(std::string_view text) {
+        if (!isMerging_[true]) startMerging(true);
+        if (recent_.empty()) recent_.resize(kRecent);
+        const std::uint32_t hash = hashText(text);
+        Recent& recent = recent_[hash % kRecent];
+        auto same = [&](std::uint32_t number) { return isSameString(objects_[number], text); };
+        if (recent.plusOne != 0 && recent.hash == hash && same(recent.plusOne - 1)) return recent.plusOne - 1;
+        std::uint32_t number = index_.find(hash, same);
+        if (number == kMissing) number = append(Object(text));
+        recent = {hash, number + 1};
+        return number;
+    }
+
 private:
+    static constexpr std::uint64_t kLarge = std::uint64_t{1} << 20, kMostReserved = kLarge << 4;
+    static constexpr std::size_t kRecent = 4096;
+    struct Recent {
+        std::uint32_t hash = 0, plusOne = 0;
+    };
     struct Table {
         std::uintptr_t first = 0;
         std::size_t size = 0;
@@ -54,8 +108,9 @@ private:
     static constexpr std::uint64_t kLongestMerged = 1024;
 
     static const PropertyListDocument* documentOf(const Node* node) {
-        bool isDocument = node->owner && node->owner->kind == StorageOwner::Kind::Document;
-        return isDocument ? static_cast<const PropertyListDocument*>(node->owner) : nullptr;
+        if (!node->owner || node->owner->kind != StorageOwner::Kind::Document) return nullptr;
+        auto* document = static_cast<const PropertyListDocument*>(node->owner);
+        return document->count > 0 ? document : nullptr;
     }
 
     void addTable(const PropertyListDocument* document) {
@@ -82,9 +137,14 @@ private:
         return plusOne != 0 ? plusOne - 1 : (plusOne = add(node) + 1) - 1;
     }
 
-    std::uint32_t add(const Node* node) {
+    std::uint32_t append(Object object) {
         auto number = static_cast<std::uint32_t>(objects_.size());
-        objects_.push_back(node);
+        objects_.push_back(object);
+        return number;
+    }
+
+    std::uint32_t add(const Node* node) {
+        std::uint32_t number = append(Object(node));
         if (isMerged(*node) && isMerging_[isString(*node)]) index_.add(contentHash(*node), number);
         return number;
     }
@@ -94,8 +154,8 @@ private:
     void startMerging(bool strings) {
         isMerging_[strings] = true;
         for (std::uint32_t number = 0; number < objects_.size(); ++number) {
-            const Node& node = *objects_[number];
-            if (isMerged(node) && isString(node) == strings) index_.add(contentHash(node), number);
+            const Node* node = objects_[number].node();
+            if (node && isMerged(*node) && isString(*node) == strings) index_.add(contentHash(*node), number);
         }
     }
 
@@ -104,8 +164,8 @@ private:
         if (merged && !isMerging_[isString(*node)]) startMerging(isString(*node));
         std::uint32_t hash = merged ? contentHash(*node) : identityHash(node);
         auto same = [&](std::uint32_t number) {
-            const Node* other = objects_[number];
-            return other == node || (merged && sameContent(*other, *node));
+            const Node* other = objects_[number].node();
+            return other == node || (other && merged && sameContent(*other, *node));
         };
         std::uint32_t number = index_.find(hash, same);
         if (number != kMissing) return number;
@@ -123,13 +183,17 @@ private:
         if (node.type == Type::String) return node.count;
         return hashNumber(static_cast<std::uint64_t>(node.integer)) + static_cast<std::uint32_t>(node.type);
     }
+    static bool isSameString(const Object& object, std::string_view text) {
+        return object.isString() && object.text() == text;
+    }
     static bool sameContent(const Node& a, const Node& b) {
         if (a.type != b.type) return false;
         if (a.type == Type::String) return a.text() == b.text();
         return a.integer == b.integer && a.flag == b.flag;
     }
 
-    std::vector<const Node*> objects_;
+    std::vector<Object> objects_;
+    std::vector<Recent> recent_;  // by hash, once there are such strings
     std::vector<std::unique_ptr<std::uint32_t, Free>> memory_;
     std::vector<Table> tables_;
     Table main_;                          // the largest
@@ -144,13 +208,14 @@ struct Layout {
         references.reserve(std::min<std::uint64_t>(PropertyListStorage::weight(*top), std::uint64_t{1} << 24));
         // The objects are added while they are walked.
         for (std::size_t i = 0; i < numbers.objects().size(); ++i) {
-            const Node& node = *numbers.objects()[i];
-            if (node.isContainer()) addReferences(node);
-            stored += PropertyListStorage::storedWeight(node);
+            const Object object = numbers.objects()[i];
+            stored += object.storedWeight();
+            if (const Node* node = object.node(); node && node->isContainer()) addReferences(*node);
         }
     }
 
     void addReferences(const Node& node) {
+        if (node.isPacked()) return addPacked(PackedView(node));
         std::size_t at = references.size();
         if (node.type == Type::Array) {
             references.resize(at + node.count);
@@ -159,6 +224,7 @@ struct Layout {
             return;
         }
         references.resize(at + 2 * std::size_t{node.count});
+        if (node.isReferring()) return addReferring(ReferringView(node), at);
         for (std::uint32_t i = 0; i < node.count; ++i)
             references[at + i] = numbers.numberOf(node.entries[i].key.node());
         at += node.count;
@@ -166,9 +232,35 @@ struct Layout {
             references[at + i] = numbers.numberOf(node.entries[i].value.node());
     }
 
+    void addReferring(const ReferringView& dictionary, std::size_t at) {
+        for (std::uint32_t i = 0; i < dictionary.count(); ++i) references[at + i] = numbers.numberOf(dictionary.key(i));
+        at += dictionary.count();
+        for (std::uint32_t i = 0; i < dictionary.count(); ++i)
+            references[at + i] = numbers.numberOf(dictionary.value(i));
+    }
+
+    void addPacked(const PackedView& dictionary) {
+        const std::size_t at = references.size(), count = dictionary.count();
+        references.resize(at + 2 * count);
+        // Most have the keys of one just before.
+        KnownKeys& known = knownKeys[reinterpret_cast<std::uintptr_t>(&dictionary.keys()) / 16 % knownKeys.size()];
+        if (known.keys == &dictionary.keys())
+            std::copy_n(references.data() + known.at, count, references.data() + at);
+        else
+            for (std::uint32_t i = 0; i < count; ++i) references[at + i] = numbers.numberOf(dictionary.key(i));
+        known = {&dictionary.keys(), at};
+        for (std::uint32_t i = 0; i < count; ++i) references[at + count + i] = numbers.numberOf(dictionary.value(i));
+    }
+
+    struct KnownKeys {
+        const PackedKeys* keys = nullptr;
+        std::size_t at = 0;  // where the references to these keys stand
+    };
+
     ObjectNumbers numbers;
     std::vector<std::uint32_t> references;
     std::uint64_t stored = 0;
+    std::array<KnownKeys, 64> knownKeys;
 };
 
 unsigned widthFor(std::uint64_t largest) {
@@ -179,16 +271,16 @@ unsigned widthFor(std::uint64_t largest) {
 std::size_t numberSize(std::uint64_t value) { return 1 + widthFor(value); }
 std::size_t headSize(std::uint64_t length) { return length < 15 ? 1 : 1 + numberSize(length); }
 
-std::size_t stringSize(const Node& node) {
-    if (node.flag & Node::kASCII) return headSize(node.length) + node.length;
-    std::size_t units = utf16Units(node.text());
+std::size_t stringSize(std::string_view text, bool isASCII) {
+    if (isASCII) return headSize(text.size()) + text.size();
+    std::size_t units = utf16Units(text);
     return headSize(units) + 2 * units;
 }
 
-std::size_t objectSize(const Node& node, unsigned referenceWidth) {
+std::size_t objectSize(const Object& object, unsigned referenceWidth) {
+    if (object.isString()) return stringSize(object.text(), object.isASCII());
+    const Node& node = *object.node();
     switch (node.type) {
-        case Type::String:
-            return stringSize(node);
         case Type::Data:
             return headSize(node.length) + node.length;
         case Type::Integer:
@@ -209,16 +301,16 @@ public:
 
     std::string write() {
         std::size_t tableOffset = kHeaderSize;
-        for (const Node* node : objects()) tableOffset += objectSize(*node, referenceWidth_);
+        for (const Object& object : objects()) tableOffset += objectSize(object, referenceWidth_);
         unsigned offsetWidth = widthFor(tableOffset);
         std::size_t size = tableOffset + objects().size() * offsetWidth + kTrailerSize;
         std::string file(size, '\0');
         at_ = file.data();
         append("bplist00");
         char* offset = file.data() + tableOffset;
-        for (const Node* node : objects()) {
+        for (const Object& object : objects()) {
             auto position = static_cast<std::uint64_t>(at_ - file.data());
-            writeObject(*node);
+            object.isString() ? writeString(object.text(), object.isASCII()) : writeObject(*object.node());
             offset = storeNumber(offset, position, offsetWidth);
         }
         at_ = offset;
@@ -227,7 +319,7 @@ public:
     }
 
 private:
-    const std::vector<const Node*>& objects() const { return layout_.numbers.objects(); }
+    const std::vector<Object>& objects() const { return layout_.numbers.objects(); }
 
     void append(std::string_view bytes) {
         if (!bytes.empty()) std::memcpy(at_, bytes.data(), bytes.size());
@@ -259,13 +351,13 @@ private:
         at_ = storeNumber(at_, std::bit_cast<std::uint64_t>(value), 8);
     }
 
-    void writeString(const Node& node) {
-        if (node.flag & Node::kASCII) {
-            writeHead(kASCIIKind, node.length);
-            return append(node.text());
+    void writeString(std::string_view text, bool isASCII) {
+        if (isASCII) {
+            writeHead(kASCIIKind, text.size());
+            return append(text);
         }
-        writeHead(kUTF16Kind, utf16Units(node.text()));
-        at_ = writeUTF16BigEndian(node.text(), at_);
+        writeHead(kUTF16Kind, utf16Units(text));
+        at_ = writeUTF16BigEndian(text, at_);
     }
 
     void writeReferences(std::uint64_t count) {
@@ -274,8 +366,6 @@ private:
 
     void writeObject(const Node& node) {
         switch (node.type) {
-            case Type::String:
-                return writeString(node);
             case Type::Data:
                 writeHead(kDataKind, node.length);
                 return append(node.text());

@@ -1,4 +1,4 @@
-#include "platform/PropertyListNode.h"
+#include "platform/PropertyListPacked.h"
 #include "platform/RunLoop.h"
 
 #include <charconv>
@@ -52,6 +52,18 @@ void appendNumber(std::string& text, Number value) {
 
 void appendValue(std::string& text, const PropertyList& value, unsigned depth);
 
+void appendPacked(std::string& text, const PackedView& dictionary) {
+    text += '{';
+    for (std::uint32_t i = 0; i < dictionary.count(); ++i) {
+        if (i > 0) text += ' ';
+        appendQuoted(text, dictionary.key(i));
+        text += " = ";
+        appendQuoted(text, dictionary.value(i));
+        text += ';';
+    }
+    text += '}';
+}
+
 void appendContainer(std::string& text, const PropertyList& value, unsigned depth) {
     bool isArray = value.isArray();
     text += isArray ? '(' : '{';
@@ -93,6 +105,8 @@ void appendValue(std::string& text, const PropertyList& value, unsigned depth) {
             // Values that were built may be nested deeper than the stack allows to follow.
             if (depth == PropertyList::kMaximumDepth)
                 text += "...";
+            else if (value.node()->isPacked())
+                appendPacked(text, PackedView(*value.node()));
             else
                 appendContainer(text, value, depth + 1);
     }

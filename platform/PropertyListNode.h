@@ -5,8 +5,10 @@
 // counting and the whole is freed at once.
 #pragma once
 
+#include "platform/Arena.h"
 #include "platform/PropertyList.h"
 #include "platform/PropertyListHash.h"
+#include "platform/PropertyListTexts.h"
 
 #include <algorithm>
 #include <atomic>
@@ -32,6 +34,8 @@ struct DictionaryIndex {
     DictionaryIndex* next = nullptr;  // in its document's list
 };
 
+struct LateDictionary;
+
 struct PropertyList::Node {
     StorageOwner* owner = nullptr;  // null in the nodes that live forever
     Type type = Type::Nothing;
@@ -44,15 +48,18 @@ struct PropertyList::Node {
         const char* bytes;
         const PropertyList* elements;
         const Entry* entries;  // just behind an std::atomic<DictionaryIndex*>
+        const LateDictionary* late;
     };
     union {
         std::uint64_t length = 0;  // of a string or data
         std::uint64_t weight;      // of a container: its own plus that of its children, held at its maximum
     };
 
-    static constexpr std::uint8_t kASCII = 1, kUnsigned = 1, kCounted = 2;
+    static constexpr std::uint8_t kASCII = 1, kUnsigned = 1, kCounted = 2, kPacked = 4, kReferring = 8;
 
     bool isContainer() const { return type == Type::Array || type == Type::Dictionary; }
+    bool isPacked() const { return type == Type::Dictionary && (flag & kPacked); }
+    bool isReferring() const { return type == Type::Dictionary && (flag & kReferring); }
     bool hasBytes() const { return type == Type::String || type == Type::Data; }
     std::string_view text() const { return {bytes, length}; }
 };
@@ -76,6 +83,11 @@ struct PropertyListStorage {
     static void dispose(StorageOwner* owner) noexcept;
 
     static PropertyList dictionary(std::vector<Entry>&& entries);
+    // The entries of a dictionary. Those that are made when somebody asks for them are then kept.
+    static const Entry* entriesOf(const Node& dictionary) {
+        return dictionary.isPacked() || dictionary.isReferring() ? lateEntries(dictionary) : dictionary.entries;
+    }
+    static const Entry* lateEntries(const Node& dictionary);
     static Index& indexOf(const Entry* entries) {
         return *std::launder(reinterpret_cast<Index*>(const_cast<Entry*>(entries)) - 1);
     }
@@ -83,9 +95,10 @@ struct PropertyListStorage {
     // A document may hold a value at several places, so that a small file can stand for a vast one. The weight of a
     // value is what somebody who walks all of it meets: one for each value, and more for long texts.
     static constexpr std::uint64_t kBytesPerWeight = 32;
+    static std::uint64_t weightOfText(std::uint64_t length) { return 1 + length / kBytesPerWeight; }
     static std::uint64_t weight(const Node& node) {
         if (node.isContainer()) return node.weight;
-        return node.hasBytes() ? 1 + node.length / kBytesPerWeight : 1;
+        return node.hasBytes() ? weightOfText(node.length) : 1;
     }
     // What one of the distinct values of a document adds to the weight that is stored: its references or its text.
     static std::uint64_t storedWeight(const Node& node) {
@@ -115,42 +128,11 @@ struct PropertyListStorage {
     }
 };
 
-// Memory that is freed as a whole.
-class Arena {
-public:
-    Arena() = default;
-    Arena(const Arena&) = delete;
-    ~Arena() {
-        for (void* block : blocks_) std::free(block);
-    }
-    // Aligned for pointers.
-    char* allocate(std::size_t size) {
-        size = (size + 7) & ~std::size_t{7};
-        if (size > left_) addBlock(size);
-        left_ -= size;
-        return std::exchange(next_, next_ + size);
-    }
-
-private:
-    void addBlock(std::size_t atLeast) {
-        std::size_t size = std::max(atLeast, blockSize_);
-        blocks_.push_back(nullptr);
-        blocks_.back() = std::malloc(size);
-        if (!blocks_.back()) throw std::bad_alloc();
-        blockSize_ = std::min<std::size_t>(blockSize_ * 2, std::size_t{1} << 22);
-        next_ = static_cast<char*>(blocks_.back());
-        left_ = size;
-    }
-
-    std::vector<void*> blocks_;
-    char* next_ = nullptr;
-    std::size_t left_ = 0, blockSize_ = 4096;
-};
-
-// A decoded file: the nodes by object number, the arrays and entries, and the file's own bytes.
+// A decoded file: the nodes by object number, the arrays and entries, and the file's own bytes. Or the values of a
+// PropertyListArena: no nodes by number, and the text that its strings are parts of.
 struct PropertyListDocument : StorageOwner {
     PropertyListDocument(std::shared_ptr<const std::string> fileBytes, std::size_t nodeCount)
-        : StorageOwner(Kind::Document), buffer(std::move(fileBytes)), count(nodeCount) {
+        : StorageOwner(Kind::Document), buffer(std::move(fileBytes)), count(nodeCount), texts(arena, buffer) {
         constexpr std::size_t kLine = 64;
         nodes = static_cast<PropertyList::Node*>(
             std::aligned_alloc(kLine, (nodeCount * sizeof *nodes / kLine + 1) * kLine));
@@ -160,13 +142,25 @@ struct PropertyListDocument : StorageOwner {
         std::free(nodes);
         for (DictionaryIndex* index = indexes.load(std::memory_order_acquire); index;)
             delete std::exchange(index, index->next);
+        for (void* block = blocks.load(std::memory_order_acquire); block;)
+            std::free(std::exchange(block, *static_cast<void**>(block)));
+    }
+
+    // Takes a block from malloc whose first word is free for a link; from any thread.
+    void keepBlock(void* block) noexcept {
+        void* next = blocks.load(std::memory_order_relaxed);
+        do *static_cast<void**>(block) = next;
+        while (!blocks.compare_exchange_weak(next, block, std::memory_order_acq_rel, std::memory_order_relaxed));
     }
 
     std::shared_ptr<const std::string> buffer;
     std::size_t count;
+    unsigned referenceWidth = 0;  // of the file
     PropertyList::Node* nodes = nullptr;
     Arena arena;
+    PackedTexts texts;
     std::atomic<DictionaryIndex*> indexes{nullptr};
+    std::atomic<void*> blocks{nullptr};
 };
 
 }  // namespace platform

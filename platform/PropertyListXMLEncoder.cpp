@@ -1,5 +1,6 @@
 #include "platform/Date.h"
 #include "platform/PropertyListCodecParts.h"
+#include "platform/PropertyListPacked.h"
 #include "platform/PropertyListXMLScanner.h"
 
 #include <charconv>
@@ -117,16 +118,26 @@ private:
         }
     }
 
+    void entries(const PropertyList& dictionary) {
+        for (const auto& [key, child] : dictionary.entries()) {
+            leaf("key", key.stringValue());
+            element(child);
+        }
+    }
+    void packedEntries(const PackedView& dictionary) {
+        for (std::uint32_t i = 0; i < dictionary.count(); ++i) {
+            leaf("key", dictionary.key(i));
+            leaf("string", dictionary.value(i));
+        }
+    }
+
     void container(std::string_view name, const PropertyList& value) {
         indent();
         if (value.size() == 0) return tag("<", name, "/>\n");
         tag("<", name, ">\n");
         ++depth_;
         for (const PropertyList& child : value.elements()) element(child);
-        for (const auto& [key, child] : value.entries()) {
-            leaf("key", key.stringValue());
-            element(child);
-        }
+        value.node()->isPacked() ? packedEntries(PackedView(*value.node())) : entries(value);
         --depth_;
         indent();
         tag("</", name, ">\n");

@@ -42,11 +42,10 @@ void parse(const Arguments& arguments) {
     FontFileLookup lookup(files);
     const FontFileFinder find = [&](std::string_view relative) { return lookup.getFontFileForSubpath(relative); };
     NamesCollection names;
-    if (arguments.database) readNameDatabase(decodedText(requireContent(files, *arguments.database)).characters, names);
+    if (arguments.database) readNameDatabase(decodedText(requireContent(files, *arguments.database)), names);
     for (const std::string& list : arguments.lists) {
-        const Text text = decodedText(requireContent(files, list));
-        FontListReader(text.characters, std::filesystem::absolute(list).lexically_normal().string(), find, log)
-            .readInto(names);
+        const std::string path = std::filesystem::absolute(list).lexically_normal().string();
+        FontListReader(listText(requireContent(files, list)), path, find, log).readInto(names);
     }
     print(jsonText(std::move(names).freeze(), JsonLayout::Indented) + "\n");
 }

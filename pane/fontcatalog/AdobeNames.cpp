@@ -51,8 +51,7 @@ void scanFontList_forNames(const Context& context, std::optional<std::string_vie
     auto bytes = context.files.readFile(*path);
     if (!bytes) return;
     const FontFileFinder find = [&](std::string_view relative) { return lookup.getFontFileForSubpath(relative); };
-    const Text text = decodedText(std::move(bytes));
-    FontListReader(text.characters, *path, find, context.log).readInto(*names);
+    FontListReader(listText(std::move(bytes)), *path, find, context.log).readInto(*names);
 }
 
 NamesCollection scanAdobeFontLists(const Context& context, std::optional<NamesCollection> names) {
@@ -76,7 +75,7 @@ void adobeNames(const Context& context, Catalogue& catalogue) {
     std::optional<NamesCollection> names;
     if (auto bytes = context.files.readFile(*path)) {
         names.emplace();
-        readNameDatabase(decodedText(std::move(bytes)).characters, *names);
+        readNameDatabase(decodedText(std::move(bytes)), *names);
     }
     catalogue.names = scanAdobeFontLists(context, std::move(names)).freeze();
     catalogue.state = Catalogue::State::Built;
@@ -94,7 +93,7 @@ bool isFileSetUnchanged(const PropertyList& stored, const PropertyList& current,
 
 CacheCheck checkFontNameCache(const Context& context, CFPreferencesWrapper_Typeslate* cache, Catalogue& catalogue) {
     CacheCheck check;
-    const PropertyList storedFiles = cache ? cache->objectForKey(kFilesKey) : PropertyList();
+    PropertyList storedFiles = cache ? cache->objectForKey(kFilesKey) : PropertyList();
     if (storedFiles) check.files = getAdobeFilesArray(context.files, context.log);
     const float storedVersion = cache ? cache->floatForKey(kVersionKey) : 0;
     const float actualVersion = adobeDBVersion(context.files);
@@ -103,6 +102,7 @@ CacheCheck checkFontNameCache(const Context& context, CFPreferencesWrapper_Types
     if (isCacheUpToDate(cache, storedFiles, filesMatch, isNewerVersion)) return check;
 
     check.isRebuilt = true;
+    storedFiles = {};  // which holds the whole of the old cache
     if (!check.files) check.files = getAdobeFilesArray(context.files, context.log);
     context.log("Stored Version (%f) versus actual version (%f), %d", storedVersion, actualVersion, isNewerVersion);
     context.log("Rebuilding");

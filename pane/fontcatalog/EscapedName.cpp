@@ -2,6 +2,7 @@
 
 #include "pane/fontcatalog/TextEncoding.h"
 #include "pane/fontcatalog/TextLines.h"
+#include "platform/Unicode.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -41,20 +42,23 @@ std::optional<char16_t> replacementFor(std::u16string_view span, bool isUnicode)
 
 std::size_t spanLength(bool isUnicode) { return isUnicode ? kUnicodeSpan : kSingleByteSpan; }
 
-// The usual name: every span is whole, none holds a backslash and none stands for one. Replacements then can neither
-// meet nor make one another, and a single pass gives the same result. False for all other names.
-bool decodeInOnePass(std::u16string_view input, bool isUnicode, std::u16string& result) {
+// The usual name: every span is whole and ASCII, none holds a backslash, and none stands for one or for half a
+// character. Replacements then can neither meet nor make one another, and a single pass gives the same result. False
+// for all other names.
+bool decodeInOnePass(std::string_view input, bool isUnicode, std::string& result) {
     const std::size_t length = spanLength(isUnicode);
     for (;;) {
-        const std::size_t backslash = input.find(u'\\');
+        const std::size_t backslash = input.find('\\');
         result.append(input.substr(0, backslash));
-        if (backslash == std::u16string_view::npos) return true;
-        const std::u16string_view span = input.substr(backslash + 1, length);
-        if (span.size() < length || span.find(u'\\') != std::u16string_view::npos) return false;
-        const auto replacement = replacementFor(span, isUnicode);
-        if (replacement == u'\\') return false;
+        if (backslash == std::string_view::npos) return true;
+        const std::string_view span = input.substr(backslash + 1, length);
+        char16_t units[kUnicodeSpan];
+        for (std::size_t i = 0; i < span.size(); ++i) units[i] = static_cast<unsigned char>(span[i]);
+        if (span.size() < length || span.find('\\') != std::string_view::npos || !platform::isASCII(span)) return false;
+        const auto replacement = replacementFor({units, length}, isUnicode);
+        if (replacement == u'\\' || (replacement && !platform::isUnicodeScalar(*replacement))) return false;
         if (replacement)
-            result += *replacement;
+            platform::appendUTF8(result, *replacement);
         else
             result.append(input.substr(backslash, length + 1));
         input.remove_prefix(backslash + 1 + length);
@@ -170,11 +174,10 @@ std::u16string decodeInTurn(std::u16string_view input, bool isUnicode) {
 }  // namespace
 
 std::string escapedNameForString_isUnicode(std::string_view text, bool isUnicode) {
-    if (text.find('\\') == std::string_view::npos) return std::string(text);
-    const std::u16string input = utf16FromUtf8(text);
-    std::u16string result;
-    if (!decodeInOnePass(input, isUnicode, result)) result = decodeInTurn(input, isUnicode);
-    return utf8FromUtf16(result);
+    std::string result;
+    result.reserve(text.size());
+    if (decodeInOnePass(text, isUnicode, result)) return result;
+    return utf8FromUtf16(decodeInTurn(utf16FromUtf8(text), isUnicode));
 }
 
 }  // namespace fontcatalog

@@ -3,6 +3,8 @@
 #include "platform/Unicode.h"
 
 #include <algorithm>
+#include <iterator>
+#include <vector>
 
 namespace fontcatalog {
 namespace {
@@ -19,6 +21,10 @@ constexpr std::size_t kLongestPath = 4095;
 constexpr std::size_t kLongestName = 255;
 
 void appendWithSingleSlashes(std::string_view text, std::string& path) {
+    if (!text.starts_with('/') && text.find("//") == std::string_view::npos) {
+        path += text;
+        return;
+    }
     for (const char c : text)
         if (c != '/' || path.empty() || path.back() != '/') path += c;
 }
@@ -44,13 +50,26 @@ std::string withCaseOfFirstLetterChanged(std::string name) {
 
 struct FontFileLookup::Listing {
     enum class State { Listed, Missing, Unreadable } state = State::Unreadable;
-    std::unordered_map<std::string, ItemKind, StringHash, std::equal_to<>> names;
-    std::optional<bool> ignoresCase;  // not asked yet
+    std::vector<platform::FolderEntry> names;  // in the order of their bytes
+    std::size_t next = 0;                      // behind the last one found: lists mostly go by the same order
+    std::optional<bool> ignoresCase;           // not asked yet
+
+    const platform::FolderEntry* find(std::string_view name) {
+        if (next == names.size() || names[next].name != name) {
+            const auto less = [](const platform::FolderEntry& a, std::string_view b) { return a.name < b; };
+            const auto found = std::lower_bound(names.begin(), names.end(), name, less);
+            if (found == names.end() || found->name != name) return nullptr;
+            next = static_cast<std::size_t>(found - names.begin());
+        }
+        return &names[next++];
+    }
 };
 
 struct FontFileLookup::Domain {
     std::string folder;  // with a final slash; empty when there is no such folder
     std::unordered_map<std::string, Listing, StringHash, std::equal_to<>> listings;  // by full path
+    std::string lastFolder;  // with its listing: the next file is mostly there too
+    Listing* last = nullptr;
 };
 
 FontFileLookup::FontFileLookup(platform::FileServices& files) : files_(files), namesLeft_(kMostNames) {}
@@ -88,16 +107,22 @@ FontFileLookup::Domain& FontFileLookup::domainNamed(FolderDomain domain) {
 bool FontFileLookup::exists(Domain& domain, std::string_view path) {
     const std::size_t nameStart = path.rfind('/') + 1;
     const std::string_view name = path.substr(nameStart);
+    const std::string_view folder = path.substr(0, nameStart);
+    const bool isSameFolder = domain.last && folder == domain.lastFolder;
     const bool isPlain = !name.empty() && name.size() <= kLongestName && path.size() <= kLongestPath &&
-                         !hasDots(path.substr(domain.folder.size() - 1)) && path.find('\0') == std::string_view::npos;
+                         !hasDots(path.substr(isSameFolder ? nameStart - 1 : domain.folder.size() - 1)) &&
+                         path.find('\0') == std::string_view::npos;
     if (!isPlain) return files_.fileExists(path);
 
-    const std::string_view folder = path.substr(0, nameStart);
-    Listing& listing = listingOf(domain, folder);
+    if (!isSameFolder) {
+        domain.last = &listingOf(domain, folder);
+        domain.lastFolder = folder;
+    }
+    Listing& listing = *domain.last;
     if (listing.state == Listing::State::Missing) return false;
     if (listing.state == Listing::State::Unreadable) return files_.fileExists(path);
-    const auto found = listing.names.find(name);
-    if (found != listing.names.end()) return found->second != ItemKind::Unresolved || files_.fileExists(path);
+    if (const platform::FolderEntry* found = listing.find(name))
+        return found->kind != ItemKind::Unresolved || files_.fileExists(path);
     // A file system may know one file by several forms of its name.
     return (!platform::isASCII(name) || ignoresCase(listing, folder)) && files_.fileExists(path);
 }
@@ -119,8 +144,13 @@ FontFileLookup::Listing& FontFileLookup::listingOf(Domain& domain, std::string_v
             return listing;
         }
         namesLeft_ -= entries.size();
-        for (auto& entry : entries) listing.names.emplace(std::move(entry.name), entry.kind);
+        listing.names.insert(listing.names.end(), std::move_iterator(entries.begin()),
+                             std::move_iterator(entries.end()));
     }
+    // Other platforms may list in another order.
+    const auto less = [](const platform::FolderEntry& a, const platform::FolderEntry& b) { return a.name < b.name; };
+    if (!std::is_sorted(listing.names.begin(), listing.names.end(), less))
+        std::sort(listing.names.begin(), listing.names.end(), less);
     listing.state = Listing::State::Listed;
     return listing;
 }
@@ -128,9 +158,9 @@ FontFileLookup::Listing& FontFileLookup::listingOf(Domain& domain, std::string_v
 bool FontFileLookup::ignoresCase(Listing& listing, std::string_view folder) {
     if (listing.ignoresCase) return *listing.ignoresCase;
     listing.ignoresCase = false;
-    for (const auto& [name, kind] : listing.names) {
-        const std::string other = withCaseOfFirstLetterChanged(name);
-        if (other.empty() || kind == ItemKind::Unresolved || listing.names.contains(other)) continue;
+    for (const auto& entry : listing.names) {
+        const std::string other = withCaseOfFirstLetterChanged(entry.name);
+        if (other.empty() || entry.kind == ItemKind::Unresolved || listing.find(other)) continue;
         listing.ignoresCase = files_.fileExists(std::string(folder) + other);
         break;
     }

@@ -10,6 +10,7 @@
 #pragma once
 
 #include "pane/fontcatalog/NamesCollection.h"
+#include "pane/fontcatalog/TextEncoding.h"
 #include "platform/Log.h"
 
 #include <functional>
@@ -23,24 +24,20 @@ namespace fontcatalog {
 // The full path of an outline font file named by a relative path with forward slashes; nothing when there is none.
 using FontFileFinder = std::function<std::optional<std::string>(std::string_view relativePath)>;
 
-// Reads the records of one list file. They share one storage, apart from the list's text.
+// Reads the records of one list file, dictionaries from string to string. They share one storage, and refer to the
+// list's text for what stands in it. A key is what stands before a line's first colon, as it is, and may be empty; the
+// value is what follows.
+//
+// "FullName" is the record's family name when it has both, and "RealFullName" then its full name: the catalogue groups
+// the faces of a family under "FullName". A record with "OutlineFileName" also gets "FontListFilePath", and
+// "FontFilePath" when the file is found.
 class FontListReader {
 public:
-    // What is referred to, the text too, must outlive the reader. A path that is not valid UTF-8 is not put into
-    // records.
-    FontListReader(std::string_view validUtf8, std::string_view path, const FontFileFinder& findFontFile,
-                   platform::Log& log);
+    // The text is kept as long as any of its records; what else is referred to must outlive the reader. A path that is
+    // not valid UTF-8 is not put into records.
+    FontListReader(Text list, std::string_view path, const FontFileFinder& findFontFile, platform::Log& log);
     ~FontListReader();
     FontListReader(const FontListReader&) = delete;
-
-    // The record in a part of a list's text, a dictionary from string to string, not empty; nothing when no line has
-    // both a key and a value. A key is what stands before a line's first colon, as it is, and may be empty; the value
-    // is what follows.
-    //
-    // "FullName" is the record's family name when it has both, and "RealFullName" then its full name: the catalogue
-    // groups the faces of a family under "FullName". A record with "OutlineFileName" also gets "FontListFilePath", and
-    // "FontFilePath" when the file is found.
-    platform::PropertyList recordIn(std::string_view recordText);
 
     // Puts every record that has a "FontName" and a "FullName" into the collection, the later in place of the earlier.
     // Two records of one name whose "FullName" differ are logged.

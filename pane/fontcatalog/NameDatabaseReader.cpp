@@ -2,34 +2,31 @@
 
 #include "pane/fontcatalog/EscapedName.h"
 #include "pane/fontcatalog/TextLines.h"
+#include "platform/PropertyListArena.h"
 
 #include <charconv>
+#include <initializer_list>
 #include <limits>
 #include <optional>
 #include <string>
 #include <system_error>
+#include <vector>
 
 namespace fontcatalog {
 namespace {
 
+using platform::PropertyListArena;
+
 struct Section {
     std::string name;  // empty: nothing is collected
-    std::optional<std::string> fullName, styleName;
-
-    void store(NamesCollection& names) const {
-        if (name.empty() || (!fullName && !styleName)) return;
-        platform::MutableDictionary record;
-        if (fullName) record.set("FullName", *fullName);
-        if (styleName) record.set("StyleName", *styleName);
-        names.set(name, std::move(record).freeze());
-    }
+    std::optional<PropertyListArena::Text> fullName, styleName;
 };
 
 struct NameLine {
     std::string_view prefix;
     bool isUnicode;
     bool replaces;
-    std::optional<std::string> Section::*slot;
+    std::optional<PropertyListArena::Text> Section::*slot;
 };
 
 // In the order in which a line is tried: "f=1," is also an "f=" line, "s=," also an "s=" line.
@@ -46,14 +43,46 @@ std::string sectionName(std::string_view header) {
     return name.substr(1);
 }
 
-void readNameLine(std::string_view line, Section& section) {
-    for (const NameLine& form : kNameLines) {
-        auto& slot = section.*form.slot;
-        if (!line.starts_with(form.prefix) || (slot && !form.replaces)) continue;
-        slot = escapedNameForString_isUnicode(line.substr(form.prefix.size()), form.isUnicode);
-        return;
+// The records of a database, which have one of three sequences of keys.
+class Records {
+public:
+    Records(NamesCollection& names, std::shared_ptr<const std::string> text) : names_(names), arena_(std::move(text)) {}
+
+    void readNameLine(std::string_view line, Section& section) {
+        for (const NameLine& form : kNameLines) {
+            auto& slot = section.*form.slot;
+            if (!line.starts_with(form.prefix) || (slot && !form.replaces)) continue;
+            slot = nameIn(line.substr(form.prefix.size()), form.isUnicode);
+            return;
+        }
     }
-}
+
+    void store(const Section& section) {
+        if (section.name.empty() || (!section.fullName && !section.styleName)) return;
+        PropertyListArena::Text values[2];
+        std::size_t count = 0;
+        for (const auto& value : {section.fullName, section.styleName})
+            if (value) values[count++] = *value;
+        const auto keys = !section.styleName ? fullName_ : section.fullName ? both_ : styleName_;
+        names_.exchange(arena_.string(arena_.copy(section.name)), arena_.dictionary(keys, {values, count}));
+    }
+
+private:
+    PropertyListArena::Text nameIn(std::string_view escaped, bool isUnicode) {
+        if (escaped.find('\\') == std::string_view::npos) return arena_.part(escaped);
+        return arena_.copy(escapedNameForString_isUnicode(escaped, isUnicode));
+    }
+    PropertyListArena::Keys keysOf(std::initializer_list<std::string_view> names) {
+        std::vector<PropertyListArena::Text> texts;
+        for (const std::string_view name : names) texts.push_back(arena_.copy(name));
+        return arena_.keys(texts);
+    }
+
+    NamesCollection& names_;
+    PropertyListArena arena_;
+    PropertyListArena::Keys fullName_ = keysOf({"FullName"}), styleName_ = keysOf({"StyleName"}),
+                            both_ = keysOf({"FullName", "StyleName"});
+};
 
 // Tells a number too large for a float from one too small.
 bool isLarge(std::string_view number) {
@@ -64,15 +93,16 @@ bool isLarge(std::string_view number) {
 
 }  // namespace
 
-void readNameDatabase(std::string_view text, NamesCollection& names) {
+void readNameDatabase(const Text& text, NamesCollection& names) {
+    Records records(names, text.owner);
     Section section;
-    TextLines lines(text);
+    TextLines lines(text.characters);
     for (std::string_view line; lines.next(line);) {
         if (line.front() == '[') {
-            section.store(names);
+            records.store(section);
             section = {sectionName(line), {}, {}};
         } else if (line.front() != ';' && !section.name.empty()) {
-            readNameLine(line, section);
+            records.readNameLine(line, section);
         }
     }
 }

@@ -10,6 +10,7 @@
 #pragma once
 
 #include "pane/fontcatalog/NamesCollection.h"
+#include "pane/fontcatalog/TextEncoding.h"
 
 #include <string_view>
 
@@ -17,8 +18,9 @@ namespace fontcatalog {
 
 // Sets each section, a dictionary with "FullName" and "StyleName" as far as it has them, in the collection in place of
 // any earlier value. A section is stored when the next header closes it; the last one of the file therefore never is.
-// Sections without a name or without a value are not stored either.
-void readNameDatabase(std::string_view validUtf8, NamesCollection& names);
+// Sections without a name or without a value are not stored either. The text is
+// kept as long as any of the records.
+void readNameDatabase(const Text& text, NamesCollection& names);
 
 // The decimal number behind the first "version=", white space before it skipped; 0 when there is none. Infinite where a
 // float is too small for it.

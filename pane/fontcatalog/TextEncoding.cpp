@@ -27,17 +27,6 @@ unsigned char byteAt(std::string_view text, std::size_t index) { return static_c
 
 bool isSurrogate(char32_t unit) { return unit >= 0xD800 && unit < 0xE000; }
 
-std::size_t lengthOfAsciiRun(std::string_view text) {
-    std::size_t length = 0;
-    for (; length + 8 <= text.size(); length += 8) {
-        std::uint64_t bytes;
-        std::memcpy(&bytes, text.data() + length, 8);
-        if (bytes & 0x8080808080808080u) break;
-    }
-    while (length < text.size() && byteAt(text, length) < 0x80) ++length;
-    return length;
-}
-
 std::string repairedUtf8(std::string_view bytes) {
     std::string text;
     text.reserve(bytes.size());
@@ -49,20 +38,6 @@ std::string repairedUtf8(std::string_view bytes) {
         else
             platform::appendUTF8(text, kReplacement), length = 1;
         bytes.remove_prefix(std::min(length, bytes.size()));
-    }
-    return text;
-}
-
-std::string fromMacRoman(std::string_view bytes) {
-    std::size_t growth = 0;
-    for (const char byte : bytes) growth += static_cast<unsigned char>(byte) < 0x80 ? 0 : 2;
-    std::string text;
-    text.reserve(bytes.size() + growth);
-    while (!bytes.empty()) {
-        const std::size_t run = lengthOfAsciiRun(bytes);
-        text.append(bytes.substr(0, run));
-        if (run < bytes.size()) platform::appendUTF8(text, macRomanCharacter(byteAt(bytes, run)));
-        bytes.remove_prefix(std::min(run + 1, bytes.size()));
     }
     return text;
 }
@@ -98,15 +73,47 @@ Text ownedText(std::string text) {
 
 }  // namespace
 
-Text decodedText(std::shared_ptr<const std::string> bytes) {
+std::size_t lengthOfAsciiRun(std::string_view text) {
+    std::size_t length = 0;
+    for (; length + 8 <= text.size(); length += 8) {
+        std::uint64_t bytes;
+        std::memcpy(&bytes, text.data() + length, 8);
+        if (bytes & 0x8080808080808080u) break;
+    }
+    while (length < text.size() && byteAt(text, length) < 0x80) ++length;
+    return length;
+}
+
+void appendMacRoman(std::string& text, std::string_view bytes) {
+    std::size_t growth = 0;
+    for (const char byte : bytes) growth += static_cast<unsigned char>(byte) < 0x80 ? 0 : 2;
+    text.reserve(text.size() + bytes.size() + growth);
+    while (!bytes.empty()) {
+        const std::size_t run = lengthOfAsciiRun(bytes);
+        text.append(bytes.substr(0, run));
+        if (run < bytes.size()) platform::appendUTF8(text, macRomanCharacter(byteAt(bytes, run)));
+        bytes.remove_prefix(std::min(run + 1, bytes.size()));
+    }
+}
+
+Text listText(std::shared_ptr<const std::string> bytes) {
     if (!bytes) return {};
     std::string_view all = *bytes;
     if (all.starts_with("\xFF\xFE")) return ownedText(fromUtf16Bytes(all.substr(2), false));
     if (all.starts_with("\xFE\xFF")) return ownedText(fromUtf16Bytes(all.substr(2), true));
     const bool hasMark = all.starts_with("\xEF\xBB\xBF");
     if (hasMark) all.remove_prefix(3);
-    if (platform::isValidUTF8(all)) return {std::move(bytes), all};
-    return ownedText(hasMark ? repairedUtf8(all) : fromMacRoman(all));
+    const bool isValid = platform::isValidUTF8(all);
+    if (!isValid && hasMark) return ownedText(repairedUtf8(all));
+    return {std::move(bytes), all, !isValid};
+}
+
+Text decodedText(std::shared_ptr<const std::string> bytes) {
+    Text text = listText(std::move(bytes));
+    if (!text.isMacRoman) return text;
+    std::string decoded;
+    appendMacRoman(decoded, text.characters);
+    return ownedText(std::move(decoded));
 }
 
 std::string utf8FromUtf16(std::u16string_view units) {

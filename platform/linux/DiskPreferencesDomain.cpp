@@ -111,14 +111,16 @@ Failure DiskPreferencesDomain::writeChanges() {
     Transaction transaction(files_, path_);
     if (Failure failure = transaction.begin()) return failure;
     if (Failure failure = refreshLocked(transaction)) return failure;
-    PropertyList contents = withChanges();
-    std::string bytes = encodePropertyList(contents, PropertyListFormat::Binary);
+    // The old values of changed keys are needed no more, whatever comes of the writing, and may be large. From here on
+    // the changes are no longer told by comparing them.
+    isWriteDue_ = true;
+    stored_ = withChanges();
+    std::string bytes = encodePropertyList(stored_, PropertyListFormat::Binary);
     if (bytes.empty()) return {"encode", 0, "a value is nested too deeply"};
     if (bytes.size() > static_cast<std::size_t>(kMaximumFileSize)) return {"encode", EFBIG};
 
     if (Failure failure = transaction.replace(bytes, written)) return failure;
     std::swap(snapshot_, written);
-    stored_ = std::move(contents);
     changes_.clear();
     return {};
 }
@@ -128,7 +130,11 @@ PropertyList DiskPreferencesDomain::withChanges() const {
     for (const auto& change : changes_) ordered.push_back(&change);
     std::ranges::sort(ordered, {}, [](auto* change) { return change->second.order; });
     MutableDictionary contents(stored_);
-    for (auto* change : ordered) contents.set(change->first, change->second.value);
+    for (auto* change : ordered)
+        if (const PropertyList& value = change->second.value)
+            contents.exchange(change->first, value);  // a key of the old file would keep the whole of it
+        else
+            contents.remove(change->first);
     return std::move(contents).freeze();
 }
 

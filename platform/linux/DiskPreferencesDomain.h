@@ -54,7 +54,7 @@ private:
     Log& log_;
 
     bool used_ = false;      // read, or tried to
-    bool readable_ = false;  // `stored_` is what `snapshot_` holds
+    bool readable_ = false;  // `stored_` is what `snapshot_` holds, or has the changes laid over it
     Snapshot snapshot_;
     PropertyList stored_;
     StringMap<Change> changes_;

@@ -13,7 +13,7 @@ void fillFonts(const Machine& machine) {
     Machine::write(fonts + "plain.pfb");
     Machine::write(fonts + ".hidden");
     Machine::write(fonts + "Sub/inner.pfb");
-    Machine::write(fonts + "Sub/Caf\xC3\xA9.pfb");
+    Machine::write(fonts + "Sub/caf\xC3\xA9.pfb");
     Machine::link("plain.pfb", fonts + "link");
     Machine::link("nowhere", fonts + "dangling");
     Machine::link("Sub", fonts + "SubLink");
@@ -28,7 +28,7 @@ std::vector<std::string> paths() {
         "plain.pfb|Plain.pfb|PLAIN.PFB|.hidden|Sub|Sub/|plain.pfb/|Sub/inner.pfb|Sub//inner.pfb|//Sub/inner.pfb|"
         "sub/inner.pfb|Sub/Inner.pfb|Sub/missing|missing/inner.pfb|plain.pfb/inner|link|dangling|dangling/x|"
         "SubLink/inner.pfb|Loop/Loop/Sub/inner.pfb|.|..|../Fonts/plain.pfb|./plain.pfb|Sub/../plain.pfb|Sub/..|"
-        "missing/../plain.pfb|plain.pfb/../plain.pfb|plain.pfb/.||/|Sub/Caf\xC3\xA9.pfb|Sub/CAF\xC3\x89.pfb|"
+        "missing/../plain.pfb|plain.pfb/../plain.pfb|plain.pfb/.||/|Sub/caf\xC3\xA9.pfb|Sub/CAF\xC3\x89.pfb|"
         "..hidden|Sub.|plain.pfb ");
     for (std::string path; std::getline(words, path, '|');) paths.push_back(path);
     return paths;

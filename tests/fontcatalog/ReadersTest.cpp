@@ -5,7 +5,11 @@
 #include "platform/Unicode.h"
 #include "tests/support/Check.h"
 
+#include <sys/wait.h>
+#include <unistd.h>
+
 #include <cmath>
+#include <fstream>
 
 using namespace fontcatalog;
 using platform::PropertyList;
@@ -29,7 +33,7 @@ Reading readList(std::string_view bytes, NamesCollection names = {}) {
         if (path == "gone") return std::nullopt;
         return "/F/" + std::string(path);
     };
-    FontListReader(textOf(bytes).characters, "/L", find, log).readInto(names);
+    FontListReader(listText(std::make_shared<const std::string>(bytes)), "/L", find, log).readInto(names);
     reading.names = std::move(names).freeze();
     reading.log = log.lines;
     return reading;
@@ -46,9 +50,9 @@ std::string shortForm(const PropertyList& names) {
     return text;
 }
 
-PropertyList databaseOf(std::string_view text) {
+PropertyList databaseOf(std::string_view bytes) {
     NamesCollection names;
-    readNameDatabase(text, names);
+    readNameDatabase(textOf(bytes), names);
     return std::move(names).freeze();
 }
 
@@ -144,13 +148,73 @@ TEST(FontListsBuiltToHurt) {
     }
 }
 
+// More different sequences of keys than the reader keeps, and again the usual ones.
+TEST(ListsWithTooManyKeys) {
+    std::string list;
+    for (int i = 0; i < 700; ++i) {
+        const std::string number = std::to_string(i);
+        list +=
+            "%BeginFont\nFontName:" + number + "\nFullName:F" + number + "\nKey" + std::to_string(i * 7 % 400) + ":a\n";
+        if (i % 3) list += "Cl\x8E" + number + ":b\x8E\nFamilyName:" + number + "\nKey:1\nKey:2\n";
+        if (i % 5) list += "OutlineFileName:X\\" + number + "\n" + std::string(300, 'k') + ":c\n";
+        list += "FontName:" + std::to_string(i % 600) + "\n%EndFont\n";
+    }
+    const FontFileFinder find = [](std::string_view path) { return "/F/" + std::string(path); };
+    reference::RecordingLog log;
+    NamesCollection expected;
+    reference::readFontList(textOf(list).characters, "/L", find, expected, log);
+    const Reading reading = readList(list);
+    CHECK_EQ(shortForm(reading.names), shortForm(std::move(expected).freeze()));
+    CHECK_EQ(reading.log, log.lines);
+}
+
+// The growth of a child's memory while it reads, as a multiple of the list.
+double memoryToRead(const std::string& list) {
+    const auto peak = [] {
+        std::ifstream status("/proc/self/status");
+        for (std::string line; std::getline(status, line);)
+            if (line.starts_with("VmHWM:")) return std::atof(line.c_str() + 6) * 1024;
+        return 0.0;
+    };
+    int ends[2];
+    REQUIRE(pipe(ends) == 0);
+    const pid_t child = fork();
+    if (child == 0) {
+        const double before = peak();
+        const PropertyList names = readList(list).names;
+        const double grown = names ? peak() - before : 0;
+        _exit(write(ends[1], &grown, sizeof grown) == sizeof grown ? 0 : 1);
+    }
+    double grown = 0;
+    close(ends[1]);
+    CHECK(child > 0 && read(ends[0], &grown, sizeof grown) == sizeof grown && waitpid(child, nullptr, 0) == child);
+    close(ends[0]);
+    return grown / static_cast<double>(list.size());
+}
+
+TEST(MemoryIsASmallMultipleOfTheList) {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    return;  // which have memory of their own for every byte
+#endif
+    std::string keys = "%BeginFont\nFontName:A\nFullName:B\n", values = keys, records;
+    for (int i = 0; i < 500'000; ++i) {
+        const std::string four = {static_cast<char>('a' + i % 26), static_cast<char>('a' + i / 26 % 26),
+                                  static_cast<char>('a' + i / 676 % 26), static_cast<char>('A' + i / 17576)};
+        keys += four + ":x\n";
+        values += four + ":\x8E" + four + "\n";
+        if (i < 100'000) records += "%BeginFont\nFontName:" + four + "\nFullName:B\n" + four + ":1\n%EndFont\n";
+    }
+    for (const std::string* list : {&keys, &values, &records}) CHECK(memoryToRead(*list) < 12);
+    CHECK(memoryToRead(keys) > 1);  // or else nothing was measured
+}
+
 TEST(RecordsOutliveTheirList) {
     PropertyList names;
     {
         auto bytes = std::make_shared<const std::string>("%BeginFont\nFontName:Alone\nFullName:Still here\n%EndFont");
         reference::RecordingLog log;
         NamesCollection collection;
-        FontListReader(decodedText(std::move(bytes)).characters, "/L", {}, log).readInto(collection);
+        FontListReader(listText(std::move(bytes)), "/L", {}, log).readInto(collection);
         names = std::move(collection).freeze()["Alone"];
     }
     CHECK_EQ(names["FullName"].stringValue(), "Still here");
