@@ -138,8 +138,9 @@ public:
     // Shows the text of an rtfd folder. False, and the text is what it was, when that cannot be read.
     virtual bool loadRichText(std::string_view /*path*/) { return false; }
     virtual Rect enclosingScrollViewFrame() const { return {}; }
-    // Brings the point, counted downward from the upper left corner of the text, to that of the visible part, or as near
-    // to it as the text reaches. A user who has scrolled or selected since the text was loaded keeps what is visible.
+    // Brings the point, counted downward from the upper left corner of the text, to that of the visible part, or as
+    // near to it as the text reaches. A user who has scrolled or selected since the text was loaded keeps what is
+    // visible.
     virtual void scrollPoint(const Point&) {}
 };
 
