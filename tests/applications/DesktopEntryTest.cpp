@@ -4,21 +4,9 @@
 #include "platform/linux/DisplayText.h"
 #include "tests/support/Check.h"
 
-#include <fstream>
-
 using namespace platform::posix;
 
 namespace {
-
-std::string withBytes(const std::string& text) {
-    std::string bytes;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const bool isByte = text[i] == '<' && i + 3 < text.size() && text[i + 3] == '>';
-        bytes += isByte ? static_cast<char>(std::stoi(text.substr(i + 1, 2), nullptr, 16)) : text[i];
-        if (isByte) i += 3;
-    }
-    return bytes;
-}
 
 std::string joined(const std::vector<std::string>& words, char separator) {
     std::string text;
@@ -49,26 +37,12 @@ std::string described(const std::optional<DesktopEntry>& entry) {
 }  // namespace
 
 TEST(DesktopEntriesAreRead) {
-    std::ifstream file(TEST_DATA "/desktop-entries.txt");
-    std::string line, label, locale, text;
-    int cases = 0;
-    while (std::getline(file, line)) {
-        if (line.starts_with("== ")) {
-            const std::size_t bar = line.find(" |");
-            label = line.substr(3, bar - 3);
-            locale = line.substr(std::min(line.size(), bar + 3));
-            text.clear();
-        } else if (line.starts_with("-> ")) {
-            CONTEXT(label);
-            if (const std::size_t end = text.find("<EOF>"); end != text.npos) text.resize(end);
-            CHECK_EQ(described(readDesktopEntry(withBytes(text), desktopEntryLocale(locale))),
-                     withBytes(line.substr(3)));
-            ++cases;
-        } else {
-            text += line + "\n";
-        }
+    const auto cases = check::casesIn(TEST_DATA "/desktop-entries.txt");
+    for (const auto& c : cases) {
+        CONTEXT(c.label);
+        CHECK_EQ(described(readDesktopEntry(c.text, desktopEntryLocale(c.argument))), c.expected);
     }
-    CHECK(cases > 25);
+    CHECK(cases.size() > 25);
 }
 
 TEST(OversizedEntriesAreRefusedAndLongValuesIgnored) {

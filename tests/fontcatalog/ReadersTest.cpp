@@ -10,6 +10,8 @@
 
 #include <cmath>
 #include <fstream>
+#include <functional>
+#include <map>
 
 using namespace fontcatalog;
 using platform::PropertyList;
@@ -58,42 +60,19 @@ PropertyList databaseOf(std::string_view bytes) {
 
 }  // namespace
 
-TEST(FontListRecords) {
-    const std::tuple<const char*, const char*, const char*> cases[] = {
-        {"family name takes the full name's place",
-         "x\n%BeginFont\nFontName:A\nFullName:T Bold\nFamilyName:T\n%EndFont",
-         "A: FontName=A, FullName=T, FamilyName=T, RealFullName=T Bold,"},
-        {"line ends of all three kinds, blank lines, white space around lines",
-         "x\r%BeginFont\r\n\r\n \tFontName:A \r\r\xC2\xA0 FullName:B\xE3\x80\x80\n%EndFont",
-         "A: FontName=A, FullName=B,"},
-        {"values keep what follows the colon", "x%BeginFont\nFontName: A\nFullName:b:c:\n%EndFont",
-         " A: FontName= A, FullName=b:c:,"},
-        {"keys are taken as they are", "x%BeginFont\nFontName:A\nFullName:B\nfullname:c\nFull Name :d\n:e\n%EndFont",
-         "A: FontName=A, FullName=B, fullname=c, Full Name =d, =e,"},
-        {"empty values and lines without a colon", "x%BeginFont\nFontName:A\nFullName:B\nFullName:\nX:\nY\n%EndFont",
-         "A: FontName=A, FullName=B,"},
-        {"a key's last value", "x%BeginFont\nFontName:A\nFullName:B\nK:1\nK:2\n%EndFont",
-         "A: FontName=A, FullName=B, K=2,"},
-        {"records without a name or a full name",
-         "x%BeginFont\nFullName:B\n%EndFont%BeginFont\nFontName:A\nFamilyName:B\n"
-         "%EndFont%BeginFont%EndFont",
-         ""},
-        {"a record at the very start, one not closed",
-         "%BeginFont\nFontName:A\nFullName:B\n%EndFont %BeginFont\nFontName:C\n"
-         "FullName:D",
-         "A: FontName=A, FullName=B,; C: FontName=C, FullName=D,"},
-        {"a start within a record is no start", "%BeginFont\nFontName:A\n%BeginFont\nFullName:B\n%EndFont",
-         "A: FontName=A, FullName=B,"},
-        {"an end before any start", "%EndFont\nFontName:A\nFullName:B\n%BeginFont", ""},
-        {"outline file found", "%BeginFont\nFontName:A\nFullName:B\nOutlineFileName:S\\T\\X.pfb\n%EndFont",
-         "A: FontName=A, FullName=B, OutlineFileName=S\\T\\X.pfb, FontListFilePath=/L, FontFilePath=/F/S/T/X.pfb,"},
-        {"outline file missing", "%BeginFont\nFontName:A\nFullName:B\nOutlineFileName:gone\nFontFilePath:x\n%EndFont",
-         "A: FontName=A, FullName=B, OutlineFileName=gone, FontFilePath=x, FontListFilePath=/L,"},
+TEST(TextsAndWhatTheReadersMakeOfThem) {
+    const std::map<std::string, std::function<std::string(const std::string&)>> readers = {
+        {"font list", [](auto& text) { return shortForm(readList(text).names); }},
+        {"name database", [](auto& text) { return shortForm(databaseOf(text)); }},
+        {"Unicode codes", [](auto& text) { return escapedNameForString_isUnicode(text, true); }},
+        {"Mac OS Roman codes", [](auto& text) { return escapedNameForString_isUnicode(text, false); }},
     };
-    for (const auto& [label, list, names] : cases) {
-        CONTEXT(label);
-        CHECK_EQ(shortForm(readList(list).names), names);
+    const auto cases = check::casesIn(TEST_DATA "/readers.txt");
+    for (const auto& c : cases) {
+        CONTEXT(c.label);
+        CHECK_EQ(readers.at(c.argument)(c.text), c.expected);
     }
+    CHECK(cases.size() > 40);
 }
 
 TEST(FontListLog) {
@@ -220,31 +199,6 @@ TEST(RecordsOutliveTheirList) {
     CHECK_EQ(names["FullName"].stringValue(), "Still here");
 }
 
-TEST(NameDatabaseSections) {
-    const std::tuple<const char*, const char*, const char*> cases[] = {
-        {"the last section is never stored", "[Foo]\nf=Foo", ""},
-        {"the next header stores it", "[Foo]\nf=Foo\n[Bar]\n", "Foo: FullName=Foo,"},
-        {"lines before the first header", "f=x\ns=y\n[A]\n[B]", ""},
-        {"sections without values", "[A]\nversion=1\n[B]\n;f=x\n[C]\nF=x\n[D]", ""},
-        {"a section without a name", "[]\nf=x\n[A]\ns=y\n[B]", "A: StyleName=y,"},
-        {"headers: the first ] goes, whatever follows stays", "[A]b]\nf=1\n[[C]\nf=2\n[no end\nf=3\n[]D\nf=4\n[",
-         "Ab]: FullName=1,; [C: FullName=2,; no end: FullName=3,; D: FullName=4,"},
-        {"f=1, always replaces, f= only fills", "[A]\nf=u\nf=v\n[B]\nf=u\nf=1,v\nf=1,w\nf=x\n[C]",
-         "A: FullName=u,; B: FullName=w,"},
-        {"s=, always replaces, s= only fills", "[A]\ns=u\ns=v\n[B]\ns=u\ns=,v\ns=,w\ns=x\n[C]",
-         "A: StyleName=u,; B: StyleName=w,"},
-        {"codes of one byte and of four digits", "[A]\nf=1,\\8E\\8E00\ns=\\00E9\\8E\n[B]",
-         "A: FullName=éé00, StyleName=é\u008E,"},
-        {"an empty name is a name", "[A]\nf=\nf=x\n[B]", "A: FullName=,"},
-        {"a section again replaces the first", "[A]\nf=x\ns=y\n[A]\nf=z\n[B]", "A: FullName=z,"},
-        {"white space around lines", " [A] \r\n\tf= x \r;\r[B]", "A: FullName= x,"},
-    };
-    for (const auto& [label, database, names] : cases) {
-        CONTEXT(label);
-        CHECK_EQ(shortForm(databaseOf(database)), names);
-    }
-}
-
 TEST(NameDatabaseVersions) {
     const std::pair<const char*, float> cases[] = {
         {"version=2.5", 2.5F},      {"version=abc", 0},         {"", 0},
@@ -257,34 +211,6 @@ TEST(NameDatabaseVersions) {
     for (const auto& [text, version] : cases) {
         CONTEXT(text);
         CHECK_EQ(nameDatabaseVersion(text), version);
-    }
-}
-
-TEST(EscapedNames) {
-    const std::tuple<const char*, const char*, bool, const char*> cases[] = {
-        {"no code", "Café", true, "Café"},
-        {"four digits", "Caf\\00E9", true, "Café"},
-        {"two digits, Mac OS Roman", "Caf\\8E \\f0", false, "Café \uF8FF"},
-        {"no hex digit", "\\zz12", true, "\\zz12"},
-        {"the same code twice", "\\00e9\\00e9\\00E9", true, "ééé"},
-        {"fewer digits than the span, which goes whole", "\\41zz!", true, "A!"},
-        {"white space and 0x before the digits", "\\ 41!\\0x41\\\t\t\tA", true, "AA\n"},
-        {"0x alone is no number", "\\0x!\\0xzz", false, "\\0x!\\0xzz"},
-        {"a span cut short by the end", "a\\4", false, "a\u0004"},
-        {"a backslash at the very end", "a\\41\\", false, "aA\\"},
-        {"a short span replaces the beginnings of longer ones", "\\0xzz\\0", true, nullptr},
-        {"a surrogate pair in two codes", "\\D835\\DD3D", true, "\U0001D53D"},
-        {"lone surrogates", "\\DD3D\\D835x\\D835", true, "\uFFFD\uFFFDx\uFFFD"},
-        {"characters beyond the BMP count as two", "\\\U0001D53D41", true, "\\\U0001D53D41"},
-        {"a code that makes a backslash makes codes", "\\005C00E9\\00E9", true, "éé"},
-        {"made after its turn, it stays", "\\005C00E9", true, "\\00E9"},
-        {"a span with a backslash takes it along", "\\4\\41", false, "\00441"},
-    };
-    for (const auto& [label, text, isUnicode, expected] : cases) {
-        CONTEXT(label);
-        const std::string name = escapedNameForString_isUnicode(text, isUnicode);
-        CHECK_EQ(name, reference::escapedName(text, isUnicode));
-        if (expected) CHECK_EQ(name, expected);
     }
 }
 

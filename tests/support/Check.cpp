@@ -1,5 +1,6 @@
 #include "tests/support/Check.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -89,6 +90,39 @@ bool writeFile(const std::string& path, std::string_view bytes) {
     std::ofstream out(path, std::ios::binary | std::ios::trunc);
     out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     return static_cast<bool>(out.flush());
+}
+
+namespace {
+
+std::string withBytes(const std::string& text) {
+    std::string bytes;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const bool isByte = text[i] == '<' && i + 3 < text.size() && text[i + 3] == '>';
+        bytes += isByte ? static_cast<char>(std::stoi(text.substr(i + 1, 2), nullptr, 16)) : text[i];
+        if (isByte) i += 3;
+    }
+    return bytes;
+}
+
+}  // namespace
+
+std::vector<Case> casesIn(const std::string& path) {
+    std::ifstream file(path);
+    std::vector<Case> cases;
+    Case current;
+    for (std::string line; std::getline(file, line);) {
+        if (line.starts_with("== ")) {
+            const std::size_t bar = line.find(" |");
+            current = {line.substr(3, bar - 3), line.substr(std::min(line.size(), bar + 3)), "", ""};
+        } else if (line.starts_with("->")) {
+            current.text = withBytes(current.text.substr(0, current.text.find("<EOF>")));
+            current.expected = withBytes(line.substr(std::min(line.size(), std::size_t{3})));
+            cases.push_back(current);
+        } else {
+            current.text += line + "\n";
+        }
+    }
+    return cases;
 }
 
 std::string show(const platform::PropertyList& value) { return value ? value.description() : "(nothing)"; }
