@@ -5,7 +5,6 @@
 #include "platform/LoginItems.h"
 
 #include <algorithm>
-#include <ranges>
 
 using namespace platform;
 
@@ -63,10 +62,11 @@ bool TSPreferencePane::isLoginItem_withPath(std::optional<std::string_view> iden
                                             std::optional<std::string_view> path) {
     PropertyList items = storedItems(platform_.preferences);
     if (!identifier || !items.isArray()) return false;
-    auto reversed = items.elements() | std::views::reverse;
-    auto found = std::ranges::find_if(
-        reversed, [&](const PropertyList& item) { return isApplication(platform_.bundles, item, *identifier); });
-    if (found == reversed.end()) return false;
+    auto all = items.elements();
+    auto found = std::find_if(all.rbegin(), all.rend(), [&](const PropertyList& item) {
+        return isApplication(platform_.bundles, item, *identifier);
+    });
+    if (found == all.rend()) return false;
     if (pathOf(*found) == path) return true;
     platform_.log("[Quirklet Doctor] Login item %@ found, but not in sync, repairing (was:%@, now:%@)", *identifier,
                   (*found)[kLoginItemPathKey], path ? FormatArgument(*path) : FormatArgument(nullptr));
