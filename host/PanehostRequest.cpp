@@ -1,50 +1,66 @@
 #include "host/PanehostRequest.h"
 
+#include "host/ToolkitTexts.h"
 #include "platform/linux/Installation.h"
 #include "platform/linux/Localized.h"
+#include "platform/linux/TextColumns.h"
 
 #include <QCommandLineParser>
+#include <QCoreApplication>
 
 #include <cstdio>
 #include <cstdlib>
+#include <memory>
 #include <string>
 #include <vector>
 
 namespace host {
 namespace {
 
+using platform::posix::helpItem;
 using platform::posix::localized;
 
 constexpr int kUsage = 2;
 
 struct OptionText {
-    const char* name;
+    const char *letter, *name;
     std::string description;
     const char* value;
 };
 
 std::vector<OptionText> optionTexts() {
     return {
-        {"screenshot", localized("Writes a picture of the window and ends; needs no display."), "file"},
-        {"tab", localized("Opens the tab with this title."), "title"},
-        {"select", localized("Selects the entry in this row, from 0."), "row"},
-        {"dark", localized("Uses dark colours, for pictures."), nullptr},
-        {"platform", localized("Where to draw: xcb, wayland, vnc, offscreen."), "platform"},
-        {"style", localized("The look of the controls."), "style"},
+        {"h", "help", localized("Show this help and exit"), nullptr},
+        {"v", "version", localized("Show the version and exit"), nullptr},
+        {nullptr, "screenshot", localized("Writes a picture of the window and ends; needs no display."), "file"},
+        {nullptr, "tab", localized("Opens the tab with this title."), "title"},
+        {nullptr, "select", localized("Selects the entry in this row, from 0."), "row"},
+        {nullptr, "dark", localized("Uses dark colours, for pictures."), nullptr},
+        {nullptr, "platform", localized("Where to draw: xcb, wayland, vnc, offscreen."), "platform"},
+        {nullptr, "style", localized("The look of the controls."), "style"},
     };
 }
 
-QString shown(const std::string& text) { return QString::fromStdString(text); }
+QCommandLineOption parserOption(const OptionText& option) {
+    QStringList names{QLatin1String(option.name)};
+    if (option.letter) names << QLatin1String(option.letter);
+    return {names, QString(), QLatin1String(option.value)};
+}
 
-void describeTo(QCommandLineParser& parser) {
-    parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
-    parser.setApplicationDescription(shown(localized("Opens a settings pane in a window.")));
-    parser.addPositionalArgument(QStringLiteral("bundle"), shown(localized("The pane; Typeslate's own by default.")),
-                                 QStringLiteral("[BUNDLE]"));
-    parser.addOption({{QStringLiteral("h"), QStringLiteral("help")}, shown(localized("Show this help and exit"))});
-    parser.addOption({{QStringLiteral("v"), QStringLiteral("version")}, shown(localized("Show the version and exit"))});
-    for (const OptionText& option : optionTexts())
-        parser.addOption({QLatin1String(option.name), shown(option.description), QLatin1String(option.value)});
+std::string termOf(const OptionText& option) {
+    std::string term = option.letter ? std::string("-") + option.letter + ", " : "";
+    term.append("--").append(option.name);
+    return option.value ? term + " <" + option.value + ">" : term;
+}
+
+std::string helpText() {
+    std::string text = localized("Opens a settings pane in a window.") + "\n";
+    text += localized("Usage") + ": panehost [" + localized("OPTIONS") + "] [BUNDLE]\n";
+    text += "\n" + localized("Positionals") + ":\n";
+    text += helpItem("BUNDLE", localized("The pane; Typeslate's own by default."));
+    text += "\n" + localized("Options") + ":\n";
+    for (const OptionText& option : optionTexts()) text += helpItem(termOf(option), option.description);
+    return text;
 }
 
 [[noreturn]] void endWith(const std::string& answer) {
@@ -52,25 +68,29 @@ void describeTo(QCommandLineParser& parser) {
     std::exit(0);
 }
 
-[[noreturn]] void endWithUsage(const QString& problem) {
-    std::fprintf(stderr, "panehost: %s\n", qPrintable(problem));
+[[noreturn]] void endWithUsage(const std::string& problem) {
+    std::fprintf(stderr, "panehost: %s\n", problem.c_str());
     std::exit(kUsage);
 }
 
-// The parser knows the program's name only from an application object.
-std::string helpOf(const QCommandLineParser& parser) {
-    return parser.helpText().replace(QStringLiteral("<executable_name>"), QStringLiteral("panehost")).toStdString();
+// What the toolkit says is in the user's language only while there is an application object.
+std::string problemWith(const QStringList& arguments, QCommandLineParser& parser, int argc, char** argv) {
+    QCoreApplication application(argc, argv);
+    const std::unique_ptr<QTranslator> texts = toolkitTexts(platform::posix::paneBundlePath());
+    parser.parse(arguments);
+    return parser.errorText().toStdString();
 }
 
 }  // namespace
 
 Request requestFrom(int argc, char** argv) {
     QCommandLineParser parser;
-    describeTo(parser);
+    parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
+    for (const OptionText& option : optionTexts()) parser.addOption(parserOption(option));
     QStringList arguments;
     for (int i = 0; i < argc; ++i) arguments << QString::fromLocal8Bit(argv[i]);
-    if (!parser.parse(arguments)) endWithUsage(parser.errorText());
-    if (parser.isSet(QStringLiteral("help"))) endWith(helpOf(parser));
+    if (!parser.parse(arguments)) endWithUsage(problemWith(arguments, parser, argc, argv));
+    if (parser.isSet(QStringLiteral("help"))) endWith(helpText());
     if (parser.isSet(QStringLiteral("version"))) endWith("panehost " TYPESLATE_VERSION "\n");
 
     bool isRow = true;
@@ -84,7 +104,7 @@ Request requestFrom(int argc, char** argv) {
                     .choosesPlatform = parser.isSet(QStringLiteral("platform")),
                     .namesBundle = !bundles.isEmpty()};
     if (!isRow || bundles.size() > 1)
-        endWithUsage(shown(localized("usage: panehost [--screenshot FILE] [--select ROW] [BUNDLE]")));
+        endWithUsage(localized("usage: panehost [--screenshot FILE] [--select ROW] [BUNDLE]"));
     return request;
 }
 

@@ -4,6 +4,7 @@
 #include "host/PanehostRequest.h"
 #include "host/SingleInstance.h"
 #include "host/StartupToken.h"
+#include "host/ToolkitTexts.h"
 #include "host/WindowPlace.h"
 #include "platform/linux/Localized.h"
 #include "platform/qt/EndSignals.h"
@@ -164,6 +165,7 @@ int main(int argc, char** argv) {
     application.setApplicationVersion(QStringLiteral(TYPESLATE_VERSION));
     application.setDesktopFileName(QLatin1String(kApplicationId));
     chooseLook(request);
+    const std::unique_ptr<QTranslator> toolkitTexts = host::toolkitTexts(request.bundle.toStdString());
 
     std::unique_ptr<host::SingleInstance> instance;
     if (QString scene = sceneOf(request); !scene.isEmpty()) {

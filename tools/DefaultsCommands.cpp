@@ -7,6 +7,7 @@
 #include "tools/Localized.h"
 #include "tools/Output.h"
 #include "tools/Refusal.h"
+#include "tools/UsageTexts.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -147,7 +148,7 @@ void addDefaultsCommands(CLI::App& app) {
     };
     auto takeFormat = [&](CLI::App* command) {
         command->add_option("--format", arguments->format, localized("binary (default) or xml"))
-            ->check(CLI::IsMember({kBinary, kXML}).description(""))
+            ->check(oneOf({kBinary, kXML}))
             ->type_name("FORMAT");
     };
     auto takeFile = [&](CLI::App* command, const std::string& description) {

@@ -1,11 +1,10 @@
 #include "tools/EntryListing.h"
 
 #include "platform/linux/DisplayText.h"
+#include "platform/linux/TextColumns.h"
 #include "settings/EntryList.h"
 #include "tools/Localized.h"
 
-#include <algorithm>
-#include <array>
 #include <charconv>
 
 using namespace platform;
@@ -13,10 +12,6 @@ using namespace settings;
 
 namespace tools {
 namespace {
-
-using Row = std::array<std::string, 5>;
-
-constexpr std::size_t kWidestColumn = 40;  // what is longer moves the rest of its line
 
 // What the window's controls let a user choose.
 std::int64_t largestValue(const Option& option) { return option.key == "DupeHandling" ? 2 : 255; }
@@ -29,45 +24,19 @@ std::string kindOf(const PropertyList& entry) {
     return localizedFormat("RegEx on %@", isKnown ? names[kind] : std::to_string(kind));
 }
 
-Row rowOf(std::size_t index, const PropertyList& entry) {
+std::vector<std::string> rowOf(std::size_t index, const PropertyList& entry) {
     bool isOn = shownValue(entry[kSettingsKey], *optionForKey("Enabled")) != 0;
     return {std::to_string(index), isOn ? localized("on") : localized("off"), kindOf(entry),
             posix::displayText(entry[kNameKey].stringValue()), posix::displayText(entry[kDataKey].stringValue())};
 }
 
-std::size_t characters(std::string_view utf8) {
-    return static_cast<std::size_t>(
-        std::ranges::count_if(utf8, [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
-}
-
-std::size_t columnWidth(const std::vector<Row>& rows, std::size_t column) {
-    std::size_t width = 0;
-    for (const Row& row : rows) width = std::max(width, characters(row[column]));
-    return std::min(width, kWidestColumn);
-}
-
-void appendPadded(std::string& line, const std::string& text, std::size_t width) {
-    line += text;
-    line.append(width - std::min(width, characters(text)) + 2, ' ');
-}
-
 }  // namespace
 
 std::string entryTable(const std::vector<PropertyList>& list) {
-    std::vector<Row> rows{
+    std::vector<std::vector<std::string>> rows{
         {localized("INDEX"), localized("STATE"), localized("KIND"), localized("NAME"), localized("DATA")}};
     for (const PropertyList& entry : list) rows.push_back(rowOf(rows.size() - 1, entry));
-    std::array<std::size_t, std::tuple_size_v<Row>> widths;
-    for (std::size_t column = 0; column < widths.size(); ++column) widths[column] = columnWidth(rows, column);
-
-    std::string text;
-    for (const Row& row : rows) {
-        std::string line;
-        for (std::size_t column = 0; column < row.size(); ++column) appendPadded(line, row[column], widths[column]);
-        line.resize(line.find_last_not_of(' ') + 1);
-        text += line + "\n";
-    }
-    return text;
+    return posix::tableText(rows);
 }
 
 Refusal noEntry(int index, std::size_t count) {

@@ -3,6 +3,7 @@
 #include "platform/LoginItems.h"
 #include "platform/linux/ApplicationLaunch.h"
 #include "platform/linux/DisplayText.h"
+#include "platform/linux/TextColumns.h"
 #include "tools/AbsolutePath.h"
 #include "tools/HeadlessPane.h"
 #include "tools/Json.h"
@@ -27,16 +28,21 @@ PropertyList storedItems(PreferenceService& preferences) {
     return preferences.copyValue(kLoginItemsKey, kLoginWindowDomain);
 }
 
+std::string identifierOf(const std::string& path, BundleServices& bundles) {
+    std::unique_ptr<Bundle> bundle = path.starts_with('/') ? bundles.openBundle(path) : nullptr;
+    std::string identifier = bundle ? posix::displayText(bundle->identifier()) : "";
+    return identifier.empty() ? "-" : identifier;
+}
+
 std::string itemTable(const PropertyList& items, BundleServices& bundles) {
-    std::string lines = "HIDE  IDENTIFIER                      PATH\n";
+    std::vector<std::vector<std::string>> rows{{localized("HIDE"), localized("IDENTIFIER"), localized("PATH")}};
     for (const PropertyList& item : items.elements()) {
         std::string path(item[kLoginItemPathKey].stringValue());
-        std::unique_ptr<Bundle> bundle = path.starts_with('/') ? bundles.openBundle(path) : nullptr;
-        std::string identifier = bundle ? posix::displayText(bundle->identifier()) : "";
-        lines += formatted("%-4s  %-30s  %s\n", {item[kLoginItemHideKey].boolValue() ? "yes" : "no",
-                                                 identifier.empty() ? "-" : identifier, posix::displayText(path)});
+        bool isHidden = item[kLoginItemHideKey].boolValue();
+        rows.push_back(
+            {isHidden ? localized("yes") : localized("no"), identifierOf(path, bundles), posix::displayText(path)});
     }
-    return lines;
+    return posix::tableText(rows);
 }
 
 void list(const Arguments& arguments) {

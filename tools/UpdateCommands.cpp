@@ -10,6 +10,7 @@
 #include "tools/Json.h"
 #include "tools/Localized.h"
 #include "tools/Output.h"
+#include "tools/UsageTexts.h"
 
 using namespace platform;
 using settings::kSettingsDomain;
@@ -145,7 +146,7 @@ void addUpdateCommands(CLI::App& app) {
     add("schedule", localized("Switch automatic checks on or off"), schedule)
         ->add_option("STATE", arguments->onOrOff, localized("on or off"))
         ->required()
-        ->check(CLI::IsMember({"on", "off"}));
+        ->check(oneOf({"on", "off"}));
     CLI::Validator seconds(
         [](const std::string& text) {
             double number = std::strtod(text.c_str(), nullptr);

@@ -1,6 +1,9 @@
 #include "tools/UsageTexts.h"
 
+#include "platform/linux/TextColumns.h"
 #include "tools/Localized.h"
+
+#include <algorithm>
 
 namespace tools {
 namespace {
@@ -16,6 +19,9 @@ std::vector<Sentence> sentences() {
             {"The following argument was not expected: ", "", "", localized("unexpected argument: %@")},
             {"The following arguments were not expected: ", "", "", localized("unexpected arguments: %@")},
             {"Could not convert: ", " = ", "", localized("%@ cannot be %@")},
+            {"Exactly 1 option from [", "", ",] is required", localized("one of these is missing: %@")},
+            {"Exactly 1 option from [", ",] is required and ", " were given",
+             localized("only one of these can be given: %@")},
             {"", ": 1 required ", " missing", localized("%@ needs a value")},
             {"", " requires ", "", localized("%@ needs %@")},
             {"", " excludes ", "", localized("%@ and %@ exclude each other")},
@@ -34,17 +40,35 @@ std::optional<std::vector<std::string_view>> namesIn(std::string_view text, cons
     return {{text.substr(0, middle), text.substr(middle + sentence.between.size())}};
 }
 
-void localizeGroups(CLI::App& app) {
+// Lists that line up in every language, with lines that fit the terminal.
+class HelpFormatter final : public CLI::Formatter {
+public:
+    std::string make_description(const CLI::App* app) const override {
+        std::string text = platform::posix::wrapped(app->get_description(), 0) + "\n";
+        if (app->get_require_option_min() == 1) text += localized("Exactly one of the following is needed.") + "\n";
+        return text;
+    }
+    std::string make_option(const CLI::Option* option, bool isPositional) const override {
+        return platform::posix::helpItem(make_option_name(option, isPositional) + make_option_opts(option),
+                                         option->get_description());
+    }
+    std::string make_subcommand(const CLI::App* command) const override {
+        return platform::posix::helpItem(command->get_name(), command->get_description());
+    }
+};
+
+void localizeGroups(CLI::App& app, const std::shared_ptr<CLI::Formatter>& formatter) {
+    app.formatter(formatter);
     app.group(localized("Subcommands"));
     app.set_help_flag("-h,--help", localized("Show this help and exit"));
     for (CLI::Option* option : app.get_options()) option->group(localized("Options"));
-    for (CLI::App* command : app.get_subcommands({})) localizeGroups(*command);
+    for (CLI::App* command : app.get_subcommands({})) localizeGroups(*command, formatter);
 }
 
 }  // namespace
 
 void localizeUsage(CLI::App& app) {
-    auto formatter = app.get_formatter();
+    auto formatter = std::make_shared<HelpFormatter>();
     formatter->label("Usage", localized("Usage"));
     formatter->label("OPTIONS", localized("OPTIONS"));
     formatter->label("SUBCOMMAND", localized("SUBCOMMAND"));
@@ -54,7 +78,16 @@ void localizeUsage(CLI::App& app) {
     formatter->label("TEXT", localized("TEXT"));
     formatter->label("INT", localized("INT"));
     formatter->label("FLOAT", localized("FLOAT"));
-    localizeGroups(app);
+    localizeGroups(app, formatter);
+}
+
+CLI::Validator oneOf(std::vector<std::string> words) {
+    return CLI::Validator(
+        [words = std::move(words)](const std::string& text) {
+            const bool isKnown = std::ranges::find(words, text) != words.end();
+            return isKnown ? std::string() : localizedFormat("not one of these: %@", CLI::detail::join(words, ", "));
+        },
+        "");
 }
 
 std::string localizedUsageError(std::string_view english) {

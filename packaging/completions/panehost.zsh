@@ -13,7 +13,7 @@ _panehost() {
     '--dark[Uses dark colours, for pictures.]' \
     '--platform[Where to draw\: xcb, wayland, vnc, offscreen.]:platform:{ compadd -- xcb wayland vnc offscreen }' \
     '--style[The look of the controls.]:style:{ compadd -- fusion windows }' \
-    ':bundle:{ _files -/ }'
+    ':BUNDLE:{ _files -/ }'
 }
 
 _panehost "$@"

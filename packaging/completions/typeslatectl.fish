@@ -66,7 +66,7 @@ complete -c typeslatectl -n '__fish_seen_subcommand_from catalog; and __fish_see
 complete -c typeslatectl -n '__fish_seen_subcommand_from catalog; and __fish_seen_subcommand_from stats' -s h -l help -d 'Show this help and exit'
 complete -c typeslatectl -n '__fish_seen_subcommand_from login-items; and not __fish_seen_subcommand_from list add remove check' -a list -d 'Print the login items'
 complete -c typeslatectl -n '__fish_seen_subcommand_from login-items; and not __fish_seen_subcommand_from list add remove check' -a add -d 'Add a login item, though there may be one already'
-complete -c typeslatectl -n '__fish_seen_subcommand_from login-items; and not __fish_seen_subcommand_from list add remove check' -a remove -d 'Remove every login item of an application '
+complete -c typeslatectl -n '__fish_seen_subcommand_from login-items; and not __fish_seen_subcommand_from list add remove check' -a remove -d 'Remove every login item of an application'
 complete -c typeslatectl -n '__fish_seen_subcommand_from login-items; and not __fish_seen_subcommand_from list add remove check' -a check -d 'Tell whether an application is a login item, and correct the path of one that is'
 complete -c typeslatectl -n '__fish_seen_subcommand_from login-items; and not __fish_seen_subcommand_from list add remove check' -s h -l help -d 'Show this help and exit'
 complete -c typeslatectl -n '__fish_seen_subcommand_from login-items; and __fish_seen_subcommand_from list' -l json -d 'As JSON, with every key'

@@ -252,7 +252,7 @@ _typeslatectl_login-items() {
   local -a commands=(
     'list:Print the login items'
     'add:Add a login item, though there may be one already'
-    'remove:Remove every login item of an application '
+    'remove:Remove every login item of an application'
     'check:Tell whether an application is a login item, and correct the path of one that is'
   )
   _arguments -C \

@@ -74,30 +74,28 @@ TEST(ADictionaryThatLooksLikeAnotherValueStaysADictionary) {
 TEST(WhatNoPropertyListCanHoldIsRefused) {
     const std::size_t deepest = PropertyList::kMaximumDepth - 1;  // a number inside makes one level more
     CHECK(tools::parseJson(repeated("[", deepest) + "1" + repeated("]", deepest)).error.empty());
-    const std::string kCases[] = {
-        "",
-        "null",
-        "[null]",
-        "1 2",
-        "{\"a\":}",
-        "[1,]",
-        "'a'",
-        "nan",
-        "18446744073709551616",
-        "-9223372036854775809",
-        "1e999",
-        "01",
-        "\"\xFF\"",
-        "\"\\ud800\"",
-        R"({"$date":"yesterday"})",
-        R"({"$date":1})",
-        R"({"$data":"A"})",
-        R"({"$real":"1"})",
-        R"({"$dictionary":1})",
-        R"({"$dictionary":{},"b":1})",
-        repeated("[", deepest + 1) + "1" + repeated("]", deepest + 1),
-        repeated("[", 100'000),
-    };
+    const std::string kCases[] = {"",
+                                  "null",
+                                  "[null]",
+                                  "1 2",
+                                  "{\"a\":}",
+                                  "[1,]",
+                                  "'a'",
+                                  "nan",
+                                  "18446744073709551616",
+                                  "-9223372036854775809",
+                                  "1e999",
+                                  "01",
+                                  "\"\xFF\"",
+                                  "\"\\ud800\"",
+                                  R"({"$date":"yesterday"})",
+                                  R"({"$date":1})",
+                                  R"({"$data":"A"})",
+                                  R"({"$real":"1"})",
+                                  R"({"$dictionary":1})",
+                                  R"({"$dictionary":{},"b":1})",
+                                  repeated("[", deepest + 1) + "1" + repeated("]", deepest + 1),
+                                  repeated("[", 100'000)};
     for (const std::string& text : kCases) {
         CONTEXT(text.substr(0, 40));
         tools::JsonResult result = tools::parseJson(text);

@@ -176,14 +176,14 @@ class EntriesTest(Case):
     def test_the_list_for_people(self):
         expression = "(?i)^wine|\u202e.*"
         self.ok("entries", "add", self.gamma)
-        self.ok("entries", "add-regex", "Two\nlines \x1b[31m", expression, "--kind", "2")
+        self.ok("entries", "add-regex", "二\nlines e\u0301 \x1b[31m", expression, "--kind", "2")
         self.ok("entries", "set", "1", "Enabled", "off")
         self.assertEqual(self.ok("entries", "list").decode().splitlines(),
-                         ["INDEX  STATE  KIND           NAME            DATA",
+                         ["INDEX  STATE  KIND           NAME             DATA",
                           "0      on     Global         Global",
-                          "1      off    Identifier     Gam ma          org.gam",
-                          "2      on     RegEx on path  Two lines [31m  (?i)^wine|.*"])
-        self.assertEqual(self.entries()[2], {"Name": "Two\nlines \x1b[31m", "Type": "RegEx", "Settings": GLOBAL_SETTINGS,
+                          "1      off    Identifier     Gam ma           org.gam",
+                          "2      on     RegEx on path  二 lines e\u0301 [31m  (?i)^wine|.*"])
+        self.assertEqual(self.entries()[2], {"Name": "二\nlines e\u0301 \x1b[31m", "Type": "RegEx", "Settings": GLOBAL_SETTINGS,
                                              "Data": expression, "RegEx Type": 2})
 
     def test_changing_and_removing(self):
