@@ -112,7 +112,7 @@ std::vector<Case> casesIn(const std::string& path) {
     Case current;
     for (std::string line; std::getline(file, line);) {
         if (line.starts_with("== ")) {
-            const std::size_t bar = line.find(" |");
+            const std::size_t bar = std::min(line.find(" |"), line.size());
             current = {line.substr(3, bar - 3), line.substr(std::min(line.size(), bar + 3)), "", ""};
         } else if (line.starts_with("->")) {
             current.text = withBytes(current.text.substr(0, current.text.find("<EOF>")));
