@@ -59,9 +59,15 @@ void finish(HeadlessPane& pane) {
         throw refused("the login items could not be written; the log says why");
 }
 
-void add(const Arguments& arguments) {
+std::string pathToStore(const Arguments& arguments) {
     if (!PropertyList(arguments.path)) throw refused("the path is not UTF-8");
     std::string path = absolutePath(arguments.path);
+    if (path.empty()) throw refused("%@ needs a value", "PATH");
+    return path;
+}
+
+void add(const Arguments& arguments) {
+    std::string path = pathToStore(arguments);
     HeadlessPane pane;
     storedItems(pane.preferences());
     pane.operations().addLoginItem_hide(path, arguments.hide);
@@ -86,9 +92,10 @@ void remove(const Arguments& arguments) {
 }
 
 void check(const Arguments& arguments) {
+    std::string path = pathToStore(arguments);
     HeadlessPane pane;
     storedItems(pane.preferences());
-    if (!pane.operations().isLoginItem_withPath(*arguments.identifier, absolutePath(arguments.path)))
+    if (!pane.operations().isLoginItem_withPath(*arguments.identifier, path))
         throw refused("there is no login item of %@", posix::displayText(*arguments.identifier));
     finish(pane);
 }

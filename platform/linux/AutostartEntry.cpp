@@ -28,13 +28,35 @@ bool anyLine(std::string_view text, Function function) {
     return false;
 }
 
-// The rules forbid a program with an equals sign, and sessions built on GLib look for one with a percent sign before
-// they resolve "%%". As arguments of a shell both are fine.
+// Besides what the rules forbid (an equals sign in a program), what sessions get wrong: those built on GLib look for a
+// program before they resolve "%%"; systemd's resolves backslashes once too often, leaves its own before dollar signs
+// and backquotes, and knows no program with quotes or control characters.
+constexpr std::string_view kMisread = "\\$`", kMisreadInPrograms = "\\$`=%\"'";
+
+bool isOdd(char c) { return (c >= 0 && c < ' ') || c == '\x7F' || kMisreadInPrograms.find(c) != std::string::npos; }
+
+bool isReadRight(const std::vector<std::string>& words) {
+    return std::ranges::none_of(words.front(), isOdd) &&
+           std::ranges::all_of(words, [](auto& word) { return word.find_first_of(kMisread) == word.npos; });
+}
+
+// Starts the words, with a "%c" for each odd character.
+std::string awkProgram(const std::vector<std::string>& words) {
+    std::string command, codes;
+    for (const std::string& word : words) {
+        command += " '";
+        for (char c : word) {
+            const bool isQuote = c == '\'';  // the shell's, too
+            command += isQuote ? "'%c'%c'" : isOdd(c) ? "%c" : std::string(1, c);
+            if (isOdd(c)) codes += isQuote ? ", 34, 34" : ", " + std::to_string(c);
+        }
+        command += "'";
+    }
+    return "BEGIN { exit system(sprintf(\"exec" + command + "\"" + codes + ")) }";
+}
+
 std::vector<std::string> startableWords(const std::vector<std::string>& words) {
-    if (words.front().find_first_of("%=") == std::string::npos) return words;
-    std::vector<std::string> shell = {"/bin/sh", "-c", "exec \"$0\" \"$@\""};
-    shell.insert(shell.end(), words.begin(), words.end());
-    return shell;
+    return isReadRight(words) ? words : std::vector<std::string>{"awk", awkProgram(words)};
 }
 
 bool isPlain(char c) {

@@ -40,9 +40,14 @@ std::vector<AutostartMirror::Item> AutostartMirror::storedItems() {
     return items;
 }
 
+// Once: an update comes with every synchronize.
+void AutostartMirror::complain(std::string line) {
+    if (auto [said, isNew] = said_.insert(std::move(line)); isNew) log_("%@", *said);
+}
+
 void AutostartMirror::report(std::string_view what, const Failure& failure) {
-    log_("Login item %@: cannot %@ in %@: %@", what, failure.step, path_,
-         std::generic_category().message(failure.error));
+    complain(formatted("Login item %@: cannot %@ in %@: %@",
+                       {what, failure.step, path_, std::generic_category().message(failure.error)}));
 }
 
 // A folder that is not there and not needed is no failure, and is not made.
@@ -98,7 +103,7 @@ std::vector<AutostartMirror::OwnEntry> AutostartMirror::ownEntries() {
 // What cannot be started now, perhaps because its disk is not there, keeps the entry that it has.
 void AutostartMirror::updateEntry(const Item& item, const OwnEntry* entry, const ApplicationEnvironment& environment) {
     std::optional<StartDescription> start = startDescription(item.path, environment);
-    if (!start) return log_("Login item %@: there is nothing that can be started", item.path);
+    if (!start) return complain(formatted("Login item %@: there is nothing that can be started", {item.path}));
     std::string text = autostartEntry(item.path, item.hide, *start);
     if (entry && hasLinesOf(entry->contents, text)) return;
     if (Failure failure = write(text, item, entry)) {

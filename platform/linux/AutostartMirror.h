@@ -6,6 +6,7 @@
 #include "platform/linux/AutostartEntry.h"
 #include "platform/linux/DiskPreferences.h"
 
+#include <set>
 #include <string>
 #include <vector>
 
@@ -40,12 +41,14 @@ private:
     Failure write(std::string_view text, const Item& item, const OwnEntry* replaced);
     int moveToFreeName(const Item& item);
     void report(std::string_view what, const Failure& failure);
+    void complain(std::string line);
 
     const std::string path_;
     Log& log_;
     FileAccess& files_;
     DiskPreferences reader_;  // sees what other processes have stored since
     Descriptor folder_;       // during an update; its lock keeps those of other processes out
+    std::set<std::string> said_;
 };
 
 }  // namespace platform::posix

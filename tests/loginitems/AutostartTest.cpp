@@ -28,7 +28,7 @@ struct Session {
     std::string program(const std::string& name) {
         std::string path = home / name;
         fs::create_directories(fs::path(path).parent_path());
-        check::writeFile(path, "#!/bin/sh\n");
+        check::writeFile(path, "#!/bin/sh\nprintf '<%s>' \"$0\" \"$@\"\n");
         ::chmod(path.c_str(), 0755);
         return path;
     }
@@ -47,6 +47,20 @@ struct Session {
     }
     std::string content(const std::string& name) { return check::readFile(folder + "/" + name); }
 };
+
+std::string outputOf(const std::vector<std::string>& words) {
+    std::string command = "exec";
+    for (const std::string& word : words) {
+        command += " '";
+        for (char c : word) command += c == '\'' ? "'\\''" : std::string(1, c);
+        command += "'";
+    }
+    FILE* pipe = ::popen(command.c_str(), "r");
+    char text[4096];
+    std::string output(text, std::fread(text, 1, sizeof text, pipe));
+    ::pclose(pipe);
+    return output;
+}
 
 }  // namespace
 
@@ -90,12 +104,16 @@ TEST(ApplicationsOfEachKindGetTheirCommand) {
     const std::string entry = s.home / "view.desktop";
     check::writeFile(entry,
                      "[Desktop Entry]\nType=Application\nName=V\nTerminal=true\nPath=/tmp\n"
-                     "Exec=view --name %c \"a \\\\$b\" %U\n");
+                     "Exec=view --name %c \"a 'b\" %U\n");
     const std::string odd = s.program("100%=\n\t \\back \"q\" 'q' $HOME `id` \u00e9/run me ");
+    const std::string oddEntry = s.home / "odd.desktop";
+    check::writeFile(oddEntry, "[Desktop Entry]\nType=Application\nName=O\nExec=" + s.program("plain") +
+                                   " \"a \\\\$b\" \"\\\\\\\\c\"\n");
     const std::pair<std::string, std::vector<std::string>> cases[] = {
         {editor + "/", {editor + "/Contents/Linux/run"}},
-        {entry, {"view", "--name", "V", "a $b"}},
-        {odd, {"/bin/sh", "-c", "exec \"$0\" \"$@\"", odd}},
+        {entry, {"view", "--name", "V", "a 'b"}},
+        {odd, {odd}},
+        {oddEntry, {s.home / "plain", "a $b", "\\c"}},
     };
     for (const auto& [path, words] : cases) {
         CONTEXT(path);
@@ -103,7 +121,17 @@ TEST(ApplicationsOfEachKindGetTheirCommand) {
         REQUIRE(s.names().size() == 1);
         auto read = readDesktopEntry(s.content(s.names().front()), {});
         REQUIRE(read);
-        CHECK_EQ(expandCommand(splitCommand(read->exec), {}), words);
+        auto started = expandCommand(splitCommand(read->exec), {});
+        if (path == odd || path == oddEntry) {
+            // No session reads these in another way.
+            for (const std::string& word : started) CHECK(word.find_first_of("\\$`") == word.npos);
+            std::string expected;
+            for (const std::string& word : words) expected += "<" + word + ">";
+            CHECK_EQ(started.front(), "awk");
+            CHECK_EQ(outputOf(started), expected);
+        } else {
+            CHECK_EQ(started, words);
+        }
         CHECK_EQ(read->isTerminal, path == entry);
         CHECK_EQ(read->workingFolder, path == entry ? "/tmp" : "");
     }
