@@ -128,86 +128,34 @@ TEST(DropsAreTakenByAnEnabledEntryTableOnly) {
     CHECK(!f.pane->tableView_writeRows_toPasteboard(f.table(), {0}));
 }
 
-TEST(RemovingTakesTheSelectedEntryAndShowsItsNeighbour) {
-    const PropertyList g = settings::newGlobalEntry();
-    const PropertyList a = entry("Path", "A", "/a"), b = entry("Path", "B", "/b");
-    struct Case {
-        const char* label;
-        int selected;
-        std::vector<PropertyList> meanwhile, expected;
-        int selectedAfter;
+TEST(ShippedExclusionsReplaceTheirKindOrAreAppended) {
+    // Of each entry the initial of its type, its data and a mark.
+    auto list = [](const std::string& text) {
+        std::vector<PropertyList> all;
+        for (std::size_t i = 0; i + 2 < text.size(); i += 4) {
+            const char* type = text[i] == 'P' ? "Path" : text[i] == 'R' ? "RegEx" : "Creator";
+            all.push_back(entry(type, "N", text.substr(i + 1, 1), PropertyList::dictionary({{"Mark", text[i + 2]}})));
+        }
+        return all;
     };
-    const Case cases[] = {
-        {"in the middle", 1, {g, a, b}, {g, b}, 1},
-        {"the last", 2, {g, a, b}, {g, a}, 1},
-        {"moved meanwhile", 1, {g, b, a}, {g, b}, 1},
-        {"gone meanwhile", 1, {g, b}, {g, b}, 1},
-    };
-    for (const Case& c : cases) {
-        CONTEXT(c.label);
-        PaneFixture f;
-        f.setStored("TheExcList", PropertyList::array({g, a, b}));
-        f.open();
-        f.table().selectRow(c.selected);
-        f.world.preferences.duringSynchronize = [&] { f.setStored("TheExcList", PropertyList::array(c.meanwhile)); };
-        f.pane->performAction("doExRemoveApp:", f.button("exRemoveAppButton"));
-        CHECK_EQ(f.list(), PropertyList::array(c.expected));
-        CHECK_EQ(f.table().selected, c.selectedAfter);
-        CHECK_EQ(f.table().numberOfRows(), static_cast<int>(c.expected.size()));
-    }
-}
-
-TEST(NothingIsStoredOverAListThatCannotBeRead) {
-    Fixture f;
-    f.open();
-    f.world.preferences.readable = false;
-    f.drop({"/a/Both.app"});
-    f.world.preferences.readable = true;
-    CHECK_EQ(f.list(), PropertyList::array({settings::newGlobalEntry()}));
-}
-
-TEST(ShippedExclusionsAreMergedOncePerVersion) {
-    auto e = [](const char* type, const char* data, int mark) {
-        return entry(type, "N", data, PropertyList::dictionary({{"FontSize", mark}}));
-    };
-    struct Case {
-        const char* label;
-        std::vector<PropertyList> list, shipped, expected;
-    };
-    const Case cases[] = {
-        {"appended in order",
-         {e("Path", "u", 1)},
-         {e("Path", "x", 2), e("RegEx", "y", 2)},
-         {e("Path", "u", 1), e("Path", "x", 2), e("RegEx", "y", 2)}},
-        {"replaced in place",
-         {e("Path", "u", 1), e("Path", "x", 1), e("Path", "v", 1)},
-         {e("Path", "x", 2)},
-         {e("Path", "u", 1), e("Path", "x", 2), e("Path", "v", 1)}},
-        {"all of the same kind",
-         {e("Path", "x", 1), e("Path", "u", 1), e("Path", "x", 3)},
-         {e("Path", "x", 2)},
-         {e("Path", "x", 2), e("Path", "u", 1), e("Path", "x", 2)}},
-        {"another type is no match",
-         {e("Creator", "x", 1)},
-         {e("Path", "x", 2)},
-         {e("Creator", "x", 1), e("Path", "x", 2)}},
+    const std::tuple<const char*, const char*, const char*, const char*> cases[] = {
+        {"appended in order", "Pu1", "Px2 Ry2", "Pu1 Px2 Ry2"},
+        {"replaced in place", "Pu1 Px1 Pv1", "Px2", "Pu1 Px2 Pv1"},
+        {"all of the same kind", "Px1 Pu1 Px3", "Px2", "Px2 Pu1 Px2"},
+        {"another type is no match", "Cx1", "Px2", "Cx1 Px2"},
         // The third shipped entry's index is beyond a list of two, whose first it replaces: it goes to the end.
-        {"index beyond the list",
-         {e("Path", "c", 1), e("Path", "b", 1)},
-         {e("Path", "b", 2), e("Path", "b", 3), e("Path", "c", 2)},
-         {e("Path", "b", 3), e("Path", "c", 2)}},
-        {"strangers",
-         {PropertyList("text"), PropertyList::dictionary({})},
-         {PropertyList(1), PropertyList::dictionary({{"Type", "Path"}}), e("Path", "x", 2)},
-         {PropertyList("text"), PropertyList::dictionary({}), PropertyList::dictionary({{"Type", "Path"}}),
-          e("Path", "x", 2)}},
+        {"index beyond the list", "Pc1 Pb1", "Pb2 Pb3 Pc2", "Pb3 Pc2"},
     };
-    for (const Case& c : cases) {
-        CONTEXT(c.label);
-        std::vector<PropertyList> list = c.list;
-        settings::mergeExclusions(list, PropertyList::array(c.shipped));
-        CHECK_EQ(PropertyList::array(list), PropertyList::array(c.expected));
+    for (const auto& [label, before, shipped, after] : cases) {
+        CONTEXT(label);
+        std::vector<PropertyList> merged = list(before);
+        settings::mergeExclusions(merged, PropertyList::array(list(shipped)));
+        CHECK_EQ(merged, list(after));
     }
+    const PropertyList typeOnly = PropertyList::dictionary({{"Type", "Path"}}), x = list("Px2")[0];
+    std::vector<PropertyList> strangers = {PropertyList("text"), PropertyList::dictionary({})};
+    settings::mergeExclusions(strangers, PropertyList::array({1, typeOnly, x}));
+    CHECK_EQ(strangers, std::vector<PropertyList>{"text", PropertyList::dictionary({}), typeOnly, x});
 }
 
 TEST(TheMergeHappensOnceForEachVersion) {

@@ -4,14 +4,15 @@ using namespace platform;
 
 namespace {
 
-std::vector<std::string> texts(const CellValue& cell) {
-    std::vector<std::string> all;
-    for (const AttributedLine& line : cell.lines) all.push_back(line.text + (line.small ? " (small)" : ""));
+// The lines of a cell, the small ones in parentheses.
+std::string shown(const CellValue& cell) {
+    std::string all;
+    for (const AttributedLine& line : cell.lines) all += line.small ? "(" + line.text + ")" : line.text;
     return all;
 }
 
-PropertyList withPath(const PropertyList& entry, const char* path) {
-    MutableDictionary changed(entry);
+PropertyList entryAt(const char* type, const char* name, const char* data, const char* path) {
+    MutableDictionary changed(entry(type, name, data));
     changed.set("Path", path);
     return std::move(changed).freeze();
 }
@@ -29,45 +30,26 @@ TEST(EachKindOfEntryShowsItsNamePlaceAndIcon) {
         {{"Type", "RegEx"}, {"Name", "Wine"}, {"Data", "^wine"}, {"RegEx Type", 1}, {"Settings", PropertyList()}});
     PropertyList wrong = PropertyList::dictionary({{"Type", 7}, {"Name", true}, {"Path", 1.5}});
 
-    struct Case {
-        const char* label;
-        PropertyList entry;
-        std::vector<std::string> lines;
-        const char* icon;
-    };
-    const std::string notFound = "<<Not Found On Computer>> (small)";
-    const Case cases[] = {
-        {"global",
-         settings::newGlobalEntry(),
-         {"Global", "Global Setting (small)"},
-         "image /Pane.prefPane/Typeslate.png"},
-        {"moved, by identifier",
-         withPath(entry("Identifier", "Old", "org.draw"), "/old/Draw.app"),
-         {"Draw!", "/new/Draw.app (small)"},
-         "icon of /new/Draw.app"},
-        {"moved, by creator",
-         withPath(entry("Creator", "Old", "WRTE"), "/old"),
-         {"Write!", "/new/Write.app (small)"},
-         "icon of /new/Write.app"},
-        {"by path",
-         withPath(entry("Path", "There", "/there"), "/there"),
-         {"There", "/there (small)"},
-         "icon of /there"},
-        {"gone", withPath(entry("Identifier", "Gone", "org.gone"), "/gone"), {"Gone", notFound}, "generic"},
-        {"expression", regex, {"Wine", "One: ^wine (small)"}, "image /Pane.prefPane/can.icns"},
-        {"not a dictionary", "text", {"", notFound}, "generic"},
-        {"values of wrong types", wrong, {"", notFound}, "generic"},
+    const std::tuple<PropertyList, const char*, const char*> cases[] = {
+        {settings::newGlobalEntry(), "Global(Global Setting)", "image /Pane.prefPane/Typeslate.png"},
+        {entryAt("Identifier", "Old", "org.draw", "/old"), "Draw!(/new/Draw.app)", "icon of /new/Draw.app"},
+        {entryAt("Creator", "Old", "WRTE", "/old"), "Write!(/new/Write.app)", "icon of /new/Write.app"},
+        {entryAt("Path", "There", "/there", "/there"), "There(/there)", "icon of /there"},
+        {entryAt("Identifier", "Gone", "org.gone", "/gone"), "Gone(<<Not Found On Computer>>)", "generic"},
+        {regex, "Wine(One: ^wine)", "image /Pane.prefPane/can.icns"},
+        {"not a dictionary", "(<<Not Found On Computer>>)", "generic"},
+        {wrong, "(<<Not Found On Computer>>)", "generic"},
     };
     std::vector<PropertyList> list;
-    for (const Case& c : cases) list.push_back(c.entry);
+    for (const auto& c : cases) list.push_back(std::get<0>(c));
     f.setStored("TheExcList", PropertyList::array(list));
     f.open();
     CHECK_EQ(f.table().numberOfRows(), static_cast<int>(std::size(cases)));
     int row = 0;
-    for (const Case& c : cases) {
-        CONTEXT(c.label);
-        CHECK_EQ(texts(f.pane->tableView_objectValueForTableColumn_row(f.table(), "name", row)), c.lines);
-        CHECK_EQ(fake::imageName(f.pane->tableView_objectValueForTableColumn_row(f.table(), "13", row).image), c.icon);
+    for (const auto& [entry, lines, icon] : cases) {
+        CONTEXT(check::show(entry));
+        CHECK_EQ(shown(f.pane->tableView_objectValueForTableColumn_row(f.table(), "name", row)), lines);
+        CHECK_EQ(fake::imageName(f.pane->tableView_objectValueForTableColumn_row(f.table(), "13", row).image), icon);
         ++row;
     }
     fake::TableView other;

@@ -6,6 +6,7 @@ namespace {
 
 constexpr const char* kUserModule = "/home/user/Library/Plinthworks/Typeslate.plinth";
 constexpr const char* kLocalModule = "/Library/Plinthworks/Typeslate.plinth";
+constexpr const char* kDisabledModule = "/Library/Plinthworks (disabled)/Typeslate.plinth";
 constexpr const char* kBadged =
     "host icon := host icon + image /Pane.prefPane/Typeslate.png (0, 0, 128, 128) to (64, 0, 64, 64)";
 constexpr const char* kMissingText = "The Plinth component is either disabled or not installed.";
@@ -25,13 +26,7 @@ TEST(ModuleAndUserDecideTheStatusLine) {
         {"user's module", 1000, {kUserModule}, false, "", true, true},
         {"shared module, switched off", 1000, {kLocalModule}, true, "", true, false},
         {"no module", 1000, {}, false, kMissingText, false, true},
-        {"disabled module",
-         1000,
-         {"/Library/Plinthworks (disabled)/Typeslate.plinth"},
-         false,
-         kMissingText,
-         false,
-         true},
+        {"disabled module", 1000, {kDisabledModule}, false, kMissingText, false, true},
         {"root", 0, {kUserModule}, false, "You are logged in as root. Plinth is disabled.", false, false},
     };
     for (const Case& c : cases) {
@@ -58,6 +53,9 @@ TEST(ModuleIsLookedForInOrderAndAtEachShow) {
                                                   "exists /Library/Plinthworks/Typeslate.plinth",
                                                   "exists /home/user/Library/Plinthworks (disabled)/Typeslate.plinth",
                                                   "exists /Library/Plinthworks (disabled)/Typeslate.plinth", kBadged});
+    CHECK(f.pane->shouldUnselect() == UnselectReply::Now);
+    f.pane->willUnselect();
+    CHECK_EQ(f.world.takeJournal(), fake::Journal{"host icon := host icon"});
     f.world.files.existing.insert(kUserModule);
     f.pane->willSelect();
     CHECK_EQ(f.field("statusField").text, "");
@@ -83,30 +81,21 @@ TEST(AnUnreadableStoreIsNotRepairedAsAnEmptyOne) {
     f.world.preferences.readable = false;
     f.open();
     CHECK_EQ(f.table().numberOfRows(), 0);
+    f.world.applications.items = {{"/a/Plain.app", "Plain", kUnknownCreator, ""}};
+    f.pane->tableView_acceptDrop(f.table(), {"/a/Plain.app"});
     f.world.preferences.readable = true;
     CHECK_EQ(f.list(), PropertyList());
 }
 
 TEST(VeryOldSystemsGetNoNewFeatures) {
-    struct Case {
-        std::optional<std::uint32_t> version;
-        bool takesFiles;
-    };
-    for (const Case& c : {Case{0x1014, false}, Case{0x1015, true}, Case{std::nullopt, true}}) {
+    using Version = std::optional<std::uint32_t>;
+    for (const auto& [version, takesFiles] : {std::pair{Version(0x1014), false}, {0x1015, true}, {{}, true}}) {
         PaneFixture f;
-        f.world.system.version = c.version;
+        f.world.system.version = version;
         f.open();
-        CHECK_EQ(f.table().takesFiles, c.takesFiles);
-        CHECK_EQ(f.field("versionField").text, c.takesFiles ? "1.2.3" : "");
+        CHECK_EQ(f.table().takesFiles, takesFiles);
+        CHECK_EQ(f.field("versionField").text, takesFiles ? "1.2.3" : "");
     }
-}
-
-TEST(LeavingIsAnsweredAtOnceWithoutASheet) {
-    PaneFixture f;
-    f.open();
-    CHECK(f.pane->shouldUnselect() == UnselectReply::Now);
-    f.pane->willUnselect();
-    CHECK_EQ(f.world.takeJournal(), fake::Journal{"host icon := host icon"});
 }
 
 TEST(ThePaneRunsWithoutAnyInterfaceObject) {
@@ -127,28 +116,20 @@ TEST(ThePaneRunsWithoutAnyInterfaceObject) {
 }
 
 TEST(TheBadgeFillsTheLowerRightQuarter) {
-    struct Case {
-        Size icon;
-        const char* file;
-        const char* badged;
-    };
-    const Case cases[] = {
-        {{128, 128},
-         "Typeslate.png",
-         "host icon + image /Pane.prefPane/Typeslate.png (0, 0, 128, 128) to (64, 0, 64, 64)"},
-        {{127, 127},
-         "Typeslate.png",
-         "host icon + image /Pane.prefPane/Typeslate.png (0, 0, 127, 127) to (64, 0, 63, 63)"},
+    const std::string typeslate = "host icon + image /Pane.prefPane/Typeslate.png ";
+    const std::tuple<Size, const char*, std::string> cases[] = {
+        {{128, 128}, "Typeslate.png", typeslate + "(0, 0, 128, 128) to (64, 0, 64, 64)"},
+        {{127, 127}, "Typeslate.png", typeslate + "(0, 0, 127, 127) to (64, 0, 63, 63)"},
         {{64, 48}, "/any/can.icns", "host icon + image /Pane.prefPane/can.icns (0, 0, 64, 48) to (32, 0, 32, 32)"},
         {{128, 128}, "missing.png", "host icon"},
         {{128, 128}, "", "host icon"},
     };
-    for (const Case& c : cases) {
-        CONTEXT(c.file);
+    for (const auto& [size, file, badged] : cases) {
+        CONTEXT(file);
         PaneFixture f;
         f.open();
-        f.world.toolkit.iconSize = c.icon;
-        CHECK_EQ(fake::imageName(f.pane->overlayIcon_withProductIcon(f.world.toolkit.icon, c.file)), c.badged);
+        f.world.toolkit.iconSize = size;
+        CHECK_EQ(fake::imageName(f.pane->overlayIcon_withProductIcon(f.world.toolkit.icon, file)), badged);
     }
 }
 

@@ -46,10 +46,7 @@ struct PaneFixture {
 
     void connect() {
         interface.emplace(*pane);
-        for (const settings::Option& option : settings::options()) {
-            platform::View& control = optionControl(option);
-            (void)control;
-        }
+        for (const settings::Option& option : settings::options()) optionControl(option);
         for (const char* name : {"enabledCheckbox", "logStuff", "exRemoveAppButton", "dontShowAgain"}) button(name);
         button("warningOKButton").tagValue = 1;
         button("warningCancelButton").tagValue = 0;

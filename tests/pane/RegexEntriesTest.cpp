@@ -76,28 +76,46 @@ TEST(EditingChangesNameDataAndKindOnly) {
     CHECK_EQ(f.list().size(), std::size_t{3});
 }
 
-TEST(WhatAnEditMeetsInAListThatChangedMeanwhile) {
+TEST(WhatAChangeMeetsInAListThatChangedMeanwhile) {
     const PropertyList g = settings::newGlobalEntry(), w = regexEntry("Wine", "^wine", 2),
-                       edited = regexEntry("Wine", "x", 2);
+                       b = entry("Path", "App", "/app"), edited = regexEntry("Wine", "x", 2),
+                       other = regexEntry("Wine", "^wine", 0);
+    MutableDictionary ticked(w);
+    ticked.set("Settings", PropertyList::dictionary({{"FontSize", 9}, {"ShowSets", true}}));
+    const PropertyList t = std::move(ticked).freeze();
+    using Action = void (*)(Fixture&);
+    const Action click = [](Fixture& f) { f.clickOption("ShowSets"); };
+    const Action remove = [](Fixture& f) { f.pane->performAction("doExRemoveApp:", f.button("exRemoveAppButton")); };
+    // Taking the list in fills the sheet's fields from the entry now selected; what the user typed counts.
+    const Action edit = [](Fixture& f) { f.press("regexSheetOK"); };
     struct Case {
         const char* label;
+        Action act;
         std::vector<PropertyList> meanwhile, expected;
+        int selected;
     };
     const Case cases[] = {
-        {"moved", {g, entry("Path", "New", "/n"), w}, {g, entry("Path", "New", "/n"), edited}},
-        {"removed", {g}, {g, edited}},
+        {"click", click, {g, w, b}, {g, t, b}, 1},
+        {"click, another was appended", click, {g, w, b, b}, {g, t, b, b}, 1},
+        {"click, it moved", click, {g, b, w}, {g, b, t}, 2},
+        {"click, it was removed", click, {g, b}, {g, b}, 1},
+        {"click, it was edited", click, {g, other, b}, {g, other, b}, 1},
+        {"remove", remove, {g, w, b}, {g, b}, 1},
+        {"remove the last", remove, {g, b, w}, {g, b}, 1},
+        {"remove what is gone", remove, {g, b}, {g, b}, 1},
+        {"edit, it moved", edit, {g, b, w}, {g, b, edited}, {}},
+        {"edit, it was removed", edit, {g}, {g, edited}, {}},
     };
     for (const Case& c : cases) {
         CONTEXT(c.label);
         Fixture f;
         f.doubleClick(1);
         f.field("regex").text = "x";
-        f.world.preferences.duringSynchronize = [&] {
-            f.setStored("TheExcList", PropertyList::array(c.meanwhile));
-            // Taking it in fills the sheet's fields from the entry now selected; what the user typed counts.
-        };
-        f.press("regexSheetOK");
+        f.world.preferences.duringSynchronize = [&] { f.setStored("TheExcList", PropertyList::array(c.meanwhile)); };
+        c.act(f);
         CHECK_EQ(f.list(), PropertyList::array(c.expected));
+        if (c.act != edit) CHECK_EQ(f.table().selected, c.selected);
+        CHECK_EQ(f.table().numberOfRows(), static_cast<int>(c.expected.size()));
     }
 }
 
@@ -125,26 +143,24 @@ TEST(SheetsThatDoNotOpenOrChangeNothing) {
 }
 
 TEST(AnEntryWithoutANameStartsWithWhatItHas) {
-    struct Case {
-        const char* label;
-        PropertyList entry;
-        const char *name, *expression;
+    auto regex = [](std::initializer_list<std::pair<std::string_view, PropertyList>> values) {
+        return PropertyList::dictionary(values);
     };
-    const Case cases[] = {
-        {"empty name, with data", PropertyList::dictionary({{"Type", "RegEx"}, {"Name", ""}, {"Data", "d"}}), "", ""},
-        {"empty name, no data", PropertyList::dictionary({{"Type", "RegEx"}, {"Name", ""}}), "", ""},
-        {"no name", PropertyList::dictionary({{"Type", "RegEx"}, {"Data", "d"}}), "New Regular Expression", "d"},
-        {"no type", PropertyList::dictionary({{"Name", "n"}}), "n", ""},
+    const std::tuple<PropertyList, const char*, const char*> cases[] = {
+        {regex({{"Type", "RegEx"}, {"Name", ""}, {"Data", "d"}}), "", ""},
+        {regex({{"Type", "RegEx"}, {"Name", ""}}), "", ""},
+        {regex({{"Type", "RegEx"}, {"Data", "d"}}), "New Regular Expression", "d"},
+        {regex({{"Name", "n"}}), "n", ""},
     };
-    for (const Case& c : cases) {
-        CONTEXT(c.label);
+    for (const auto& [entry, name, expression] : cases) {
+        CONTEXT(check::show(entry));
         Fixture f;
-        f.setStored("TheExcList", PropertyList::array({settings::newGlobalEntry(), c.entry}));
+        f.setStored("TheExcList", PropertyList::array({settings::newGlobalEntry(), entry}));
         f.table().reloadData();
         f.doubleClick(1);
         CHECK(f.panel().isOpen);
-        CHECK_EQ(f.field("regexName").text, c.name);
-        CHECK_EQ(f.field("regex").text, c.expression);
+        CHECK_EQ(f.field("regexName").text, name);
+        CHECK_EQ(f.field("regex").text, expression);
     }
 }
 
