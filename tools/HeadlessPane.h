@@ -37,6 +37,7 @@ public:
     // Operations that have nothing to do with the list of entries, for which finish() is not due.
     TSPreferencePane& operations() { return pane_; }
     platform::PreferenceService& preferences() { return platform_.preferences; }
+    bool areLoginItemsMirrored() const { return !platform_.autostart.hasFailed(); }
 
 private:
     void connectOutlets();

@@ -54,9 +54,15 @@ void list(const Arguments& arguments) {
 }
 
 // The pane's operations tell nobody whether they were stored.
-void finish(HeadlessPane& pane) {
+void requireStored(HeadlessPane& pane) {
     if (!pane.preferences().synchronize(kLoginWindowDomain))
         throw refused("the login items could not be written; the log says why");
+}
+
+void finish(HeadlessPane& pane) {
+    requireStored(pane);
+    if (!pane.areLoginItemsMirrored())
+        throw refused("the login items are stored, but not all of their autostart entries; the log says why");
 }
 
 std::string pathToStore(const Arguments& arguments) {
@@ -97,7 +103,7 @@ void check(const Arguments& arguments) {
     storedItems(pane.preferences());
     if (!pane.operations().isLoginItem_withPath(*arguments.identifier, path))
         throw refused("there is no login item of %@", posix::displayText(*arguments.identifier));
-    finish(pane);
+    requireStored(pane);
 }
 
 }  // namespace

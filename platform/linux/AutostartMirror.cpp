@@ -46,8 +46,16 @@ void AutostartMirror::complain(std::string line) {
 }
 
 void AutostartMirror::report(std::string_view what, const Failure& failure) {
+    hasFailed_ = true;
     complain(formatted("Login item %@: cannot %@ in %@: %@",
                        {what, failure.step, path_, std::generic_category().message(failure.error)}));
+}
+
+bool AutostartMirror::reportFolder(const Failure& failure) {
+    hasFailed_ = true;
+    complain(formatted("Login items: cannot %@ %@: %@",
+                       {failure.step, path_, std::generic_category().message(failure.error)}));
+    return false;
 }
 
 // A folder that is not there and not needed is no failure, and is not made.
@@ -56,15 +64,16 @@ bool AutostartMirror::openFolder(bool make) {
     folder_ = open();
     if (folder_.error() == ENOENT) {
         if (!make) return false;
-        if (Failure failure = makeFolders(files_, path_)) return report("folder", failure), false;
+        if (Failure failure = makeFolders(files_, path_)) return reportFolder(failure);
         folder_ = open();
     }
-    if (!folder_) return report("folder", {"open", folder_.error()}), false;
+    if (!folder_) return reportFolder({"open", folder_.error()});
     (void)files_.lock(folder_.number());
     return true;
 }
 
 void AutostartMirror::update() {
+    hasFailed_ = false;
     (void)reader_.synchronize(kLoginWindowDomain);
     if (!openFolder(!storedItems().empty())) return;
     // Whoever held the lock may have stored something first.

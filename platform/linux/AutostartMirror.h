@@ -24,6 +24,8 @@ public:
     AutostartMirror(const AutostartMirror&) = delete;
 
     void update();
+    // Whether the last update, at least, left an entry that is not as it should be.
+    bool hasFailed() const { return hasFailed_; }
 
 private:
     struct Item {
@@ -41,6 +43,7 @@ private:
     Failure write(std::string_view text, const Item& item, const OwnEntry* replaced);
     int moveToFreeName(const Item& item);
     void report(std::string_view what, const Failure& failure);
+    bool reportFolder(const Failure& failure);
     void complain(std::string line);
 
     const std::string path_;
@@ -49,6 +52,7 @@ private:
     DiskPreferences reader_;  // sees what other processes have stored since
     Descriptor folder_;       // during an update; its lock keeps those of other processes out
     std::set<std::string> said_;
+    bool hasFailed_ = false;
 };
 
 }  // namespace platform::posix

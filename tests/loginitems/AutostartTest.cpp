@@ -146,13 +146,13 @@ TEST(AnAutostartFolderThatCannotBeUsedCostsNothing) {
             fs::create_symlink(other, s.folder);
         else
             check::writeFile(s.folder, "a file");
-        CHECK(s.store({{tool, isLink}}));
+        CHECK(s.store({{tool, isLink}}) && s.mirror.hasFailed());
         CHECK(s.log.lines.size() == 1 && s.log.lines.back().find("cannot") != std::string::npos);
         CHECK_EQ(DiskPreferences(preferencesFolder(), s.log).copyValue(kLoginItemsKey, kLoginWindowDomain).size(), 1U);
         s.log.lines.clear();
         if (!isLink) fs::remove(s.folder);
     }
     fs::create_directory(other);
-    CHECK(s.preferences.synchronize(kLoginWindowDomain));
+    CHECK(s.preferences.synchronize(kLoginWindowDomain) && !s.mirror.hasFailed());
     CHECK_EQ(s.names(), std::vector<std::string>{"login-item-tool.desktop"});
 }
