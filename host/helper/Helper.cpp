@@ -15,6 +15,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
+#include <cstring>
 
 using namespace platform;
 using namespace platform::posix;
@@ -68,9 +69,13 @@ void takeInUntilTheEnd(helper::SettingsWatch& watch, const Descriptor& signals, 
 int main() {
     Descriptor signals = endSignals();
     letGoOfStarter();
-    Descriptor lock = helper::takeHelperLock();
-    if (!lock) return lock.error() == EWOULDBLOCK ? EXIT_SUCCESS : EXIT_FAILURE;
     SystemLog log;
+    Descriptor lock = helper::takeHelperLock();
+    if (lock.error() == EWOULDBLOCK) return EXIT_SUCCESS;
+    if (!lock) {
+        log("[Typeslate] The helper cannot take its lock: %s", std::strerror(lock.error()));
+        return EXIT_FAILURE;
+    }
     Descriptor session = sessionHandle();
     helper::SettingsWatch watch(log);
     if (!watch.events()) {
