@@ -110,7 +110,7 @@ TEST(TheLoadedPaneIsNoLoginItemButOnVeryOldSystems) {
         LoginItems f;
         f.world.bundles.onDisk["/TS.app"].identifierText = settings::kSettingsDomain;
         f.set(PropertyList::array({item("/TS.app", false)}));
-        f.world.system.version = isOld ? 0x1014 : 0x1015;
+        f.world.system.known[fake::System::kVersion] = isOld ? 0x1014 : 0x1015;
         f.open();
         CHECK_EQ(f.items().size(), std::size_t{isOld});
     }

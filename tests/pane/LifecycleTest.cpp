@@ -91,7 +91,8 @@ TEST(VeryOldSystemsGetNoNewFeatures) {
     using Version = std::optional<std::uint32_t>;
     for (const auto& [version, takesFiles] : {std::pair{Version(0x1014), false}, {0x1015, true}, {{}, true}}) {
         PaneFixture f;
-        f.world.system.version = version;
+        f.world.system.known.clear();
+        if (version) f.world.system.known[fake::System::kVersion] = *version;
         f.open();
         CHECK_EQ(f.table().takesFiles, takesFiles);
         CHECK_EQ(f.field("versionField").text, takesFiles ? "1.2.3" : "");

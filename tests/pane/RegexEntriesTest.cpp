@@ -188,7 +188,7 @@ TEST(SmallActionsBesideTheSheet) {
     f.pane->performAction("editCollections:", sender);
     f.world.applications.items = {{"/fonts.desktop", "Fonts", kUnknownCreator, "com.apple.FontBook"}};
     f.pane->performAction("editCollections:", sender);
-    f.world.system.version = 0x102F;
+    f.world.system.known[fake::System::kVersion] = 0x102F;
     f.pane->performAction("editCollections:", sender);
     CHECK_EQ(f.world.takeJournal(), fake::Journal{"open https://typeslate.example/goto/regexp/",
                                                   "open /Pane.prefPane/Typeslate ReadMe.rtfd", "font panel 2"});

@@ -14,11 +14,6 @@ using namespace platform::qt;
 
 namespace {
 
-struct NotingLog : Log {
-    void write(std::string_view line) override { lines.emplace_back(line); }
-    std::vector<std::string> lines;
-};
-
 PropertyList nested(int depth) {
     PropertyList value = "deep";
     for (int i = 0; i < depth; ++i) value = PropertyList::dictionary({{"k", value}});
@@ -46,7 +41,7 @@ Function runtimeFunction(const char* name) {
 
 TEST(UserInformationComesBackAsItWasSent) {
     PrivateBus bus;
-    NotingLog log;
+    check::RecordingLog log;
     DBusNotificationCenter sender(log), receiver(log);
     std::vector<Notification> heard;
     auto observation = receiver.addObserver("name", "", [&](const Notification& n) { heard.push_back(n); });
@@ -78,7 +73,7 @@ TEST(UserInformationComesBackAsItWasSent) {
 
 TEST(ObserversHearWhatTheyAskedForUntilTheyEnd) {
     PrivateBus bus;
-    NotingLog log;
+    check::RecordingLog log;
     DBusNotificationCenter center(log);
     std::string all, one;
     std::unique_ptr<Observation> everything =
@@ -99,7 +94,7 @@ TEST(ObserversHearWhatTheyAskedForUntilTheyEnd) {
 
 TEST(ForeignSignalsGiveValuesOrNothing) {
     PrivateBus bus;
-    NotingLog log;
+    check::RecordingLog log;
     DBusNotificationCenter center(log);
     std::vector<Notification> heard;
     auto observation = center.addObserver("", "", [&](const Notification& n) { heard.push_back(n); });
@@ -124,7 +119,7 @@ TEST(WithoutABusNothingIsAnnouncedAndOneLineSaysSo) {
         CONTEXT(address ? address : "no address");
         check::ScopedEnvironment noAddress("DBUS_SESSION_BUS_ADDRESS", address);
         check::ScopedEnvironment noFolder("XDG_RUNTIME_DIR", nullptr);
-        NotingLog log;
+        check::RecordingLog log;
         DBusNotificationCenter center(log);
         auto observation = center.addObserver("a", "", [](const Notification&) {});
         for (int i = 0; i < 3; ++i) center.post("a", "b", {}, true);
@@ -134,7 +129,7 @@ TEST(WithoutABusNothingIsAnnouncedAndOneLineSaysSo) {
 }
 
 TEST(APostFindsABusThatCameBack) {
-    NotingLog log;
+    check::RecordingLog log;
     useApplication();
     DBusNotificationCenter center(log);
     {

@@ -26,11 +26,6 @@ struct FaultyFileAccess : FileAccess {
     }
 };
 
-struct RecordingLog : platform::Log {
-    std::vector<std::string> lines;
-    void write(std::string_view line) override { lines.emplace_back(line); }
-};
-
 inline const std::string kDomain = "com.example.store";
 
 // A service of its own, as another process would have it.

@@ -12,7 +12,7 @@
 // substring.
 #pragma once
 
-#include "platform/PropertyList.h"
+#include "platform/Log.h"
 
 #include <sstream>
 #include <string>
@@ -67,6 +67,11 @@ struct Case {
     std::string label, argument, text, expected;
 };
 std::vector<Case> casesIn(const std::string& path);
+
+struct RecordingLog : platform::Log {
+    std::vector<std::string> lines;
+    void write(std::string_view line) override { lines.emplace_back(line); }
+};
 
 std::string show(const platform::PropertyList& value);
 template <typename T>

@@ -173,14 +173,6 @@ TEST(TheRuntimeMayHaveItsOwnUpdaterAndLog) {
 }
 
 TEST(SystemVersionsInDecimalNibbles) {
-    struct System final : SystemServices {
-        std::map<FourCharCode, std::uint32_t> known;
-        std::optional<std::uint32_t> gestalt(FourCharCode selector) override {
-            auto found = known.find(selector);
-            return found == known.end() ? std::nullopt : std::optional(found->second);
-        }
-        std::uint32_t realUserID() override { return 1; }
-    };
     constexpr FourCharCode one = fourCharCode("sys1"), two = fourCharCode("sys2"), three = fourCharCode("sys3"),
                            old = fourCharCode("sysv");
     const std::pair<std::map<FourCharCode, std::uint32_t>, std::uint32_t> cases[] = {
@@ -192,14 +184,10 @@ TEST(SystemVersionsInDecimalNibbles) {
     };
     for (const auto& [known, version] : cases) {
         UpdaterFixture f;
-        System system;
-        system.known = known;
-        UpdateServices services{f.services.bundles,   f.services.preferences, f.services.files, system,
-                                f.services.processes, f.services.launcher,    f.services.dates, f.services.clock,
-                                f.services.log};
-        CHECK_EQ(systemVersion(services), version);
-        system.known[one] = 99;  // kept, once it is known
-        if (version != 0) CHECK_EQ(systemVersion(services), version);
+        f.world.system.known = known;
+        CHECK_EQ(systemVersion(f.services), version);
+        f.world.system.known[one] = 99;  // kept, once it is known
+        if (version != 0) CHECK_EQ(systemVersion(f.services), version);
     }
 }
 

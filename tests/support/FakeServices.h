@@ -1,0 +1,371 @@
+// A platform's services in memory: what the pane does to them is written into one journal, in order.
+#pragma once
+
+#include "platform/Date.h"
+#include "platform/Platform.h"
+#include "tests/support/Check.h"
+
+#include <algorithm>
+#include <functional>
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace fake {
+
+using namespace platform;
+using Journal = std::vector<std::string>;
+using Log = check::RecordingLog;
+
+// What writes into the journal.
+template <typename Service>
+class Noting : public Service {
+public:
+    explicit Noting(Journal& journal) : journal_(journal) {}
+
+protected:
+    Journal& journal_;
+};
+
+// The value of a key; null where there is none.
+template <typename Map>
+auto* valueIn(Map& map, std::string_view key) {
+    auto found = map.find(key);
+    return found == map.end() ? nullptr : &found->second;
+}
+
+class Preferences final : public Noting<PreferenceService> {
+public:
+    using Noting::Noting;
+    PropertyList copyValue(std::string_view key, std::string_view domain) override {
+        return readable ? copyDomain(domain)[key] : PropertyList();
+    }
+    PropertyList copyDomain(std::string_view domain) override {
+        const PropertyList* found = valueIn(domains_, domain);
+        return found ? *found : PropertyList();
+    }
+    void setValue(std::string_view key, PropertyList value, std::string_view domain) override {
+        journal_.push_back((value ? "set " : "remove ") + std::string(key));
+        PropertyList& stored = domains_[std::string(domain)];
+        MutableDictionary changed(stored);
+        changed.set(key, std::move(value));
+        stored = std::move(changed).freeze();
+    }
+    bool synchronize(std::string_view) override {
+        journal_.emplace_back("synchronize");
+        if (auto change = std::exchange(duringSynchronize, nullptr)) change();
+        return readable;
+    }
+    bool isReadable(std::string_view) override { return readable; }
+    std::vector<std::string> domains() override { return {}; }
+
+    bool readable = true;
+    std::function<void()> duringSynchronize;  // another process's change, taken in by the next synchronize
+
+private:
+    std::map<std::string, PropertyList, std::less<>> domains_;
+};
+
+class Notifications final : public Noting<DistributedNotificationCenter> {
+public:
+    using Noting::Noting;
+    void post(std::string_view name, std::string_view object, const PropertyList& userInfo,
+              bool deliverImmediately) override {
+        journal_.push_back(formatted(
+            "post %@ %@%@%@", {name, object, userInfo ? " with info" : "", deliverImmediately ? " at once" : ""}));
+    }
+    std::unique_ptr<Observation> addObserver(std::string_view name, std::string_view object,
+                                             std::function<void(const Notification&)> handler) override {
+        struct Held final : Observation {
+            std::shared_ptr<Observer> observer;
+        };
+        auto held = std::make_unique<Held>();
+        held->observer =
+            std::make_shared<Observer>(Observer{std::string(name), std::string(object), std::move(handler)});
+        observers_.push_back(held->observer);
+        return held;
+    }
+    // Hands a notification to those who observe it.
+    void deliver(const Notification& notification) {
+        auto asked = observers_;
+        for (const auto& weak : asked)
+            if (auto observer = weak.lock(); observer && observer->name == notification.name)
+                if (observer->object.empty() || observer->object == notification.object)
+                    observer->handler(notification);
+    }
+
+private:
+    struct Observer {
+        std::string name, object;
+        std::function<void(const Notification&)> handler;
+    };
+    std::vector<std::weak_ptr<Observer>> observers_;
+};
+
+// Time stands still until advance() moves it, firing what falls due on the way.
+class RunLoop final : public platform::RunLoop {
+public:
+    Date now() const override { return now_; }
+    std::unique_ptr<Timer> scheduleTimer(double seconds, bool repeats, std::function<void()> action) override {
+        return std::make_unique<FakeTimer>(*this, seconds, repeats, std::move(action));
+    }
+    void advance(double seconds) {
+        Date end = dateByAdding(now_, seconds);
+        while (true) {
+            FakeTimer* next = nullptr;
+            for (FakeTimer* timer : timers_)
+                if (timer->valid && timer->due <= end && (!next || timer->due < next->due)) next = timer;
+            if (!next) break;
+            now_ = next->due;
+            next->valid = next->repeats;
+            next->due = dateByAdding(next->due, next->interval);
+            auto action = next->action;  // which may end its own timer
+            action();
+        }
+        now_ = end;
+    }
+
+private:
+    struct FakeTimer final : Timer {
+        FakeTimer(RunLoop& owner, double seconds, bool isRepeated, std::function<void()> whenDue)
+            : loop(owner), interval(seconds), repeats(isRepeated), action(std::move(whenDue)) {
+            loop.timers_.push_back(this);
+        }
+        ~FakeTimer() override { std::erase(loop.timers_, this); }
+        bool isValid() const override { return valid; }
+        Date fireDate() const override { return due; }
+        void setFireDate(Date date) override { due = date; }
+        void invalidate() override { valid = false; }
+        std::string description() const override { return "<timer>"; }
+
+        RunLoop& loop;
+        const double interval;
+        const bool repeats;
+        const std::function<void()> action;
+        Date due = dateByAdding(loop.now_, interval);
+        bool valid = true;
+    };
+    Date now_{1'000'000'000'000'000};
+    std::vector<FakeTimer*> timers_;
+};
+
+class Bundle final : public platform::Bundle {
+public:
+    std::string path() const override { return pathText; }
+    std::string identifier() const override { return identifierText; }
+    PropertyList infoValue(std::string_view key) const override { return info[key]; }
+    std::optional<std::string> resourcePath(std::string_view name, std::string_view type) const override {
+        std::string file = std::string(name) + "." + std::string(type);
+        return resources.contains(file) ? std::optional(pathText + "/" + file) : std::nullopt;
+    }
+    std::string localizedString(std::string_view key) const override {
+        const std::string* found = valueIn(strings, key);
+        return found ? *found : std::string(key);
+    }
+    std::string privateFrameworksPath() const override { return "/Pane.prefPane/Contents/PrivateFrameworks"; }
+    void* functionNamed(const char* name) override {
+        void** found = valueIn(functions, name);
+        return found ? *found : nullptr;
+    }
+
+    std::string pathText = "/Pane.prefPane";
+    std::string identifierText;
+    PropertyList info;
+    std::set<std::string> resources;
+    std::map<std::string, std::string, std::less<>> strings;
+    std::map<std::string, void*, std::less<>> functions;
+};
+
+class Bundles final : public BundleServices {
+public:
+    std::unique_ptr<platform::Bundle> openBundle(std::string_view path) override {
+        const Bundle* found = valueIn(onDisk, path);
+        return found ? std::make_unique<Bundle>(*found) : nullptr;
+    }
+    platform::Bundle* loadedBundle(std::string_view identifier) override { return valueIn(loaded, identifier); }
+
+    std::map<std::string, Bundle, std::less<>> onDisk;
+    std::map<std::string, Bundle, std::less<>> loaded;
+};
+
+class Files final : public Noting<FileServices> {
+public:
+    using Noting::Noting;
+    bool fileExists(std::string_view path) override {
+        if (path.find("Plinthworks") != std::string_view::npos) journal_.push_back("exists " + std::string(path));
+        return existing.contains(path);
+    }
+    std::string expandTilde(std::string_view path) override { return std::string(path); }
+    std::optional<std::string> folder(FolderDomain domain, FolderKind kind) override {
+        if (kind == FolderKind::Temporary) return "/tmp";
+        return domain == FolderDomain::User ? "/home/user/Library" : "/Library";
+    }
+    std::unique_ptr<FolderIterator> openFolder(std::string_view path, FolderDetail, OSStatus& status) override {
+        struct Listed final : FolderIterator {
+            ItemIdentity identity() const override { return {7, number}; }
+            void nextBatch(std::size_t most, std::vector<FolderEntry>& batch) override {
+                batch.assign(rest.begin(), rest.begin() + static_cast<std::ptrdiff_t>(std::min(most, rest.size())));
+                rest.erase(rest.begin(), rest.begin() + static_cast<std::ptrdiff_t>(batch.size()));
+            }
+            std::vector<FolderEntry> rest;
+            std::uint64_t number = 0;
+        };
+        const std::vector<FolderEntry>* found = valueIn(folders, path);
+        status = found ? kNoErr : kFileNotFound;
+        if (!found) return nullptr;
+        auto listed = std::make_unique<Listed>();
+        listed->rest = *found;
+        listed->number = path.size();
+        return listed;
+    }
+    std::shared_ptr<const std::string> readFile(std::string_view path) override {
+        const std::string* found = valueIn(contents, path);
+        return found ? std::make_shared<const std::string>(*found) : nullptr;
+    }
+
+    std::set<std::string, std::less<>> existing;
+    std::map<std::string, std::string, std::less<>> contents;
+    std::map<std::string, std::vector<FolderEntry>, std::less<>> folders;
+};
+
+class Applications final : public ApplicationServices {
+public:
+    struct Item {
+        std::string path, name;
+        FourCharCode creator = kUnknownCreator;
+        std::string identifier;
+        std::uint32_t flags = ItemInformation::kIsNativeApplication;
+    };
+    std::optional<std::string> findApplication(const ApplicationQuery& query) override {
+        ++queries;
+        for (const Item& item : items)
+            if (item.creator == query.creator || (!query.identifier.empty() && item.identifier == query.identifier) ||
+                (!query.name.empty() && item.path.ends_with("/" + query.name)))
+                return item.path;
+        return std::nullopt;
+    }
+    OSStatus itemInformation(std::string_view path, ItemInformation& information) override {
+        const Item* item = at(path);
+        if (!item) return kFileNotFound;
+        information = {item->flags, item->creator};
+        return kNoErr;
+    }
+    std::optional<std::string> bundleIdentifier(std::string_view path) override {
+        const Item* item = at(path);
+        return item && !item->identifier.empty() ? std::optional(item->identifier) : std::nullopt;
+    }
+    std::string displayName(std::string_view path) override {
+        const Item* item = at(path);
+        return item ? item->name : std::string(path.substr(path.rfind('/') + 1));
+    }
+    OSStatus openApplication(std::string_view path) override {
+        opened.emplace_back(path);
+        return kNoErr;
+    }
+
+    std::vector<std::string> opened;
+    std::vector<Item> items;
+    int queries = 0;
+
+private:
+    const Item* at(std::string_view path) const {
+        auto found = std::ranges::find(items, path, &Item::path);
+        return found == items.end() ? nullptr : &*found;
+    }
+};
+
+class System final : public SystemServices {
+public:
+    std::optional<std::uint32_t> gestalt(FourCharCode selector) override {
+        auto found = known.find(selector);
+        return found == known.end() ? std::nullopt : std::optional(found->second);
+    }
+    std::uint32_t realUserID() override { return userID; }
+    static constexpr FourCharCode kVersion = fourCharCode("sysv");
+    std::map<FourCharCode, std::uint32_t> known{{kVersion, 0x1049}};
+    std::uint32_t userID = 1000;
+};
+
+// Processes as the test lists them; the first stands for this one.
+class Processes final : public ProcessServices {
+public:
+    struct Item {
+        std::string path, identifier;
+        std::optional<Date> launched;
+    };
+    std::vector<ProcessID> runningProcesses() override {
+        ++walks;
+        std::vector<ProcessID> all;
+        for (std::size_t i = 0; i < items.size(); ++i) all.push_back(static_cast<ProcessID>(i));
+        return all;
+    }
+    ProcessID currentProcess() override { return 0; }
+    std::optional<ProcessSerialNumber> serialNumber(ProcessID process) override {
+        if (!at(process)) return std::nullopt;
+        return ProcessSerialNumber{1, static_cast<std::uint32_t>(process)};
+    }
+    std::optional<std::string> bundleFolder(ProcessID process) override { return bundlePath(process); }
+    std::optional<std::string> bundlePath(ProcessID process) override {
+        const Item* item = at(process);
+        return item && !item->path.empty() ? std::optional(item->path) : std::nullopt;
+    }
+    std::optional<std::string> bundleIdentifier(ProcessID process) override {
+        const Item* item = at(process);
+        return item && !item->identifier.empty() ? std::optional(item->identifier) : std::nullopt;
+    }
+    std::optional<Date> launchDate(ProcessID process) override {
+        const Item* item = at(process);
+        return item ? item->launched : std::nullopt;
+    }
+    bool postQuitRequest(const ProcessSerialNumber& process, std::string_view) override {
+        askedToQuit.push_back(process.low);
+        return true;
+    }
+    std::vector<Item> items;
+    std::vector<std::uint32_t> askedToQuit;  // low words
+    int walks = 0;
+
+private:
+    const Item* at(ProcessID process) const {
+        auto index = static_cast<std::size_t>(process);
+        return index < items.size() ? &items[index] : nullptr;
+    }
+};
+
+class Launcher final : public Noting<platform::Launcher> {
+public:
+    using Noting::Noting;
+    OSStatus makeFolder(std::string_view) override { return folderStatus; }
+    std::unique_ptr<CreatedFile> createFile(std::string_view path, OSStatus& status) override {
+        struct Created final : CreatedFile {
+            explicit Created(Launcher& owner) : launcher(owner) {}
+            OSStatus remove() override {
+                launcher.journal_.emplace_back("unlock");
+                return launcher.removeStatus;
+            }
+            Launcher& launcher;
+        };
+        status = createStatus;
+        journal_.push_back("lock " + std::string(path));
+        return status == kNoErr ? std::make_unique<Created>(*this) : nullptr;
+    }
+    OSStatus launchApplication(std::string_view path, std::string_view argument) override {
+        journal_.push_back(formatted("launch %@ with %@", {path, argument}));
+        return launchStatus;
+    }
+    OSStatus folderStatus = 0, createStatus = 0, launchStatus = 0, removeStatus = 0;
+};
+
+// "2001-09-09T01:46:40.000000Z (1/2)", the styles as numbers.
+class Dates final : public DateFormatter {
+public:
+    std::optional<std::string> string(Date date, DateStyle dateStyle, DateStyle timeStyle) override {
+        if (fails) return std::nullopt;
+        return formatted("%@ (%d/%d)",
+                         {iso8601FromDate(date), static_cast<int>(dateStyle), static_cast<int>(timeStyle)});
+    }
+    bool fails = false;
+};
+
+}  // namespace fake
