@@ -17,6 +17,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
 #include <clocale>
 #include <csignal>
 #include <cstdio>
@@ -55,8 +56,12 @@ int runOrRefuse(CLI::App& app, int argc, char** argv) {
     return kRefused;
 }
 
-std::string usageProblem(const CLI::App*, const CLI::Error& error) {
-    const std::string text = platform::posix::withVisibleControls(tools::localizedUsageError(error.what()));
+// What is there too much says more than what is missing: a subcommand may be misspelt.
+std::string usageProblem(const CLI::App* app, const CLI::Error& error) {
+    std::vector<std::string> extra = app->remaining(true);
+    std::ranges::reverse(extra);  // the sentence names the last first
+    const std::string problem = extra.empty() ? error.what() : CLI::ExtrasError(extra).what();
+    const std::string text = platform::posix::withVisibleControls(tools::localizedUsageError(problem));
     return "typeslatectl: " + tools::localizedFormat("%@ (--help tells more)", text) + "\n";
 }
 
