@@ -3,6 +3,8 @@
 #include "platform/qt/Text.h"
 
 #include <QCloseEvent>
+#include <QCoreApplication>
+#include <QScreen>
 #include <QTimer>
 
 namespace host {
@@ -12,12 +14,16 @@ using platform::UnselectReply;
 std::string PaneWindow::load(const std::string& bundlePath) {
     if (std::string problem = pane_.load(bundlePath); !problem.empty()) return problem;
     setWindowTitle(platform::qt::toQString(pane_.bundle().infoValue("CFBundleName").stringValue()));
-    resize(pane_.root().size().expandedTo(sizeHint()));
+    ownSize_ = pane_.root().size().expandedTo(sizeHint());
+    resize(ownSize_);
     return {};
 }
 
+// What the pane shows only now, such as a warning, has its place too, unless the user chose the size.
 void PaneWindow::showEvent(QShowEvent* event) {
     pane_.select();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
+    if (size() == ownSize_) resize(size().expandedTo(sizeHint()).boundedTo(screen()->availableSize()));
     QWidget::showEvent(event);
 }
 

@@ -24,6 +24,7 @@ private:
     void closeEvent(QCloseEvent* event) override;
 
     LoadedPane pane_;
+    QSize ownSize_;  // what it opens with when no other is remembered
     bool wasAllowedToLeave_ = false;
 };
 

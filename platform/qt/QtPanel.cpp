@@ -2,6 +2,7 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -21,6 +22,11 @@ public:
     explicit SheetDialog(QWidget* parent) : QDialog(parent, Qt::Sheet) { setWindowModality(Qt::WindowModal); }
     void reject() override {
         if (panel) panel->closeByUser();
+    }
+    // A text there is ready to be typed over.
+    void focusFirstControl() {
+        if (!focusWidget()) focusNextChild();
+        if (auto* field = qobject_cast<QLineEdit*>(focusWidget())) field->selectAll();
     }
     QtPanel* panel = nullptr;
 };
@@ -114,8 +120,10 @@ void QtPanel::setContentSize(const Size& size) {
 void QtPanel::beginSheet(std::function<void(int)> didEnd) {
     endSheet(0);
     didEnd_ = std::move(didEnd);
+    if (QWidget* last = widget_.focusWidget()) last->clearFocus();
     widget_.show();
     widget_.activateWindow();
+    static_cast<SheetDialog&>(widget_).focusFirstControl();
 }
 
 void QtPanel::beginSheetForWindowOf(View& view, std::function<void(int)> didEnd) {

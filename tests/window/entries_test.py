@@ -46,8 +46,7 @@ def test(session):
     session.focus(host.window)
     session.key("alt+e")
     session.wait_for_window("Regular Expression")
-    session.key("ctrl+a")
-    session.type("Wine")
+    session.type("Wine")  # over the proposed name, which is selected
     session.key("Tab", "Tab")
     session.type("^wine")
     session.key("Return")
