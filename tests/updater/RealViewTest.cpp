@@ -136,7 +136,7 @@ TEST(CancelInTimeStartsNothing) {
 TEST(UpdatersThatHangCrashFailOrTalkNonsense) {
     const std::tuple<const char*, bool, const char*> cases[] = {
         {"hang", true, "Cancelled."},
-        {"crash", true, "Asking for the newest version…"},
+        {"crash", true, ""},
         {"fail", false, "Failed. The server could not be reached."},
         {"wrong", false, "Version 1.0.0 is the newest one."},
     };
