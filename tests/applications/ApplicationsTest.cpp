@@ -249,9 +249,10 @@ TEST(TheChooserOffersWhatCanBeAdded) {
     machine.entry("5.desktop", "Name=Silent\nNoDisplay=true\n" + exec);
     machine.entry("6.desktop", "Name=Here\nOnlyShowIn=GNOME;\n" + exec);
     machine.entry("7.desktop", "Name=Elsewhere\nOnlyShowIn=KDE;\n" + exec);
+    machine.entry("9.desktop", "Name=Not here\nOnlyShowIn=GNOME;KDE;\nNotShowIn=ubuntu;\n" + exec);
     machine.entry("8.desktop", "Name=\\s\n" + exec);
     machine.bundle("home/Applications/Old.app", "<key>CFBundleName</key><string>Old</string>");
-    machine.environment.currentDesktops = {"GNOME"};
+    machine.environment.currentDesktops = {"ubuntu", "GNOME"};
     const check::ScopedEnvironment locale("LC_ALL", "C");
     LinuxApplications applications = machine.applications();
     CHECK_EQ(names(applications.installedApplications()), "8.desktop|Alpha|be ta|Here|zeta|");

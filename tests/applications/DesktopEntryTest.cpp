@@ -56,16 +56,6 @@ TEST(OversizedEntriesAreRefusedAndLongValuesIgnored) {
     CHECK(!readDesktopEntry(head + long_(kMaximumDesktopEntrySize / 2), {}));
 }
 
-TEST(EntriesAreShownInTheirDesktops) {
-    DesktopEntry entry;
-    entry.onlyShowIn = {"GNOME", "KDE"};
-    CHECK(entry.isShownIn({"ubuntu", "GNOME"}));
-    CHECK(!entry.isShownIn({}));
-    entry.notShowIn = {"ubuntu"};
-    CHECK(!entry.isShownIn({"ubuntu", "GNOME"}));
-    CHECK(DesktopEntry().isShownIn({}));
-}
-
 TEST(CommandsAreSplitAndExpanded) {
     const CommandFields fields{{"/a b", "/ü"}, "icon", "The Name", "/x.desktop"};
     const std::tuple<const char*, const char*, const char*> cases[] = {

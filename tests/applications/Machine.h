@@ -28,10 +28,7 @@ public:
     std::string relative(const std::optional<std::string>& path) const {
         return path ? path->substr(folder_.path().size() + 1) : "none";
     }
-    void write(std::string_view relative, std::string_view bytes) const {
-        fs::create_directories(fs::path(path(relative)).parent_path());
-        check::writeFile(path(relative), bytes);
-    }
+    void write(std::string_view relative, std::string_view bytes) const { check::writeFile(path(relative), bytes); }
     // In the user's folder with "~/" in front, else in the system's.
     std::string entryPath(std::string_view name) const {
         return name.starts_with("~/") ? "home/data/applications/" + std::string(name.substr(2))

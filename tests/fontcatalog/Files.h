@@ -58,10 +58,7 @@ struct Machine {
                       network = temporary / "usr/share/Adobe/",
                       classic = temporary / "home/.wine/drive_c/Program Files/Common Files/Adobe/";
 
-    static void write(const std::string& path, std::string_view text = "") {
-        std::filesystem::create_directories(std::filesystem::path(path).parent_path());
-        check::writeFile(path, text);
-    }
+    static void write(const std::string& path, std::string_view text = "") { check::writeFile(path, text); }
     static void link(const std::string& target, const std::string& path) {
         std::filesystem::create_directories(std::filesystem::path(path).parent_path());
         std::filesystem::create_symlink(target, path);

@@ -179,18 +179,6 @@ TEST(MemoryIsASmallMultipleOfTheList) {
     }
 }
 
-TEST(RecordsOutliveTheirList) {
-    PropertyList names;
-    {
-        auto bytes = std::make_shared<const std::string>("%BeginFont\nFontName:Alone\nFullName:Still here\n%EndFont");
-        reference::RecordingLog log;
-        NamesCollection collection;
-        FontListReader(listText(std::move(bytes)), "/L", {}, log).readInto(collection);
-        names = std::move(collection).freeze()["Alone"];
-    }
-    CHECK_EQ(names["FullName"].stringValue(), "Still here");
-}
-
 TEST(NameDatabaseVersions) {
     const std::pair<const char*, float> cases[] = {
         {"version=2.5", 2.5F},      {"version=abc", 0},         {"", 0},

@@ -121,19 +121,6 @@ TEST(MutableDictionaryKeepsOrderThroughManyChanges) {
     }
 }
 
-TEST(LargeDictionaryIsLookedUpByKey) {
-    MutableDictionary large;
-    for (int i = 0; i < 5000; ++i) large.set("key " + std::to_string(i), i);
-    PropertyList built = std::move(large).freeze();
-    PropertyList decoded =
-        platform::decodePropertyList(encodePropertyList(built, platform::PropertyListFormat::Binary));
-    for (const PropertyList& value : {built, decoded}) {
-        for (int i = 0; i < 5000; ++i) REQUIRE(value["key " + std::to_string(i)] == PropertyList(i));
-        CHECK(!value["key 5000"]);
-        CHECK(!value[""]);
-    }
-}
-
 TEST(MutableCopyLeavesTheSourceAlone) {
     PropertyList before = samples::everything();
     MutableDictionary copy(before);

@@ -44,10 +44,3 @@ TEST(PanehostSaysWhyItCannotOpenAWindow) {
     }
     CHECK(check::readFile(picture.toStdString()).empty());
 }
-
-TEST(PanehostExplainsItselfWithoutADisplay) {
-    Outcome help = panehost({QStringLiteral("--help")});
-    CHECK_EQ(help.status, 0);
-    CHECK(help.output.find("--screenshot") != std::string::npos);
-    CHECK_EQ(panehost({QStringLiteral("--version")}).status, 0);
-}

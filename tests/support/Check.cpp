@@ -87,6 +87,8 @@ std::string readFile(const std::string& path) {
 }
 
 bool writeFile(const std::string& path, std::string_view bytes) {
+    std::error_code ignored;
+    std::filesystem::create_directories(std::filesystem::path(path).parent_path(), ignored);
     std::ofstream out(path, std::ios::binary | std::ios::trunc);
     out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     return static_cast<bool>(out.flush());

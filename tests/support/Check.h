@@ -58,11 +58,11 @@ private:
     bool hadOld_;
 };
 
-std::string readFile(const std::string& path);  // empty when it cannot be read
-bool writeFile(const std::string& path, std::string_view bytes);
+std::string readFile(const std::string& path);                    // empty when it cannot be read
+bool writeFile(const std::string& path, std::string_view bytes);  // and the folders above it
 
-// A file of cases: "== label | argument" or "== label", the text's lines and "-> expected"; <HH> stands for one byte, and <EOF> for
-// a last line without an end. What stands between two cases is passed over.
+// A file of cases: "== label | argument" or "== label", the text's lines and "-> expected"; <HH> stands for one byte,
+// and <EOF> for a last line without an end. What stands between two cases is passed over.
 struct Case {
     std::string label, argument, text, expected;
 };

@@ -20,7 +20,6 @@
 #include <cerrno>
 #include <csignal>
 #include <filesystem>
-#include <fstream>
 
 using namespace platform;
 using namespace platform::posix;
@@ -62,8 +61,6 @@ private:
 };
 
 void makeBundle(const std::string& path, const std::string& identifier, const std::string& executable) {
-    fs::create_directories(path + "/Contents/Linux");
-    fs::create_directories(path + "/Contents/Resources");
     check::writeFile(path + "/Contents/Info.plist",
                      "<plist><dict><key>CFBundleIdentifier</key><string>" + identifier +
                          "</string><key>CFBundleName</key><string>M</string><key>CFBundleExecutable</key><string>" +
@@ -95,11 +92,6 @@ struct Machine {
         ::chmod(program.c_str(), mode);
     }
 };
-
-std::string firstBytes(const std::string& fifo) {
-    std::ifstream in(fifo);
-    return {std::istreambuf_iterator<char>(in), {}};
-}
 
 }  // namespace
 
@@ -188,7 +180,7 @@ TEST(AnUpdaterGetsThePathAndIsNobodysChild) {
                          }}) {
         auto old = std::signal(SIGCHLD, handler);
         CHECK_EQ(launcher.launchApplication(machine.updaterPath, argument), kNoErr);
-        std::string answer = firstBytes(fifo);
+        std::string answer = check::readFile(fifo);
         std::string session = "|" + std::to_string(::getsid(0));
         CHECK(answer.starts_with("1|" + argument + "|") && !answer.ends_with(session));
         CHECK(::waitpid(-1, nullptr, WNOHANG) == -1 && errno == ECHILD);
@@ -244,10 +236,7 @@ TEST(ProcessesTheirBundlesAndTheirAge) {
 TEST(TheSessionsLeaderIsFoundInEachPlace) {
     check::TemporaryFolder folder;
     const SessionSources sources{folder / "proc", folder / "run"};
-    auto write = [&](const std::string& path, const std::string& text) {
-        fs::create_directories(fs::path(folder / path).parent_path());
-        check::writeFile(folder / path, text);
-    };
+    auto write = [&](const std::string& path, const std::string& text) { check::writeFile(folder / path, text); };
     auto addProcess = [&](int process, int parent, const char* session) {
         std::string own = "proc/" + std::to_string(process);
         write(own + "/stat", std::to_string(process) + " (p) S " + std::to_string(parent) +
