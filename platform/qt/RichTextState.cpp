@@ -95,6 +95,9 @@ constexpr Destination kDestinations[] = {
     {"stylesheet", RichTextDestination::Nowhere},   {"info", RichTextDestination::Nowhere},
     {"pict", RichTextDestination::Nowhere},         {"object", RichTextDestination::Nowhere},
     {"header", RichTextDestination::Nowhere},       {"footer", RichTextDestination::Nowhere},
+    {"headerl", RichTextDestination::Nowhere},      {"footerl", RichTextDestination::Nowhere},
+    {"headerr", RichTextDestination::Nowhere},      {"footerr", RichTextDestination::Nowhere},
+    {"headerf", RichTextDestination::Nowhere},      {"footerf", RichTextDestination::Nowhere},
     {"footnote", RichTextDestination::Nowhere},     {"listtable", RichTextDestination::Nowhere},
 };
 
