@@ -1,8 +1,9 @@
 #!/usr/bin/env python3
 """typeslatectl catalog on a tree of real folders: catalog_test.py PROGRAM."""
-import json, os, pathlib, plistlib, pty, re, subprocess, sys, tempfile, unittest
+import json, os, plistlib, pty, re, subprocess, sys, unittest
 
-PROGRAM = os.path.abspath(sys.argv[1])
+from ctl import PROGRAM, Case
+
 TIMES = """%!Adobe-FontList 1.07
 
 %BeginFont
@@ -20,21 +21,18 @@ CAFE = b"%!Adobe-FontList 1.07\r%BeginFont\rFontName:Cafe\rFullName: Caf\x8e: \r
 DATABASE = "version=2.1\n[Times-Bold]\nf=replaced\n[Only-DB]\nf=1,Caf\\8E\ns=Bold\n[Last]\nf=never stored\n"
 
 
-class CatalogTest(unittest.TestCase):
+class CatalogTest(Case):
     def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        self.root = pathlib.Path(folder.name)
-        self.env = {k: v for k, v in os.environ.items() if not k.startswith(("DBUS_", "XDG_", "TYPESLATE_", "WINE"))}
-        self.env |= {"HOME": f"{folder.name}/home", "TYPESLATE_ROOT": folder.name}
-        self.user = self.root / "home/.local/share/Adobe"
-        self.shared = self.root / "usr/local/share/Adobe"
-        self.times = self.put(self.user / "TypeSpt/AdobeFnt01.lst", TIMES.encode())
-        self.cafe = self.put(self.shared / "TypeSpt/.hidden/myadobefnt.LST.bak", CAFE)
-        self.put(self.shared / "TypeSpt/.AdobeFnt02.lst", TIMES.replace("Times", "Unseen").encode())
-        self.outline = self.put(self.shared / "Fonts/Sub/TimesBol", b"")
+        super().setUp()
+        del self.env["TYPESLATE_LOG"]
+        self.user = self.home / "data/Adobe"
+        self.shared = self.home / "usr/local/share/Adobe"
+        self.times = self.file(self.user / "TypeSpt/AdobeFnt01.lst", TIMES.encode())
+        self.cafe = self.file(self.shared / "TypeSpt/.hidden/myadobefnt.LST.bak", CAFE)
+        self.file(self.shared / "TypeSpt/.AdobeFnt02.lst", TIMES.replace("Times", "Unseen").encode())
+        self.outline = self.file(self.shared / "Fonts/Sub/TimesBol", b"")
         self.database = self.shared / "TypeSpt/FntNames.db"
-        self.stored = self.root / "home/.config/preferences/com.tarnwick.typeslate.AdobeNames.plist"
+        self.stored = self.home / "config/preferences/com.tarnwick.typeslate.AdobeNames.plist"
         self.records = {
             "Only-DB": {"FullName": "Café", "StyleName": "Bold"},
             "Times-Bold": {"FontName": "Times-Bold", "FamilyName": "Times", "FullName": "Times",
@@ -42,35 +40,28 @@ class CatalogTest(unittest.TestCase):
                            "FontListFilePath": str(self.times), "FontFilePath": str(self.outline)},
             "Cafe": {"FontName": "Cafe", "FullName": " Café:"}}
 
-    def put(self, path, content):
+    def file(self, path, content):
         path.parent.mkdir(parents=True, exist_ok=True)
         path.write_bytes(content)
         return path
 
-    def run_ctl(self, *arguments, **more):
-        done = subprocess.run([PROGRAM, "catalog", *map(str, arguments)], env=self.env, timeout=60,
-                              **({"stdout": subprocess.PIPE, "stderr": subprocess.PIPE} | more))
-        return done.returncode, done.stdout.decode(), (done.stderr or b"").decode()
-
     def ok(self, *arguments):
-        code, out, error = self.run_ctl(*arguments)
-        self.assertEqual((code, error), (0, ""), arguments)
-        return out
+        return super().ok("catalog", *map(str, arguments)).decode()
 
     def refused(self, *arguments, status=1):
-        code, out, error = self.run_ctl(*arguments)
-        self.assertEqual((code, out, error.count("\n")), (status, "", 1), (arguments, error))
-        return error
+        result = super().refused("catalog", *map(str, arguments), status=status)
+        self.assertEqual(result.stdout, b"", arguments)
+        return result.stderr.decode()
 
     def test_parsing_stores_nothing(self):
-        database = self.put(self.root / "names.db", DATABASE.encode())
+        database = self.file(self.home / "names.db", DATABASE.encode())
         lists_only = {k: v for k, v in self.records.items() if k != "Only-DB"}
         relative = os.path.relpath(self.times)
         for arguments, expected in (((self.times, self.cafe), lists_only), ((relative, self.cafe), lists_only),
                                     ((self.times, self.cafe, "--database", database), self.records),
                                     ((database,), {})):
             self.assertEqual(json.loads(self.ok("parse", *arguments)), expected)
-        for bad in (self.root, self.root / "none", "", "/dev/null"):
+        for bad in (self.home, self.home / "none", "", "/dev/null"):
             self.refused("parse", self.times, bad)
             self.refused("parse", self.times, "--database", bad)
         self.assertFalse(self.stored.exists())
@@ -79,7 +70,7 @@ class CatalogTest(unittest.TestCase):
         for call in (("build",), ("list",), ("stats",), ("show", "Cafe")):
             self.refused(*call)
         self.assertFalse(self.stored.exists())
-        self.put(self.database, DATABASE.encode())
+        self.file(self.database, DATABASE.encode())
         for files in (2, 3):
             self.assertRegex(self.ok("build"), rf"^rebuilt: {files} files, 3 records, \d+\.\d{{3}} s\n$")
             content = plistlib.loads(self.stored.read_bytes())
@@ -87,7 +78,7 @@ class CatalogTest(unittest.TestCase):
             self.assertEqual([f["Path"] for f in content["AdobeFontNamesFiles"]][:2], [str(self.times), str(self.cafe)])
             self.assertEqual(self.ok("stats"), f"records: 3\nfiles: {files}\nversion: 2.1\n"
                                                f"size: {self.stored.stat().st_size} bytes\n")
-            self.put(self.root / "usr/share/Adobe/TypeSpt/AdobeFnt.lst", b"nothing")
+            self.file(self.home / "usr/share/Adobe/TypeSpt/AdobeFnt.lst", b"nothing")
         self.times.unlink()  # the stored catalogue alone is shown
         for arguments, expected in (((), "Times-Bold\nOnly-DB\nCafe\n"), (("--family", "Times"), "Times-Bold\n"),
                                     (("--family", "Café"), "Only-DB\n")):
@@ -96,7 +87,7 @@ class CatalogTest(unittest.TestCase):
             self.assertEqual(json.loads(self.ok("show", name)), record)
 
     def test_refusals(self):
-        self.put(self.database, DATABASE.encode())
+        self.file(self.database, DATABASE.encode())
         self.ok("build")
         for call in (("show", "none"), ("show", ""), ("list", "--family", "Times Bold")):
             self.refused(*call)
@@ -108,9 +99,9 @@ class CatalogTest(unittest.TestCase):
             self.assertIn("could not be written" if call == ("build",) else "cannot be read", self.refused(*call))
 
     def test_a_terminal_shows_progress_and_is_left_clean(self):
-        self.put(self.database, DATABASE.encode())
+        self.file(self.database, DATABASE.encode())
         master, terminal = pty.openpty()
-        code, out, _ = self.run_ctl("build", stderr=terminal)
+        build = subprocess.run([PROGRAM, "catalog", "build"], env=self.env, stdout=subprocess.PIPE, stderr=terminal)
         os.close(terminal)
         shown = b""
         try:
@@ -119,7 +110,7 @@ class CatalogTest(unittest.TestCase):
         except OSError:  # the end of a terminal without a writer
             pass
         os.close(master)
-        self.assertEqual((code, out[:8]), (0, "rebuilt:"))
+        self.assertEqual((build.returncode, build.stdout[:8]), (0, b"rebuilt:"))
         self.assertTrue(shown.endswith(b"\r\x1b[K"), shown)
         drawn = re.split(rb"\r\x1b\[K|\r\n", shown)
         self.assertIn(b"2 of 2 font lists", drawn)

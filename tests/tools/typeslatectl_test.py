@@ -8,53 +8,15 @@ import shutil
 import signal
 import subprocess
 import sys
-import tempfile
 import threading
 import unittest
 from datetime import datetime
 
-PROGRAM = os.path.abspath(sys.argv[1])
-DOMAIN = "com.tarnwick.typeslate"
+from ctl import DOMAIN, PROGRAM, Case
+
 GLOBAL_SETTINGS = {"Enabled": True, "ShowFontInFace": True, "DupeHandling": 1, "ShowSets": True, "ShowIcons": True,
                    "HierarchicalMenu": True, "AllFontsGroup": True, "ScriptSort": False}
 GLOBAL = {"Name": "Global", "Type": "Global", "Settings": GLOBAL_SETTINGS}
-
-
-class Case(unittest.TestCase):
-    """A user of whom there is nothing but a home, and no session bus."""
-
-    def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        self.home = pathlib.Path(folder.name)
-        self.env = {k: v for k, v in os.environ.items() if not k.startswith(("DBUS_", "XDG_", "TYPESLATE_"))}
-        self.env |= {"HOME": folder.name, "XDG_CONFIG_HOME": f"{folder.name}/config", "TYPESLATE_ROOT": folder.name,
-                     "XDG_DATA_HOME": f"{folder.name}/data", "XDG_DATA_DIRS": f"{folder.name}/shared",
-                     "XDG_RUNTIME_DIR": f"{folder.name}/runtime", "TYPESLATE_LOG": "stderr"}
-        self.stored = self.home / "config/preferences" / f"{DOMAIN}.plist"
-
-    def run_ctl(self, *arguments, data=b"", **environment):
-        return subprocess.run([PROGRAM, *arguments], input=data, capture_output=True, env=self.env | environment)
-
-    def ok(self, *arguments, **more):
-        result = self.run_ctl(*arguments, **more)
-        self.assertEqual(result.returncode, 0, result.stderr)
-        return result.stdout
-
-    def value(self, *arguments):
-        return json.loads(self.ok(*arguments))
-
-    def refused(self, *arguments, status=1, lines=1, **more):
-        result = self.run_ctl(*arguments, **more)
-        complaints = [line for line in result.stderr.decode().splitlines() if line.startswith("typeslatectl: ")]
-        self.assertEqual((result.returncode, len(complaints)), (status, lines), (arguments, result.stderr))
-        return result
-
-    def put(self, entries):
-        self.ok("defaults", "write", DOMAIN, "TheExcList", json.dumps(entries))
-
-    def entries(self):
-        return plistlib.loads(self.stored.read_bytes())["TheExcList"]
 
 
 class CallTest(Case):
@@ -89,13 +51,6 @@ class DefaultsTest(Case):
         deep = "[" * 300 + "]" * 300
         self.ok("defaults", "write", "d", "deep", deep)
         self.assertEqual(b"".join(self.ok("defaults", "read", "d", "deep").split()).decode(), deep)
-
-    def test_what_another_reader_finds(self):
-        self.ok("defaults", "write", DOMAIN, "date", '{"$date": "2026-01-31T12:00:00Z"}')
-        self.ok("defaults", "write", DOMAIN, "data", '{"$data": "AP8="}')
-        self.ok("defaults", "write", DOMAIN, "real", "1.0")
-        read = plistlib.loads(self.stored.read_bytes())
-        self.assertEqual(repr(read), repr({"date": datetime(2026, 1, 31, 12), "data": b"\0\xff", "real": 1.0}))
 
     def test_deleting(self):
         for domain, key in (("a", "k"), ("a", ""), ("b", "k")):
