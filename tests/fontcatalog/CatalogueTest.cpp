@@ -126,8 +126,6 @@ TEST(CatalogueOfDatabaseAndLists) {
     adobeNames(world.context, world.catalogue);
     const PropertyList names = world.catalogue.names;
     CHECK_EQ(names.size(), 3U);
-    CHECK_EQ(names["A"]["FullName"].stringValue(), "A full");
-    CHECK_EQ(names["B"], PropertyList::dictionary({{"FullName", "only here"}}));
     CHECK_EQ(names["D"]["FontListFilePath"].stringValue(), world.local + "TypeSpt/AdobeFnt2.lst");
     CHECK_EQ(names["D"]["FontFilePath"].stringValue(), world.local + "Fonts/D");
     CHECK_EQ(progress, std::vector<std::size_t>{1, 2, 2, 2});

@@ -27,38 +27,25 @@ namespace fs = std::filesystem;
 
 namespace {
 
-struct Meeting {
-    std::atomic<int> ready, inside, mostInside, launches, odd;
-};
-
 // Shared with the processes forked after it was made.
-Meeting* newMeetings(int count) {
-    void* memory = mmap(nullptr, sizeof(Meeting) * static_cast<std::size_t>(count), PROT_READ | PROT_WRITE,
-                        MAP_SHARED | MAP_ANONYMOUS, -1, 0);
-    return new (memory) Meeting[static_cast<std::size_t>(count)]();
-}
-
-// Takes real locks; the "launch" only looks who else is between lock and unlock.
-class MeetingLauncher final : public Launcher {
-public:
-    explicit MeetingLauncher(Meeting& meeting) : meeting_(meeting) {}
-    OSStatus makeFolder(std::string_view path) override { return launcher_.makeFolder(path); }
-    std::unique_ptr<CreatedFile> createFile(std::string_view path, OSStatus& status) override {
-        return launcher_.createFile(path, status);
-    }
-    OSStatus launchApplication(std::string_view, std::string_view) override {
-        int now = ++meeting_.inside;
-        if (now > meeting_.mostInside) meeting_.mostInside = now;
-        ++meeting_.launches;
-        for (int i = 0; i < 20; ++i) sched_yield();
-        --meeting_.inside;
-        return kNoErr;
-    }
-
-private:
-    Meeting& meeting_;
-    LinuxLauncher launcher_;
+struct Meeting {
+    std::atomic<int> ready, inside, locks, meetings, odd;
 };
+
+// Takes the lock again and again, and looks who else is between lock and unlock.
+void meet(Meeting& meeting, LinuxLauncher& launcher, const std::string& lock) {
+    for (int call = 0; call < 20; ++call) {
+        OSStatus status = kNoErr;
+        auto created = launcher.createFile(lock, status);
+        if (!created && status != kDuplicateFile) ++meeting.odd;
+        if (!created) continue;
+        ++meeting.locks;
+        if (++meeting.inside > 1) ++meeting.meetings;
+        for (int i = 0; i < 20; ++i) sched_yield();
+        --meeting.inside;
+        if (created->remove() != kNoErr) ++meeting.odd;
+    }
+}
 
 void makeBundle(const std::string& path, const std::string& identifier, const std::string& executable) {
     check::writeFile(path + "/Contents/Info.plist",
@@ -96,38 +83,27 @@ struct Machine {
 }  // namespace
 
 TEST(AHundredProcessesNeverMeetUnderOneLock) {
-    constexpr int kProcesses = 100, kCalls = 20;
-    Machine machine;
-    ::mkdir(machine.temporary.c_str(), 0700);
-    Meeting* meetings = newMeetings(2);
-    const char* identifiers[] = {"one", "two"};
+    constexpr int kProcesses = 100;
+    check::TemporaryFolder folder;
+    LinuxLauncher launcher;
+    void* memory = mmap(nullptr, sizeof(Meeting), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+    Meeting& meeting = *new (memory) Meeting();
     std::vector<pid_t> children;
     for (int i = 0; i < kProcesses; ++i) {
-        pid_t child = fork();
-        if (child == 0) {
-            Meeting& meeting = meetings[i % 2];
-            MeetingLauncher launcher(meeting);
-            twvc::UpdateServices services = machine.services(launcher);
-            ++meetings[0].ready;
-            while (meetings[0].ready < kProcesses) sched_yield();
-            for (int call = 0; call < kCalls; ++call) {
-                OSStatus status = twvc::runUpdater(services, machine.module.get(), identifiers[i % 2], nullptr);
-                if (status != kNoErr && status != kDuplicateFile) ++meeting.odd;
-            }
-            _exit(0);
-        }
-        children.push_back(child);
+        children.push_back(fork());
+        if (children.back() != 0) continue;
+        ++meeting.ready;
+        while (meeting.ready < kProcesses) sched_yield();
+        meet(meeting, launcher, folder / "x.updater.lock");
+        _exit(0);
     }
     for (pid_t child : children) {
         int status = 0;
         CHECK(waitpid(child, &status, 0) == child && status == 0);
     }
-    for (int i = 0; i < 2; ++i) {
-        CHECK_EQ(meetings[i].mostInside.load(), 1);
-        CHECK_EQ(meetings[i].odd.load(), 0);
-        CHECK(meetings[i].launches > 0);
-    }
-    CHECK(fs::is_empty(machine.temporary));
+    CHECK_EQ(meeting.meetings.load(), 0);
+    CHECK_EQ(meeting.odd.load(), 0);
+    CHECK(meeting.locks > 0 && fs::is_empty(folder.path()));
 }
 
 TEST(WhatStandsAtTheLocksPathIsNeitherFollowedNorRemoved) {
