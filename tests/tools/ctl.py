@@ -45,3 +45,8 @@ class Case(unittest.TestCase):
 
     def entries(self):
         return plistlib.loads(self.stored.read_bytes())["TheExcList"]
+
+    def bundle(self, path, **info):
+        (path / "Contents/Linux").mkdir(parents=True)
+        (path / "Contents/Info.plist").write_bytes(plistlib.dumps(info))
+        return str(path)

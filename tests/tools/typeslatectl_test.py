@@ -275,11 +275,6 @@ class WatchTest(Case):
 
 
 class LoginItemsTest(Case):
-    def bundle(self, name, **info):
-        (self.home / name / "Contents/Linux").mkdir(parents=True)
-        (self.home / name / "Contents/Info.plist").write_bytes(plistlib.dumps(info))
-        return str(self.home / name)
-
     def items(self):
         return [(item["Path"], item["Hide"]) for item in self.value("login-items", "list", "--json")]
 
@@ -300,7 +295,7 @@ class LoginItemsTest(Case):
         self.refused("login-items", "remove", "--path", str(program))
 
     def test_items_are_known_by_their_application(self):
-        old, new = (self.bundle(name, CFBundleIdentifier="org.a") for name in ("Old.app", "New.app"))
+        old, new = (self.bundle(self.home / name, CFBundleIdentifier="org.a") for name in ("Old.app", "New.app"))
         for _ in range(2):
             self.assertIn(b"nothing that can be started", self.ok("login-items", "add", old + "/", "--hide"))
         self.refused("login-items", "check", "org.b", new)
