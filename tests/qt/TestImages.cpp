@@ -17,10 +17,17 @@ namespace {
 
 QString in(const check::TemporaryFolder& folder, const char* name) { return QString::fromStdString(folder / name); }
 
-void writePicture(const QString& path, QColor color, int extent = 32) {
+// Of so many points in each direction, coloured by their place.
+template <typename ColourAt>
+QImage painted(int extent, ColourAt colourAt) {
     QImage image(extent, extent, QImage::Format_ARGB32);
-    image.fill(color);
-    REQUIRE(image.save(path, "PNG"));
+    for (int y = 0; y < extent; ++y)
+        for (int x = 0; x < extent; ++x) image.setPixelColor(x, y, colourAt(x, y));
+    return image;
+}
+
+void writePicture(const QString& path, QColor colour, int extent = 32) {
+    REQUIRE(painted(extent, [&](int, int) { return colour; }).save(path, "PNG"));
 }
 
 std::string element(const char* type, const std::string& payload) {
@@ -105,20 +112,9 @@ namespace {
 
 constexpr int kIconExtent = 128;
 
-// Every colour tells its place, and the upper left quarter is transparent.
+// The upper left quarter is transparent.
 QImage productIcon() {
-    QImage icon(kIconExtent, kIconExtent, QImage::Format_ARGB32);
-    for (int y = 0; y < kIconExtent; ++y)
-        for (int x = 0; x < kIconExtent; ++x)
-            icon.setPixelColor(x, y, QColor(2 * x, 2 * y, 255, x < 64 && y < 64 ? 0 : 255));
-    return icon;
-}
-
-QImage hostIcon(int extent) {
-    QImage icon(extent, extent, QImage::Format_ARGB32);
-    for (int y = 0; y < extent; ++y)
-        for (int x = 0; x < extent; ++x) icon.setPixelColor(x, y, QColor(x * 7 % 256, y * 13 % 256, 0));
-    return icon;
+    return painted(kIconExtent, [](int x, int y) { return QColor(2 * x, 2 * y, 255, x < 64 && y < 64 ? 0 : 255); });
 }
 
 ImageRef imageOf(const QImage& image) { return std::make_shared<QtImage>(QIcon(QPixmap::fromImage(image))); }
@@ -131,7 +127,7 @@ TEST(TheBadgeTakesTheLowerRightQuarterPixelByPixel) {
     useApplication();
     QtToolkit toolkit({});
     for (int extent : {128, 127}) {
-        const QImage base = hostIcon(extent);
+        const QImage base = painted(extent, [](int x, int y) { return QColor(x * 7 % 256, y * 13 % 256, 0); });
         const double size = extent, side = std::floor(0.5 * size);
         CHECK_EQ(toolkit.imageSize(imageOf(base)).width, size);
         const ImageRef badged = toolkit.imageByDrawing(imageOf(base), imageOf(productIcon()),
@@ -182,9 +178,7 @@ TEST(APictureInATextKeepsItsPixelsAtTwiceTheScale) {
     useApplication();
     check::TemporaryFolder folder;
     constexpr int kExtent = 16;
-    QImage stripes(kExtent, kExtent, QImage::Format_RGB32);
-    for (int x = 0; x < kExtent; ++x)
-        for (int y = 0; y < kExtent; ++y) stripes.setPixelColor(x, y, x % 2 ? Qt::white : Qt::black);
+    const QImage stripes = painted(kExtent, [](int x, int) { return QColor(x % 2 ? Qt::white : Qt::black); });
     REQUIRE(stripes.save(in(folder, "stripes.png")));
     QTextDocument document;
     REQUIRE(readRichText("{\\rtf1{{\\NeXTGraphic stripes.png \\width160}\xac}}", in(folder, "."), document));

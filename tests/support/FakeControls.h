@@ -108,13 +108,9 @@ public:
     void setSelectionObserver(std::function<void(const platform::InterfaceNotification&)> value) override {
         observer = std::move(value);
     }
-    void setDoubleAction(std::string_view selector) override { doubleAction = selector; }
     void registerForFileNameDrags() override { takesFiles = true; }
     void setImageColumn(std::string_view identifier) override { imageColumn = identifier; }
-    void reloadData() override {
-        ++reloads;
-        rows = -1;
-    }
+    void reloadData() override { rows = -1; }
     int numberOfRows() override {
         while (rows < 0) {
             rows = 0;
@@ -132,9 +128,9 @@ public:
 
     platform::TableDataSource* source = nullptr;
     std::function<void(const platform::InterfaceNotification&)> observer;
-    std::string doubleAction, imageColumn;
+    std::string imageColumn;
     bool takesFiles = false;
-    int rows = -1, selected = -1, visible = -1, reloads = 0;
+    int rows = -1, selected = -1, visible = -1;
 };
 
 class Panel final : public Control<platform::Panel> {
@@ -150,13 +146,9 @@ public:
     }
     void orderOut() override { isOpen = false; }
     // Returns at once: a test has no second event loop.
-    void runModal(std::function<void()> handler) override {
-        isModal = isOpen = true;
-        willClose = std::move(handler);
-    }
+    void runModal(std::function<void()>) override { isModal = isOpen = true; }
     void stopModal() override { isModal = false; }
     bool isRunningModal() const override { return isModal; }
-    std::function<void()> willClose;
     bool isModal = false;
     platform::Size content;
     bool isOpen = false;
