@@ -107,11 +107,7 @@ TEST(FontListsBuiltToHurt) {
     };
     std::string distinct;
     for (int i = 0; i < 300'000; ++i) distinct += "Key" + std::to_string(i) + ":v\n";
-    const struct {
-        const char* label;
-        std::string list;
-        std::size_t names, fields;
-    } cases[] = {
+    const std::tuple<const char*, std::string, std::size_t, std::size_t> cases[] = {
         {"empty records", repeated("%BeginFont\n%EndFont\n", 1'000'000), 0, 0},
         {"starts only", repeated("%BeginFont", 3'000'000), 0, 0},
         {"ends only", repeated("%EndFont", 3'000'000), 0, 0},
@@ -120,11 +116,11 @@ TEST(FontListsBuiltToHurt) {
         {"one long line", "%BeginFont\nFontName:A\nFullName:B\n" + repeated(": \r", 5'000'000), 1, 2},
         {"as many keys as lines", "%BeginFont\nFontName:A\nFullName:B\n" + distinct, 1, 300'002},
     };
-    for (const auto& c : cases) {
-        CONTEXT(c.label);
-        const PropertyList names = readList(c.list).names;
-        CHECK_EQ(names.size(), c.names);
-        CHECK_EQ(names["A"].size(), c.fields);
+    for (const auto& [label, list, count, fields] : cases) {
+        CONTEXT(label);
+        const PropertyList names = readList(list).names;
+        CHECK_EQ(names.size(), count);
+        CHECK_EQ(names["A"].size(), fields);
     }
 }
 

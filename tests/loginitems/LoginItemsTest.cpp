@@ -31,13 +31,7 @@ TEST(LoginItemsAreAddedAndRemovedWhole) {
                        gone = item("/gone/TS.app", true), nameless = item("/Nameless.app", false),
                        more = PropertyList::dictionary({{"Path", "/Other.app"}, {"Kind", 7}}), odd = "no item";
     auto array = [](std::vector<PropertyList> items) { return PropertyList::array(std::move(items)); };
-    struct Case {
-        const char* label;
-        PropertyList before;
-        std::function<void(TSPreferencePane&)> operation;
-        PropertyList after;
-    };
-    const Case cases[] = {
+    const std::tuple<const char*, PropertyList, std::function<void(TSPreferencePane&)>, PropertyList> cases[] = {
         {"first", {}, [](auto& p) { p.addLoginItem_hide("/a/TS.app", true); }, array({a})},
         {"twice", array({a}), [](auto& p) { p.addLoginItem_hide("/a/TS.app", true); }, array({a, a})},
         {"not an array", 7, [](auto& p) { p.addLoginItem_hide("/b/TS.app", false); }, array({b})},
@@ -50,12 +44,12 @@ TEST(LoginItemsAreAddedAndRemovedWhole) {
          array({a, odd})},
         {"by another path", array({a, odd}), [](auto& p) { p.removeLoginItemWithPath("/a/TS.app/"); }, array({a, odd})},
     };
-    for (const Case& c : cases) {
-        CONTEXT(c.label);
+    for (const auto& [label, before, operation, after] : cases) {
+        CONTEXT(label);
         LoginItems f;
-        f.set(c.before);
-        c.operation(*f.pane);
-        CHECK_EQ(f.items(), c.after);
+        f.set(before);
+        operation(*f.pane);
+        CHECK_EQ(f.items(), after);
         CHECK_EQ(f.world.takeJournal(), kOneWrite);
     }
     LoginItems f;

@@ -29,28 +29,22 @@ struct Fixture : PaneFixture {
 }  // namespace
 
 TEST(TheTextRollsAndStartsAgainAtEitherEnd) {
-    struct Case {
-        const char* label;
-        std::uint32_t keys;
-        int ticks;
-        std::vector<double> positions;
-    };
-    const Case cases[] = {
+    const std::tuple<const char*, std::uint32_t, int, std::vector<double>> cases[] = {
         {"forward", 0, 6, {1, 2, 3, 0, 1, 2}},
         {"left Option, from the top", 0x0800, 6, {4, 3, 2, 1, 4, 3}},
         {"right Option", 0x4000, 1, {4}},
         {"Shift", 0x0200, 2, {1, 2}},
     };
     Fixture f;
-    for (const Case& c : cases) {
-        CONTEXT(c.label);
-        f.world.toolkit.keyModifiers = c.keys;
+    for (const auto& [label, keys, ticks, positions] : cases) {
+        CONTEXT(label);
+        f.world.toolkit.keyModifiers = keys;
         f.text().text.clear();
         f.about();
         CHECK(f.panel().isOpen);
         CHECK_EQ(f.text().text, "rich /Pane.prefPane/About.rtfd");
         CHECK_EQ(f.text().visible, std::vector<double>{0});
-        CHECK_EQ(f.positionsAfter(c.ticks), c.positions);
+        CHECK_EQ(f.positionsAfter(ticks), positions);
         f.pane->performAction("ripSheet:", f.close());
         CHECK(!f.panel().isOpen);
     }

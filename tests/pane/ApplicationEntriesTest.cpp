@@ -33,11 +33,8 @@ struct Fixture : PaneFixture {
 }  // namespace
 
 TEST(AddedApplicationsAreMatchedByTheBestThatTheyHave) {
-    struct Case {
-        const char* path;
-        const char* entry;  // without its settings; null: refused
-    };
-    const Case cases[] = {
+    // The entries are without their settings; null: refused.
+    const std::pair<const char*, const char*> cases[] = {
         {"/a/Both.app",
          "{Name = Both; Path = /a/Both.app; Identifier = org.both; Creator = BOTH; Type = Identifier; "
          "Data = org.both;}"},
@@ -47,34 +44,28 @@ TEST(AddedApplicationsAreMatchedByTheBestThatTheyHave) {
         {"/a/Document.txt", nullptr},
         {"/a/Missing.app", nullptr},
     };
-    for (const Case& c : cases) {
-        CONTEXT(c.path);
+    for (const auto& [path, expected] : cases) {
+        CONTEXT(path);
         Fixture f;
         f.open();
-        f.drop({c.path});
-        CHECK_EQ(f.list().size(), std::size_t{c.entry ? 2U : 1U});
-        CHECK_EQ(f.table().selected, c.entry ? 1 : 0);
-        if (!c.entry) {
-            int code = std::string_view(c.path) == "/a/Missing.app" ? kFileNotFound : 0;
-            CHECK_EQ(f.world.log.lines, std::vector{formatted("%@(%d): %@", {kRefusal, code, c.path})});
+        f.drop({path});
+        CHECK_EQ(f.list().size(), std::size_t{expected ? 2U : 1U});
+        CHECK_EQ(f.table().selected, expected ? 1 : 0);
+        if (!expected) {
+            int code = std::string_view(path) == "/a/Missing.app" ? kFileNotFound : 0;
+            CHECK_EQ(f.world.log.lines, std::vector{formatted("%@(%d): %@", {kRefusal, code, path})});
             continue;
         }
         MutableDictionary added(f.list()[1]);
         CHECK_EQ(added["Settings"], f.list()[0]["Settings"]);
         added.remove("Settings");
-        CHECK_EQ(std::move(added).freeze().description(), c.entry);
+        CHECK_EQ(std::move(added).freeze().description(), expected);
     }
 }
 
 TEST(AnApplicationIsListedOnceByTheEntrysOwnKind) {
     auto listed = [](const char* type, const char* data) { return entry(type, "Old", data); };
-    struct Case {
-        const char* label;
-        PropertyList existing;
-        std::vector<std::string> dropped;
-        std::size_t added;
-    };
-    const Case cases[] = {
+    const std::tuple<const char*, PropertyList, std::vector<std::string>, std::size_t> cases[] = {
         {"same identifier", listed("Identifier", "org.both"), {"/a/Both.app"}, 0},
         {"same creator", listed("Creator", "BOTH"), {"/a/Both.app"}, 0},
         {"same path", listed("Path", "/a/Both.app"), {"/a/Both.app"}, 0},
@@ -84,13 +75,13 @@ TEST(AnApplicationIsListedOnceByTheEntrysOwnKind) {
         {"twice in one batch", settings::newGlobalEntry(), {"/a/Plain.app", "/a/Plain.app", "/a/Both.app"}, 2},
         {"list with strangers", PropertyList(1), {"/a/Plain.app"}, 1},
     };
-    for (const Case& c : cases) {
-        CONTEXT(c.label);
+    for (const auto& [label, existing, dropped, added] : cases) {
+        CONTEXT(label);
         Fixture f;
-        f.setStored("TheExcList", PropertyList::array({settings::newGlobalEntry(), c.existing}));
+        f.setStored("TheExcList", PropertyList::array({settings::newGlobalEntry(), existing}));
         f.open();
-        f.drop(c.dropped);
-        CHECK_EQ(f.list().size(), 2 + c.added);
+        f.drop(dropped);
+        CHECK_EQ(f.list().size(), 2 + added);
         CHECK(f.world.log.lines.empty());
     }
 }
@@ -159,24 +150,21 @@ TEST(ShippedExclusionsReplaceTheirKindOrAreAppended) {
 }
 
 TEST(TheMergeHappensOnceForEachVersion) {
-    struct Case {
-        PropertyList added, version;
-        bool merges;
-    };
-    const Case cases[] = {{{}, {}, true},      {true, {}, true},    {true, 999, true},     {true, 1000, false},
-                          {true, 1001, false}, {false, 1000, true}, {"yes", "1000", false}};
-    for (const Case& c : cases) {
-        CONTEXT(check::show(c.added) + " " + check::show(c.version));
+    const std::tuple<PropertyList, PropertyList, bool> cases[] = {
+        {{}, {}, true},      {true, {}, true},    {true, 999, true},     {true, 1000, false},
+        {true, 1001, false}, {false, 1000, true}, {"yes", "1000", false}};
+    for (const auto& [added, version, merges] : cases) {
+        CONTEXT(check::show(added) + " " + check::show(version));
         PaneFixture f;
         f.world.paneBundle.resources.insert("Exclusions.plist");
         f.world.files.contents["/Pane.prefPane/Exclusions.plist"] =
             "<plist><array><dict><key>Type</key><string>Path</string><key>Data</key><string>/x</string></dict></array>"
             "</plist>";
-        if (c.added) f.setStored("Added Default Exclusions", c.added);
-        if (c.version) f.setStored("Default Exclusions Version", c.version);
+        if (added) f.setStored("Added Default Exclusions", added);
+        if (version) f.setStored("Default Exclusions Version", version);
         f.open();
-        CHECK_EQ(f.list().size(), std::size_t{c.merges ? 2U : 1U});
-        if (c.merges) CHECK_EQ(f.stored("Default Exclusions Version"), PropertyList(1000));
-        if (c.merges) CHECK_EQ(f.stored("Added Default Exclusions"), PropertyList(true));
+        CHECK_EQ(f.list().size(), std::size_t{merges ? 2U : 1U});
+        if (merges) CHECK_EQ(f.stored("Default Exclusions Version"), PropertyList(1000));
+        if (merges) CHECK_EQ(f.stored("Added Default Exclusions"), PropertyList(true));
     }
 }

@@ -112,30 +112,26 @@ TEST(GlobalEntryComesFirstInTwoSteps) {
     PropertyList b = entry("Path", "B", "/b");
     PropertyList g = settings::newGlobalEntry();
     PropertyList g2 = entry("Global", "Second");
-    struct Case {
-        const char* label;
-        std::vector<PropertyList> before, once, twice;
-        bool isWritten;
-    };
-    const Case cases[] = {
-        {"empty", {}, {g}, {g}, true},
-        {"in the middle", {a, g, b}, {g, a, b}, {g, a, b}, true},
-        {"none", {a, b}, {a, b, g}, {g, a, b}, true},
-        {"two of them", {g, a, g2}, {g, a, g2}, {g, a, g2}, false},
-        {"first of two", {a, g2, g}, {g2, a, g}, {g2, a, g}, true},
-        {"strangers", {PropertyList("text"), g}, {g, PropertyList("text")}, {g, PropertyList("text")}, true},
-    };
-    for (const Case& c : cases) {
-        CONTEXT(c.label);
+    const std::tuple<const char*, std::vector<PropertyList>, std::vector<PropertyList>, std::vector<PropertyList>, bool>
+        cases[] = {
+            {"empty", {}, {g}, {g}, true},
+            {"in the middle", {a, g, b}, {g, a, b}, {g, a, b}, true},
+            {"none", {a, b}, {a, b, g}, {g, a, b}, true},
+            {"two of them", {g, a, g2}, {g, a, g2}, {g, a, g2}, false},
+            {"first of two", {a, g2, g}, {g2, a, g}, {g2, a, g}, true},
+            {"strangers", {PropertyList("text"), g}, {g, PropertyList("text")}, {g, PropertyList("text")}, true},
+        };
+    for (const auto& [label, before, once, twice, isWritten] : cases) {
+        CONTEXT(label);
         PaneFixture f;
-        f.setStored("TheExcList", PropertyList::array(c.before));
+        f.setStored("TheExcList", PropertyList::array(before));
         f.world.takeJournal();
         f.pane.emplace(f.world.platform());
         f.pane->makeSureGlobalIsFirst();
-        CHECK_EQ(f.list(), PropertyList::array(c.once));
-        CHECK_EQ(f.world.takeJournal(), c.isWritten ? fake::Journal{"set TheExcList"} : fake::Journal{});
+        CHECK_EQ(f.list(), PropertyList::array(once));
+        CHECK_EQ(f.world.takeJournal(), isWritten ? fake::Journal{"set TheExcList"} : fake::Journal{});
         f.pane->makeSureGlobalIsFirst();
-        CHECK_EQ(f.list(), PropertyList::array(c.twice));
+        CHECK_EQ(f.list(), PropertyList::array(twice));
     }
     CHECK_EQ(g["Settings"].description(),
              "{Enabled = 1; ShowFontInFace = 1; DupeHandling = 1; ShowSets = 1; ShowIcons = 1; HierarchicalMenu = 1; "

@@ -66,13 +66,7 @@ TEST(FixedTagsAndUnknownTags) {
 }
 
 TEST(SettingsOfAnyShapeAreShown) {
-    struct Case {
-        const char* label;
-        PropertyList settings;
-        bool enabled, modifyPanel, fap;
-        std::int64_t size;
-    };
-    const Case cases[] = {
+    const std::tuple<const char*, PropertyList, bool, bool, bool, std::int64_t> cases[] = {
         {"missing keys", PropertyList::dictionary({}), false, true, true, 0},
         {"numbers for booleans", PropertyList::dictionary({{"Enabled", 1}, {"ModifyFontPanel", 0}, {"FontSize", true}}),
          true, false, true, 1},
@@ -81,17 +75,17 @@ TEST(SettingsOfAnyShapeAreShown) {
         {"no dictionary", PropertyList("text"), false, false, false, 0},
         {"nothing", PropertyList(), false, false, false, 0},
     };
-    for (const Case& c : cases) {
-        CONTEXT(c.label);
+    for (const auto& [label, stored, enabled, modifyPanel, fap, size] : cases) {
+        CONTEXT(label);
         PaneFixture f;
         installFontManagers(f);
-        f.setStored("TheExcList", listOf(c.settings));
+        f.setStored("TheExcList", listOf(stored));
         f.open();
-        CHECK_EQ(f.box("Enabled").on, c.enabled);
-        CHECK_EQ(f.box("ModifyFontPanel").on, c.modifyPanel);
-        CHECK_EQ(f.box("IncludeFAPSets").on, c.fap);
-        CHECK_EQ(f.field("perAppFontSize").number, c.size);
-        CHECK_EQ(f.list(), listOf(c.settings));  // showing stores nothing
+        CHECK_EQ(f.box("Enabled").on, enabled);
+        CHECK_EQ(f.box("ModifyFontPanel").on, modifyPanel);
+        CHECK_EQ(f.box("IncludeFAPSets").on, fap);
+        CHECK_EQ(f.field("perAppFontSize").number, size);
+        CHECK_EQ(f.list(), listOf(stored));  // showing stores nothing
     }
 }
 

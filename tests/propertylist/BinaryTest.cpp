@@ -89,11 +89,7 @@ TEST(FileTruncatedAtAnyByteIsNothing) {
 }
 
 TEST(ForeignFormsOfObjectsAreRead) {
-    const struct {
-        const char* label;
-        std::string object;
-        PropertyList value;
-    } kCases[] = {
+    const std::tuple<const char*, std::string, PropertyList> kCases[] = {
         {"unsigned byte", "\x10\xFF"s, 255},
         {"unsigned word", "\x11\xFF\xFF"s, 65535},
         {"unsigned long", "\x12\xFF\xFF\xFF\xFF"s, 0xFFFFFFFFU},
@@ -105,9 +101,9 @@ TEST(ForeignFormsOfObjectsAreRead) {
         {"UTF-16", "\x63\0\xE9\xD8\x3D\xDE\0"s, "\u00e9\U0001F600"},
         {"date", "\x33"s + std::string(8, '\0'), platform::Date{978'307'200'000'000}},
     };
-    for (const auto& c : kCases) {
-        CONTEXT(c.label);
-        CHECK_EQ(File{{c.object}}.value(), c.value);
+    for (const auto& [label, object, value] : kCases) {
+        CONTEXT(label);
+        CHECK_EQ(File{{object}}.value(), value);
     }
 }
 

@@ -11,10 +11,7 @@ using platform::PropertyList;
 namespace {
 
 TEST(DatesAsTextAndBack) {
-    const struct {
-        std::int64_t microseconds;
-        const char* text;
-    } kCases[] = {
+    const std::pair<std::int64_t, const char*> kCases[] = {
         {0, "1970-01-01T00:00:00.000000Z"},
         {-1, "1969-12-31T23:59:59.999999Z"},
         {1'769'860'800'123'456, "2026-01-31T12:00:00.123456Z"},
@@ -27,11 +24,11 @@ TEST(DatesAsTextAndBack) {
         {INT64_MIN, "-290308-12-21T19:59:05.224192Z"},
         {INT64_MAX, "+294247-01-10T04:00:54.775807Z"},
     };
-    for (const auto& c : kCases) {
-        CHECK_EQ(platform::iso8601FromDate({c.microseconds}), c.text);
-        auto date = platform::dateFromISO8601(c.text);
+    for (const auto& [microseconds, text] : kCases) {
+        CHECK_EQ(platform::iso8601FromDate({microseconds}), text);
+        auto date = platform::dateFromISO8601(text);
         REQUIRE(date.has_value());
-        CHECK_EQ(date->microseconds, c.microseconds);
+        CHECK_EQ(date->microseconds, microseconds);
     }
     CHECK_EQ(platform::dateFromISO8601("2026-01-31T12:00:00Z")->microseconds, 1'769'860'800'000'000);
     CHECK_EQ(platform::dateFromISO8601("2026-01-31T12:00:00.5Z")->microseconds, 1'769'860'800'500'000);

@@ -143,10 +143,7 @@ TEST(BuiltValuesMayBeNestedAsDeepAsTheyLike) {
 }
 
 TEST(DescriptionIsReadable) {
-    const struct {
-        PropertyList value;
-        const char* text;
-    } kCases[] = {
+    const std::pair<PropertyList, const char*> kCases[] = {
         {{}, ""},
         {"as it \"is\"\n", "as it \"is\"\n"},
         {true, "1"},
@@ -159,7 +156,7 @@ TEST(DescriptionIsReadable) {
         {PropertyList::array({"\"\\\n\x01"}), "(\"\\\"\\\\\\n\\x01\")"},
         {PropertyList::dictionary({{"a", false}, {"b c", PropertyList::dictionary({})}}), "{a = 0; \"b c\" = {};}"},
     };
-    for (const auto& c : kCases) CHECK_EQ(c.value.description(), c.text);
+    for (const auto& [value, text] : kCases) CHECK_EQ(value.description(), text);
 }
 
 }  // namespace

@@ -38,10 +38,7 @@ TEST(XMLRefusesWhatItCannotExpress) {
 }
 
 TEST(XMLIsReadInAllItsForms) {
-    const struct {
-        std::string content;
-        PropertyList value;
-    } kCases[] = {
+    const std::pair<std::string, PropertyList> kCases[] = {
         {"<string/>", ""},
         {"<string></string>", ""},
         {"<!-- a --><?p i?>\n<string> a </string> <!-- b -->", " a "},
@@ -69,9 +66,9 @@ TEST(XMLIsReadInAllItsForms) {
         {"<dict><key>a</key><true/><key>b</key><true/><key>a</key><false/></dict>",
          PropertyList::dictionary({{"a", false}, {"b", true}})},
     };
-    for (const auto& c : kCases) {
-        CONTEXT(c.content);
-        CHECK_EQ(platform::decodePropertyList(document(c.content)), c.value);
+    for (const auto& [content, value] : kCases) {
+        CONTEXT(content);
+        CHECK_EQ(platform::decodePropertyList(document(content)), value);
     }
 }
 

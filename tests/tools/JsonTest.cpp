@@ -24,10 +24,7 @@ std::string repeated(std::string_view text, std::size_t count) {
 }  // namespace
 
 TEST(EveryValueHasOneForm) {
-    const struct {
-        PropertyList value;
-        const char* text;
-    } kCases[] = {
+    const std::pair<PropertyList, const char*> kCases[] = {
         {"line\n\"q\" \xE2\x82\xAC", "\"line\\n\\\"q\\\" \xE2\x82\xAC\""},
         {std::string_view("a\0b", 3), "\"a\\u0000b\""},
         {true, "true"},
@@ -46,10 +43,10 @@ TEST(EveryValueHasOneForm) {
         {PropertyList::dictionary({{"z", 1}, {"", PropertyList::array({})}, {"a", PropertyList::dictionary({})}}),
          R"({"z":1,"":[],"a":{}})"},
     };
-    for (const auto& c : kCases) {
-        CONTEXT(c.text);
-        CHECK_EQ(tools::jsonText(c.value, JsonLayout::OneLine), std::string(c.text));
-        CHECK_EQ(tools::parseJson(c.text).value, c.value);
+    for (const auto& [value, text] : kCases) {
+        CONTEXT(text);
+        CHECK_EQ(tools::jsonText(value, JsonLayout::OneLine), std::string(text));
+        CHECK_EQ(tools::parseJson(text).value, value);
     }
 }
 
