@@ -64,14 +64,7 @@ TEST(LoginItemsAreAddedAndRemovedWhole) {
 
 TEST(ALoginItemIsFoundFromTheEndAndRepaired) {
     const PropertyList a = item("/a/TS.app", true), b = item("/b/TS.app", false), other = item("/Other.app", false);
-    struct Case {
-        const char* label;
-        PropertyList before;
-        const char *identifier, *path;
-        bool isOne;
-        PropertyList after;
-    };
-    const Case cases[] = {
+    const std::tuple<const char*, PropertyList, const char*, const char*, bool, PropertyList> cases[] = {
         {"none stored", {}, "ts", "/a/TS.app", false, {}},
         {"in place, behind an older one", PropertyList::array({b, a, other}), "ts", "/a/TS.app", true,
          PropertyList::array({b, a, other})},
@@ -82,13 +75,13 @@ TEST(ALoginItemIsFoundFromTheEndAndRepaired) {
         {"its bundle is gone", PropertyList::array({item("/gone/TS.app", true)}), "ts", "/gone/TS.app", false,
          PropertyList::array({item("/gone/TS.app", true)})},
     };
-    for (const Case& c : cases) {
-        CONTEXT(c.label);
+    for (const auto& [label, before, identifier, path, isOne, after] : cases) {
+        CONTEXT(label);
         LoginItems f;
-        f.set(c.before);
-        CHECK_EQ(f.pane->isLoginItem_withPath(c.identifier, c.path), c.isOne);
-        CHECK_EQ(f.items(), c.after);
-        CHECK_EQ(f.world.log.lines.size(), std::size_t{c.before != c.after});
+        f.set(before);
+        CHECK_EQ(f.pane->isLoginItem_withPath(identifier, path), isOne);
+        CHECK_EQ(f.items(), after);
+        CHECK_EQ(f.world.log.lines.size(), std::size_t{before != after});
     }
     LoginItems f;
     f.set(PropertyList::array({a}));

@@ -14,14 +14,7 @@ constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
 TEST(NumbersAreReadAsEveryKindOfNumber) {
-    const struct {
-        const char* label;
-        PropertyList value;
-        bool asBool;
-        std::int64_t asInteger;
-        double asReal;
-        std::uint64_t asUnsigned;
-    } kCases[] = {
+    const std::tuple<const char*, PropertyList, bool, std::int64_t, double, std::uint64_t> kCases[] = {
         {"nothing", {}, false, 0, 0, 0},
         {"string", "7", false, 0, 0, 0},
         {"date", Date{5}, false, 0, 0, 0},
@@ -33,12 +26,12 @@ TEST(NumbersAreReadAsEveryKindOfNumber) {
         {"too large", 1e300, true, INT64_MAX, 1e300, UINT64_MAX},
         {"infinite", -kInfinity, true, INT64_MIN, -kInfinity, 0},
     };
-    for (const auto& c : kCases) {
-        CONTEXT(c.label);
-        CHECK_EQ(c.value.boolValue(), c.asBool);
-        CHECK_EQ(c.value.integerValue(), c.asInteger);
-        CHECK_EQ(c.value.realValue(), c.asReal);
-        CHECK_EQ(c.value.unsignedValue(), c.asUnsigned);
+    for (const auto& [label, value, asBool, asInteger, asReal, asUnsigned] : kCases) {
+        CONTEXT(label);
+        CHECK_EQ(value.boolValue(), asBool);
+        CHECK_EQ(value.integerValue(), asInteger);
+        CHECK_EQ(value.realValue(), asReal);
+        CHECK_EQ(value.unsignedValue(), asUnsigned);
     }
     CHECK_EQ(PropertyList(kNaN).integerValue(), 0);
     CHECK(!PropertyList(kNaN).boolValue());

@@ -192,33 +192,29 @@ TEST(DamageThatCannotBeMovedOrHasBeenRepaired) {
 }
 
 TEST(LinksModesAndOwnersAreKept) {
-    struct Case {
-        const char *label, *link;
-        bool targetExists, succeeds;
-    };
-    for (const Case& c : {Case{"link", "../elsewhere/real", true, true},
-                          {"dangling", "../elsewhere/real", false, true},
-                          {"link to a link", "hop", true, true},
-                          {"no such folder", "../nowhere/real", false, false}}) {
-        CONTEXT(c.label);
+    for (const auto& [label, link, targetExists, succeeds] : {std::tuple{"link", "../elsewhere/real", true, true},
+                                                              {"dangling", "../elsewhere/real", false, true},
+                                                              {"link to a link", "hop", true, true},
+                                                              {"no such folder", "../nowhere/real", false, false}}) {
+        CONTEXT(label);
         Stage stage;
         std::string target = stage.temporary / "elsewhere/real";
         fs::create_directory(stage.temporary / "elsewhere");
         fs::create_symlink("../elsewhere/real", stage.folder + "/hop");
-        fs::create_symlink(c.link, stage.path);
-        if (c.targetExists) REQUIRE(writeFile(target, encoded(kTheirs, true)) && chmod(target.c_str(), 0640) == 0);
-        if (c.targetExists && geteuid() == 0) REQUIRE(chown(target.c_str(), 12345, 54321) == 0);
+        fs::create_symlink(link, stage.path);
+        if (targetExists) REQUIRE(writeFile(target, encoded(kTheirs, true)) && chmod(target.c_str(), 0640) == 0);
+        if (targetExists && geteuid() == 0) REQUIRE(chown(target.c_str(), 12345, 54321) == 0);
         Store store(stage.folder);
-        CHECK_EQ(store["theirs"].integerValue(), c.targetExists ? 1 : 0);
-        CHECK_EQ(store.write("mine", 2), c.succeeds);
+        CHECK_EQ(store["theirs"].integerValue(), targetExists ? 1 : 0);
+        CHECK_EQ(store.write("mine", 2), succeeds);
         CHECK_EQ(store["mine"].integerValue(), 2);
-        CHECK_EQ(fs::read_symlink(stage.path).string(), c.link);
-        if (!c.succeeds) continue;
-        CHECK_EQ(modeOf(target), c.targetExists ? 0640u : 0600u);
+        CHECK_EQ(fs::read_symlink(stage.path).string(), link);
+        if (!succeeds) continue;
+        CHECK_EQ(modeOf(target), targetExists ? 0640u : 0600u);
         struct stat status;
         CHECK(stat(target.c_str(), &status) == 0 && S_ISREG(status.st_mode));
-        if (c.targetExists && geteuid() == 0) CHECK(status.st_uid == 12345 && status.st_gid == 54321);
-        CHECK(!platform::decodePropertyList(readFile(target))["theirs"] == !c.targetExists);
+        if (targetExists && geteuid() == 0) CHECK(status.st_uid == 12345 && status.st_gid == 54321);
+        CHECK(!platform::decodePropertyList(readFile(target))["theirs"] == !targetExists);
     }
 }
 
