@@ -4,7 +4,6 @@
 #include "tests/updater/UpdaterFixture.h"
 
 #include <algorithm>
-#include <cmath>
 #include <limits>
 
 using namespace platform;
@@ -177,34 +176,41 @@ TEST(NotificationsOfWrongFormOrForOthersChangeNothing) {
 }
 
 TEST(StoredSchedulesOfEveryKind) {
-    constexpr double kInfinity = std::numeric_limits<double>::infinity();
-    const double kNaN = std::nan("");
+    constexpr double kInfinity = std::numeric_limits<double>::infinity(),
+                     kNaN = std::numeric_limits<double>::quiet_NaN();
+    const Date now = fake::World().runLoop.now();
+    auto ago = [now](double seconds) { return dateByAdding(now, -seconds); };
     struct Case {
         const char* label;
-        PropertyList on, interval;
-        bool isOn;
+        PropertyList on, interval, last;
+        bool isOn, isDue;
         int item;
         PropertyList storedOn, storedInterval;
     };
     const Case cases[] = {
-        {"nothing", {}, {}, true, 2, true, 604800.0},
-        {"wrong types", PropertyList::array({}), "60", true, 2, true, 604800.0},
-        {"off", false, 86400, false, 1, false, 86400},
-        {"just below the next item", true, 1209599.9, true, 2, true, 1209599.9},
-        {"shorter than any item", "yes", 3600, true, 0, "yes", 3600},
-        {"too short", true, 0.5, true, 2, true, 0.5},
-        {"zero", true, 0, true, 2, true, 0},
-        {"negative", true, -5, true, 2, true, -5},
-        {"not a number", true, kNaN, true, 0, true, kNaN},
-        {"infinite", true, kInfinity, true, 4, true, kInfinity},
+        {"nothing", {}, {}, {}, true, true, 2, true, 604800.0},
+        {"wrong types", PropertyList::array({}), "60", "yesterday", true, true, 2, true, 604800.0},
+        {"off", false, 86400, {}, false, false, 1, false, 86400},
+        {"not yet", true, 86400.9, ago(86400), true, false, 1, true, 86400.9},
+        {"odd interval", true, 1209599.9, ago(60), true, false, 2, true, 1209599.9},
+        {"shorter than any item", "yes", 3600, ago(60), true, false, 0, "yes", 3600},
+        {"too short", true, 0.5, ago(604800), true, false, 2, true, 0.5},
+        {"zero", true, 0, ago(604801), true, true, 2, true, 0},
+        {"negative", true, -5, ago(60), true, false, 2, true, -5},
+        {"not a number", true, kNaN, ago(1e9), true, false, 0, true, kNaN},
+        {"infinite", true, kInfinity, Date{INT64_MIN}, true, false, 4, true, kInfinity},
+        {"far future", true, 86400, Date{INT64_MAX}, true, false, 1, true, 86400},
+        {"far past", true, 2592000, Date{INT64_MIN}, true, true, 4, true, 2592000},
     };
     for (const Case& c : cases) {
         CONTEXT(c.label);
         ViewFixture f;
         f.setStored("SUCheckForUpdates", c.on);
         f.setStored("SUCheckInterval", c.interval);
+        f.setStored("SULastCheckDate", c.last);
         REQUIRE(f.open(&f.placeholder));
         CHECK_EQ(f.automatic().on, c.isOn);
+        CHECK_EQ(f.button().tagValue == 1, c.isDue);
         CHECK_EQ(f.popUp().row, c.item);
         CHECK_EQ(f.stored("SUCheckForUpdates"), c.storedOn);
         CHECK_EQ(f.stored("SUCheckInterval"), c.storedInterval);
