@@ -23,9 +23,8 @@ std::string found(const Machine& machine, LinuxApplications& applications, const
 }  // namespace
 
 TEST(FoldersComeFromTheEnvironment) {
-    const struct {
-        const char *dataHome, *dataDirs, *root, *entries, *bundles;
-    } cases[] = {
+    // XDG_DATA_HOME, XDG_DATA_DIRS, the test root; the folders of entries and of bundles.
+    const std::tuple<const char*, const char*, const char*, const char*, const char*> cases[] = {
         {nullptr, nullptr, nullptr,
          "/h/me/.local/share/applications|/usr/local/share/applications|/usr/share/applications|",
          "/h/me/Applications|/Applications|"},
@@ -35,19 +34,14 @@ TEST(FoldersComeFromTheEnvironment) {
          "/h/me/.local/share/applications|/r/usr/local/share/applications|/r/usr/share/applications|",
          "/h/me/Applications|/r/Applications|"},
     };
-    const auto joined = [](const std::vector<std::string>& folders) {
-        std::string text;
-        for (const std::string& folder : folders) text += folder + "|";
-        return text;
-    };
     const check::ScopedEnvironment home("HOME", "/h/me"), all("LC_ALL", ""), messages("LC_MESSAGES", "de_CH.UTF-8"),
         language("LANG", "fr_FR"), desktop("XDG_CURRENT_DESKTOP", "ubuntu:GNOME"), path("PATH", "/p:bin::/q/");
-    for (const auto& c : cases) {
-        const check::ScopedEnvironment dataHome("XDG_DATA_HOME", c.dataHome), dataDirs("XDG_DATA_DIRS", c.dataDirs),
-            root("TYPESLATE_ROOT", c.root);
+    for (const auto& [dataHome, dataDirs, root, entries, bundles] : cases) {
+        const check::ScopedEnvironment setHome("XDG_DATA_HOME", dataHome), setDirs("XDG_DATA_DIRS", dataDirs),
+            setRoot("TYPESLATE_ROOT", root);
         const ApplicationEnvironment environment = ApplicationEnvironment::current();
-        CHECK_EQ(joined(environment.desktopEntryFolders), c.entries);
-        CHECK_EQ(joined(environment.bundleFolders), c.bundles);
+        CHECK_EQ(joined(environment.desktopEntryFolders), entries);
+        CHECK_EQ(joined(environment.bundleFolders), bundles);
         CHECK_EQ(joined(environment.locale) + joined(environment.currentDesktops), "de_CH|de|ubuntu|GNOME|");
         CHECK_EQ(joined(environment.programFolders), "/p|/q|");
     }

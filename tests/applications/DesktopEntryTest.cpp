@@ -1,18 +1,12 @@
 #include "platform/linux/DesktopEntry.h"
 
+#include "Machine.h"
 #include "platform/linux/DesktopEntryCommand.h"
 #include "platform/linux/DisplayText.h"
-#include "tests/support/Check.h"
 
 using namespace platform::posix;
 
 namespace {
-
-std::string joined(const std::vector<std::string>& words, char separator) {
-    std::string text;
-    for (const std::string& word : words) text += word + separator;
-    return text;
-}
 
 std::string described(const std::optional<DesktopEntry>& entry) {
     if (!entry) return "malformed";
@@ -23,8 +17,8 @@ std::string described(const std::optional<DesktopEntry>& entry) {
         {"icon", entry->icon},
         {"try", entry->tryExec},
         {"exec", entry->exec},
-        {"only", joined(entry->onlyShowIn, ',')},
-        {"not", joined(entry->notShowIn, ',')},
+        {"only", joined(entry->onlyShowIn)},
+        {"not", joined(entry->notShowIn)},
     };
     for (const auto& [key, value] : values)
         if (!value.empty()) text.append(" ").append(key).append("=").append(value);
@@ -58,8 +52,8 @@ TEST(OversizedEntriesAreRefusedAndLongValuesIgnored) {
 
 std::string commandText(const std::string& exec) {
     const std::vector<std::string> words = splitCommand(exec);
-    const std::string expanded = joined(expandCommand(words, {{"/a b", "/ü"}, "icon", "The Name", "/x.desktop"}), '|');
-    return joined(words, '|') + (words.empty() ? "=>" : " =>") + (expanded.empty() ? "" : " " + expanded);
+    const std::string expanded = joined(expandCommand(words, {{"/a b", "/ü"}, "icon", "The Name", "/x.desktop"}));
+    return joined(words) + (words.empty() ? "=>" : " =>") + (expanded.empty() ? "" : " " + expanded);
 }
 
 std::string programText(const std::string& exec) {
@@ -79,6 +73,6 @@ TEST(CommandsProgramsAndForeignTexts) {
         CHECK_EQ(read(c.text), c.expected);
     }
     CHECK(cases.size() > 30);
-    CHECK_EQ(joined(expandCommand({"p", "%f", "%F", "%U", "%i"}, {}), '|'), "p|");
+    CHECK_EQ(joined(expandCommand({"p", "%f", "%F", "%U", "%i"}, {})), "p|");
     CHECK(isLauncherProgram("/usr/bin/python3.11") && isLauncherProgram("sh") && !isLauncherProgram("gimp-2.10"));
 }

@@ -9,6 +9,12 @@
 
 namespace fs = std::filesystem;
 
+inline std::string joined(const std::vector<std::string>& words) {
+    std::string text;
+    for (const std::string& word : words) text += word + "|";
+    return text;
+}
+
 class Machine {
 public:
     Machine() {

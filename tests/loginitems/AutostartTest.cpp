@@ -27,7 +27,6 @@ struct Session {
 
     std::string program(const std::string& name) {
         std::string path = home / name;
-        fs::create_directories(fs::path(path).parent_path());
         check::writeFile(path, "#!/bin/sh\nprintf '<%s>' \"$0\" \"$@\"\n");
         ::chmod(path.c_str(), 0755);
         return path;
@@ -68,7 +67,6 @@ TEST(EntriesFollowTheItemsAndLeaveOthersAlone) {
     Session s;
     CHECK(s.store({}) && !fs::exists(s.folder));
     const std::string tool = s.program("tool"), twin = s.program("b/tool");
-    fs::create_directories(s.folder);
     check::writeFile(s.folder + "/login-item-tool.desktop", "[Desktop Entry]\nType=Application\nExec=theirs\n");
     check::writeFile(s.folder + "/theirs.desktop", "X-Typeslate-LoginItem=" + tool + "\n");
 

@@ -58,8 +58,9 @@ TEST(TheTextRollsAndStartsAgainAtEitherEnd) {
 TEST(TheSheetOpensOnceAndNothingMovesWithoutThePane) {
     Fixture f;
     f.about();
-    f.about();  // the button behind the sheet
     CHECK_EQ(f.positionsAfter(2), std::vector<double>{1, 2});
+    f.about();  // the button behind the sheet
+    CHECK_EQ(f.text().visible, std::vector<double>{});
     CHECK_EQ(f.world.takeJournal(), fake::Journal{});
     f.pane->performAction("ripSheet:", f.close());
     CHECK_EQ(f.positionsAfter(3), std::vector<double>{});

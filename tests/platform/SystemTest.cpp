@@ -2,8 +2,6 @@
 #include "platform/linux/LinuxSystem.h"
 #include "tests/support/Check.h"
 
-#include <filesystem>
-
 using namespace platform;
 using namespace platform::posix;
 
@@ -60,7 +58,6 @@ TEST(LanguagesFollowTheEnvironment) {
 TEST(BundlesGiveTheirResourcesByLanguage) {
     check::TemporaryFolder folder;
     std::string resources = folder / "A.app/Contents/Resources/";
-    std::filesystem::create_directories(resources + "de.lproj");
     check::ScopedEnvironment a("LANGUAGE", nullptr), b("LC_ALL", "de_AT.UTF-8");
     CHECK(!FolderBundle::open(folder / "A.app"));
     check::writeFile(folder / "A.app/Contents/Info.plist", kInfo);

@@ -7,6 +7,7 @@
 #include "platform/linux/LinuxLauncher.h"
 #include "platform/linux/LinuxProcesses.h"
 #include "platform/linux/ProcessFiles.h"
+#include "tests/store/StoreSupport.h"
 #include "tests/updater/UpdaterFixture.h"
 
 #include <fcntl.h>
@@ -89,18 +90,13 @@ TEST(AHundredProcessesNeverMeetUnderOneLock) {
     void* memory = mmap(nullptr, sizeof(Meeting), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
     Meeting& meeting = *new (memory) Meeting();
     std::vector<pid_t> children;
-    for (int i = 0; i < kProcesses; ++i) {
-        children.push_back(fork());
-        if (children.back() != 0) continue;
-        ++meeting.ready;
-        while (meeting.ready < kProcesses) sched_yield();
-        meet(meeting, launcher, folder / "x.updater.lock");
-        _exit(0);
-    }
-    for (pid_t child : children) {
-        int status = 0;
-        CHECK(waitpid(child, &status, 0) == child && status == 0);
-    }
+    for (int i = 0; i < kProcesses; ++i)
+        children.push_back(check::start([&] {
+            for (++meeting.ready; meeting.ready < kProcesses;) sched_yield();
+            meet(meeting, launcher, folder / "x.updater.lock");
+            return true;
+        }));
+    for (pid_t child : children) CHECK(check::succeeded(child));
     CHECK_EQ(meeting.meetings.load(), 0);
     CHECK_EQ(meeting.odd.load(), 0);
     CHECK(meeting.locks > 0 && fs::is_empty(folder.path()));

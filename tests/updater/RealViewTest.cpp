@@ -159,7 +159,6 @@ TEST(UpdatersThatHangCrashFailOrTalkNonsense) {
 
 TEST(ALockedUpdaterLeavesTheControlsUsable) {
     Desktop d("");
-    fs::create_directories(d.home / "root/tmp");
     check::writeFile(d.home / "root/tmp/com.tarnwick.typeslate.updater.lock", "");
     d.open(d.placeholder, 0);
     REQUIRE(waitFor([&] { return d.shows("Failed. Error -48."); }));
