@@ -1,5 +1,6 @@
 // Opens a settings pane in a window of its own.
 #include "host/HostPlatform.h"
+#include "host/Look.h"
 #include "host/PaneWindow.h"
 #include "host/PanehostRequest.h"
 #include "host/SingleInstance.h"
@@ -11,8 +12,6 @@
 
 #include <QApplication>
 #include <QFileInfo>
-#include <QStandardPaths>
-#include <QStyleFactory>
 #include <QTabWidget>
 
 #include <dlfcn.h>
@@ -55,6 +54,12 @@ void refuseOnFatal(QtMsgType type, const QMessageLogContext&, const QString& mes
     if (type == QtFatalMsg) refuseWithoutDisplay();
 }
 
+// What a platform without windows cannot do is no news to somebody who asked for a picture.
+void leaveOutLimits(QtMsgType, const QMessageLogContext&, const QString& message) {
+    if (!message.startsWith(QStringLiteral("This plugin does not support")))
+        std::fprintf(stderr, "%s\n", qPrintable(message));
+}
+
 void choosePlatform(const host::Request& request) {
     if (request.choosesPlatform || qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) return;
     if (!request.screenshot.isEmpty()) {
@@ -62,40 +67,6 @@ void choosePlatform(const host::Request& request) {
     } else if (qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")) {
         refuseWithoutDisplay();
     }
-}
-
-QPalette darkPalette() {
-    const QColor window(0x2a, 0x2e, 0x32), base(0x1f, 0x23, 0x26), text(0xf4, 0xf5, 0xf6), grey(0x8d, 0x96, 0x9e);
-    QPalette palette(QColor(0x3a, 0x40, 0x46), window);
-    palette.setColor(QPalette::Base, base);
-    palette.setColor(QPalette::AlternateBase, window);
-    for (auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
-        palette.setColor(role, text);
-        palette.setColor(QPalette::Disabled, role, grey.darker(130));
-    }
-    palette.setColor(QPalette::PlaceholderText, grey);
-    palette.setColor(QPalette::Highlight, QColor(0x2f, 0x7f, 0xb8));
-    palette.setColor(QPalette::HighlightedText, Qt::white);
-    palette.setColor(QPalette::Link, QColor(0x6c, 0xb8, 0xf0));
-    return palette;
-}
-
-void chooseIconTheme() {
-    const QStringList folders = QStandardPaths::locateAll(QStandardPaths::GenericDataLocation, QStringLiteral("icons"),
-                                                          QStandardPaths::LocateDirectory);
-    QIcon::setThemeSearchPaths(QIcon::themeSearchPaths() + folders);
-    for (const QString& theme : {QStringLiteral("breeze"), QStringLiteral("Adwaita")})
-        for (const QString& folder : folders)
-            if (QFileInfo::exists(folder + QLatin1Char('/') + theme + QStringLiteral("/index.theme")))
-                return QIcon::setThemeName(theme);
-}
-
-// Without a desktop nothing chooses a style or an icon theme.
-void chooseLook(const host::Request& request) {
-    bool hasDesktop = QGuiApplication::platformName() != QStringLiteral("offscreen");
-    if (!hasDesktop || request.dark) QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
-    if (!hasDesktop) chooseIconTheme();
-    if (request.dark) QApplication::setPalette(darkPalette());
 }
 
 // Each pane has a size of its own.
@@ -160,11 +131,11 @@ int main(int argc, char** argv) {
     std::thread fonts = readingFontConfiguration();
     QApplication application(argc, argv);
     fonts.join();
-    qInstallMessageHandler(nullptr);
+    qInstallMessageHandler(request.screenshot.isEmpty() ? nullptr : leaveOutLimits);
     application.setApplicationName(QStringLiteral("panehost"));
     application.setApplicationVersion(QStringLiteral(TYPESLATE_VERSION));
     application.setDesktopFileName(QLatin1String(kApplicationId));
-    chooseLook(request);
+    host::chooseLook(request.dark);
     const std::unique_ptr<QTranslator> toolkitTexts = host::toolkitTexts(request.bundle.toStdString());
 
     std::unique_ptr<host::SingleInstance> instance;
