@@ -1,5 +1,5 @@
 // One window for all starts of a program: the first owns a name on the session bus, and the later ones ask it there to
-// come forward, by the method Activate of org.freedesktop.Application (Desktop Entry Specification, "D-Bus
+// come forward, by the method Activate of org.freedesktop.Application (freedesktop.org, desktop entries, "D-Bus
 // Activation"), so that desktops can ask too.
 #pragma once
 
