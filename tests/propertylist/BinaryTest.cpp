@@ -48,15 +48,6 @@ TEST(BinaryKeepsEveryValue) {
     CHECK(encoded({}).empty());
 }
 
-TEST(ValueOutlivesTheBytesAndItsParents) {
-    PropertyList kept;
-    {
-        auto bytes = std::make_shared<const std::string>(encoded(samples::everything()));
-        kept = platform::decodePropertyList(std::move(bytes))["nested"][""];
-    }
-    CHECK_EQ(kept, PropertyList::array({"a", "a"}));
-}
-
 TEST(EqualTextsAndNumbersAreWrittenOnce) {
     PropertyList list = PropertyList::array({"some text", 1'000'000, 0.5, true});
     std::vector<PropertyList> many(100, list);

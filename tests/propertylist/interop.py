@@ -30,13 +30,7 @@ VALUES = {
 # What plistutil 2.2 cannot tell from another value or cannot hold.
 NOT_FOR_PLISTUTIL = {"integers", "reals", "negative zero", "dates", "order", "top level"}
 
-failures = 0
-
-
-def report(what):
-    global failures
-    failures += 1
-    print("FAILED", what)
+failures = []
 
 
 def run(command, data):
@@ -62,7 +56,7 @@ def check_plistlib(plconvert, name, value):
             data = plistlib.dumps(value, fmt=source_format, sort_keys=False)
             result = run([plconvert, target], data)
             if result.returncode != 0 or not same(plistlib.loads(result.stdout), value):
-                report("%s: plistlib's %s through our %s" % (name, source, target))
+                failures.append("%s: plistlib's %s through our %s" % (name, source, target))
 
 
 def check_plistutil(plconvert, plistutil, name, value):
@@ -73,7 +67,7 @@ def check_plistutil(plconvert, plistutil, name, value):
             between = run([plistutil, "-i", "-", "-f", theirs[target], "-o", "-"], ours)
             result = run([plconvert, "binary"], between.stdout)
             if result.returncode != 0 or plistlib.loads(result.stdout) != value:
-                report("%s: our %s through plistutil's %s" % (name, source, target))
+                failures.append("%s: our %s through plistutil's %s" % (name, source, target))
 
 
 def main():
@@ -84,9 +78,9 @@ def main():
         if plistutil and name not in NOT_FOR_PLISTUTIL:
             check_plistutil(plconvert, plistutil, name, value)
     if run([plconvert, "xml"], b"bplist00").returncode != 1:
-        report("a malformed list is refused")
-    print("%d values, plistlib%s, %d failures" % (len(VALUES), " and plistutil" if plistutil else " only", failures))
-    return 1 if failures else 0
+        failures.append("a malformed list is refused")
+    print("%d values, plistlib%s" % (len(VALUES), " and plistutil" if plistutil else " only"))
+    return "\n".join(failures) or 0
 
 
 sys.exit(main())
