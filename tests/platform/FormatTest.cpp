@@ -1,3 +1,4 @@
+#include "platform/Base64.h"
 #include "platform/Log.h"
 #include "tests/support/Check.h"
 
@@ -22,4 +23,18 @@ TEST(FormatsPrintEachArgumentByItsDirective) {
     };
     for (const auto& [text, expected] : cases) CHECK_EQ(text, expected);
     CHECK_EQ(formatted("%999999999d", {1}).size(), std::size_t{512});  // a width that nobody means is cut off
+}
+
+TEST(Base64) {
+    const std::pair<const char*, const char*> cases[] = {{"", ""},        {"f", "Zg=="},        {"fo", "Zm8="},
+                                                         {"foo", "Zm9v"}, {"foob", "Zm9vYg=="}, {"\xFF\xFE", "//4="}};
+    for (auto [bytes, text] : cases) {
+        CHECK_EQ(base64Encoded(bytes), text);
+        CHECK_EQ(base64Decoded(text).value_or("(refused)"), bytes);
+    }
+    CHECK_EQ(base64Decoded(" Zm9v\n\tYg= = ").value_or("(refused)"), "foob");
+    for (const char* bad : {"Zg=", "Z", "Zg", "=", "====", "Zg==Zg==", "Zm9v=", "Zm9*", "Zm=v"}) {
+        CONTEXT(bad);
+        CHECK(!base64Decoded(bad));
+    }
 }
