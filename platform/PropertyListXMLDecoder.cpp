@@ -1,8 +1,8 @@
+#include "platform/Base64.h"
 #include "platform/Date.h"
 #include "platform/PropertyListCodecParts.h"
 #include "platform/PropertyListXMLScanner.h"
 
-#include <array>
 #include <charconv>
 #include <cmath>
 #include <limits>
@@ -56,36 +56,9 @@ PropertyList dateFromText(std::string_view text) {
     return date ? PropertyList(*date) : PropertyList();
 }
 
-int base64Digit(char c) {
-    static constexpr auto kDigits = [] {
-        std::array<signed char, 256> digits{};
-        digits.fill(-1);
-        std::string_view alphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-        for (std::size_t i = 0; i < alphabet.size(); ++i)
-            digits[static_cast<unsigned char>(alphabet[i])] = static_cast<signed char>(i);
-        return digits;
-    }();
-    return kDigits[static_cast<unsigned char>(c)];
-}
-
-// White space may stand anywhere; the padding is not optional.
 PropertyList dataFromText(std::string_view text) {
-    std::string bytes;
-    bytes.reserve(text.size() / 4 * 3);
-    std::uint32_t bits = 0;
-    unsigned digits = 0, padding = 0;
-    for (char c : text) {
-        if (isXMLSpace(c)) continue;
-        int digit = c == '=' ? 0 : base64Digit(c);
-        if (digit < 0 || (padding > 0 && c != '=')) return {};
-        padding += c == '=' ? 1 : 0;
-        bits = bits << 6 | static_cast<std::uint32_t>(digit);
-        if (++digits % 4 == 0)
-            bytes += {static_cast<char>(bits >> 16), static_cast<char>(bits >> 8), static_cast<char>(bits)};
-    }
-    if (digits % 4 != 0 || padding > 2) return {};
-    bytes.resize(bytes.size() - padding);
-    return PropertyList::data(bytes);
+    const auto bytes = base64Decoded(text);
+    return bytes ? PropertyList::data(*bytes) : PropertyList();
 }
 
 PropertyList stringFromText(std::string_view text) { return text; }

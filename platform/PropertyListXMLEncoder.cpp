@@ -1,3 +1,4 @@
+#include "platform/Base64.h"
 #include "platform/Date.h"
 #include "platform/PropertyListCodecParts.h"
 #include "platform/PropertyListPacked.h"
@@ -101,21 +102,10 @@ private:
         line("<data>");
         for (; !bytes.empty(); bytes.remove_prefix(std::min(kBytesInLine, bytes.size()))) {
             indent();
-            base64(bytes.substr(0, kBytesInLine));
+            text_ += base64Encoded(bytes.substr(0, kBytesInLine));
             text_ += '\n';
         }
         line("</data>");
-    }
-
-    void base64(std::string_view bytes) {
-        constexpr char kDigits[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-        auto byte = [&](std::size_t i) { return i < bytes.size() ? static_cast<unsigned char>(bytes[i]) : 0U; };
-        for (std::size_t i = 0; i < bytes.size(); i += 3) {
-            std::uint32_t bits = byte(i) << 16 | byte(i + 1) << 8 | byte(i + 2);
-            text_ +=
-                {kDigits[bits >> 18], kDigits[bits >> 12 & 63], i + 1 < bytes.size() ? kDigits[bits >> 6 & 63] : '=',
-                 i + 2 < bytes.size() ? kDigits[bits & 63] : '='};
-        }
     }
 
     void entries(const PropertyList& dictionary) {
