@@ -102,17 +102,18 @@ void TSPreferencePane::storeRegex(const PropertyList& context, const PropertyLis
     if (std::string expression = regex->stringValue(); !expression.empty()) entry.set(kDataKey, expression);
     entry.set(kRegExTypeKey, regexType->selectedRow());
 
-    bool isNew = context[kNewRegEx].boolValue();
     std::vector<PropertyList> list = freshEntryList();
-    auto row = rowOfEntry(list, shown, static_cast<int>(context[kSelectedRow].integerValue()));
+    std::optional<std::size_t> row;
+    if (!context[kNewRegEx].boolValue())
+        row = rowOfEntry(list, shown, static_cast<int>(context[kSelectedRow].integerValue()));
     // An entry that another process removed meanwhile comes back: what the user typed is not lost.
-    if (!isNew && row)
+    if (row)
         list[*row] = std::move(entry).freeze();
     else
         list.push_back(std::move(entry).freeze());
     storeEntryList(std::move(list));
     exTableView->reloadData();
-    if (isNew) selectLastRow();
+    row ? exTableView->selectRow(static_cast<int>(*row)) : selectLastRow();
     exTableView->scrollRowToVisible(exTableView->selectedRow());
     announceChange();
 }
