@@ -125,7 +125,8 @@ CalendarTime calendarTime(Date date) noexcept {
 
 std::optional<Date> dateFromCalendar(const CalendarTime& t) noexcept {
     if (!isValid(t)) return std::nullopt;
-    std::int64_t seconds = daysFromCivil(t.year, t.month, t.day) * kDay + t.hour * 3600 + t.minute * 60 + t.second;
+    const int ofDay = t.hour * 3600 + t.minute * 60 + t.second;
+    const std::int64_t seconds = daysFromCivil(t.year, t.month, t.day) * kDay + ofDay;
     return dateFromParts(seconds, t.microsecond);
 }
 

@@ -27,7 +27,7 @@ enum class ItemKind : std::uint8_t {
 // Tells one item from every other, whatever the path to it.
 struct ItemIdentity {
     std::uint64_t device = 0, inode = 0;
-    auto operator<=>(const ItemIdentity&) const = default;
+    auto operator<=>(const ItemIdentity&) const = default;  // NOLINT(modernize-use-nullptr)
 };
 
 struct FolderEntry {

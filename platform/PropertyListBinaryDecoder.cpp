@@ -363,6 +363,7 @@ private:
             auto same = [&](std::uint32_t other) { return entries[other].key.node()->text() == key.text(); };
             std::uint32_t at = seen.find(key.count, same);
             if (at == HashTable::kMissing) seen.add(key.count, at = kept++);
+            // As bytes: the entries of a document hold nothing.  NOLINTNEXTLINE(bugprone-undefined-memory-manipulation)
             if (at != i) std::memcpy(static_cast<void*>(entries + at), entries + i, sizeof(Entry));
         }
         dictionary.count = kept;
@@ -404,7 +405,7 @@ PropertyList decodeBinaryPropertyList(std::shared_ptr<const std::string> bytes) 
     if (!ObjectReader(*document, trailer).readAll()) return {};
     Node& top = document->nodes[trailer.topObject];
     if (!ReferenceResolver(*document, trailer.referenceWidth).resolve(top)) return {};
-    document.release();
+    (void)document.release();  // the value holds it from here on
     return PropertyListStorage::adopt(&top);
 }
 

@@ -163,11 +163,7 @@ PropertyList::PropertyList(Date value) {
 PropertyList::PropertyList(const PropertyList& other) noexcept : node_(other.node_) {
     PropertyListStorage::retain(node_);
 }
-PropertyList& PropertyList::operator=(const PropertyList& other) noexcept {
-    PropertyListStorage::retain(other.node_);
-    PropertyListStorage::release(std::exchange(node_, other.node_));
-    return *this;
-}
+PropertyList& PropertyList::operator=(const PropertyList& other) noexcept { return *this = PropertyList(other); }
 PropertyList& PropertyList::operator=(PropertyList&& other) noexcept {
     const Node* taken = std::exchange(other.node_, nullptr);
     PropertyListStorage::release(std::exchange(node_, taken));

@@ -70,6 +70,7 @@ void collect(pid_t child) {
 OSStatus startDetached(const std::vector<std::string>& words) {
     if (words.empty() || words[0].empty()) return kParamErr;
     std::vector<char*> arguments;
+    arguments.reserve(words.size() + 1);
     for (const std::string& word : words) arguments.push_back(const_cast<char*>(word.c_str()));
     arguments.push_back(nullptr);
 

@@ -216,7 +216,7 @@ void Transaction::releaseLock() noexcept {
 }
 
 Failure Transaction::adoptOwnerAndMode(int file) {
-    struct stat old, own;
+    struct stat old = {}, own = {};
     int error = files_.stat(target_.c_str(), old);
     if (error == -ENOENT) return giveToOwnerOf(files_, folder_.number(), file), Failure{};
     if (error == 0) error = files_.statDescriptor(file, own);

@@ -73,6 +73,7 @@ private:
 void sortByName(std::vector<InstalledApplication>& applications) {
     const Collation collation;
     std::vector<std::tuple<std::string, std::string, InstalledApplication>> keyed;
+    keyed.reserve(applications.size());
     for (InstalledApplication& application : applications)
         keyed.emplace_back(collation.key(application.name), application.path, std::move(application));
     std::ranges::sort(keyed, [](const auto& a, const auto& b) {

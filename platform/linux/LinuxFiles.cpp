@@ -112,9 +112,8 @@ void preferLargePages(std::string& text) {
     constexpr std::size_t kWorthwhile = std::size_t{4} << 20;
     if (text.capacity() < kWorthwhile) return;
     const auto page = static_cast<std::uintptr_t>(::sysconf(_SC_PAGESIZE));
-    const auto start = (reinterpret_cast<std::uintptr_t>(text.data()) + page - 1) & ~(page - 1);
-    const auto end = reinterpret_cast<std::uintptr_t>(text.data() + text.capacity()) & ~(page - 1);
-    ::madvise(reinterpret_cast<void*>(start), end - start, MADV_HUGEPAGE);
+    const auto beforeFirstPage = -reinterpret_cast<std::uintptr_t>(text.data()) & (page - 1);
+    ::madvise(text.data() + beforeFirstPage, (text.capacity() - beforeFirstPage) & ~(page - 1), MADV_HUGEPAGE);
 }
 
 // The size that the system states is only a guess: the file may grow or shrink while it is read. It comes through a

@@ -54,7 +54,7 @@ private:
 
 // A file inside an .app folder stands for the application.
 QString applicationOf(const QString& file) {
-    int end = file.indexOf(QStringLiteral(".app/"));
+    const auto end = file.indexOf(QStringLiteral(".app/"));
     return end < 0 ? file : file.left(end + 4);
 }
 
