@@ -25,7 +25,7 @@ namespace platform {
 // A point in time, in microseconds since 1970-01-01T00:00:00Z (proleptic Gregorian calendar, no leap seconds).
 struct Date {
     std::int64_t microseconds = 0;
-    auto operator<=>(const Date&) const = default;
+    auto operator<=>(const Date&) const = default;  // NOLINT(modernize-use-nullptr)
 };
 
 class PropertyList {

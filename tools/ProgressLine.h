@@ -13,7 +13,7 @@ namespace tools {
 class ProgressLine final : public platform::Log {
 public:
     explicit ProgressLine(platform::Log& log);
-    ~ProgressLine() { clear(); }
+    ~ProgressLine() override { clear(); }
     void show(std::string_view text);  // in place of what it shows
     void clear();
     void write(std::string_view line) override;
