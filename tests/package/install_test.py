@@ -26,7 +26,7 @@ class InstallTest(unittest.TestCase):
         subprocess.run(["cmake", "--install", BUILD, "--prefix", cls.prefix, "--strip"], check=True,
                        stdout=subprocess.DEVNULL)
         cls.environment = {"PATH": f"{cls.prefix}/bin:{os.environ['PATH']}", "HOME": folder.name, "LC_ALL": "C.UTF-8",
-                           "TYPESLATE_ROOT": folder.name}
+                           "TYPESLATE_ROOT": folder.name, "TSAN_OPTIONS": os.environ.get("TSAN_OPTIONS", "")}
 
     def run_installed(self, *command, status=0):
         result = subprocess.run(command, env=self.environment, capture_output=True, text=True, timeout=60)

@@ -147,8 +147,10 @@ TEST(AnUpdaterGetsThePathAndIsNobodysChild) {
     const std::string argument = machine.folder / "a module; $(exit) \"quoted\"\nline";
     LinuxLauncher launcher;
     for (auto handler : {SIG_DFL, SIG_IGN, +[](int) {
+                             const int error = errno;
                              while (::waitpid(-1, nullptr, WNOHANG) > 0) {
                              }
+                             errno = error;
                          }}) {
         auto old = std::signal(SIGCHLD, handler);
         CHECK_EQ(launcher.launchApplication(machine.updaterPath, argument), kNoErr);

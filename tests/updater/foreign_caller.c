@@ -26,9 +26,9 @@ int main(int argc, char** argv) {
     if (!setServices || !check || !machine) return 1;
 
     TWVCFileReference launched = {0, 0, ""};
-    printf("%d", (int)check(argv[2], argc > 3, &launched));
+    const int32_t without = check(argv[2], argc > 3, &launched);
     setServices(machine());
-    int32_t status = check(argv[2], argc > 3, &launched);
-    printf(" %d %s\n", (int)status, launched.path);
+    const int32_t with = check(argv[2], argc > 3, &launched);
+    printf("%d %d %s\n", (int)without, (int)with, launched.path);
     return 0;
 }
