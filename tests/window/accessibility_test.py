@@ -179,6 +179,7 @@ def test(session):
     main = wait(lambda: pane.shown("Typeslate"), "the window")
     session.key("alt+u")
     wait(lambda: any(node.get_name() == "Check Now" and has(node, State.SHOWING) for node in walk(main)), "Updates")
+    assert any("Never checked" in node.get_name() for node in walk(main)), "the last check's result has no words"
     assert not [node for node in walk(main) if node.get_role() in (Role.ALERT, Role.NOTIFICATION)]
     pane.check_window("Typeslate")
     pane.check_sheet(["alt+p"], "Privacy Statement")
