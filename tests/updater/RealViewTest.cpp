@@ -153,6 +153,7 @@ TEST(UpdatersThatHangCrashFailOrTalkNonsense) {
         d.picture("updates-failed.png");
         d.press();  // and again
         REQUIRE(waitFor([&] { return d.shows("Comparing"); }));
+        REQUIRE(waitFor([&] { return d.isIdle(); }));  // or the updater would write where the folder was
     }
 }
 
