@@ -7,8 +7,8 @@
 #include <ctime>
 
 #include "bench/EntriesWorld.h"
-#include "platform/qt/QtTextView.h"
-#include "platform/qt/QtToolkit.h"
+#include "qt/QtToolkit.h"
+#include "qt/controls/QtTextView.h"
 
 namespace {
 
@@ -26,11 +26,11 @@ void measure(const char* label, Step step) {
 int main(int argc, char** argv) {
     if (qEnvironmentVariableIsEmpty("DISPLAY")) qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication application(argc, argv);
-    platform::qt::QtToolkit toolkit([](std::string_view) { return std::string(); });
+    qt::QtToolkit toolkit([](std::string_view) { return std::string(); });
     bench::EntriesWorld world(0, &toolkit);
     QTextBrowser widget;
     widget.resize(460, 360);
-    platform::qt::QtTextView view(widget);
+    qt::QtTextView view(widget);
     world.pane->setOutlet("aboutTextView", view);
     if (!view.loadRichText(BUNDLE "/Contents/Resources/About.rtfd")) return 1;
     widget.show();

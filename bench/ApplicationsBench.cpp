@@ -1,6 +1,6 @@
 // The application index on a machine with 5,000 desktop entries, beside the bare reading of the same files. Rounds of
 // the two alternate, so that noise hits both, and the best round of each counts.
-#include "platform/linux/LinuxApplications.h"
+#include "linux/applications/LinuxApplications.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -15,7 +15,7 @@
 
 namespace fs = std::filesystem;
 using namespace platform;
-using namespace platform::posix;
+using namespace linux;
 
 namespace {
 

@@ -12,8 +12,8 @@
 #include <fstream>
 #include <vector>
 
+#include "linux/preferences/DiskPreferences.h"
 #include "pane/TSPreferencePane.h"
-#include "platform/linux/DiskPreferences.h"
 #include "settings/EntryList.h"
 #include "tests/support/FakeControls.h"
 #include "tests/support/FakePlatform.h"
@@ -78,11 +78,11 @@ int main() {
     SilentLog log;
     std::string domain(settings::kSettingsDomain);
     {
-        posix::DiskPreferences writer(folder, log);
+        linux::DiskPreferences writer(folder, log);
         writer.setValue(settings::kEntryListKey, entryList(), domain);
         writer.synchronize(domain);
     }
-    posix::DiskPreferences store(folder, log);
+    linux::DiskPreferences store(folder, log);
     fake::World world;
     TSPreferencePane pane({.paneBundle = world.paneBundle,
                            .host = world.host,

@@ -8,10 +8,10 @@
 #include <string>
 #include <vector>
 
+#include "linux/applications/LinuxApplications.h"
+#include "linux/files/LinuxFiles.h"
+#include "linux/preferences/DiskPreferences.h"
 #include "pane/TSPreferencePane.h"
-#include "platform/linux/DiskPreferences.h"
-#include "platform/linux/LinuxApplications.h"
-#include "platform/linux/LinuxFiles.h"
 #include "settings/EntryList.h"
 #include "tests/support/FakePlatform.h"
 
@@ -72,12 +72,12 @@ private:
     std::string folder_;
     SilentLog log_;
     fake::World world_;
-    platform::LinuxFiles files_;
-    std::optional<platform::posix::LinuxApplications> applications_;
+    linux::LinuxFiles files_;
+    std::optional<linux::LinuxApplications> applications_;
 
 public:
     std::vector<std::string> files;
-    platform::posix::DiskPreferences store{folder_ + "/preferences", log_};
+    linux::DiskPreferences store{folder_ + "/preferences", log_};
     std::optional<TSPreferencePane> pane;
 };
 

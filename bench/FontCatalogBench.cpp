@@ -6,12 +6,12 @@
 //
 // Prints one JSON object; times in seconds, memory in bytes. Of `parse` the rounds alternate, so that noise hits both,
 // and the best round of each counts.
+#include "linux/files/LinuxFiles.h"
+#include "linux/preferences/DiskPreferences.h"
 #include "pane/fontcatalog/AdobeNames.h"
 #include "pane/fontcatalog/FontListReader.h"
 #include "pane/fontcatalog/TextEncoding.h"
-#include "platform/PropertyListCodec.h"
-#include "platform/linux/DiskPreferences.h"
-#include "platform/linux/LinuxFiles.h"
+#include "propertylist/Codec.h"
 
 #include <algorithm>
 #include <chrono>
@@ -54,7 +54,7 @@ std::size_t countLines(std::string_view text, char end) {
 }
 
 int parse(const char* path) {
-    platform::LinuxFiles files;
+    linux::LinuxFiles files;
     SilentLog log;
     double scanning = 1e9, parsing = 1e9;
     std::size_t bytes = 0, lines = 0, records = 0;
@@ -75,7 +75,7 @@ int parse(const char* path) {
 }
 
 int memory(const char* path) {
-    platform::LinuxFiles files;
+    linux::LinuxFiles files;
     SilentLog log;
     NamesCollection collection;
     std::size_t bytes = 0;
@@ -88,7 +88,7 @@ int memory(const char* path) {
     const auto names = std::move(collection).freeze();
     std::size_t stored = 0;
     const double encoding =
-        secondsOf([&] { stored = encodePropertyList(names, platform::PropertyListFormat::Binary).size(); });
+        secondsOf([&] { stored = encodePropertyList(names, propertylist::PropertyListFormat::Binary).size(); });
     std::printf(
         "{\"bytes\": %zu, \"names\": %zu, \"stored\": %zu, \"parse\": %.6f, \"encode\": %.6f, \"parsed\": %ld, "
         "\"encoded\": %ld}\n",
@@ -97,9 +97,9 @@ int memory(const char* path) {
 }
 
 int rebuild() {
-    platform::LinuxFiles files;
+    linux::LinuxFiles files;
     SilentLog log;
-    platform::posix::DiskPreferences preferences(platform::posix::preferencesFolder(), log);
+    linux::DiskPreferences preferences(linux::preferencesFolder(), log);
     const auto cache = CFPreferencesWrapper_Typeslate::preferencesWithApplication(preferences, kCacheDomain);
     Catalogue catalogue;
     CacheCheck check;

@@ -1,9 +1,9 @@
 // The search for the helper among 2,000 more processes, in vain, beside one bare reading of /proc: its list, and of
 // each process the link to the program. Rounds of the two alternate, so that noise hits both, and the best round of
 // each counts.
+#include "linux/processes/LinuxProcesses.h"
+#include "linux/system/FolderBundle.h"
 #include "pane/RunningProcess.h"
-#include "platform/linux/FolderBundle.h"
-#include "platform/linux/LinuxProcesses.h"
 
 #include <dirent.h>
 #include <sys/prctl.h>
@@ -19,7 +19,7 @@
 #include <functional>
 
 using namespace platform;
-using namespace platform::posix;
+using namespace linux;
 
 namespace {
 

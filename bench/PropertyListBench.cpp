@@ -1,6 +1,6 @@
 // Times the property-list value and its codecs. The font domain is that of the font-name cache: a dictionary of records
 // of 21 strings each.
-#include "platform/PropertyListCodec.h"
+#include "propertylist/Codec.h"
 
 #include <benchmark/benchmark.h>
 
@@ -8,9 +8,9 @@
 #include <fstream>
 #include <iterator>
 
-using platform::MutableDictionary;
-using platform::PropertyList;
-using platform::PropertyListFormat;
+using propertylist::MutableDictionary;
+using propertylist::PropertyList;
+using propertylist::PropertyListFormat;
 
 namespace {
 
@@ -54,13 +54,13 @@ std::shared_ptr<const std::string> shared(const PropertyList& value,
 
 void decode(benchmark::State& state, PropertyListFormat format) {
     auto bytes = shared(fontDomain(static_cast<int>(state.range(0))), format);
-    for (auto _ : state) benchmark::DoNotOptimize(platform::decodePropertyList(bytes));
+    for (auto _ : state) benchmark::DoNotOptimize(propertylist::decodePropertyList(bytes));
 }
 BENCHMARK_CAPTURE(decode, binary, PropertyListFormat::Binary)->Arg(10'000)->Arg(100'000)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(decode, xml, PropertyListFormat::XML)->Arg(10'000)->Unit(benchmark::kMillisecond);
 
 void encodeDecoded(benchmark::State& state, PropertyListFormat format) {
-    PropertyList domain = platform::decodePropertyList(shared(fontDomain(static_cast<int>(state.range(0)))));
+    PropertyList domain = propertylist::decodePropertyList(shared(fontDomain(static_cast<int>(state.range(0)))));
     for (auto _ : state) benchmark::DoNotOptimize(encodePropertyList(domain, format));
 }
 BENCHMARK_CAPTURE(encodeDecoded, binary, PropertyListFormat::Binary)
@@ -88,7 +88,7 @@ PropertyList withOneOptionChanged(const PropertyList& domain, int turn) {
 }
 
 void click(benchmark::State& state) {
-    PropertyList domain = platform::decodePropertyList(shared(entryDomain(static_cast<int>(state.range(0)))));
+    PropertyList domain = propertylist::decodePropertyList(shared(entryDomain(static_cast<int>(state.range(0)))));
     int turn = 0;
     for (auto _ : state)
         benchmark::DoNotOptimize(encodePropertyList(withOneOptionChanged(domain, ++turn), PropertyListFormat::Binary));
@@ -97,7 +97,7 @@ BENCHMARK(click)->Arg(10)->Arg(1000)->Unit(benchmark::kMicrosecond);
 
 void lookUp(benchmark::State& state) {
     int count = static_cast<int>(state.range(0)), i = 0;
-    PropertyList names = platform::decodePropertyList(shared(fontDomain(count)))["AllNames"];
+    PropertyList names = propertylist::decodePropertyList(shared(fontDomain(count)))["AllNames"];
     std::vector<std::string> keys;
     for (int k = 0; k < 16; ++k) keys.push_back("FontName-" + std::to_string(k * (count / 16)));
     for (auto _ : state) benchmark::DoNotOptimize(&names[keys[static_cast<std::size_t>(++i % 16)]]);
@@ -113,13 +113,14 @@ std::shared_ptr<const std::string> sharedFile() {
 
 void fileDecode(benchmark::State& state) {
     auto bytes = sharedFile();
-    if (!platform::decodePropertyList(bytes)) return state.SkipWithError("TYPESLATE_BENCH_FILE names no property list");
-    for (auto _ : state) benchmark::DoNotOptimize(platform::decodePropertyList(bytes));
+    if (!propertylist::decodePropertyList(bytes))
+        return state.SkipWithError("TYPESLATE_BENCH_FILE names no property list");
+    for (auto _ : state) benchmark::DoNotOptimize(propertylist::decodePropertyList(bytes));
 }
 BENCHMARK(fileDecode)->Unit(benchmark::kMillisecond);
 
 void fileEncode(benchmark::State& state) {
-    PropertyList value = platform::decodePropertyList(sharedFile());
+    PropertyList value = propertylist::decodePropertyList(sharedFile());
     if (!value) return state.SkipWithError("TYPESLATE_BENCH_FILE names no property list");
     for (auto _ : state) benchmark::DoNotOptimize(encodePropertyList(value, PropertyListFormat::Binary));
 }

@@ -7,14 +7,14 @@
 #include <cstdio>
 
 #include "bench/EntriesWorld.h"
-#include "platform/qt/QtTableView.h"
-#include "platform/qt/QtToolkit.h"
+#include "qt/QtToolkit.h"
+#include "qt/controls/QtTableView.h"
 
 int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication application(argc, argv);
     for (std::size_t count : {50, 5000}) {
-        platform::qt::QtToolkit toolkit([](std::string_view) { return std::string(); });
+        qt::QtToolkit toolkit([](std::string_view) { return std::string(); });
         bench::EntriesWorld world(5000, &toolkit);
         world.clear();
         world.add(count);
@@ -22,7 +22,7 @@ int main(int argc, char** argv) {
         widget.resize(400, 500);
         widget.setProperty("columnIdentifiers", QStringList{QStringLiteral("13"), QStringLiteral("entry")});
         widget.setProperty("columnTitles", QStringList{QStringLiteral("Icon"), QStringLiteral("Entry")});
-        platform::qt::QtTableView table(widget, *world.pane);
+        qt::QtTableView table(widget, *world.pane);
         world.pane->setOutlet("exTableView", table);
         table.setImageColumn("13");
         table.setDataSource(&*world.pane);

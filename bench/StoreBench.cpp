@@ -13,12 +13,12 @@
 #include <string>
 #include <unordered_map>
 
-#include "platform/linux/DiskPreferences.h"
+#include "linux/preferences/DiskPreferences.h"
 
 namespace {
 
+using linux::DiskPreferences;
 using platform::PropertyList;
-using platform::posix::DiskPreferences;
 namespace fs = std::filesystem;
 
 const std::string kDomain = "com.example.bench";

@@ -1,5 +1,5 @@
 if(TYPESLATE_HAVE_QT AND TARGET fake_platform)
   add_executable(bench_about AboutBench.cpp)
-  target_link_libraries(bench_about PRIVATE typeslate_bundle_code fake_platform platform_linux platform_qt)
+  target_link_libraries(bench_about PRIVATE typeslate_bundle_code fake_platform linux_platform qt_platform)
   target_compile_definitions(bench_about PRIVATE BUNDLE="${CMAKE_BINARY_DIR}/Typeslate.prefPane")
 endif()

@@ -1,2 +1,2 @@
 add_executable(bench_applications ${CMAKE_CURRENT_LIST_DIR}/ApplicationsBench.cpp)
-target_link_libraries(bench_applications PRIVATE platform_linux)
+target_link_libraries(bench_applications PRIVATE linux_platform)

@@ -1,4 +1,4 @@
 if(TARGET fake_platform)
   add_executable(bench_click ClickBench.cpp)
-  target_link_libraries(bench_click PRIVATE typeslate_bundle_code fake_platform platform_linux)
+  target_link_libraries(bench_click PRIVATE typeslate_bundle_code fake_platform linux_platform)
 endif()

@@ -1,2 +1,2 @@
 add_executable(bench_fontcatalog ${CMAKE_CURRENT_LIST_DIR}/FontCatalogBench.cpp)
-target_link_libraries(bench_fontcatalog PRIVATE typeslate_bundle_code platform_linux)
+target_link_libraries(bench_fontcatalog PRIVATE typeslate_bundle_code linux_platform)

@@ -1,2 +1,2 @@
 add_executable(bench_processes ${CMAKE_CURRENT_LIST_DIR}/ProcessesBench.cpp)
-target_link_libraries(bench_processes PRIVATE typeslate_bundle_code platform_linux)
+target_link_libraries(bench_processes PRIVATE typeslate_bundle_code linux_platform)

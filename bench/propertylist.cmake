@@ -1,5 +1,5 @@
 add_executable(bench_propertylist PropertyListBench.cpp)
-target_link_libraries(bench_propertylist PRIVATE platform_core benchmark::benchmark_main)
+target_link_libraries(bench_propertylist PRIVATE propertylist benchmark::benchmark_main)
 
 # The peer is timed beside ours by propertylist_peers.py.
 find_path(PLIST_INCLUDE_DIR plist/plist.h)

@@ -1,12 +1,12 @@
 // Any bytes as a desktop file, through everything that reads its values.
-#include "platform/Unicode.h"
-#include "platform/linux/DesktopEntry.h"
-#include "platform/linux/DesktopEntryCommand.h"
-#include "platform/linux/DisplayText.h"
+#include "linux/applications/DesktopEntry.h"
+#include "linux/applications/DesktopEntryCommand.h"
+#include "linux/system/DisplayText.h"
+#include "propertylist/Unicode.h"
 
 #include <cstdlib>
 
-using namespace platform::posix;
+using namespace linux;
 
 namespace {
 
@@ -16,7 +16,7 @@ void require(bool holds) {
 
 // Three bytes for a character is what a bad byte grows to.
 void checkShown(const std::string& shown) {
-    require(platform::isValidUTF8(shown) && shown.size() <= 4 * kMaximumDisplayCharacters + 3);
+    require(propertylist::isValidUTF8(shown) && shown.size() <= 4 * kMaximumDisplayCharacters + 3);
     for (const char c : shown) require(static_cast<unsigned char>(c) >= 0x20 && c != 0x7F);
     if (shown.size() < kMaximumDisplayCharacters) require(displayText(shown) == shown);
 }
@@ -40,7 +40,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     desktopEntryLocale(bytes);
     const auto entry = readDesktopEntry(bytes, desktopEntryLocale("sr_YU.UTF-8@Latn"));
     if (!entry) return 0;
-    require(platform::isValidUTF8(entry->name) && entry->name.find('\0') == std::string::npos);
+    require(propertylist::isValidUTF8(entry->name) && entry->name.find('\0') == std::string::npos);
     require(entry->name.size() <= kMaximumDesktopEntryValue && entry->exec.size() <= kMaximumDesktopEntryValue);
     checkShown(displayText(entry->name));
     checkCommand(entry->exec);

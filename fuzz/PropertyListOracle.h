@@ -1,7 +1,7 @@
 // What must hold for every value that a codec made of foreign bytes.
 #pragma once
 
-#include "platform/PropertyListCodec.h"
+#include "propertylist/Codec.h"
 
 #include <cstdlib>
 
@@ -10,13 +10,13 @@ inline void expect(bool holds) {
 }
 
 // What was read can be written, and reads as the same value.
-inline void expectRoundTrip(const platform::PropertyList& value, platform::PropertyListFormat format) {
+inline void expectRoundTrip(const propertylist::PropertyList& value, propertylist::PropertyListFormat format) {
     std::string bytes = encodePropertyList(value, format);
-    expect(!bytes.empty() && platform::decodePropertyList(bytes) == value);
+    expect(!bytes.empty() && propertylist::decodePropertyList(bytes) == value);
 }
 
 // Every element and every key is found where it stands.
-inline void expectLookUps(const platform::PropertyList& value) {
+inline void expectLookUps(const propertylist::PropertyList& value) {
     for (std::size_t i = 0; i < value.size() && value.isArray(); ++i) expect(value[i] == value.elements()[i]);
     for (const auto& entry : value.entries()) expect(value[entry.key.stringValue()] == entry.value);
 }

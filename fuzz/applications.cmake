@@ -1,1 +1,1 @@
-typeslate_fuzz(fuzz_desktop_entry SOURCES ${CMAKE_SOURCE_DIR}/fuzz/FuzzDesktopEntry.cpp LIBRARIES platform_linux)
+typeslate_fuzz(fuzz_desktop_entry SOURCES ${CMAKE_SOURCE_DIR}/fuzz/FuzzDesktopEntry.cpp LIBRARIES linux_platform)

@@ -1,7 +1,7 @@
 // An escaped name in both forms: the decoder against the plain rules.
 #include "fuzz/Reference.h"
 #include "pane/fontcatalog/EscapedName.h"
-#include "platform/Unicode.h"
+#include "propertylist/Unicode.h"
 
 #include <cstdlib>
 
@@ -10,7 +10,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         fontcatalog::decodedText(std::make_shared<const std::string>(reinterpret_cast<const char*>(data), size));
     for (const bool isUnicode : {false, true}) {
         const std::string name = fontcatalog::escapedNameForString_isUnicode(text.characters, isUnicode);
-        if (!platform::isValidUTF8(name) || name != reference::escapedName(text.characters, isUnicode)) std::abort();
+        if (!propertylist::isValidUTF8(name) || name != reference::escapedName(text.characters, isUnicode))
+            std::abort();
     }
     return 0;
 }

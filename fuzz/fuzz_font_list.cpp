@@ -1,7 +1,7 @@
 // A font list: the reader against the plain rules, records, their order and log lines.
 #include "fuzz/Reference.h"
 
-#include "platform/Unicode.h"
+#include "propertylist/Unicode.h"
 
 #include <cstdlib>
 
@@ -18,7 +18,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     constexpr std::string_view kPath = "/Lists/AdobeFnt.lst";
     const auto bytes = std::make_shared<const std::string>(reinterpret_cast<const char*>(data), size);
     const fontcatalog::Text text = fontcatalog::decodedText(bytes);
-    if (!platform::isValidUTF8(text.characters)) std::abort();
+    if (!propertylist::isValidUTF8(text.characters)) std::abort();
 
     fontcatalog::NamesCollection names, expected;
     reference::RecordingLog log, expectedLog;

@@ -4,9 +4,9 @@
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     std::string bytes = "bplist0";
     bytes.append(reinterpret_cast<const char*>(data), size);
-    platform::PropertyList value = platform::decodePropertyList(bytes);
+    propertylist::PropertyList value = propertylist::decodePropertyList(bytes);
     if (!value) return 0;
-    expectRoundTrip(value, platform::PropertyListFormat::Binary);
+    expectRoundTrip(value, propertylist::PropertyListFormat::Binary);
     expectLookUps(value);
     return 0;
 }

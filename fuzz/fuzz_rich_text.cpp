@@ -1,12 +1,12 @@
 // Rich text: whatever the bytes, what is read can be handed to a toolkit as it is.
-#include "platform/qt/RichTextCharacters.h"
-#include "platform/qt/RichTextLinks.h"
-#include "platform/qt/RichTextRuns.h"
+#include "qt/texts/RichTextCharacters.h"
+#include "qt/texts/RichTextLinks.h"
+#include "qt/texts/RichTextRuns.h"
 
 #include <algorithm>
 #include <cstdlib>
 
-using namespace platform::qt;
+using namespace qt;
 
 namespace {
 

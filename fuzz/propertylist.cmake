@@ -1,2 +1,2 @@
-typeslate_fuzz(fuzz_propertylist_binary SOURCES fuzz_propertylist_binary.cpp LIBRARIES platform_core)
-typeslate_fuzz(fuzz_propertylist_xml SOURCES fuzz_propertylist_xml.cpp LIBRARIES platform_core)
+typeslate_fuzz(fuzz_propertylist_binary SOURCES fuzz_propertylist_binary.cpp LIBRARIES propertylist)
+typeslate_fuzz(fuzz_propertylist_xml SOURCES fuzz_propertylist_xml.cpp LIBRARIES propertylist)

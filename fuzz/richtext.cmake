@@ -1,3 +1,3 @@
-if(TARGET platform_rich_text)
-  typeslate_fuzz(fuzz_rich_text SOURCES fuzz_rich_text.cpp LIBRARIES platform_rich_text)
+if(TARGET rich_text)
+  typeslate_fuzz(fuzz_rich_text SOURCES fuzz_rich_text.cpp LIBRARIES rich_text)
 endif()

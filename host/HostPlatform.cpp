@@ -1,48 +1,48 @@
 #include "host/HostPlatform.h"
 
-#include "platform/linux/AutostartMirror.h"
-#include "platform/linux/DiskPreferences.h"
-#include "platform/linux/FolderBundle.h"
-#include "platform/linux/LinuxApplications.h"
-#include "platform/linux/LinuxDates.h"
-#include "platform/linux/LinuxFiles.h"
-#include "platform/linux/LinuxLauncher.h"
-#include "platform/linux/LinuxProcesses.h"
-#include "platform/linux/LinuxSystem.h"
-#include "platform/linux/RuntimeLoader.h"
-#include "platform/linux/SystemLog.h"
-#include "platform/qt/QtRunLoop.h"
-#include "platform/qt/QtToolkit.h"
-#include "platform/qt/dbus/DBusNotificationCenter.h"
+#include "linux/applications/LinuxApplications.h"
+#include "linux/files/LinuxFiles.h"
+#include "linux/loginitems/AutostartMirror.h"
+#include "linux/preferences/DiskPreferences.h"
+#include "linux/processes/LinuxLauncher.h"
+#include "linux/processes/LinuxProcesses.h"
+#include "linux/system/FolderBundle.h"
+#include "linux/system/LinuxDates.h"
+#include "linux/system/LinuxSystem.h"
+#include "linux/system/RuntimeLoader.h"
+#include "linux/system/SystemLog.h"
+#include "qt/QtRunLoop.h"
+#include "qt/QtToolkit.h"
+#include "qt/messages/DBusNotificationCenter.h"
 
 namespace host {
 
 using namespace platform;
 
 struct HostPlatform::Parts {
-    posix::SystemLog log;
-    posix::DiskPreferences preferences{posix::preferencesFolder(), log};
-    posix::AutostartMirror autostart{preferences, log};
+    linux::SystemLog log;
+    linux::DiskPreferences preferences{linux::preferencesFolder(), log};
+    linux::AutostartMirror autostart{preferences, log};
     qt::DBusNotificationCenter notifications{log};
-    posix::FolderBundles bundles;
-    LinuxFiles files;
-    posix::LinuxApplications applications;
-    posix::LinuxSystem system;
+    linux::FolderBundles bundles;
+    linux::LinuxFiles files;
+    linux::LinuxApplications applications;
+    linux::LinuxSystem system;
     qt::QtRunLoop runLoop;
     qt::QtToolkit toolkit{[this](std::string_view path) {
         auto application = applications.applicationAtPath(path);
         return application ? application->iconName : std::string();
     }};
-    posix::LinuxProcesses processes{applications};
-    posix::LinuxLauncher launcher;
-    posix::LinuxDates dates;
+    linux::LinuxProcesses processes{applications};
+    linux::LinuxLauncher launcher;
+    linux::LinuxDates dates;
 };
 
 HostPlatform::HostPlatform() : parts_(new Parts) {
-    parts_->bundles.addLoaded(posix::loadRuntime(parts_->files));
+    parts_->bundles.addLoaded(linux::loadRuntime(parts_->files));
     parts_->toolkit.setApplicationLister([&applications = parts_->applications] {
         std::vector<qt::ChoosableApplication> choosable;
-        for (const posix::InstalledApplication& application : applications.installedApplications())
+        for (const linux::InstalledApplication& application : applications.installedApplications())
             choosable.push_back({application.path, application.name});
         return choosable;
     });

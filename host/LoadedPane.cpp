@@ -1,6 +1,6 @@
 #include "host/LoadedPane.h"
 
-#include "platform/linux/Localized.h"
+#include "linux/system/Localized.h"
 
 #include <QVBoxLayout>
 #include <QVariant>
@@ -20,7 +20,7 @@ LoadedPane::~LoadedPane() {
 std::string LoadedPane::load(const std::string& bundlePath) {
     bundle_ = platform_.bundles().openBundle(bundlePath);
     if (!bundle_)
-        return posix::localizedFormat("%@ is not a pane: it has no readable Contents/Info.plist.", bundlePath);
+        return linux::localizedFormat("%@ is not a pane: it has no readable Contents/Info.plist.", bundlePath);
     std::string className(bundle_->infoValue("NSPrincipalClass").stringValue());
     std::string factoryName = className + "_create";
     auto factory = reinterpret_cast<PreferencePaneFactory>(bundle_->functionNamed(factoryName.c_str()));

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "host/HostPlatform.h"
-#include "platform/qt/InterfaceLoader.h"
+#include "qt/controls/InterfaceLoader.h"
 
 #include <memory>
 #include <string>
@@ -38,7 +38,7 @@ private:
     QWidget& page_;
     std::unique_ptr<platform::Bundle> bundle_;
     std::unique_ptr<platform::PreferencePane> pane_;
-    std::unique_ptr<platform::qt::Interface> interface_;
+    std::unique_ptr<qt::Interface> interface_;
     bool isSelected_ = false;
 };
 

@@ -1,6 +1,6 @@
 #include "host/PaneWindow.h"
 
-#include "platform/qt/Text.h"
+#include "qt/texts/Text.h"
 
 #include <QCloseEvent>
 #include <QCoreApplication>
@@ -13,7 +13,7 @@ using platform::UnselectReply;
 
 std::string PaneWindow::load(const std::string& bundlePath) {
     if (std::string problem = pane_.load(bundlePath); !problem.empty()) return problem;
-    setWindowTitle(platform::qt::toQString(pane_.bundle().infoValue("CFBundleName").stringValue()));
+    setWindowTitle(qt::toQString(pane_.bundle().infoValue("CFBundleName").stringValue()));
     ownSize_ = pane_.root().size().expandedTo(sizeHint());
     resize(ownSize_);
     return {};

@@ -1,9 +1,9 @@
 #include "host/PanehostRequest.h"
 
 #include "host/ToolkitTexts.h"
-#include "platform/linux/Installation.h"
-#include "platform/linux/Localized.h"
-#include "platform/linux/TextColumns.h"
+#include "linux/system/Installation.h"
+#include "linux/system/Localized.h"
+#include "linux/system/TextColumns.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -17,8 +17,8 @@
 namespace host {
 namespace {
 
-using platform::posix::helpItem;
-using platform::posix::localized;
+using linux::helpItem;
+using linux::localized;
 
 constexpr int kUsage = 2;
 
@@ -76,7 +76,7 @@ std::string helpText() {
 // What the toolkit says is in the user's language only while there is an application object.
 std::string problemWith(const QStringList& arguments, QCommandLineParser& parser, int argc, char** argv) {
     QCoreApplication application(argc, argv);
-    const std::unique_ptr<QTranslator> texts = toolkitTexts(platform::posix::paneBundlePath());
+    const std::unique_ptr<QTranslator> texts = toolkitTexts(linux::paneBundlePath());
     parser.parse(arguments);
     return parser.errorText().toStdString();
 }
@@ -96,7 +96,7 @@ Request requestFrom(int argc, char** argv) {
     bool isRow = true;
     const QString row = parser.value(QStringLiteral("select"));
     const QStringList bundles = parser.positionalArguments();
-    Request request{.bundle = bundles.value(0, QString::fromStdString(platform::posix::paneBundlePath())),
+    Request request{.bundle = bundles.value(0, QString::fromStdString(linux::paneBundlePath())),
                     .screenshot = parser.value(QStringLiteral("screenshot")),
                     .tab = parser.value(QStringLiteral("tab")),
                     .row = row.isEmpty() ? -1 : row.toInt(&isRow),

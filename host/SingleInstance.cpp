@@ -1,6 +1,6 @@
 #include "host/SingleInstance.h"
 
-#include "platform/qt/dbus/SessionBus.h"
+#include "qt/messages/SessionBus.h"
 
 #include <QDBusArgument>
 #include <QDBusConnectionInterface>
@@ -20,7 +20,7 @@ QString pathOf(const QString& id) { return QLatin1Char('/') + QString(id).replac
 }  // namespace
 
 SingleInstance::SingleInstance(const QString& id, const QString& scene)
-    : id_(id), path_(pathOf(id)), scene_(scene), bus_(platform::qt::sessionBusConnection(id)) {}
+    : id_(id), path_(pathOf(id)), scene_(scene), bus_(qt::sessionBusConnection(id)) {}
 
 SingleInstance::~SingleInstance() { QDBusConnection::disconnectFromBus(bus_.name()); }
 

@@ -1,6 +1,6 @@
 #include "host/ToolkitTexts.h"
 
-#include "platform/linux/FolderBundle.h"
+#include "linux/system/FolderBundle.h"
 
 #include <QCoreApplication>
 #include <QLibraryInfo>
@@ -20,7 +20,7 @@ QString translationsFolder() {
 
 // Named by the folder that the texts are found in.
 std::string languageOf(const std::string& bundlePath) {
-    const auto bundle = platform::posix::FolderBundle::open(bundlePath);
+    const auto bundle = linux::FolderBundle::open(bundlePath);
     const auto texts = bundle ? bundle->resourcePath("Localizable", "strings") : std::nullopt;
     return texts ? std::filesystem::path(*texts).parent_path().stem().string() : std::string();
 }

@@ -7,8 +7,8 @@
 #include "host/StartupToken.h"
 #include "host/ToolkitTexts.h"
 #include "host/WindowPlace.h"
-#include "platform/linux/Localized.h"
-#include "platform/qt/EndSignals.h"
+#include "linux/system/Localized.h"
+#include "qt/EndSignals.h"
 
 #include <QApplication>
 #include <QFileInfo>
@@ -28,7 +28,7 @@ constexpr int kRefused = 1;
 constexpr const char* kApplicationId = "com.tarnwick.typeslate.Settings";
 
 [[noreturn]] void refuseWithoutDisplay() {
-    const std::string advice = platform::posix::localized(
+    const std::string advice = linux::localized(
         "there is no display to open the window on.\n"
         "Run it from a desktop session, or choose where to draw:\n"
         "  panehost -platform vnc          a window for a VNC viewer on port 5900\n"
@@ -111,7 +111,7 @@ int writeScreenshot(host::PaneWindow& window, const QString& file) {
     constexpr int kRounds = 10;  // layouts, then images, settle in a few
     for (int i = 0; i < kRounds; ++i) QCoreApplication::processEvents();
     if (window.grab().save(file, "PNG")) return 0;
-    const std::string problem = platform::posix::localizedFormat("%@ cannot be written", file.toStdString());
+    const std::string problem = linux::localizedFormat("%@ cannot be written", file.toStdString());
     std::fprintf(stderr, "panehost: %s\n", problem.c_str());
     return kRefused;
 }
@@ -125,7 +125,7 @@ int main(int argc, char** argv) {
     QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
 #endif
-    platform::qt::EndSignals endSignals;
+    qt::EndSignals endSignals;
     const QVariantMap tokens = host::startupTokens();
     qInstallMessageHandler(refuseOnFatal);
     std::thread fonts = readingFontConfiguration();

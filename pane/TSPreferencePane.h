@@ -5,9 +5,9 @@
 #pragma once
 
 #include "TarnwickUpdater/PrefPane Stuff/TWVCUpdateViewController/TWVCUpdateViewController.h"
-#include "pane/Outlet.h"
 #include "pane/fontcatalog/AdobeNames.h"
 #include "platform/AliasClass.h"
+#include "platform/Outlet.h"
 #include "platform/Platform.h"
 #include "platform/PlinthRuntime.h"
 #include "settings/ApplicationEntry.h"

@@ -2,6 +2,7 @@
 // injection runtime when two seconds have passed without another change.
 #include "pane/TSPreferencePane.h"
 
+#include "propertylist/Date.h"
 #include "settings/EntryList.h"
 
 using namespace platform;

@@ -1,11 +1,12 @@
 // Merging the shipped exclusions, once for each of their versions.
 #include "pane/TSPreferencePane.h"
 
-#include "platform/PropertyListCodec.h"
+#include "propertylist/Codec.h"
 #include "settings/DefaultExclusions.h"
 #include "settings/EntryList.h"
 
 using namespace platform;
+using namespace propertylist;
 using namespace settings;
 
 void TSPreferencePane::addDefaultExclusionsToTS() {

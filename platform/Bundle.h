@@ -2,7 +2,7 @@
 // PrivateFrameworks/. The pane itself, frameworks, modules, helper and updater applications have this form.
 #pragma once
 
-#include "platform/PropertyList.h"
+#include "platform/PlatformTypes.h"
 
 #include <memory>
 #include <optional>

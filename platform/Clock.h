@@ -1,7 +1,7 @@
 // The wall clock.
 #pragma once
 
-#include "platform/PropertyList.h"
+#include "platform/PlatformTypes.h"
 
 namespace platform {
 

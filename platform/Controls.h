@@ -5,7 +5,7 @@
 // Coordinates are in points, y grows upward, a frame is relative to the superview's lower left corner.
 #pragma once
 
-#include "platform/PropertyList.h"
+#include "platform/PlatformTypes.h"
 
 #include <functional>
 #include <memory>

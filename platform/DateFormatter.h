@@ -1,7 +1,7 @@
 // Dates as text for people, in the language and the time zone of the user.
 #pragma once
 
-#include "platform/PropertyList.h"
+#include "platform/PlatformTypes.h"
 
 #include <optional>
 #include <string>

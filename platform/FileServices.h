@@ -4,7 +4,6 @@
 #pragma once
 
 #include "platform/PlatformTypes.h"
-#include "platform/PropertyList.h"
 
 #include <memory>
 #include <optional>

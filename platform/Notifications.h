@@ -2,7 +2,7 @@
 // observes the name.
 #pragma once
 
-#include "platform/PropertyList.h"
+#include "platform/PlatformTypes.h"
 
 #include <functional>
 #include <memory>

@@ -1,10 +1,18 @@
 // Small types that several interfaces share.
 #pragma once
 
+#include "propertylist/PropertyList.h"
+
 #include <cstdint>
 #include <string_view>
 
 namespace platform {
+
+// The values that cross every interface.
+using propertylist::Date;
+using propertylist::mutableArray;
+using propertylist::MutableDictionary;
+using propertylist::PropertyList;
 
 // A platform status: 0 for success, negative for an error.
 using OSStatus = std::int32_t;
@@ -18,7 +26,28 @@ inline constexpr OSStatus kIOErr = -36;
 inline constexpr OSStatus kNotAFolder = -1407;
 
 // A short English description, for logs and alerts; never empty.
-std::string_view statusText(OSStatus status);
+constexpr std::string_view statusText(OSStatus status) {
+    switch (status) {
+        case kNoErr:
+            return "No error";
+        case kIOErr:
+            return "I/O error";
+        case kBadName:
+            return "Not a name that a file can have";
+        case kFileNotFound:
+            return "File not found";
+        case kDuplicateFile:
+            return "A file of this name exists already";
+        case kParamErr:
+            return "Bad parameter";
+        case kPermissionErr:
+            return "Permission denied";
+        case kNotAFolder:
+            return "Not a folder";
+        default:
+            return "Unknown error";
+    }
+}
 
 // Four characters as a number, the first in the highest byte: 'sysv'.
 using FourCharCode = std::uint32_t;

@@ -5,7 +5,8 @@
 // Not for use from several threads at once; separate services, in one process or many, may share a domain.
 #pragma once
 
-#include "platform/PropertyList.h"
+#include "platform/PlatformTypes.h"
+#include "propertylist/Coercion.h"
 
 #include <string>
 #include <string_view>
@@ -35,10 +36,13 @@ public:
     // The names of all stored domains that hold a key, or may hold one, sorted.
     virtual std::vector<std::string> domains() = 0;
 
-    // What the platform's boolean and integer reads accept: booleans, numbers, and the strings true/yes/1 and
-    // false/no/0 in any case; for integers decimal strings too. False and 0 otherwise.
-    bool getBooleanValue(std::string_view key, std::string_view domain);
-    std::int64_t getIntegerValue(std::string_view key, std::string_view domain);
+    // What the platform's boolean and integer reads accept; false and 0 otherwise.
+    bool getBooleanValue(std::string_view key, std::string_view domain) {
+        return propertylist::coercedBoolean(copyValue(key, domain));
+    }
+    std::int64_t getIntegerValue(std::string_view key, std::string_view domain) {
+        return propertylist::coercedInteger(copyValue(key, domain));
+    }
 };
 
 }  // namespace platform

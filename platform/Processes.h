@@ -1,7 +1,7 @@
 // The processes of this machine, as far as this user may see them.
 #pragma once
 
-#include "platform/PropertyList.h"
+#include "platform/PlatformTypes.h"
 
 #include <cstdint>
 #include <optional>

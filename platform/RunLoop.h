@@ -27,9 +27,4 @@ public:
     virtual std::unique_ptr<Timer> scheduleTimer(double seconds, bool repeats, std::function<void()> action) = 0;
 };
 
-// now + seconds, to the microsecond.
-Date dateByAdding(Date date, double seconds);
-// "2026-01-31 12:00:00 +0000", the form in which logs show a date.
-std::string dateDescription(Date date);
-
 }  // namespace platform

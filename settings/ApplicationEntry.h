@@ -1,7 +1,7 @@
 // Entries for applications: what one is made of, and which applications a list has already.
 #pragma once
 
-#include "platform/PropertyList.h"
+#include "platform/PlatformTypes.h"
 
 #include <optional>
 #include <string>

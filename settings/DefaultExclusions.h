@@ -1,7 +1,7 @@
 // Merging the entries that the pane ships into the user's list.
 #pragma once
 
-#include "platform/PropertyList.h"
+#include "platform/PlatformTypes.h"
 
 #include <vector>
 

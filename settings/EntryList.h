@@ -1,7 +1,7 @@
 // The ordered entry list "TheExcList": its keys, its kinds of entry, and the rule that the Global entry stands first.
 #pragma once
 
-#include "platform/PropertyList.h"
+#include "platform/PlatformTypes.h"
 
 #include <string_view>
 #include <vector>

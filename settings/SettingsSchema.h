@@ -1,7 +1,7 @@
 // The sixteen font-menu options of an entry's "Settings". Whatever shows, changes or lists options reads this table.
 #pragma once
 
-#include "platform/PropertyList.h"
+#include "platform/PlatformTypes.h"
 
 #include <cstdint>
 #include <optional>

@@ -1,6 +1,6 @@
 #include "tools/BusModule.h"
 
-#include "platform/linux/Installation.h"
+#include "linux/system/Installation.h"
 #include "tools/Localized.h"
 
 #include <dlfcn.h>
@@ -8,7 +8,7 @@
 namespace tools {
 namespace {
 
-std::string modulePath() { return platform::posix::installedPath("typeslatectl-bus.so"); }
+std::string modulePath() { return linux::installedPath("typeslatectl-bus.so"); }
 
 }  // namespace
 

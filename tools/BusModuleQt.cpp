@@ -1,10 +1,10 @@
 // The module that typeslatectl loads for its commands on the session bus.
-#include "platform/linux/SystemLog.h"
-#include "platform/qt/EndSignals.h"
-#include "platform/qt/QtRunLoop.h"
-#include "platform/qt/dbus/DBusNotificationCenter.h"
-#include "platform/qt/dbus/RuntimeMessages.h"
-#include "platform/qt/dbus/SessionBus.h"
+#include "linux/system/SystemLog.h"
+#include "qt/EndSignals.h"
+#include "qt/QtRunLoop.h"
+#include "qt/messages/DBusNotificationCenter.h"
+#include "qt/messages/RuntimeMessages.h"
+#include "qt/messages/SessionBus.h"
 #include "tools/BusModule.h"
 
 #include <QCoreApplication>
@@ -22,17 +22,17 @@ class QtBusModule final : public BusModule {
 public:
     // On a connection of its own: the centre's would say in the log that changes are not announced, before there are
     // any.
-    bool isConnected() override { return platform::qt::sessionBusConnection(kProbe).isConnected(); }
+    bool isConnected() override { return qt::sessionBusConnection(kProbe).isConnected(); }
     platform::DistributedNotificationCenter& notifications() override { return center_; }
     platform::RunLoop& runLoop() override { return runLoop_; }
     void observeBroadcasts(std::function<void(std::string_view, std::string_view)> handler) override {
-        listener_.emplace([handler = std::move(handler)](const platform::qt::RuntimeMessage& message) {
+        listener_.emplace([handler = std::move(handler)](const qt::RuntimeMessage& message) {
             handler(message.module, message.message);
         });
     }
     void run() override {
         endSignals_.setHandler([this] { stop(); });
-        QDBusConnection bus = platform::qt::sessionBusConnection(kProbe);
+        QDBusConnection bus = qt::sessionBusConnection(kProbe);
         bus.connect(QString(), QStringLiteral("/org/freedesktop/DBus/Local"),
                     QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"), &application_,
                     SLOT(quit()));
@@ -43,12 +43,12 @@ public:
 
 private:
     const QString kProbe = QStringLiteral("typeslatectl-probe");
-    platform::qt::EndSignals endSignals_;
+    qt::EndSignals endSignals_;
     QCoreApplication application_{sArgumentCount, sArguments};
-    platform::posix::SystemLog log_;
-    platform::qt::DBusNotificationCenter center_{log_};
-    platform::qt::QtRunLoop runLoop_;
-    std::optional<platform::qt::RuntimeMessageListener> listener_;
+    linux::SystemLog log_;
+    qt::DBusNotificationCenter center_{log_};
+    qt::QtRunLoop runLoop_;
+    std::optional<qt::RuntimeMessageListener> listener_;
 };
 
 }  // namespace

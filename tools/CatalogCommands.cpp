@@ -1,13 +1,13 @@
 #include "tools/CatalogCommands.h"
 
+#include "linux/files/LinuxFiles.h"
+#include "linux/preferences/DiskPreferences.h"
+#include "linux/system/DisplayText.h"
+#include "linux/system/SystemLog.h"
 #include "pane/fontcatalog/AdobeNames.h"
 #include "pane/fontcatalog/FontListReader.h"
 #include "pane/fontcatalog/NameDatabaseReader.h"
 #include "pane/fontcatalog/TextEncoding.h"
-#include "platform/linux/DiskPreferences.h"
-#include "platform/linux/DisplayText.h"
-#include "platform/linux/LinuxFiles.h"
-#include "platform/linux/SystemLog.h"
 #include "tools/Json.h"
 #include "tools/Localized.h"
 #include "tools/Output.h"
@@ -30,15 +30,15 @@ struct Arguments {
 };
 
 // Unlike the pane, which passes over what it cannot read, a person who named the file is told.
-std::shared_ptr<const std::string> requireContent(LinuxFiles& files, const std::string& path) {
+std::shared_ptr<const std::string> requireContent(linux::LinuxFiles& files, const std::string& path) {
     auto bytes = files.readFile(path);
-    if (!bytes) throw refused("%@ is no regular file that can be read", posix::displayText(path));
+    if (!bytes) throw refused("%@ is no regular file that can be read", linux::displayText(path));
     return bytes;
 }
 
 void parse(const Arguments& arguments) {
-    LinuxFiles files;
-    posix::SystemLog log;
+    linux::LinuxFiles files;
+    linux::SystemLog log;
     FontFileLookup lookup(files);
     const FontFileFinder find = [&](std::string_view relative) { return lookup.getFontFileForSubpath(relative); };
     NamesCollection names;
@@ -51,8 +51,8 @@ void parse(const Arguments& arguments) {
 }
 
 struct Store {
-    posix::SystemLog log;
-    posix::DiskPreferences preferences{posix::preferencesFolder(), log};
+    linux::SystemLog log;
+    linux::DiskPreferences preferences{linux::preferencesFolder(), log};
 
     PropertyList value(std::string_view key) {
         if (!preferences.isReadable(kCacheDomain)) throw refused("the stored catalogue cannot be read");
@@ -67,10 +67,10 @@ struct Store {
 
 void build(const Arguments&) {
     const auto start = std::chrono::steady_clock::now();
-    LinuxFiles files;
-    posix::SystemLog log;
+    linux::LinuxFiles files;
+    linux::SystemLog log;
     ProgressLine progress(log);
-    posix::DiskPreferences preferences(posix::preferencesFolder(), log);
+    linux::DiskPreferences preferences(linux::preferencesFolder(), log);
     const auto cache = CFPreferencesWrapper_Typeslate::preferencesWithApplication(preferences, kCacheDomain);
     const auto tell = [&](std::size_t done, std::size_t all) {
         progress.show(localizedFormat("%d of %d font lists", done, all));
@@ -91,7 +91,7 @@ void build(const Arguments&) {
 
 void show(const Arguments& arguments) {
     const PropertyList record = Store().requireNames()[arguments.name];
-    if (!record) throw refused("there is no font \"%@\" in the catalogue", posix::displayText(arguments.name));
+    if (!record) throw refused("there is no font \"%@\" in the catalogue", linux::displayText(arguments.name));
     print(jsonText(record, JsonLayout::Indented) + "\n");
 }
 
@@ -100,16 +100,16 @@ void list(const Arguments& arguments) {
     std::string lines;
     for (const PropertyList::Entry& entry : names.entries())
         if (!arguments.family || entry.value["FullName"].stringValue() == *arguments.family)
-            lines += posix::withVisibleControls(entry.key.stringValue()) + "\n";
+            lines += linux::withVisibleControls(entry.key.stringValue()) + "\n";
     if (arguments.family && lines.empty())
-        throw refused("there is no family \"%@\" in the catalogue", posix::displayText(*arguments.family));
+        throw refused("there is no family \"%@\" in the catalogue", linux::displayText(*arguments.family));
     print(lines);
 }
 
 void stats(const Arguments&) {
     Store store;
     const PropertyList names = store.requireNames();
-    const std::string path = formatted("%s/%s.plist", {posix::preferencesFolder(), kCacheDomain});
+    const std::string path = formatted("%s/%s.plist", {linux::preferencesFolder(), kCacheDomain});
     std::error_code error;
     const auto size = std::filesystem::file_size(path, error);
     if (error) throw Refusal(path + ": " + error.message());

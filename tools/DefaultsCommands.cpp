@@ -1,8 +1,8 @@
 #include "tools/DefaultsCommands.h"
 
-#include "platform/PropertyListCodec.h"
-#include "platform/linux/DiskPreferences.h"
-#include "platform/linux/SystemLog.h"
+#include "linux/preferences/DiskPreferences.h"
+#include "linux/system/SystemLog.h"
+#include "propertylist/Codec.h"
 #include "tools/Json.h"
 #include "tools/Localized.h"
 #include "tools/Output.h"
@@ -16,6 +16,7 @@
 #include <optional>
 
 using namespace platform;
+using namespace propertylist;
 
 namespace tools {
 namespace {
@@ -30,8 +31,8 @@ struct Arguments {
 };
 
 struct Store {
-    posix::SystemLog log;
-    posix::DiskPreferences preferences{posix::preferencesFolder(), log};
+    linux::SystemLog log;
+    linux::DiskPreferences preferences{linux::preferencesFolder(), log};
 
     void requireReadable(const std::string& domain) {
         if (!preferences.isReadable(domain)) throw refused("the domain %@ cannot be read", domain);

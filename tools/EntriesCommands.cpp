@@ -1,6 +1,6 @@
 #include "tools/EntriesCommands.h"
 
-#include "platform/linux/DisplayText.h"
+#include "linux/system/DisplayText.h"
 #include "settings/EntryList.h"
 #include "tools/AbsolutePath.h"
 #include "tools/EntryListing.h"
@@ -26,8 +26,8 @@ struct Arguments {
 
 // As the pane would show it, repaired, but nothing is stored.
 std::vector<PropertyList> shownEntries() {
-    posix::SystemLog log;
-    posix::DiskPreferences preferences(posix::preferencesFolder(), log);
+    linux::SystemLog log;
+    linux::DiskPreferences preferences(linux::preferencesFolder(), log);
     if (!preferences.isReadable(kSettingsDomain)) throw refused("the stored settings cannot be read");
     std::vector<PropertyList> list = mutableArray(preferences.copyValue(kEntryListKey, kSettingsDomain));
     while (putGlobalFirst(list)) {
@@ -51,7 +51,7 @@ void get(const Arguments& arguments) {
     if (arguments.index < 0 || arguments.index >= std::ssize(entries)) throw noEntry(arguments.index, entries.size());
     PropertyList value = entries[static_cast<std::size_t>(arguments.index)];
     if (arguments.keyIfAny) value = valueUnder(value, *arguments.keyIfAny);
-    if (!value) throw refused("there is no option or key \"%@\"", posix::displayText(*arguments.keyIfAny));
+    if (!value) throw refused("there is no option or key \"%@\"", linux::displayText(*arguments.keyIfAny));
     print(jsonText(value, JsonLayout::Indented) + "\n");
 }
 
@@ -61,9 +61,9 @@ void add(const Arguments& arguments) {
     HeadlessPane pane;
     HeadlessPane::Added added = pane.addApplications(paths);
     for (const std::string& path : added.alreadyListed)
-        print(localizedFormat("%@ is in the list already", posix::displayText(path)) + "\n");
+        print(localizedFormat("%@ is in the list already", linux::displayText(path)) + "\n");
     for (const std::string& path : added.noApplications)
-        problems.push_back(localizedFormat("%@ is no application for this system", posix::displayText(path)));
+        problems.push_back(localizedFormat("%@ is no application for this system", linux::displayText(path)));
     if (problems.size() < paths.size()) pane.finish();
     if (!problems.empty()) throw Refusal(std::move(problems));
 }
@@ -83,11 +83,11 @@ void remove(const Arguments& arguments) {
 void set(const Arguments& arguments) {
     const Option* option = optionForKey(arguments.key);
     if (!option)
-        throw refused("there is no option \"%@\"; entries set --help lists them", posix::displayText(arguments.key));
+        throw refused("there is no option \"%@\"; entries set --help lists them", linux::displayText(arguments.key));
     std::optional<std::int64_t> value = optionValueFromText(*option, arguments.value);
     if (!value)
         throw refused("%@ takes %@, not \"%@\"", arguments.key, acceptedValues(*option),
-                      posix::displayText(arguments.value));
+                      linux::displayText(arguments.value));
     HeadlessPane pane;
     pane.setOption(arguments.index, *option, *value);
     pane.finish();

@@ -1,7 +1,7 @@
 #include "tools/EntryListing.h"
 
-#include "platform/linux/DisplayText.h"
-#include "platform/linux/TextColumns.h"
+#include "linux/system/DisplayText.h"
+#include "linux/system/TextColumns.h"
 #include "settings/EntryList.h"
 #include "tools/Localized.h"
 
@@ -17,7 +17,7 @@ namespace {
 std::int64_t largestValue(const Option& option) { return option.key == "DupeHandling" ? 2 : 255; }
 
 std::string kindOf(const PropertyList& entry) {
-    if (!hasType(entry, kRegExType)) return posix::displayText(entry[kTypeKey].stringValue());
+    if (!hasType(entry, kRegExType)) return linux::displayText(entry[kTypeKey].stringValue());
     std::int64_t kind = entry[kRegExTypeKey].integerValue();
     const std::string names[] = {localized("name"), localized("identifier"), localized("path")};
     bool isKnown = kind >= 0 && kind < std::ssize(names);
@@ -27,7 +27,7 @@ std::string kindOf(const PropertyList& entry) {
 std::vector<std::string> rowOf(std::size_t index, const PropertyList& entry) {
     bool isOn = shownValue(entry[kSettingsKey], *optionForKey("Enabled")) != 0;
     return {std::to_string(index), isOn ? localized("on") : localized("off"), kindOf(entry),
-            posix::displayText(entry[kNameKey].stringValue()), posix::displayText(entry[kDataKey].stringValue())};
+            linux::displayText(entry[kNameKey].stringValue()), linux::displayText(entry[kDataKey].stringValue())};
 }
 
 }  // namespace
@@ -36,7 +36,7 @@ std::string entryTable(const std::vector<PropertyList>& list) {
     std::vector<std::vector<std::string>> rows{
         {localized("INDEX"), localized("STATE"), localized("KIND"), localized("NAME"), localized("DATA")}};
     for (const PropertyList& entry : list) rows.push_back(rowOf(rows.size() - 1, entry));
-    return posix::tableText(rows);
+    return linux::tableText(rows);
 }
 
 Refusal noEntry(int index, std::size_t count) {

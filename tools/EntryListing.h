@@ -1,7 +1,7 @@
 // The entry list as text, and options from text.
 #pragma once
 
-#include "platform/PropertyList.h"
+#include "platform/PlatformTypes.h"
 #include "settings/SettingsSchema.h"
 #include "tools/Refusal.h"
 

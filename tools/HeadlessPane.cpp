@@ -1,6 +1,6 @@
 #include "tools/HeadlessPane.h"
 
-#include "platform/linux/Installation.h"
+#include "linux/system/Installation.h"
 #include "settings/EntryList.h"
 #include "tools/EntryListing.h"
 #include "tools/Localized.h"
@@ -16,7 +16,7 @@ namespace {
 constexpr int kPanelOK = 1;
 
 std::unique_ptr<Bundle> openPaneBundle(BundleServices& bundles) {
-    const std::string path = posix::paneBundlePath();
+    const std::string path = linux::paneBundlePath();
     std::unique_ptr<Bundle> bundle = bundles.openBundle(path);
     if (!bundle) throw refused("the settings pane is not installed: there is no bundle at %@", path);
     return bundle;

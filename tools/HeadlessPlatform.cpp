@@ -1,6 +1,7 @@
 #include "tools/HeadlessPlatform.h"
 
-#include "platform/linux/RuntimeLoader.h"
+#include "linux/system/RuntimeLoader.h"
+#include "propertylist/Date.h"
 
 #include <chrono>
 #include <utility>
@@ -63,7 +64,7 @@ void PendingRunLoop::wait() {
 }
 
 HeadlessPlatform::HeadlessPlatform() : bus(connectedBus()), runLoop(bus) {
-    bundles.addLoaded(posix::loadRuntime(files));
+    bundles.addLoaded(linux::loadRuntime(files));
 }
 
 Platform HeadlessPlatform::forPane(Bundle& bundle) {

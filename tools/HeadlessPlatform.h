@@ -1,16 +1,16 @@
 // The parts of the platform for a pane without a display.
 #pragma once
 
+#include "linux/applications/LinuxApplications.h"
+#include "linux/files/LinuxFiles.h"
+#include "linux/loginitems/AutostartMirror.h"
+#include "linux/preferences/DiskPreferences.h"
+#include "linux/processes/LinuxLauncher.h"
+#include "linux/processes/LinuxProcesses.h"
+#include "linux/system/FolderBundle.h"
+#include "linux/system/LinuxSystem.h"
+#include "linux/system/SystemLog.h"
 #include "platform/Platform.h"
-#include "platform/linux/AutostartMirror.h"
-#include "platform/linux/DiskPreferences.h"
-#include "platform/linux/FolderBundle.h"
-#include "platform/linux/LinuxApplications.h"
-#include "platform/linux/LinuxFiles.h"
-#include "platform/linux/LinuxLauncher.h"
-#include "platform/linux/LinuxProcesses.h"
-#include "platform/linux/LinuxSystem.h"
-#include "platform/linux/SystemLog.h"
 #include "tools/BusModule.h"
 
 namespace tools {
@@ -79,15 +79,15 @@ struct HeadlessPlatform {
     HeadlessPlatform(const HeadlessPlatform&) = delete;
     platform::Platform forPane(platform::Bundle& bundle);
 
-    platform::posix::SystemLog log;
-    platform::posix::DiskPreferences preferences{platform::posix::preferencesFolder(), log};
-    platform::posix::AutostartMirror autostart{preferences, log};
-    platform::posix::FolderBundles bundles;
-    platform::LinuxFiles files;
-    platform::posix::LinuxApplications applications;
-    platform::posix::LinuxSystem system;
-    platform::posix::LinuxProcesses processes{applications};
-    platform::posix::LinuxLauncher launcher;
+    linux::SystemLog log;
+    linux::DiskPreferences preferences{linux::preferencesFolder(), log};
+    linux::AutostartMirror autostart{preferences, log};
+    linux::FolderBundles bundles;
+    linux::LinuxFiles files;
+    linux::LinuxApplications applications;
+    linux::LinuxSystem system;
+    linux::LinuxProcesses processes{applications};
+    linux::LinuxLauncher launcher;
     HeadlessHost host;
     HeadlessToolkit toolkit;
     HeadlessDates dates;

@@ -1,7 +1,7 @@
 #include "tools/Json.h"
 
-#include "platform/Base64.h"
-#include "platform/Date.h"
+#include "propertylist/Base64.h"
+#include "propertylist/Date.h"
 #include "tools/Localized.h"
 
 #include <rapidjson/error/en.h>
@@ -54,10 +54,10 @@ public:
                 real(item.realValue());
                 break;
             case Type::Date:
-                wrapped(kDate, platform::iso8601FromDate(*item.dateValue()));
+                wrapped(kDate, propertylist::iso8601FromDate(*item.dateValue()));
                 break;
             case Type::Data:
-                wrapped(kData, platform::base64Encoded(item.dataValue()));
+                wrapped(kData, propertylist::base64Encoded(item.dataValue()));
                 break;
             case Type::Array:
                 array(item);
@@ -122,10 +122,10 @@ PropertyList unwrapped(std::string_view key, const PropertyList& inner) {
     if (!inner.isString()) return {};
     if (key == kReal) return unwrappedReal(inner.stringValue());
     if (key == kDate) {
-        auto date = platform::dateFromISO8601(inner.stringValue());
+        auto date = propertylist::dateFromISO8601(inner.stringValue());
         return date ? PropertyList(*date) : PropertyList();
     }
-    auto bytes = platform::base64Decoded(inner.stringValue());
+    auto bytes = propertylist::base64Decoded(inner.stringValue());
     return bytes ? PropertyList::data(*bytes) : PropertyList();
 }
 

@@ -6,7 +6,7 @@
 //     {"$dictionary": {"$date": "not a date"}}
 #pragma once
 
-#include "platform/PropertyList.h"
+#include "platform/PlatformTypes.h"
 
 #include <string>
 #include <string_view>

@@ -1,15 +1,15 @@
 // The commands' texts in the user's language.
 #pragma once
 
-#include "platform/linux/Localized.h"
+#include "linux/system/Localized.h"
 #include "tools/Refusal.h"
 
 #include <string_view>
 
 namespace tools {
 
-using platform::posix::localized;
-using platform::posix::localizedFormat;
+using linux::localized;
+using linux::localizedFormat;
 
 // A refusal in the user's language.
 template <typename... Arguments>

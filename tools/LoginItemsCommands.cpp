@@ -1,9 +1,9 @@
 #include "tools/LoginItemsCommands.h"
 
+#include "linux/applications/ApplicationLaunch.h"
+#include "linux/system/DisplayText.h"
+#include "linux/system/TextColumns.h"
 #include "platform/LoginItems.h"
-#include "platform/linux/ApplicationLaunch.h"
-#include "platform/linux/DisplayText.h"
-#include "platform/linux/TextColumns.h"
 #include "tools/AbsolutePath.h"
 #include "tools/HeadlessPane.h"
 #include "tools/Json.h"
@@ -30,7 +30,7 @@ PropertyList storedItems(PreferenceService& preferences) {
 
 std::string identifierOf(const std::string& path, BundleServices& bundles) {
     std::unique_ptr<Bundle> bundle = path.starts_with('/') ? bundles.openBundle(path) : nullptr;
-    std::string identifier = bundle ? posix::displayText(bundle->identifier()) : "";
+    std::string identifier = bundle ? linux::displayText(bundle->identifier()) : "";
     return identifier.empty() ? "-" : identifier;
 }
 
@@ -40,15 +40,15 @@ std::string itemTable(const PropertyList& items, BundleServices& bundles) {
         std::string path(item[kLoginItemPathKey].stringValue());
         bool isHidden = item[kLoginItemHideKey].boolValue();
         rows.push_back(
-            {isHidden ? localized("yes") : localized("no"), identifierOf(path, bundles), posix::displayText(path)});
+            {isHidden ? localized("yes") : localized("no"), identifierOf(path, bundles), linux::displayText(path)});
     }
-    return posix::tableText(rows);
+    return linux::tableText(rows);
 }
 
 void list(const Arguments& arguments) {
-    posix::SystemLog log;
-    posix::DiskPreferences preferences(posix::preferencesFolder(), log);
-    posix::FolderBundles bundles;
+    linux::SystemLog log;
+    linux::DiskPreferences preferences(linux::preferencesFolder(), log);
+    linux::FolderBundles bundles;
     PropertyList items = PropertyList::array(mutableArray(storedItems(preferences)));
     print(arguments.json ? jsonText(items, JsonLayout::Indented) + "\n" : itemTable(items, bundles));
 }
@@ -78,8 +78,8 @@ void add(const Arguments& arguments) {
     storedItems(pane.preferences());
     pane.operations().addLoginItem_hide(path, arguments.hide);
     finish(pane);
-    if (!posix::startDescription(path, posix::ApplicationEnvironment::current()))
-        print(localizedFormat("%@ is stored, but now there is nothing that can be started", posix::displayText(path)) +
+    if (!linux::startDescription(path, linux::ApplicationEnvironment::current()))
+        print(localizedFormat("%@ is stored, but now there is nothing that can be started", linux::displayText(path)) +
               "\n");
 }
 
@@ -94,7 +94,7 @@ void remove(const Arguments& arguments) {
     finish(pane);
     if (storedItems(pane.preferences()).size() == before.size())
         throw refused("there is no login item of %@",
-                      posix::displayText(arguments.pathIfAny ? path : *arguments.identifier));
+                      linux::displayText(arguments.pathIfAny ? path : *arguments.identifier));
 }
 
 void check(const Arguments& arguments) {
@@ -102,7 +102,7 @@ void check(const Arguments& arguments) {
     HeadlessPane pane;
     storedItems(pane.preferences());
     if (!pane.operations().isLoginItem_withPath(*arguments.identifier, path))
-        throw refused("there is no login item of %@", posix::displayText(*arguments.identifier));
+        throw refused("there is no login item of %@", linux::displayText(*arguments.identifier));
     requireStored(pane);
 }
 

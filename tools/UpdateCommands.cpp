@@ -3,8 +3,8 @@
 #include "TarnwickUpdater/Plinth Stuff/VersionChecking/UpdaterLaunch.h"
 #include "TarnwickUpdater/Plinth Stuff/VersionChecking/VersionChecking.h"
 #include "TarnwickUpdater/PrefPane Stuff/TWVCUpdateViewController/TWVCUpdateViewController.h"
-#include "platform/linux/LinuxClock.h"
-#include "platform/linux/RuntimeLoader.h"
+#include "linux/system/LinuxClock.h"
+#include "linux/system/RuntimeLoader.h"
 #include "settings/EntryList.h"
 #include "tools/HeadlessPlatform.h"
 #include "tools/Json.h"
@@ -28,22 +28,22 @@ struct Arguments {
 };
 
 struct Updates {
-    posix::SystemLog log;
-    posix::DiskPreferences preferences{posix::preferencesFolder(), log};
-    posix::FolderBundles bundles;
-    LinuxFiles files;
-    posix::LinuxApplications applications;
-    posix::LinuxSystem system;
-    posix::LinuxProcesses processes{applications};
-    posix::LinuxLauncher launcher;
+    linux::SystemLog log;
+    linux::DiskPreferences preferences{linux::preferencesFolder(), log};
+    linux::FolderBundles bundles;
+    linux::LinuxFiles files;
+    linux::LinuxApplications applications;
+    linux::LinuxSystem system;
+    linux::LinuxProcesses processes{applications};
+    linux::LinuxLauncher launcher;
     HeadlessDates dates;
-    posix::LinuxClock clock;
+    linux::LinuxClock clock;
     twvc::UpdateServices services{bundles, preferences, files, system, processes, launcher, dates, clock, log};
     std::unique_ptr<Bundle> module;
 
     Updates() {
         if (!preferences.isReadable(kSettingsDomain)) throw refused("the stored settings cannot be read");
-        bundles.addLoaded(posix::loadRuntime(files));
+        bundles.addLoaded(linux::loadRuntime(files));
         module = TWVCUpdateViewController_V100::findPlinth(services, kSettingsDomain);
     }
     Bundle& requireModule() {
@@ -79,7 +79,7 @@ void status(const Arguments& arguments) {
     if (arguments.json) return print(jsonText(all, JsonLayout::Indented) + "\n");
     std::string lines;
     for (const PropertyList::Entry& entry : all.entries())
-        lines += posix::withVisibleControls(formatted("%@: %@", {entry.key, entry.value})) + "\n";
+        lines += linux::withVisibleControls(formatted("%@: %@", {entry.key, entry.value})) + "\n";
     print(lines);
 }
 
@@ -100,7 +100,7 @@ void check(const Arguments& arguments) {
     updates.save();
     if (result != kNoErr) throw refused("error %d: %@", result, localized(statusText(result)));
     if (!launched.path.empty())
-        return print(localizedFormat("launched %@", posix::withVisibleControls(launched.path)) + "\n");
+        return print(localizedFormat("launched %@", linux::withVisibleControls(launched.path)) + "\n");
     if (arguments.now || before["due"].boolValue())
         throw refused("the updater could not be launched; the log says why");
     print(localizedFormat("nothing is due (rule: %@)", before["rule"]) + "\n");

@@ -1,6 +1,6 @@
 #include "tools/UsageTexts.h"
 
-#include "platform/linux/TextColumns.h"
+#include "linux/system/TextColumns.h"
 #include "tools/Localized.h"
 
 #include <algorithm>
@@ -44,16 +44,16 @@ std::optional<std::vector<std::string_view>> namesIn(std::string_view text, cons
 class HelpFormatter final : public CLI::Formatter {
 public:
     std::string make_description(const CLI::App* app) const override {
-        std::string text = platform::posix::wrapped(app->get_description(), 0) + "\n";
+        std::string text = linux::wrapped(app->get_description(), 0) + "\n";
         if (app->get_require_option_min() == 1) text += localized("Exactly one of the following is needed.") + "\n";
         return text;
     }
     std::string make_option(const CLI::Option* option, bool isPositional) const override {
-        return platform::posix::helpItem(make_option_name(option, isPositional) + make_option_opts(option),
-                                         option->get_description());
+        return linux::helpItem(make_option_name(option, isPositional) + make_option_opts(option),
+                               option->get_description());
     }
     std::string make_subcommand(const CLI::App* command) const override {
-        return platform::posix::helpItem(command->get_name(), command->get_description());
+        return linux::helpItem(command->get_name(), command->get_description());
     }
 };
 

@@ -1,6 +1,6 @@
 #include "tools/WatchCommand.h"
 
-#include "platform/Date.h"
+#include "propertylist/Date.h"
 #include "tools/BusModule.h"
 #include "tools/Json.h"
 #include "tools/Localized.h"
@@ -9,6 +9,7 @@
 #include <cstdio>
 
 using namespace platform;
+using namespace propertylist;
 
 namespace tools {
 namespace {

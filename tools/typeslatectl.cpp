@@ -2,7 +2,7 @@
 //
 // Exit status 0: done. 1: refused, with one line on standard error. 2: the call itself is wrong. A command may have
 // more.
-#include "platform/linux/SystemLog.h"
+#include "linux/system/SystemLog.h"
 #include "tools/CatalogCommands.h"
 #include "tools/DefaultsCommands.h"
 #include "tools/EntriesCommands.h"
@@ -28,7 +28,7 @@ constexpr int kRefused = 1;
 constexpr int kUsage = 2;
 
 void complain(std::string_view line) {
-    std::fprintf(stderr, "typeslatectl: %s\n", platform::posix::withVisibleControls(line).c_str());
+    std::fprintf(stderr, "typeslatectl: %s\n", linux::withVisibleControls(line).c_str());
 }
 
 // Runs the command; --help and --version count as one.
@@ -61,7 +61,7 @@ std::string usageProblem(const CLI::App* app, const CLI::Error& error) {
     std::vector<std::string> extra = app->remaining(true);
     std::ranges::reverse(extra);  // the sentence names the last first
     const std::string problem = extra.empty() ? error.what() : CLI::ExtrasError(extra).what();
-    const std::string text = platform::posix::withVisibleControls(tools::localizedUsageError(problem));
+    const std::string text = linux::withVisibleControls(tools::localizedUsageError(problem));
     return "typeslatectl: " + tools::localizedFormat("%@ (--help tells more)", text) + "\n";
 }
 

@@ -3,10 +3,10 @@
 // While nothing happens it sleeps. docs/login-items.md tells more.
 #include "host/helper/HelperLock.h"
 #include "host/helper/SettingsWatch.h"
-#include "platform/linux/ProcessFiles.h"
-#include "platform/linux/ProcessHandle.h"
-#include "platform/linux/SessionLeader.h"
-#include "platform/linux/SystemLog.h"
+#include "linux/processes/ProcessFiles.h"
+#include "linux/processes/ProcessHandle.h"
+#include "linux/processes/SessionLeader.h"
+#include "linux/system/SystemLog.h"
 
 #include <poll.h>
 #include <sys/signalfd.h>
@@ -18,7 +18,7 @@
 #include <cstring>
 
 using namespace platform;
-using namespace platform::posix;
+using namespace linux;
 
 namespace {
 

@@ -1,7 +1,7 @@
 #include "host/helper/HelperLock.h"
 
-#include "platform/linux/DiskPreferences.h"
-#include "platform/linux/DomainFile.h"
+#include "linux/preferences/DiskPreferences.h"
+#include "linux/preferences/DomainFile.h"
 #include "settings/EntryList.h"
 
 #include <sys/file.h>
@@ -10,7 +10,7 @@
 #include <cstdlib>
 #include <string>
 
-using namespace platform::posix;
+using namespace linux;
 
 namespace helper {
 namespace {

@@ -1,11 +1,11 @@
 // That a user has one helper.
 #pragma once
 
-#include "platform/linux/FileAccess.h"
+#include "linux/files/FileAccess.h"
 
 namespace helper {
 
 // Held to the end of the object, and of the process at the latest. Not valid while another process holds it.
-platform::posix::Descriptor takeHelperLock();
+linux::Descriptor takeHelperLock();
 
 }  // namespace helper

@@ -1,6 +1,6 @@
 #include "host/helper/SettingsWatch.h"
 
-#include "platform/linux/DomainFile.h"
+#include "linux/preferences/DomainFile.h"
 #include "settings/EntryList.h"
 
 #include <sys/inotify.h>
@@ -9,7 +9,7 @@
 #include <filesystem>
 
 using namespace platform;
-using namespace platform::posix;
+using namespace linux;
 using namespace settings;
 namespace fs = std::filesystem;
 

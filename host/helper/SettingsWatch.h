@@ -1,7 +1,7 @@
 // The stored settings, and notice of each change.
 #pragma once
 
-#include "platform/linux/DiskPreferences.h"
+#include "linux/preferences/DiskPreferences.h"
 
 #include <set>
 #include <string>
@@ -16,7 +16,7 @@ public:
     explicit SettingsWatch(platform::Log& log);
 
     // Readable when something has happened in a watched folder. Not valid when nothing can be watched.
-    const platform::posix::Descriptor& events() const { return events_; }
+    const linux::Descriptor& events() const { return events_; }
     // Reads the events and what they announce. False when the preferences folder is gone.
     bool takeIn();
 
@@ -26,9 +26,9 @@ private:
     platform::PropertyList settings();
 
     platform::Log& log_;
-    const std::string folder_ = platform::posix::preferencesFolder();
-    platform::posix::DiskPreferences preferences_{folder_, log_};
-    platform::posix::Descriptor events_;
+    const std::string folder_ = linux::preferencesFolder();
+    linux::DiskPreferences preferences_{folder_, log_};
+    linux::Descriptor events_;
     int folderWatch_ = -1;
     std::set<std::string, std::less<>> names_;  // of the file, by whatever link
     platform::PropertyList known_;

@@ -4,11 +4,11 @@
 // TYPESLATE_SAMPLE_UPDATER chooses how it behaves: "fail" (ends with a failure's text), "crash" (dies after its first
 // word), "hang" (never ends by itself), "wrong" (sends values of wrong types first). TYPESLATE_SAMPLE_UPDATER_STEP is
 // the time of each of its steps in seconds.
-#include "platform/linux/DiskPreferences.h"
-#include "platform/linux/FolderBundle.h"
-#include "platform/linux/SystemLog.h"
-#include "platform/qt/QtRunLoop.h"
-#include "platform/qt/dbus/DBusNotificationCenter.h"
+#include "linux/preferences/DiskPreferences.h"
+#include "linux/system/FolderBundle.h"
+#include "linux/system/SystemLog.h"
+#include "qt/QtRunLoop.h"
+#include "qt/messages/DBusNotificationCenter.h"
 
 #include <QCoreApplication>
 
@@ -93,8 +93,8 @@ private:
 
     const std::string mode_ = environment("TYPESLATE_SAMPLE_UPDATER");
     std::string identifier_, version_;
-    posix::SystemLog log_;
-    posix::DiskPreferences preferences_{posix::preferencesFolder(), log_};
+    linux::SystemLog log_;
+    linux::DiskPreferences preferences_{linux::preferencesFolder(), log_};
     qt::DBusNotificationCenter center_{log_};
     qt::QtRunLoop runLoop_;
     std::unique_ptr<Observation> cancelled_, farewell_;
@@ -105,7 +105,7 @@ private:
 
 int main(int argc, char** argv) {
     QCoreApplication application(argc, argv);
-    auto module = argc == 2 ? posix::FolderBundle::open(argv[1]) : nullptr;
+    auto module = argc == 2 ? linux::FolderBundle::open(argv[1]) : nullptr;
     if (!module) {
         std::fputs("usage: \"Tarnwick Updater\" MODULE\n", stderr);
         return kUsage;

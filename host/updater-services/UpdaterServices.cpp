@@ -2,36 +2,36 @@
 // framework of the pane's bundle and hand what it gives to TWVC_SetServices. docs/updates.md shows a caller.
 #include "TarnwickUpdater/Plinth Stuff/VersionChecking/TWVC.h"
 #include "TarnwickUpdater/Plinth Stuff/VersionChecking/UpdateServices.h"
-#include "platform/linux/DiskPreferences.h"
-#include "platform/linux/FolderBundle.h"
-#include "platform/linux/LinuxApplications.h"
-#include "platform/linux/LinuxClock.h"
-#include "platform/linux/LinuxDates.h"
-#include "platform/linux/LinuxFiles.h"
-#include "platform/linux/LinuxLauncher.h"
-#include "platform/linux/LinuxProcesses.h"
-#include "platform/linux/LinuxSystem.h"
-#include "platform/linux/RuntimeLoader.h"
-#include "platform/linux/SystemLog.h"
+#include "linux/applications/LinuxApplications.h"
+#include "linux/files/LinuxFiles.h"
+#include "linux/preferences/DiskPreferences.h"
+#include "linux/processes/LinuxLauncher.h"
+#include "linux/processes/LinuxProcesses.h"
+#include "linux/system/FolderBundle.h"
+#include "linux/system/LinuxClock.h"
+#include "linux/system/LinuxDates.h"
+#include "linux/system/LinuxSystem.h"
+#include "linux/system/RuntimeLoader.h"
+#include "linux/system/SystemLog.h"
 
 using namespace platform;
 
 namespace {
 
 struct Machine {
-    posix::SystemLog log;
-    posix::DiskPreferences preferences{posix::preferencesFolder(), log};
-    posix::FolderBundles bundles;
-    LinuxFiles files;
-    posix::LinuxApplications applications;
-    posix::LinuxSystem system;
-    posix::LinuxProcesses processes{applications};
-    posix::LinuxLauncher launcher;
-    posix::LinuxDates dates;
-    posix::LinuxClock clock;
+    linux::SystemLog log;
+    linux::DiskPreferences preferences{linux::preferencesFolder(), log};
+    linux::FolderBundles bundles;
+    linux::LinuxFiles files;
+    linux::LinuxApplications applications;
+    linux::LinuxSystem system;
+    linux::LinuxProcesses processes{applications};
+    linux::LinuxLauncher launcher;
+    linux::LinuxDates dates;
+    linux::LinuxClock clock;
     twvc::UpdateServices services{bundles, preferences, files, system, processes, launcher, dates, clock, log};
 
-    Machine() { bundles.addLoaded(posix::loadRuntime(files)); }
+    Machine() { bundles.addLoaded(linux::loadRuntime(files)); }
 };
 
 }  // namespace

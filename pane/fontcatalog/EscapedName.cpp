@@ -2,7 +2,7 @@
 
 #include "pane/fontcatalog/TextEncoding.h"
 #include "pane/fontcatalog/TextLines.h"
-#include "platform/Unicode.h"
+#include "propertylist/Unicode.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -54,11 +54,12 @@ bool decodeInOnePass(std::string_view input, bool isUnicode, std::string& result
         const std::string_view span = input.substr(backslash + 1, length);
         char16_t units[kUnicodeSpan];
         for (std::size_t i = 0; i < span.size(); ++i) units[i] = static_cast<unsigned char>(span[i]);
-        if (span.size() < length || span.find('\\') != std::string_view::npos || !platform::isASCII(span)) return false;
+        if (span.size() < length || span.find('\\') != std::string_view::npos || !propertylist::isASCII(span))
+            return false;
         const auto replacement = replacementFor({units, length}, isUnicode);
-        if (replacement == u'\\' || (replacement && !platform::isUnicodeScalar(*replacement))) return false;
+        if (replacement == u'\\' || (replacement && !propertylist::isUnicodeScalar(*replacement))) return false;
         if (replacement)
-            platform::appendUTF8(result, *replacement);
+            propertylist::appendUTF8(result, *replacement);
         else
             result.append(input.substr(backslash, length + 1));
         input.remove_prefix(backslash + 1 + length);

@@ -1,6 +1,6 @@
 #include "pane/fontcatalog/FontFileLookup.h"
 
-#include "platform/Unicode.h"
+#include "propertylist/Unicode.h"
 
 #include <algorithm>
 #include <iterator>
@@ -124,7 +124,7 @@ bool FontFileLookup::exists(Domain& domain, std::string_view path) {
     if (const platform::FolderEntry* found = listing.find(name))
         return found->kind != ItemKind::Unresolved || files_.fileExists(path);
     // A file system may know one file by several forms of its name.
-    return (!platform::isASCII(name) || ignoresCase(listing, folder)) && files_.fileExists(path);
+    return (!propertylist::isASCII(name) || ignoresCase(listing, folder)) && files_.fileExists(path);
 }
 
 FontFileLookup::Listing& FontFileLookup::listingOf(Domain& domain, std::string_view folder) {

@@ -2,7 +2,7 @@
 
 #include "pane/fontcatalog/RecordFields.h"
 #include "pane/fontcatalog/TextLines.h"
-#include "platform/Unicode.h"
+#include "propertylist/Unicode.h"
 
 #include <algorithm>
 #include <cstring>
@@ -11,7 +11,7 @@ namespace fontcatalog {
 namespace {
 
 using platform::PropertyList;
-using platform::PropertyListArena;
+using propertylist::PropertyListArena;
 
 constexpr std::string_view kRecordStart = "%BeginFont";
 constexpr std::string_view kRecordEnd = "%EndFont";
@@ -120,7 +120,7 @@ struct FontListReader::Impl {
         relativePath = arena.view(*outline);
         std::replace(relativePath.begin(), relativePath.end(), '\\', '/');
         const auto found = find ? find(relativePath) : std::nullopt;
-        if (found && platform::isValidUTF8(*found)) fields.derive("FontFilePath", arena.copy(*found));
+        if (found && propertylist::isValidUTF8(*found)) fields.derive("FontFilePath", arena.copy(*found));
     }
 
     Text listPathText() {
@@ -144,7 +144,7 @@ struct FontListReader::Impl {
     const std::string_view text;
     const bool isMacRoman;
     const std::string_view path;
-    const bool isPathText = platform::isValidUTF8(path);
+    const bool isPathText = propertylist::isValidUTF8(path);
     const FontFileFinder& find;
     platform::Log& log;
     PropertyListArena arena;

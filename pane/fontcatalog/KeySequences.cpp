@@ -10,7 +10,7 @@ namespace {
 constexpr std::string_view kNoKey = "\n";
 
 std::uint32_t hashOf(std::uint32_t sequence, std::string_view key) {
-    return platform::hashText(key) + platform::hashNumber(sequence);
+    return propertylist::hashText(key) + propertylist::hashNumber(sequence);
 }
 
 }  // namespace
@@ -25,7 +25,7 @@ const KeySequences::Step* KeySequences::step(std::uint32_t sequence, std::string
     if (likely != 0 && steps_[likely].key == key) return &steps_[likely];
     const auto same = [&](std::uint32_t step) { return steps_[step].from == sequence && steps_[step].key == key; };
     std::uint32_t found = table_.find(hashOf(sequence, key), same);
-    if (found == platform::HashTable::kMissing) {
+    if (found == propertylist::HashTable::kMissing) {
         if (steps_.size() == kMost || key.size() > kLongestKey) return nullptr;
         found = add(sequence, key);
     }

@@ -2,8 +2,8 @@
 // so a record is the sequence where its keys end and a value for each of them.
 #pragma once
 
-#include "platform/PropertyListArena.h"
-#include "platform/PropertyListHash.h"
+#include "propertylist/Hash.h"
+#include "propertylist/PropertyListArena.h"
 
 #include <array>
 #include <cstdint>
@@ -18,7 +18,7 @@ inline constexpr std::string_view kKnownKeys[] = {"FontName", "FullName", "Famil
 
 class KeySequences {
 public:
-    using Arena = platform::PropertyListArena;
+    using Arena = propertylist::PropertyListArena;
     static constexpr std::uint32_t kNone = 0xFFFFFFFF;
     // A list with more steps, or longer keys, is none of Adobe's, and its other records do without.
     static constexpr std::size_t kMost = 1024, kLongestKey = 255;
@@ -64,7 +64,7 @@ private:
     Arena& arena_;
     std::vector<Sequence> sequences_{1};  // the empty one first
     std::vector<Step> steps_{1};          // the first leads nowhere; they stay where they are
-    platform::HashTable table_;
+    propertylist::HashTable table_;
 };
 
 }  // namespace fontcatalog

@@ -2,7 +2,7 @@
 
 #include "pane/fontcatalog/EscapedName.h"
 #include "pane/fontcatalog/TextLines.h"
-#include "platform/PropertyListArena.h"
+#include "propertylist/PropertyListArena.h"
 
 #include <charconv>
 #include <initializer_list>
@@ -15,7 +15,7 @@
 namespace fontcatalog {
 namespace {
 
-using platform::PropertyListArena;
+using propertylist::PropertyListArena;
 
 struct Section {
     std::string name;  // empty: nothing is collected

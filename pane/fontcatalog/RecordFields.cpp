@@ -14,7 +14,7 @@ void LooseFields::assign(std::vector<Arena::Text> newKeys, std::vector<Arena::Te
 
 std::uint32_t& LooseFields::slotOf(std::string_view key) {
     const std::size_t mask = slots_.size() - 1;
-    std::size_t at = platform::hashText(key) & mask;
+    std::size_t at = propertylist::hashText(key) & mask;
     while (slots_[at] != 0 && arena_.view(keys[slots_[at] - 1]) != key) at = (at + 1) & mask;
     return slots_[at];
 }
@@ -45,7 +45,7 @@ std::optional<RecordFields::Arena::Text> RecordFields::value(KnownKey key) {
     return isLoose_ ? loose_.values[place] : values_[place];
 }
 
-platform::PropertyList RecordFields::dictionary() {
+propertylist::PropertyList RecordFields::dictionary() {
     if (!isLoose_) return arena_.dictionary(sequences_.keys(sequence_), values());
     loose_.dropIndex();
     return arena_.dictionary(arena_.keys(loose_.keys), loose_.values);

@@ -11,7 +11,7 @@ namespace fontcatalog {
 // longer for each than one of twenty, and little more memory than the text.
 class LooseFields {
 public:
-    using Arena = platform::PropertyListArena;
+    using Arena = propertylist::PropertyListArena;
     explicit LooseFields(const Arena& arena) : arena_(arena) {}
 
     void assign(std::vector<Arena::Text> keys, std::vector<Arena::Text> values);
@@ -43,7 +43,7 @@ private:
 
 class RecordFields {
 public:
-    using Arena = platform::PropertyListArena;
+    using Arena = propertylist::PropertyListArena;
     explicit RecordFields(Arena& arena) : arena_(arena), sequences_(arena), loose_(arena) {}
 
     void clear();
@@ -70,7 +70,7 @@ public:
     }
     std::optional<Arena::Text> value(KnownKey key);
 
-    platform::PropertyList dictionary();
+    propertylist::PropertyList dictionary();
 
 private:
     void take(const KeySequences::Step& step, Arena::Text value, KeySequences::Phase phase) {

@@ -1,6 +1,6 @@
 #include "pane/fontcatalog/TextEncoding.h"
 
-#include "platform/Unicode.h"
+#include "propertylist/Unicode.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -32,11 +32,11 @@ std::string repairedUtf8(std::string_view bytes) {
     text.reserve(bytes.size());
     while (!bytes.empty()) {
         std::size_t length = 1;
-        while (length < 4 && !platform::isValidUTF8(bytes.substr(0, length))) ++length;
-        if (platform::isValidUTF8(bytes.substr(0, length)))
+        while (length < 4 && !propertylist::isValidUTF8(bytes.substr(0, length))) ++length;
+        if (propertylist::isValidUTF8(bytes.substr(0, length)))
             text.append(bytes.substr(0, length));
         else
-            platform::appendUTF8(text, kReplacement), length = 1;
+            propertylist::appendUTF8(text, kReplacement), length = 1;
         bytes.remove_prefix(std::min(length, bytes.size()));
     }
     return text;
@@ -61,8 +61,8 @@ std::string fromUtf16Bytes(std::string_view bytes, bool isBigEndian) {
     };
     std::string text;
     text.reserve(count);
-    for (std::size_t index = 0; index < count;) platform::appendUTF8(text, nextCharacter(unitAt, count, index));
-    if (bytes.size() % 2) platform::appendUTF8(text, kReplacement);
+    for (std::size_t index = 0; index < count;) propertylist::appendUTF8(text, nextCharacter(unitAt, count, index));
+    if (bytes.size() % 2) propertylist::appendUTF8(text, kReplacement);
     return text;
 }
 
@@ -91,7 +91,7 @@ void appendMacRoman(std::string& text, std::string_view bytes) {
     while (!bytes.empty()) {
         const std::size_t run = lengthOfAsciiRun(bytes);
         text.append(bytes.substr(0, run));
-        if (run < bytes.size()) platform::appendUTF8(text, macRomanCharacter(byteAt(bytes, run)));
+        if (run < bytes.size()) propertylist::appendUTF8(text, macRomanCharacter(byteAt(bytes, run)));
         bytes.remove_prefix(std::min(run + 1, bytes.size()));
     }
 }
@@ -103,7 +103,7 @@ Text listText(std::shared_ptr<const std::string> bytes) {
     if (all.starts_with("\xFE\xFF")) return ownedText(fromUtf16Bytes(all.substr(2), true));
     const bool hasMark = all.starts_with("\xEF\xBB\xBF");
     if (hasMark) all.remove_prefix(3);
-    const bool isValid = platform::isValidUTF8(all);
+    const bool isValid = propertylist::isValidUTF8(all);
     if (!isValid && hasMark) return ownedText(repairedUtf8(all));
     return {std::move(bytes), all, !isValid};
 }
@@ -121,7 +121,7 @@ std::string utf8FromUtf16(std::u16string_view units) {
     text.reserve(units.size());
     const auto unitAt = [&](std::size_t i) -> char32_t { return units[i]; };
     for (std::size_t index = 0; index < units.size();)
-        platform::appendUTF8(text, nextCharacter(unitAt, units.size(), index));
+        propertylist::appendUTF8(text, nextCharacter(unitAt, units.size(), index));
     return text;
 }
 
@@ -129,7 +129,7 @@ std::u16string utf16FromUtf8(std::string_view text) {
     std::u16string units;
     units.reserve(text.size());
     while (!text.empty()) {
-        const std::uint32_t codePoint = platform::takeCodePoint(text);
+        const std::uint32_t codePoint = propertylist::takeCodePoint(text);
         if (codePoint >= 0x10000) units += static_cast<char16_t>(0xD7C0 + (codePoint >> 10));
         units += static_cast<char16_t>(codePoint >= 0x10000 ? 0xDC00 + (codePoint & 0x3FF) : codePoint);
     }

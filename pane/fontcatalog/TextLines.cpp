@@ -1,6 +1,6 @@
 #include "pane/fontcatalog/TextLines.h"
 
-#include "platform/Unicode.h"
+#include "propertylist/Unicode.h"
 
 namespace fontcatalog {
 namespace {
@@ -11,7 +11,7 @@ bool isAscii(char byte) { return static_cast<unsigned char>(byte) < 0x80; }
 std::size_t whiteSpaceAtFront(std::string_view text) {
     if (isAscii(text.front())) return isWhiteSpace(static_cast<unsigned char>(text.front()));
     std::string_view rest = text;
-    return isWhiteSpace(platform::takeCodePoint(rest)) ? text.size() - rest.size() : 0;
+    return isWhiteSpace(propertylist::takeCodePoint(rest)) ? text.size() - rest.size() : 0;
 }
 
 std::size_t whiteSpaceAtBack(std::string_view text) {
@@ -19,7 +19,7 @@ std::size_t whiteSpaceAtBack(std::string_view text) {
     std::size_t length = 1;
     while (length < text.size() && (text[text.size() - length] & 0xC0) == 0x80) ++length;
     std::string_view character = text.substr(text.size() - length);
-    return isWhiteSpace(platform::takeCodePoint(character)) ? length : 0;
+    return isWhiteSpace(propertylist::takeCodePoint(character)) ? length : 0;
 }
 
 }  // namespace

@@ -4,7 +4,7 @@
 #include <sys/stat.h>
 
 using namespace platform;
-using namespace platform::posix;
+using namespace linux;
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include <algorithm>
 
 using namespace platform;
-using namespace platform::posix;
+using namespace linux;
 
 namespace {
 

@@ -1,10 +1,10 @@
-#include "platform/linux/DesktopEntry.h"
+#include "linux/applications/DesktopEntry.h"
 
 #include "Machine.h"
-#include "platform/linux/DesktopEntryCommand.h"
-#include "platform/linux/DisplayText.h"
+#include "linux/applications/DesktopEntryCommand.h"
+#include "linux/system/DisplayText.h"
 
-using namespace platform::posix;
+using namespace linux;
 
 namespace {
 

@@ -1,7 +1,7 @@
 // A machine of its own for a test: a home, data folders, programs and a clock that only the test moves.
 #pragma once
 
-#include "platform/linux/LinuxApplications.h"
+#include "linux/applications/LinuxApplications.h"
 #include "tests/support/Check.h"
 
 #include <chrono>
@@ -18,15 +18,15 @@ inline std::string joined(const std::vector<std::string>& words) {
 class Machine {
 public:
     Machine() {
-        using platform::posix::ApplicationEnvironment;
+        using linux::ApplicationEnvironment;
         environment.desktopEntryFolders = {folder_ / "home/data/applications", folder_ / "usr/share/applications"};
         environment.bundleFolders = {folder_ / "home/Applications", folder_ / "Applications"};
         environment.programFolders = {folder_ / "bin"};
         fs::create_directories(folder_ / "bin");
     }
 
-    platform::posix::LinuxApplications applications() {
-        return platform::posix::LinuxApplications(environment, [this] { return now_; });
+    linux::LinuxApplications applications() {
+        return linux::LinuxApplications(environment, [this] { return now_; });
     }
     void pass(std::chrono::milliseconds time) { now_ += time; }
 
@@ -53,7 +53,7 @@ public:
                   "</dict></plist>");
     }
 
-    platform::posix::ApplicationEnvironment environment;
+    linux::ApplicationEnvironment environment;
 
 private:
     check::TemporaryFolder folder_;

@@ -1,7 +1,7 @@
 // The real files below a temporary folder, with a count of what is asked and a way to say no.
 #pragma once
 
-#include "platform/linux/LinuxFiles.h"
+#include "linux/files/LinuxFiles.h"
 #include "tests/support/Check.h"
 
 #include <filesystem>
@@ -32,7 +32,7 @@ public:
         return real.folder(domain, kind);
     }
 
-    platform::LinuxFiles real;
+    linux::LinuxFiles real;
     int existenceTests = 0, listings = 0;
     bool ignoresCase = false;
     std::set<std::string, std::less<>> unreadable;

@@ -32,11 +32,11 @@ TEST(WellKnownFolders) {
         CONTEXT(path);
         const check::ScopedEnvironment root("TYPESLATE_ROOT", rootPath), data("XDG_DATA_HOME", dataPath),
             wine("WINEPREFIX", winePath);
-        CHECK_EQ(LinuxFiles().folder(domain, kind).value_or(""), path);
+        CHECK_EQ(linux::LinuxFiles().folder(domain, kind).value_or(""), path);
     }
-    CHECK_EQ(LinuxFiles().expandTilde("~/a~"), "/h/me/a~");
-    CHECK_EQ(LinuxFiles().expandTilde("~"), "/h/me");
-    CHECK_EQ(LinuxFiles().expandTilde("~you/a"), "~you/a");
+    CHECK_EQ(linux::LinuxFiles().expandTilde("~/a~"), "/h/me/a~");
+    CHECK_EQ(linux::LinuxFiles().expandTilde("~"), "/h/me");
+    CHECK_EQ(linux::LinuxFiles().expandTilde("~you/a"), "~you/a");
 }
 
 TEST(FolderListings) {
@@ -49,7 +49,7 @@ TEST(FolderListings) {
     ::mkfifo((top + "p").c_str(), 0600);
     for (const FolderDetail detail : {FolderDetail::Names, FolderDetail::Everything}) {
         OSStatus status = kIOErr;
-        const auto iterator = LinuxFiles().openFolder(top, detail, status);
+        const auto iterator = linux::LinuxFiles().openFolder(top, detail, status);
         REQUIRE(iterator && status == kNoErr);
         std::vector<FolderEntry> all, batch;
         for (iterator->nextBatch(40, batch); !batch.empty(); iterator->nextBatch(40, batch)) {
@@ -69,7 +69,7 @@ TEST(FolderListings) {
         {top + "x", kFileNotFound}, {top + "f1000", kNotAFolder}, {"", kFileNotFound}};
     for (const auto& [path, expected] : failures) {
         OSStatus status = kNoErr;
-        CHECK(!LinuxFiles().openFolder(path, FolderDetail::Names, status));
+        CHECK(!linux::LinuxFiles().openFolder(path, FolderDetail::Names, status));
         CHECK_EQ(status, expected);
     }
 }
@@ -84,7 +84,7 @@ TEST(WholeFiles) {
     std::filesystem::resize_file(top + "empty", 0);
     Machine::write(top + "vast");
     std::filesystem::resize_file(top + "vast", FileServices::kLargestFile + 1);
-    LinuxFiles files;
+    linux::LinuxFiles files;
     CHECK(files.readFile(top + "link") && *files.readFile(top + "link") == large);
     CHECK(files.readFile(top + "empty") && files.readFile(top + "empty")->empty());
     // Its size is stated as 0.

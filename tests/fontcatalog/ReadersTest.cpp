@@ -2,7 +2,7 @@
 #include "pane/fontcatalog/EscapedName.h"
 #include "pane/fontcatalog/FontListReader.h"
 #include "pane/fontcatalog/NameDatabaseReader.h"
-#include "platform/Unicode.h"
+#include "propertylist/Unicode.h"
 #include "tests/support/Check.h"
 
 #include <sys/resource.h>
@@ -182,9 +182,9 @@ TEST(LongEscapedNames) {
         codes += "\\" + digits;
         broken += "\\005C" + digits + "\\" + digits + "\\\\";
     }
-    CHECK(platform::isValidUTF8(escapedNameForString_isUnicode(codes, true)));
-    CHECK(platform::isValidUTF8(escapedNameForString_isUnicode(broken, true)));
-    CHECK(platform::isValidUTF8(escapedNameForString_isUnicode(broken, false)));
+    CHECK(propertylist::isValidUTF8(escapedNameForString_isUnicode(codes, true)));
+    CHECK(propertylist::isValidUTF8(escapedNameForString_isUnicode(broken, true)));
+    CHECK(propertylist::isValidUTF8(escapedNameForString_isUnicode(broken, false)));
     const std::string_view part = std::string_view(broken).substr(0, 3000);
     CHECK_EQ(escapedNameForString_isUnicode(part, true), reference::escapedName(part, true));
 }

@@ -12,7 +12,7 @@ import sys
 import xml.etree.ElementTree as ET
 
 LANGUAGES = ("de", "fr", "ja")
-CODE = ("pane", "settings", "TarnwickUpdater", "platform/qt", "tools", "host")
+CODE = ("pane", "settings", "TarnwickUpdater", "qt", "tools", "host")
 NO_TEXT = {"action", "image", "columnIdentifiers", "itemTags", "styleSheet"}
 LITERAL = r'"(?:[^"\\\n]|\\.)*"'
 LOOK_UP = re.compile(r"\b(?:localized|localizedString|localizedFormat|refused)\(\s*((?:%s\s*)+)" % LITERAL)
@@ -42,9 +42,9 @@ def keys(root):
                 text = "".join(json.loads(part) for part in re.findall(LITERAL, match.group(1)))
                 if text:
                     found.setdefault(text, str(file.relative_to(root)))
-    statuses = (root / "platform/PlatformTypes.cpp").read_text(encoding="utf-8")
-    for text in re.findall(r'\{k\w+, "([^"]+)"\}|"(Unknown error)"', statuses):
-        found.setdefault("".join(text), "PlatformTypes.cpp")
+    statuses = (root / "platform/PlatformTypes.h").read_text(encoding="utf-8")
+    for text in re.findall(r'return "([^"]+)";', statuses):
+        found.setdefault(text, "PlatformTypes.h")
     return found
 
 

@@ -1,8 +1,8 @@
 // Login items as real files in a real autostart folder.
+#include "linux/applications/DesktopEntry.h"
+#include "linux/applications/DesktopEntryCommand.h"
+#include "linux/loginitems/AutostartMirror.h"
 #include "platform/LoginItems.h"
-#include "platform/linux/AutostartMirror.h"
-#include "platform/linux/DesktopEntry.h"
-#include "platform/linux/DesktopEntryCommand.h"
 #include "tests/support/Check.h"
 #include "tests/support/FakePlatform.h"
 
@@ -12,7 +12,7 @@
 #include <filesystem>
 
 using namespace platform;
-using namespace platform::posix;
+using namespace linux;
 namespace fs = std::filesystem;
 
 namespace {

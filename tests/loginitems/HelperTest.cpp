@@ -1,7 +1,7 @@
 // The real helper in a session of the test's own, and the request to quit.
-#include "platform/linux/DetachedProcess.h"
-#include "platform/linux/DiskPreferences.h"
-#include "platform/linux/LinuxProcesses.h"
+#include "linux/preferences/DiskPreferences.h"
+#include "linux/processes/DetachedProcess.h"
+#include "linux/processes/LinuxProcesses.h"
 #include "settings/EntryList.h"
 #include "tests/support/Check.h"
 #include "tests/support/FakePlatform.h"
@@ -14,7 +14,7 @@
 #include <filesystem>
 
 using namespace platform;
-using namespace platform::posix;
+using namespace linux;
 namespace fs = std::filesystem;
 
 namespace {

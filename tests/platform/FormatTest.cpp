@@ -1,8 +1,9 @@
-#include "platform/Base64.h"
 #include "platform/Log.h"
+#include "propertylist/Base64.h"
 #include "tests/support/Check.h"
 
 using namespace platform;
+using namespace propertylist;
 
 TEST(FormatsPrintEachArgumentByItsDirective) {
     const PropertyList list = PropertyList::array({1, "a b"}), nothing;

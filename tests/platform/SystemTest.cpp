@@ -1,9 +1,9 @@
-#include "platform/linux/FolderBundle.h"
-#include "platform/linux/LinuxSystem.h"
+#include "linux/system/FolderBundle.h"
+#include "linux/system/LinuxSystem.h"
 #include "tests/support/Check.h"
 
 using namespace platform;
-using namespace platform::posix;
+using namespace linux;
 
 namespace {
 

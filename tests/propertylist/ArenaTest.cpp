@@ -1,14 +1,14 @@
 #include "Samples.h"
 
-#include "platform/PropertyListArena.h"
+#include "propertylist/PropertyListArena.h"
 
 #include <atomic>
 #include <thread>
 
-using platform::MutableDictionary;
-using platform::PropertyList;
-using platform::PropertyListArena;
-using platform::PropertyListFormat;
+using propertylist::MutableDictionary;
+using propertylist::PropertyList;
+using propertylist::PropertyListArena;
+using propertylist::PropertyListFormat;
 
 namespace {
 
@@ -38,7 +38,7 @@ std::vector<PropertyList> inAllForms(const std::vector<Pair>& pairs) {
     const auto shared = arena.keys(keys);
     const PropertyList packed = arena.dictionary(shared, values);
     const std::string file = encodePropertyList(arena.dictionary(shared, values), PropertyListFormat::Binary);
-    return {packed, std::move(built).freeze(), platform::decodePropertyList(file)};
+    return {packed, std::move(built).freeze(), propertylist::decodePropertyList(file)};
 }
 
 }  // namespace
@@ -102,7 +102,7 @@ TEST(CompactDictionariesOutliveTheirArena) {
         const PropertyListArena::Text text = arena.copy("copied");
         array = PropertyList::array({arena.dictionary(arena.keys({&text, 1}), {&text, 1}), arena.string(text)});
     }
-    const PropertyList read = platform::decodePropertyList(encodePropertyList(array, PropertyListFormat::Binary));
+    const PropertyList read = propertylist::decodePropertyList(encodePropertyList(array, PropertyListFormat::Binary));
     CHECK_EQ(read, PropertyList::array({PropertyList::dictionary({{"copied", "copied"}}), "copied"}));
     array = array[0]["copied"];
     CHECK_EQ(array.stringValue(), "copied");

@@ -3,12 +3,12 @@
 #include <functional>
 
 using namespace std::string_literals;
-using platform::PropertyList;
+using propertylist::PropertyList;
 
 namespace {
 
 std::string encoded(const PropertyList& value) {
-    return encodePropertyList(value, platform::PropertyListFormat::Binary);
+    return encodePropertyList(value, propertylist::PropertyListFormat::Binary);
 }
 
 std::string number(std::uint64_t value, unsigned width) {
@@ -35,15 +35,15 @@ struct File {
         return file + std::string(6, '\0') + number(2, 1) + number(referenceWidth, 1) + number(offsets.size(), 8) +
                number(top, 8) + number(table, 8);
     }
-    PropertyList value() const { return platform::decodePropertyList(bytes()); }
+    PropertyList value() const { return propertylist::decodePropertyList(bytes()); }
 };
 
 TEST(BinaryKeepsEveryValue) {
     PropertyList value = samples::everything();
-    PropertyList back = platform::decodePropertyList(encoded(value));
+    PropertyList back = propertylist::decodePropertyList(encoded(value));
     CHECK_EQ(back, value);
     for (std::size_t i = 0; i < value.size(); ++i) CHECK_EQ(back.entries()[i].key, value.entries()[i].key);
-    for (const auto& [key, each] : value.entries()) CHECK_EQ(platform::decodePropertyList(encoded(each)), each);
+    for (const auto& [key, each] : value.entries()) CHECK_EQ(propertylist::decodePropertyList(encoded(each)), each);
     CHECK_EQ(encoded(back), encoded(value));
     CHECK(encoded({}).empty());
 }
@@ -56,27 +56,27 @@ TEST(EqualTextsAndNumbersAreWrittenOnce) {
     CHECK(size < 1500);
     // The nodes of a decoded file meet new ones that equal them.
     std::vector<PropertyList> edited =
-        platform::mutableArray(platform::decodePropertyList(encoded(PropertyList::array(many))));
+        propertylist::mutableArray(propertylist::decodePropertyList(encoded(PropertyList::array(many))));
     edited.push_back(PropertyList::array({"some text"s, 1'000'000, 0.5, true}));
     CHECK(encoded(PropertyList::array(edited)).size() < size + 20);
-    CHECK_EQ(platform::decodePropertyList(encoded(PropertyList::array(edited))), PropertyList::array(edited));
+    CHECK_EQ(propertylist::decodePropertyList(encoded(PropertyList::array(edited))), PropertyList::array(edited));
 }
 
 TEST(ValuesOfManyFilesAreWrittenTogether) {
     std::vector<PropertyList> parts;
     for (int i = 0; i < 8; ++i)
-        parts.push_back(platform::decodePropertyList(
+        parts.push_back(propertylist::decodePropertyList(
             encoded(PropertyList::array({i, i % 2 == 0, "common", samples::everything()}))));
     PropertyList all = PropertyList::array(parts);
-    CHECK_EQ(platform::decodePropertyList(encoded(all)), all);
+    CHECK_EQ(propertylist::decodePropertyList(encoded(all)), all);
 }
 
 TEST(FileTruncatedAtAnyByteIsNothing) {
     std::string bytes = encoded(samples::everything());
     for (std::size_t size = 0; size < bytes.size(); ++size)
-        if (platform::decodePropertyList(std::string_view(bytes).substr(0, size)))
+        if (propertylist::decodePropertyList(std::string_view(bytes).substr(0, size)))
             check::fail("truncated", static_cast<int>(size), "decodes");
-    CHECK(!platform::decodePropertyList(bytes + '\0'));
+    CHECK(!propertylist::decodePropertyList(bytes + '\0'));
 }
 
 TEST(ForeignFormsOfObjectsAreRead) {
@@ -90,7 +90,7 @@ TEST(ForeignFormsOfObjectsAreRead) {
         {"short real", "\x22\x3F\x80\0\0"s, 1.0},
         {"length in two bytes", "\x5F\x11\0\x02hi"s, "hi"},
         {"UTF-16", "\x63\0\xE9\xD8\x3D\xDE\0"s, "\u00e9\U0001F600"},
-        {"date", "\x33"s + std::string(8, '\0'), platform::Date{978'307'200'000'000}},
+        {"date", "\x33"s + std::string(8, '\0'), propertylist::Date{978'307'200'000'000}},
     };
     for (const auto& [label, object, value] : kCases) {
         CONTEXT(label);
@@ -115,17 +115,17 @@ TEST(MalformedTablesMakeTheFileNothing) {
     File file{{"\xA2\x01\x01"s, "\x51\x61"s}};
     REQUIRE(file.value().size() == 2);
     using Offsets = std::vector<std::uint64_t>;
-    CHECK(!platform::decodePropertyList(file.bytes([](Offsets& offsets) { offsets[1] = 7; })));
-    CHECK(!platform::decodePropertyList(file.bytes([](Offsets& offsets) { offsets[1] = 13; })));
+    CHECK(!propertylist::decodePropertyList(file.bytes([](Offsets& offsets) { offsets[1] = 7; })));
+    CHECK(!propertylist::decodePropertyList(file.bytes([](Offsets& offsets) { offsets[1] = 13; })));
     // Many objects on the same bytes would take memory out of proportion.
-    CHECK(!platform::decodePropertyList(file.bytes([](Offsets& offsets) { offsets.resize(20'000, 8); })));
+    CHECK(!propertylist::decodePropertyList(file.bytes([](Offsets& offsets) { offsets.resize(20'000, 8); })));
     const std::pair<std::size_t, char> kTrailerBytes[] = {
         {6, 0}, {6, 1}, {6, 9}, {7, 0}, {7, 9}, {15, 1}, {15, 3}, {8, '\xFF'}, {23, 2}, {16, 1}, {31, 4}, {24, '\xFF'}};
     for (auto [at, value] : kTrailerBytes) {
         std::string bytes = file.bytes();
         bytes[bytes.size() - 32 + at] = value;
         CONTEXT("trailer byte " + std::to_string(at) + " is " + std::to_string(value));
-        CHECK(!platform::decodePropertyList(bytes));
+        CHECK(!propertylist::decodePropertyList(bytes));
     }
 }
 
@@ -141,7 +141,7 @@ TEST(LastValueOfARepeatedKeyStandsAtTheFirstPlace) {
 
 TEST(NestingIsReadToTheLimitAndNoFurther) {
     PropertyList deepest = samples::nested(PropertyList::kMaximumDepth);
-    CHECK_EQ(platform::decodePropertyList(encoded(deepest)), deepest);
+    CHECK_EQ(propertylist::decodePropertyList(encoded(deepest)), deepest);
     CHECK(encoded(samples::nested(PropertyList::kMaximumDepth + 1)).empty());
     for (unsigned depth : {PropertyList::kMaximumDepth, PropertyList::kMaximumDepth + 1, 30'000U}) {
         File file{{}, 2};
@@ -153,7 +153,7 @@ TEST(NestingIsReadToTheLimitAndNoFurther) {
 
 TEST(SharedValuesExpandOnlySoFar) {
     PropertyList some = samples::doubled(10);
-    CHECK_EQ(platform::decodePropertyList(encoded(some)), some);
+    CHECK_EQ(propertylist::decodePropertyList(encoded(some)), some);
     CHECK(encoded(some).size() < 150);
     for (unsigned levels : {30U, 200U}) {
         CHECK(encoded(samples::doubled(levels)).empty());

@@ -1,12 +1,12 @@
-#include "platform/Date.h"
+#include "propertylist/Date.h"
 
 #include "Samples.h"
 #include "platform/RunLoop.h"
 
 #include <limits>
 
-using platform::Date;
-using platform::PropertyList;
+using propertylist::Date;
+using propertylist::PropertyList;
 
 namespace {
 
@@ -25,14 +25,14 @@ TEST(DatesAsTextAndBack) {
         {INT64_MAX, "+294247-01-10T04:00:54.775807Z"},
     };
     for (const auto& [microseconds, text] : kCases) {
-        CHECK_EQ(platform::iso8601FromDate({microseconds}), text);
-        auto date = platform::dateFromISO8601(text);
+        CHECK_EQ(propertylist::iso8601FromDate({microseconds}), text);
+        auto date = propertylist::dateFromISO8601(text);
         REQUIRE(date.has_value());
         CHECK_EQ(date->microseconds, microseconds);
     }
-    CHECK_EQ(platform::dateFromISO8601("2026-01-31T12:00:00Z")->microseconds, 1'769'860'800'000'000);
-    CHECK_EQ(platform::dateFromISO8601("2026-01-31T12:00:00.5Z")->microseconds, 1'769'860'800'500'000);
-    CHECK_EQ(platform::dateDescription({INT64_MAX}), "+294247-01-10 04:00:54 +0000");
+    CHECK_EQ(propertylist::dateFromISO8601("2026-01-31T12:00:00Z")->microseconds, 1'769'860'800'000'000);
+    CHECK_EQ(propertylist::dateFromISO8601("2026-01-31T12:00:00.5Z")->microseconds, 1'769'860'800'500'000);
+    CHECK_EQ(propertylist::dateDescription({INT64_MAX}), "+294247-01-10 04:00:54 +0000");
 }
 
 TEST(TextThatIsNoDateIsRefused) {
@@ -42,14 +42,14 @@ TEST(TextThatIsNoDateIsRefused) {
           "2026-01-01T00:60:00Z", "2026-01-01T00:00:60Z", "2026-01-01T00:00:00.Z", "26-01-01T00:00:00Z",
           "12026-01-01T00:00:00Z", "2026-01-01T00:00:00Zx", " 2026-01-01T00:00:00Z", "+294248-01-01T00:00:00Z",
           "2026-1-01T00:00:00Z"})
-        CHECK(!platform::dateFromISO8601(text).has_value());
+        CHECK(!propertylist::dateFromISO8601(text).has_value());
 }
 
 TEST(EveryDayOfFourCenturiesFollowsTheOneBefore) {
     for (std::int64_t day = -40'000; day < 110'000; ++day) {
-        auto t = platform::calendarTime({day * 86'400'000'000});
-        REQUIRE(platform::daysFromCivil(t.year, t.month, t.day) == day);
-        REQUIRE(platform::dateFromCalendar(t).has_value());
+        auto t = propertylist::calendarTime({day * 86'400'000'000});
+        REQUIRE(propertylist::daysFromCivil(t.year, t.month, t.day) == day);
+        REQUIRE(propertylist::dateFromCalendar(t).has_value());
     }
 }
 
@@ -68,16 +68,17 @@ TEST(DatesEqualThemselvesAfterTheDisk) {
             CHECK_EQ(dates.back().dateValue()->microseconds, microseconds);
     }
     PropertyList built = PropertyList::array(dates);
-    CHECK(platform::decodePropertyList(encodePropertyList(built, platform::PropertyListFormat::Binary)) == built);
+    CHECK(propertylist::decodePropertyList(encodePropertyList(built, propertylist::PropertyListFormat::Binary)) ==
+          built);
 }
 
 TEST(AddingToADateStaysInItsRange) {
     constexpr double kInfinity = std::numeric_limits<double>::infinity();
-    CHECK_EQ(platform::dateByAdding({10}, 1.5).microseconds, 1'500'010);
-    CHECK_EQ(platform::dateByAdding({10}, -0.000'02).microseconds, -10);
-    CHECK_EQ(platform::dateByAdding({10}, kInfinity).microseconds, INT64_MAX);
-    CHECK_EQ(platform::dateByAdding({INT64_MIN + 5}, -1).microseconds, INT64_MIN);
-    CHECK_EQ(platform::dateByAdding({10}, kInfinity - kInfinity).microseconds, 10);
+    CHECK_EQ(propertylist::dateByAdding({10}, 1.5).microseconds, 1'500'010);
+    CHECK_EQ(propertylist::dateByAdding({10}, -0.000'02).microseconds, -10);
+    CHECK_EQ(propertylist::dateByAdding({10}, kInfinity).microseconds, INT64_MAX);
+    CHECK_EQ(propertylist::dateByAdding({INT64_MIN + 5}, -1).microseconds, INT64_MIN);
+    CHECK_EQ(propertylist::dateByAdding({10}, kInfinity - kInfinity).microseconds, 10);
 }
 
 }  // namespace

@@ -1,12 +1,12 @@
 // Values that several tests look at.
 #pragma once
 
-#include "platform/PropertyListCodec.h"
+#include "propertylist/Codec.h"
 #include "tests/support/Check.h"
 
 namespace samples {
 
-using platform::PropertyList;
+using propertylist::PropertyList;
 
 inline PropertyList everything() {
     return PropertyList::dictionary({
@@ -17,7 +17,7 @@ inline PropertyList everything() {
         {"true", true},
         {"integers", PropertyList::array({0, 255, 256, -1, 65536, std::int64_t{1} << 40, INT64_MIN, UINT64_MAX})},
         {"real", -0.25},
-        {"date", platform::Date{1'769'860'800'123'456}},
+        {"date", propertylist::Date{1'769'860'800'123'456}},
         {"data", PropertyList::data(std::string(300, '\x7F'))},
         {"long", std::string(70'000, 'x')},
         {"nested",

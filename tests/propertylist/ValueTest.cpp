@@ -4,9 +4,9 @@
 #include <cmath>
 #include <limits>
 
-using platform::Date;
-using platform::MutableDictionary;
-using platform::PropertyList;
+using propertylist::Date;
+using propertylist::MutableDictionary;
+using propertylist::PropertyList;
 
 namespace {
 
@@ -119,19 +119,19 @@ TEST(MutableCopyLeavesTheSourceAlone) {
     MutableDictionary copy(before);
     copy.set("string", 1);
     copy.remove("real");
-    std::vector<PropertyList> elements = platform::mutableArray(before["integers"]);
+    std::vector<PropertyList> elements = propertylist::mutableArray(before["integers"]);
     elements[0] = "changed";
     CHECK_EQ(before, samples::everything());
     CHECK_EQ(std::move(copy).freeze()["string"].integerValue(), 1);
-    CHECK(platform::mutableArray("not an array").empty());
+    CHECK(propertylist::mutableArray("not an array").empty());
 }
 
 // Would overflow the stack if freeing, comparing or describing followed the nesting.
 TEST(BuiltValuesMayBeNestedAsDeepAsTheyLike) {
     PropertyList deep = samples::nested(300'000), other = samples::nested(300'000);
     CHECK(deep == other);
-    CHECK(encodePropertyList(deep, platform::PropertyListFormat::Binary).empty());
-    CHECK(encodePropertyList(deep, platform::PropertyListFormat::XML).empty());
+    CHECK(encodePropertyList(deep, propertylist::PropertyListFormat::Binary).empty());
+    CHECK(encodePropertyList(deep, propertylist::PropertyListFormat::XML).empty());
     CHECK(deep.description().size() < 2000);
 }
 

@@ -3,11 +3,13 @@
 #include <fstream>
 
 using namespace std::string_literals;
-using platform::PropertyList;
+using propertylist::PropertyList;
 
 namespace {
 
-std::string encoded(const PropertyList& value) { return encodePropertyList(value, platform::PropertyListFormat::XML); }
+std::string encoded(const PropertyList& value) {
+    return encodePropertyList(value, propertylist::PropertyListFormat::XML);
+}
 
 std::string document(const std::string& content) { return "<plist version=\"1.0\">" + content + "</plist>"; }
 
@@ -18,22 +20,22 @@ std::string utf16(std::string_view ascii, bool isBigEndian) {
 }
 
 TEST(XMLKeepsEveryValue) {
-    platform::MutableDictionary changed(samples::everything());
+    propertylist::MutableDictionary changed(samples::everything());
     changed.remove("zero inside");
-    changed.set("date", platform::Date{-1'000'000});
+    changed.set("date", propertylist::Date{-1'000'000});
     changed.set("characters", "\r\n\t \r<&>\"'\u0085\u2028]]>");
     changed.set("key\rwith <&>", true);
     changed.set("long data", PropertyList::data(std::string(1000, '\xFE')));
     PropertyList value = std::move(changed).freeze();
-    CHECK_EQ(platform::decodePropertyList(encoded(value)), value);
-    CHECK_EQ(encoded(platform::decodePropertyList(encoded(value))), encoded(value));
+    CHECK_EQ(propertylist::decodePropertyList(encoded(value)), value);
+    CHECK_EQ(encoded(propertylist::decodePropertyList(encoded(value))), encoded(value));
 }
 
 TEST(XMLRefusesWhatItCannotExpress) {
     for (const PropertyList& value :
          {PropertyList("\x01"), PropertyList("\uFFFE"), PropertyList(std::string_view("\0", 1)),
-          PropertyList(platform::Date{INT64_MIN}), PropertyList::dictionary({{"\x1B", 1}}),
-          PropertyList::array({platform::Date{253'402'300'800'000'000}}), samples::doubled(40), PropertyList()})
+          PropertyList(propertylist::Date{INT64_MIN}), PropertyList::dictionary({{"\x1B", 1}}),
+          PropertyList::array({propertylist::Date{253'402'300'800'000'000}}), samples::doubled(40), PropertyList()})
         CHECK_EQ(encoded(value), "");
 }
 
@@ -57,7 +59,7 @@ TEST(XMLIsReadInAllItsForms) {
         {"<real>7</real>", 7.0},
         {"<real>-Infinity</real>", -1 / 0.0},
         {"<real>nan</real>", 0.0 / 0.0},
-        {"<date>2026-01-31T12:00:00Z</date>", platform::Date{1'769'860'800'000'000}},
+        {"<date>2026-01-31T12:00:00Z</date>", propertylist::Date{1'769'860'800'000'000}},
         {"<data>\n\tAQID\n\tBA = =\n</data>", PropertyList::data("\x01\x02\x03\x04")},
         {"<data/>", PropertyList::data("")},
         {"<array/>", PropertyList::array({})},
@@ -68,7 +70,7 @@ TEST(XMLIsReadInAllItsForms) {
     };
     for (const auto& [content, value] : kCases) {
         CONTEXT(content);
-        CHECK_EQ(platform::decodePropertyList(document(content)), value);
+        CHECK_EQ(propertylist::decodePropertyList(document(content)), value);
     }
 }
 
@@ -76,15 +78,16 @@ TEST(EncodingsAndPrologs) {
     const auto cases = check::casesIn(TEST_DATA "/xml-documents.txt");
     for (const auto& c : cases) {
         CONTEXT(c.label);
-        CHECK_EQ(platform::decodePropertyList(c.text), c.expected == "text" ? PropertyList("text") : PropertyList());
+        CHECK_EQ(propertylist::decodePropertyList(c.text),
+                 c.expected == "text" ? PropertyList("text") : PropertyList());
     }
     CHECK(cases.size() > 15);
     const std::string plain = "<plist><string>text</string></plist>", declared = "<?xml version='1.0' encoding='UTF-";
     for (const std::string& good : {utf16(plain, true), utf16(declared + "16'?>" + plain, false)})
-        CHECK_EQ(platform::decodePropertyList(good), PropertyList("text"));
+        CHECK_EQ(propertylist::decodePropertyList(good), PropertyList("text"));
     for (const std::string& bad :
          {utf16(declared + "8'?>" + plain, true), utf16(plain, true).substr(1), utf16(plain, true) + "x"})
-        CHECK(!platform::decodePropertyList(bad));
+        CHECK(!propertylist::decodePropertyList(bad));
 }
 
 TEST(MalformedXMLIsNothing) {
@@ -92,29 +95,29 @@ TEST(MalformedXMLIsNothing) {
     int count = 0;
     for (std::string content; std::getline(file, content); ++count) {
         CONTEXT(content);
-        CHECK(!platform::decodePropertyList(document(content)));
+        CHECK(!propertylist::decodePropertyList(document(content)));
     }
     CHECK(count > 40);
     for (const char* bytes : {"", "<plist></plist>", "<list><true/></list>"})
-        CHECK(!platform::decodePropertyList(bytes));
+        CHECK(!propertylist::decodePropertyList(bytes));
 }
 
 TEST(XMLTruncatedAtAnyByteIsNothing) {
     std::string bytes = encoded(
         PropertyList::dictionary({{"a", PropertyList::array({1, "b<&", 0.5, true})}, {"c", PropertyList::data("d")}}));
     for (std::size_t size = 0; size < bytes.size() - 1; ++size)
-        CHECK(!platform::decodePropertyList(std::string_view(bytes).substr(0, size)));
+        CHECK(!propertylist::decodePropertyList(std::string_view(bytes).substr(0, size)));
 }
 
 TEST(XMLNestingIsReadToTheLimitAndNoFurther) {
     PropertyList deepest = samples::nested(PropertyList::kMaximumDepth);
-    CHECK_EQ(platform::decodePropertyList(encoded(deepest)), deepest);
+    CHECK_EQ(propertylist::decodePropertyList(encoded(deepest)), deepest);
     std::string opening;
     for (int i = 0; i < 100'000; ++i) opening += "<array>";
-    CHECK(!platform::decodePropertyList("<plist>" + opening));
+    CHECK(!propertylist::decodePropertyList("<plist>" + opening));
     std::string tooDeep = encoded(deepest);
     tooDeep.replace(tooDeep.find("<array/>"), 8, "<array><array/></array>");
-    CHECK(!platform::decodePropertyList(tooDeep));
+    CHECK(!propertylist::decodePropertyList(tooDeep));
 }
 
 }  // namespace

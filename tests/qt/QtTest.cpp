@@ -62,7 +62,7 @@ PrivateBus::~PrivateBus() {
 
 SampleInterface::SampleInterface() {
     useApplication();
-    bundle = posix::FolderBundle::open(TEST_DATA "/Sample.prefPane");
+    bundle = linux::FolderBundle::open(TEST_DATA "/Sample.prefPane");
     REQUIRE(bundle != nullptr);
     std::string error;
     interface = qt::loadInterface(TEST_DATA "/Sample.prefPane/Contents/Resources/Sample.ui", *bundle, owner, error);

@@ -2,9 +2,9 @@
 // fails the test at hand.
 #pragma once
 
-#include "platform/linux/FolderBundle.h"
-#include "platform/qt/InterfaceLoader.h"
-#include "platform/qt/WidgetView.h"
+#include "linux/system/FolderBundle.h"
+#include "qt/controls/InterfaceLoader.h"
+#include "qt/controls/WidgetView.h"
 #include "tests/support/Check.h"
 
 #include <QCoreApplication>
@@ -60,10 +60,10 @@ struct SampleInterface {
     SampleInterface();
     template <typename Widget>
     Widget& widget(const std::string& name) {
-        return *qobject_cast<Widget*>(platform::qt::widgetOf(owner.outlets.at(name)));
+        return *qobject_cast<Widget*>(qt::widgetOf(owner.outlets.at(name)));
     }
 
     NotingOwner owner;
     std::unique_ptr<platform::Bundle> bundle;
-    std::unique_ptr<platform::qt::Interface> interface;
+    std::unique_ptr<qt::Interface> interface;
 };

@@ -1,11 +1,12 @@
-#include "platform/Unicode.h"
-#include "platform/qt/RichTextRuns.h"
+#include "propertylist/Unicode.h"
+#include "qt/texts/RichTextRuns.h"
 #include "tests/support/Check.h"
 
 #include <bit>
 
 using namespace platform;
-using namespace platform::qt;
+using namespace propertylist;
+using namespace qt;
 
 namespace {
 

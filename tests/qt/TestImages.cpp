@@ -1,5 +1,5 @@
-#include "platform/qt/QtToolkit.h"
-#include "platform/qt/RichText.h"
+#include "qt/QtToolkit.h"
+#include "qt/texts/RichText.h"
 #include "tests/qt/QtTest.h"
 
 #include <QDir>
@@ -11,7 +11,7 @@
 #include <cmath>
 
 using namespace platform;
-using namespace platform::qt;
+using namespace qt;
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "platform/qt/QtControls.h"
+#include "qt/controls/QtControls.h"
 #include "tests/qt/QtTest.h"
 
 #include <QApplication>
@@ -6,7 +6,7 @@
 #include <QPushButton>
 
 using namespace platform;
-using namespace platform::qt;
+using namespace qt;
 using Actions = std::vector<std::string>;
 
 TEST(EveryNamedObjectReachesItsOwnerAsItsKind) {
@@ -134,7 +134,7 @@ TEST(BrokenInterfaceFilesAreRefused) {
     useApplication();
     ExpectWarning warning("Designer:");
     check::TemporaryFolder folder;
-    auto bundle = posix::FolderBundle::open(TEST_DATA "/Sample.prefPane");
+    auto bundle = linux::FolderBundle::open(TEST_DATA "/Sample.prefPane");
     for (const char* content : {"", "no markup", "<ui version=\"4.0\"><widget", "<plist/>"}) {
         CONTEXT(content);
         NotingOwner owner;

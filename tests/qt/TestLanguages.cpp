@@ -38,7 +38,7 @@ void checkMnemonics(QWidget& page, const QTabWidget* tabs) {
 
 struct PaneInterface {
     NotingOwner owner;
-    std::unique_ptr<Bundle> bundle = posix::FolderBundle::open(BINARY_DIR "/Typeslate.prefPane");
+    std::unique_ptr<Bundle> bundle = linux::FolderBundle::open(BINARY_DIR "/Typeslate.prefPane");
     std::unique_ptr<qt::Interface> interface;
 
     explicit PaneInterface(const char* name) {

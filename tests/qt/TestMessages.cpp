@@ -1,7 +1,7 @@
 #include "platform/PlinthRuntime.h"
-#include "platform/qt/dbus/DBusNotificationCenter.h"
-#include "platform/qt/dbus/RuntimeMessages.h"
-#include "platform/qt/dbus/SessionBus.h"
+#include "qt/messages/DBusNotificationCenter.h"
+#include "qt/messages/RuntimeMessages.h"
+#include "qt/messages/SessionBus.h"
 #include "tests/qt/QtTest.h"
 
 #include <QDBusMessage>
@@ -10,7 +10,7 @@
 #include <dlfcn.h>
 
 using namespace platform;
-using namespace platform::qt;
+using namespace qt;
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "platform/qt/UriList.h"
+#include "qt/UriList.h"
 #include "tests/qt/QtTest.h"
 
 #include <QDropEvent>

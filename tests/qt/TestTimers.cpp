@@ -1,4 +1,5 @@
-#include "platform/qt/QtRunLoop.h"
+#include "propertylist/Date.h"
+#include "qt/QtRunLoop.h"
 #include "tests/qt/QtTest.h"
 
 using namespace platform;

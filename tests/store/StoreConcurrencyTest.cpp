@@ -21,7 +21,7 @@ bool readsWholeUntilFinished(const std::string& path, const std::atomic<bool>& f
     while (!finished) {
         std::string bytes = readFile(path);
         existed |= !bytes.empty();
-        if (existed && !platform::decodePropertyList(bytes).isDictionary()) return false;
+        if (existed && !propertylist::decodePropertyList(bytes).isDictionary()) return false;
     }
     return true;
 }

@@ -40,7 +40,7 @@ struct Stage {
     bool isWhole() const {
         std::string now = readFile(path);
         if (now == before) return true;
-        return platform::decodePropertyList(now)["mine"].stringValue().size() == 10'000 ||
+        return propertylist::decodePropertyList(now)["mine"].stringValue().size() == 10'000 ||
                (now.empty() && isMovedAside());
     }
     bool isMovedAside() const {

@@ -6,15 +6,15 @@
 
 #include <functional>
 
-#include "platform/PropertyListCodec.h"
-#include "platform/linux/DiskPreferences.h"
+#include "linux/preferences/DiskPreferences.h"
+#include "propertylist/Codec.h"
 #include "tests/support/Check.h"
 
 namespace check {
 
+using linux::DiskPreferences;
+using linux::FileAccess;
 using platform::PropertyList;
-using platform::posix::DiskPreferences;
-using platform::posix::FileAccess;
 
 struct FaultyFileAccess : FileAccess {
     // Called with the number of the call, from 1; see FileAccess::intercept.

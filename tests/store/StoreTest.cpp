@@ -5,7 +5,7 @@
 
 #include <filesystem>
 
-#include "platform/linux/SystemLog.h"
+#include "linux/system/SystemLog.h"
 #include "tests/store/StoreSupport.h"
 
 using namespace check;
@@ -26,7 +26,8 @@ struct Stage {
 };
 
 std::string encoded(const PropertyList& value, bool xml = false) {
-    return encodePropertyList(value, xml ? platform::PropertyListFormat::XML : platform::PropertyListFormat::Binary);
+    return encodePropertyList(value,
+                              xml ? propertylist::PropertyListFormat::XML : propertylist::PropertyListFormat::Binary);
 }
 const PropertyList kTheirs = PropertyList::dictionary({{"theirs", 1}});
 
@@ -88,7 +89,7 @@ TEST(ServicesShareADomainKeyByKey) {
     for (const char* key : {"one", "three", "four", "five"}) a.set(key, {});
     CHECK(a.synchronize() && b.synchronize());
     CHECK(!b["one"]);
-    CHECK(platform::decodePropertyList(readFile(folder + "/" + kDomain + ".plist")).isDictionary());
+    CHECK(propertylist::decodePropertyList(readFile(folder + "/" + kDomain + ".plist")).isDictionary());
     fs::remove(folder + "/" + kDomain + ".plist");
     CHECK(a.write("six", 6) && b.synchronize());
     CHECK_EQ(b["six"].integerValue(), 6);
@@ -214,7 +215,7 @@ TEST(LinksModesAndOwnersAreKept) {
         struct stat status;
         CHECK(stat(target.c_str(), &status) == 0 && S_ISREG(status.st_mode));
         if (targetExists && geteuid() == 0) CHECK(status.st_uid == 12345 && status.st_gid == 54321);
-        CHECK(!platform::decodePropertyList(readFile(target))["theirs"] == !targetExists);
+        CHECK(!propertylist::decodePropertyList(readFile(target))["theirs"] == !targetExists);
     }
 }
 
@@ -270,7 +271,7 @@ TEST(NamesThatAreNoDomains) {
 
 TEST(AForkedCopyDoesNotFreeTheLock) {
     TemporaryFolder temporary;
-    auto transaction = std::make_unique<platform::posix::Transaction>(FileAccess::system(), temporary / "x.plist");
+    auto transaction = std::make_unique<linux::Transaction>(FileAccess::system(), temporary / "x.plist");
     REQUIRE(!transaction->begin());
     CHECK(inAnotherProcess([&] { return transaction.reset(), true; }));
     auto isFree = [&] {
@@ -286,12 +287,12 @@ TEST(AForkedCopyDoesNotFreeTheLock) {
 
 TEST(FolderFromTheEnvironment) {
     ScopedEnvironment home("HOME", "/home/someone"), configuration("XDG_CONFIG_HOME", "/etc/configuration");
-    CHECK_EQ(platform::posix::preferencesFolder(), "/etc/configuration/preferences");
+    CHECK_EQ(linux::preferencesFolder(), "/etc/configuration/preferences");
     ScopedEnvironment relative("XDG_CONFIG_HOME", "configuration");
-    CHECK_EQ(platform::posix::preferencesFolder(), "/home/someone/.config/preferences");
+    CHECK_EQ(linux::preferencesFolder(), "/home/someone/.config/preferences");
 }
 
 TEST(OneLogCallIsOneLine) {
-    CHECK_EQ(platform::posix::withVisibleControls("a\nb\t\x1b[1m\x7f \xC2\x9B \xC3\xA9 \xC2\xA0"),
+    CHECK_EQ(linux::withVisibleControls("a\nb\t\x1b[1m\x7f \xC2\x9B \xC3\xA9 \xC2\xA0"),
              "a\\nb\\t\\x1B[1m\\x7F \\xC2\\x9B \xC3\xA9 \xC2\xA0");
 }

@@ -5,7 +5,7 @@
 
 #include <cstdio>
 
-#include "platform/linux/DiskPreferences.h"
+#include "linux/preferences/DiskPreferences.h"
 
 namespace {
 struct StandardErrorLog : platform::Log {
@@ -18,7 +18,7 @@ struct StandardErrorLog : platform::Log {
 int main(int argc, char** argv) {
     if (argc != 5) return 2;
     StandardErrorLog log;
-    platform::posix::DiskPreferences preferences(argv[1], log);
+    linux::DiskPreferences preferences(argv[1], log);
     preferences.setValue(argv[3], argv[4], argv[2]);
     (void)getppid();
     bool stored = preferences.synchronize(argv[2]);

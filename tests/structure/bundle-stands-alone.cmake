@@ -9,12 +9,3 @@ foreach(line IN LISTS needed)
     message(FATAL_ERROR "the bundle needs ${library}")
   endif()
 endforeach()
-
-file(GLOB_RECURSE sources ${ROOT}/settings/*.cpp ${ROOT}/settings/*.h ${ROOT}/pane/*.cpp ${ROOT}/pane/*.h
-     ${ROOT}/TarnwickUpdater/*.cpp ${ROOT}/TarnwickUpdater/*.h)
-foreach(source IN LISTS sources)
-  file(STRINGS "${source}" includes REGEX "^ *# *include *[\"<](\\.\\./|platform/(linux|qt)/|Q[A-Z]|unicode/|sys/|unistd)")
-  if(includes)
-    message(FATAL_ERROR "${source}: ${includes}")
-  endif()
-endforeach()

@@ -127,7 +127,7 @@ std::vector<Case> casesIn(const std::string& path) {
     return cases;
 }
 
-std::string show(const platform::PropertyList& value) { return value ? value.description() : "(nothing)"; }
+std::string show(const propertylist::PropertyList& value) { return value ? value.description() : "(nothing)"; }
 
 }  // namespace check
 

@@ -73,7 +73,7 @@ struct RecordingLog : platform::Log {
     void write(std::string_view line) override { lines.emplace_back(line); }
 };
 
-std::string show(const platform::PropertyList& value);
+std::string show(const propertylist::PropertyList& value);
 template <typename T>
 std::string show(const T& value) {
     if constexpr (std::is_convertible_v<T, std::string_view>) {

@@ -1,8 +1,8 @@
 // A platform's services in memory: what the pane does to them is written into one journal, in order.
 #pragma once
 
-#include "platform/Date.h"
 #include "platform/Platform.h"
+#include "propertylist/Date.h"
 #include "tests/support/Check.h"
 
 #include <algorithm>
@@ -15,6 +15,7 @@
 namespace fake {
 
 using namespace platform;
+using namespace propertylist;
 using Journal = std::vector<std::string>;
 using Log = check::RecordingLog;
 

@@ -1,6 +1,7 @@
 // The check and the launch: what they do in which order, and what they say.
 #include "TarnwickUpdater/Plinth Stuff/VersionChecking/TWVC.h"
 #include "TarnwickUpdater/Plinth Stuff/VersionChecking/UpdaterLaunch.h"
+#include "propertylist/Date.h"
 #include "tests/updater/UpdaterFixture.h"
 
 #include <algorithm>

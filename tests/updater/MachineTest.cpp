@@ -1,12 +1,12 @@
 // Locks, launches, processes and dates on the machine itself.
 #include "TarnwickUpdater/Plinth Stuff/VersionChecking/UpdaterLaunch.h"
-#include "platform/Date.h"
-#include "platform/linux/FolderBundle.h"
-#include "platform/linux/LinuxDates.h"
-#include "platform/linux/LinuxFiles.h"
-#include "platform/linux/LinuxLauncher.h"
-#include "platform/linux/LinuxProcesses.h"
-#include "platform/linux/ProcessFiles.h"
+#include "linux/files/LinuxFiles.h"
+#include "linux/processes/LinuxLauncher.h"
+#include "linux/processes/LinuxProcesses.h"
+#include "linux/processes/ProcessFiles.h"
+#include "linux/system/FolderBundle.h"
+#include "linux/system/LinuxDates.h"
+#include "propertylist/Date.h"
 #include "tests/store/StoreSupport.h"
 #include "tests/updater/UpdaterFixture.h"
 
@@ -23,7 +23,8 @@
 #include <filesystem>
 
 using namespace platform;
-using namespace platform::posix;
+using namespace propertylist;
+using namespace linux;
 namespace fs = std::filesystem;
 
 namespace {
@@ -61,7 +62,7 @@ struct Machine {
     std::string temporary = folder / "tmp";
     std::string modulePath = folder / "M.plinth";
     std::string updaterPath = modulePath + "/Contents/Resources/Tarnwick Updater.app";
-    LinuxFiles files;
+    linux::LinuxFiles files;
     fake::World world;
     std::unique_ptr<FolderBundle> module;
 

@@ -2,9 +2,9 @@
 // TYPESLATE_PICTURES=FOLDER each state is also drawn.
 #include "TarnwickUpdater/PrefPane Stuff/TWVCUpdateViewController/TWVCUpdateViewController.h"
 #include "host/HostPlatform.h"
-#include "platform/linux/DiskPreferences.h"
-#include "platform/linux/SystemLog.h"
-#include "platform/qt/QtControls.h"
+#include "linux/preferences/DiskPreferences.h"
+#include "linux/system/SystemLog.h"
+#include "qt/controls/QtControls.h"
 #include "tests/qt/QtTest.h"
 
 #include <QApplication>
@@ -91,8 +91,8 @@ struct Desktop : PaneHost {
     }
     void press(const char* name = "checkNow") { find<QPushButton>(name)->click(); }
     PropertyList storedOnDisk(const char* key) {
-        posix::SystemLog log;
-        return posix::DiskPreferences(posix::preferencesFolder(), log).copyValue(key, kDomain);
+        linux::SystemLog log;
+        return linux::DiskPreferences(linux::preferencesFolder(), log).copyValue(key, kDomain);
     }
     void picture(const char* name, QWidget* shown = nullptr) {
         const char* folder = std::getenv("TYPESLATE_PICTURES");

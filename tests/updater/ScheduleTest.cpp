@@ -1,12 +1,13 @@
 // The schedule's decision, against the rules written down once more with the meaning of each input beside it.
 #include "TarnwickUpdater/Plinth Stuff/VersionChecking/UpdateSchedule.h"
-#include "platform/Date.h"
 #include "platform/RunLoop.h"
+#include "propertylist/Date.h"
 #include "tests/support/Check.h"
 
 #include <limits>
 
 using namespace platform;
+using namespace propertylist;
 using namespace twvc;
 
 namespace {

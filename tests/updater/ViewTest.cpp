@@ -1,5 +1,6 @@
 // The update controls in a world of fakes.
 #include "TarnwickUpdater/PrefPane Stuff/TWVCUpdateViewController/TWVCUpdateViewController.h"
+#include "propertylist/Date.h"
 #include "tests/support/FakeControls.h"
 #include "tests/updater/UpdaterFixture.h"
 

@@ -2,13 +2,16 @@
 
 #include "TarnwickUpdater/Plinth Stuff/VersionChecking/UpdaterLaunch.h"
 #include "TarnwickUpdater/Plinth Stuff/VersionChecking/VersionChecking.h"
-#include "platform/Unicode.h"
+#include "propertylist/Unicode.h"
+
+#include "propertylist/Date.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstring>
 
 using namespace platform;
+using namespace propertylist;
 using twvc::UpdateServices;
 
 namespace {

@@ -1,7 +1,7 @@
 // Whether an update check is due: a plain function of what is stored, of the machine and of the time.
 #pragma once
 
-#include "platform/PropertyList.h"
+#include "platform/PlatformTypes.h"
 
 #include <array>
 #include <cstdint>

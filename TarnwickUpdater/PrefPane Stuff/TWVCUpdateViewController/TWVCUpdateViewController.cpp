@@ -4,6 +4,8 @@
 #include "TarnwickUpdater/Plinth Stuff/VersionChecking/UpdaterLaunch.h"
 #include "TarnwickUpdater/Plinth Stuff/VersionChecking/VersionChecking.h"
 
+#include "propertylist/Date.h"
+
 #include <cmath>
 
 using namespace platform;

@@ -7,8 +7,8 @@
 #pragma once
 
 #include "TarnwickUpdater/Plinth Stuff/VersionChecking/UpdateServices.h"
-#include "pane/Outlet.h"
 #include "platform/AliasClass.h"
+#include "platform/Outlet.h"
 #include "platform/Platform.h"
 
 #include <memory>

@@ -1,0 +1,56 @@
+// The private framework of the pane's bundle: alias records for applications, and the texts of errors.
+#include "platform/AliasClass.h"
+#include "platform/Platform.h"
+
+#include <sys/stat.h>
+
+namespace linux {
+
+using namespace platform;
+
+namespace {
+
+class ApplicationAlias final : public CVAlias {
+public:
+    ApplicationAlias(ApplicationServices& applications, std::string_view path)
+        : applications_(applications), path_(path) {}
+
+    std::string path() const override { return path_; }
+    std::string displayName() const override { return applications_.displayName(path_); }
+    std::optional<std::string> bundleIdentifier() const override { return applications_.bundleIdentifier(path_); }
+    std::optional<FSRef> getFSRef() const override {
+        struct stat status {};
+        if (stat(path_.c_str(), &status) != 0) return std::nullopt;
+        return FSRef{path_, status.st_dev, status.st_ino};
+    }
+
+private:
+    ApplicationServices& applications_;
+    std::string path_;
+};
+
+class ApplicationAliasClass final : public AliasClass {
+public:
+    explicit ApplicationAliasClass(ApplicationServices& applications) : applications_(applications) {}
+
+    std::unique_ptr<CVAlias> aliasWithPath(std::string_view path) override {
+        return std::make_unique<ApplicationAlias>(applications_, path);
+    }
+    std::unique_ptr<CVAlias> aliasWithFSRef(const FSRef& reference) override { return aliasWithPath(reference.path); }
+    std::string _getErrorText_text(OSStatus status, std::string_view message) override {
+        if (status == kNoErr) return std::string(message);
+        return formatted("%@\n\n%@ (%d)", {message, statusText(status), status});
+    }
+
+private:
+    ApplicationServices& applications_;
+};
+
+}  // namespace
+}  // namespace linux
+
+// One class object for the process: the first pane's services serve all, as a host has one set of them.
+extern "C" __attribute__((visibility("default"))) platform::AliasClass* CVAlias(const platform::Platform& platform) {
+    static linux::ApplicationAliasClass sClass(platform.applications);
+    return &sClass;
+}

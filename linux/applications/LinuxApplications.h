@@ -1,0 +1,67 @@
+// The applications of a Linux machine: desktop entries and .app bundles. docs/applications.md tells what counts.
+#pragma once
+
+#include "linux/applications/ApplicationIndex.h"
+#include "linux/applications/ProgramLookup.h"
+#include "platform/Applications.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace linux {
+
+struct InstalledApplication {
+    std::string path;
+    std::string identifier;  // empty: none
+    std::string name;        // safe to show
+    std::string iconName;    // a theme's icon name or an absolute path; empty: none
+};
+
+// Lives on one thread. A change on the disk shows within ApplicationIndex::kFolderInterval; one written in place into
+// an existing file within kFileInterval, or with the next installedApplications().
+class LinuxApplications final : public platform::ApplicationServices {
+public:
+    explicit LinuxApplications(ApplicationEnvironment environment = ApplicationEnvironment::current(),
+                               ApplicationIndex::Clock clock = std::chrono::steady_clock::now);
+    LinuxApplications(const LinuxApplications&) = delete;  // the members refer to each other
+
+    // An application whose program is missing is not found. The identifiers "com.apple.Console" and
+    // "com.apple.FontBook" also find the desktop's log viewer and font manager.
+    std::optional<std::string> findApplication(const platform::ApplicationQuery& query) override;
+    // Reads the item anew. kParamErr for a path that is not absolute; kPermissionErr and kIOErr when the item or its
+    // description cannot be read. Folders, documents and malformed descriptions have no flags.
+    platform::OSStatus itemInformation(std::string_view path, platform::ItemInformation& information) override;
+    // A desktop file outside the folders of applications has its file name without ".desktop" as identifier.
+    std::optional<std::string> bundleIdentifier(std::string_view path) override;
+    std::string displayName(std::string_view path) override;  // safe to show
+    platform::OSStatus openApplication(std::string_view path) override;
+
+    // What a chooser offers: the native applications that the current desktop shows, by name.
+    std::vector<InstalledApplication> installedApplications();
+    // The application that a file stands for, installed or not; nothing when it stands for none.
+    std::optional<InstalledApplication> applicationAtPath(std::string_view path);
+    // The application that runs as this executable (an absolute path, as /proc/PID/exe gives it): of several the one
+    // that menus show and that needs the fewest arguments. Nothing for shells, interpreters and the like.
+    std::optional<InstalledApplication> applicationForProgram(std::string_view executable);
+
+private:
+    void refresh();
+    const ApplicationRecord* firstInstalled(ApplicationIndex::Candidates candidates);
+    const ApplicationRecord* knownOrStandIn(std::string_view identifier);
+    bool isInstalled(const ApplicationRecord& record);
+    bool isNative(const ApplicationRecord& record);
+    std::optional<ApplicationRecord> recordAtPath(std::string_view path);
+    void indexPrograms();
+
+    const ApplicationEnvironment environment_;
+    ApplicationIndex index_;
+    ProgramLookup programs_;
+    std::unordered_map<std::string, const ApplicationRecord*> byProgram_;  // by resolved path
+    bool isProgramIndexFresh_ = false;
+    unsigned programGeneration_ = 0;
+};
+
+}  // namespace linux

@@ -1,0 +1,116 @@
+#include "linux/loginitems/AutostartEntry.h"
+
+#include "linux/applications/DesktopEntry.h"
+#include "linux/applications/DesktopEntryCommand.h"
+
+#include <algorithm>
+
+namespace linux {
+
+namespace {
+
+// Of our own: by the first an entry is known as one of ours, by the second as one that is out of date.
+constexpr std::string_view kItemKey = "X-Typeslate-LoginItem", kHideKey = "X-Typeslate-Hide";
+constexpr std::string_view kFilePrefix = "login-item-";
+constexpr std::size_t kLongestStem = 100;
+
+std::string line(std::string_view key, std::string_view text) {
+    return std::string(key) + "=" + escapedDesktopEntryValue(text) + "\n";
+}
+
+// Calls the function with each line until it returns true; whether it did.
+template <typename Function>
+bool anyLine(std::string_view text, Function function) {
+    while (!text.empty()) {
+        std::string_view next = text.substr(0, text.find('\n'));
+        text.remove_prefix(std::min(next.size() + 1, text.size()));
+        if (function(next)) return true;
+    }
+    return false;
+}
+
+// Besides what the rules forbid (an equals sign in a program), what sessions get wrong: those built on GLib look for a
+// program before they resolve "%%"; systemd's resolves backslashes once too often, leaves its own before dollar signs
+// and backquotes, and knows no program with quotes or control characters.
+constexpr std::string_view kMisread = "\\$`", kMisreadInPrograms = "\\$`=%\"'";
+
+bool isOdd(char c) { return (c >= 0 && c < ' ') || c == '\x7F' || kMisreadInPrograms.find(c) != std::string::npos; }
+
+bool isReadRight(const std::vector<std::string>& words) {
+    return std::ranges::none_of(words.front(), isOdd) &&
+           std::ranges::all_of(words, [](auto& word) { return word.find_first_of(kMisread) == word.npos; });
+}
+
+// Starts the words, with a "%c" for each odd character.
+std::string awkProgram(const std::vector<std::string>& words) {
+    std::string command, codes;
+    for (const std::string& word : words) {
+        command += " '";
+        for (char c : word) {
+            const bool isQuote = c == '\'';  // the shell's, too
+            command += isQuote ? "'%c'%c'" : isOdd(c) ? "%c" : std::string(1, c);
+            if (isOdd(c)) codes += isQuote ? ", 34, 34" : ", " + std::to_string(c);
+        }
+        command += "'";
+    }
+    return "BEGIN { exit system(sprintf(\"exec" + command + "\"" + codes + ")) }";
+}
+
+std::vector<std::string> startableWords(const std::vector<std::string>& words) {
+    return isReadRight(words) ? words : std::vector<std::string>{"awk", awkProgram(words)};
+}
+
+bool isPlain(char c) {
+    return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '.' || c == '-';
+}
+
+std::string stemOf(std::string_view path) {
+    while (path.size() > 1 && path.ends_with('/')) path.remove_suffix(1);
+    path.remove_prefix(path.rfind('/') + 1);
+    for (std::string_view suffix : {kBundleSuffix, kDesktopEntrySuffix})
+        if (path.ends_with(suffix)) path.remove_suffix(suffix.size());
+    std::string stem(path.substr(0, kLongestStem));
+    std::ranges::replace_if(
+        stem, [](char c) { return !isPlain(c); }, '_');
+    return stem;
+}
+
+}  // namespace
+
+std::optional<std::string_view> autostartPathValue(std::string_view entry) {
+    std::optional<std::string_view> value;
+    anyLine(entry, [&](std::string_view next) {
+        if (!next.starts_with(kItemKey) || next.substr(kItemKey.size(), 1) != "=") return false;
+        value = next.substr(kItemKey.size() + 1);
+        return true;
+    });
+    return value;
+}
+
+std::string autostartEntry(std::string_view itemPath, bool hide, const StartDescription& start) {
+    std::string entry = "[Desktop Entry]\nType=Application\n" + line("Name", start.name);
+    entry += line("Exec", joinCommand(startableWords(start.words)));
+    if (!start.iconName.empty()) entry += line("Icon", start.iconName);
+    if (!start.workingFolder.empty()) entry += line("Path", start.workingFolder);
+    if (start.isInTerminal) entry += "Terminal=true\n";
+    if (hide) entry += "StartupNotify=false\n";
+    return entry + line(kItemKey, itemPath) + line(kHideKey, hide ? "true" : "false");
+}
+
+bool hasLinesOf(std::string_view file, std::string_view other) {
+    return !anyLine(other, [&](std::string_view wanted) {
+        return !anyLine(file, [&](std::string_view present) { return present == wanted; });
+    });
+}
+
+std::string autostartFileName(std::string_view itemPath, int number) {
+    std::string name = std::string(kFilePrefix) + stemOf(itemPath);
+    if (number > 1) name += "-" + std::to_string(number);
+    return name.append(kDesktopEntrySuffix);
+}
+
+bool isAutostartFileName(std::string_view name) {
+    return name.starts_with(kFilePrefix) && name.ends_with(kDesktopEntrySuffix);
+}
+
+}  // namespace linux

@@ -1,0 +1,148 @@
+#include "linux/loginitems/AutostartMirror.h"
+
+#include "linux/applications/DesktopEntry.h"
+#include "linux/files/LinuxFiles.h"
+#include "linux/files/SmallFile.h"
+#include "platform/LoginItems.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <system_error>
+
+namespace linux {
+
+using namespace platform;
+
+namespace {
+
+constexpr const char* kTemporaryName = ".login-item.tmp";
+constexpr int kMostOfOneName = 1000;
+
+}  // namespace
+
+std::string autostartFolder() {
+    std::string preferences = preferencesFolder();
+    return preferences.substr(0, preferences.rfind('/')) + "/autostart";
+}
+
+AutostartMirror::AutostartMirror(DiskPreferences& preferences, Log& log, FileAccess& files)
+    : path_(autostartFolder()), log_(log), files_(files), reader_(preferences.folder(), log, files) {
+    preferences.setSynchronizeObserver(kLoginWindowDomain, [this] { update(); });
+}
+
+// Each path once, as a session has one program by a name; of several items the last decides.
+std::vector<AutostartMirror::Item> AutostartMirror::storedItems() {
+    std::vector<Item> items;
+    PropertyList stored = reader_.copyValue(kLoginItemsKey, kLoginWindowDomain);
+    for (const PropertyList& item : stored.elements()) {
+        std::string path(item[kLoginItemPathKey].stringValue());
+        std::erase_if(items, [&](const Item& earlier) { return earlier.path == path; });
+        std::string value = escapedDesktopEntryValue(path);
+        items.push_back({std::move(path), std::move(value), item[kLoginItemHideKey].boolValue()});
+    }
+    return items;
+}
+
+// Once: an update comes with every synchronize.
+void AutostartMirror::complain(std::string line) {
+    if (auto [said, isNew] = said_.insert(std::move(line)); isNew) log_("%@", *said);
+}
+
+void AutostartMirror::report(std::string_view what, const Failure& failure) {
+    hasFailed_ = true;
+    complain(formatted("Login item %@: cannot %@ in %@: %@",
+                       {what, failure.step, path_, std::generic_category().message(failure.error)}));
+}
+
+bool AutostartMirror::reportFolder(const Failure& failure) {
+    hasFailed_ = true;
+    complain(formatted("Login items: cannot %@ %@: %@",
+                       {failure.step, path_, std::generic_category().message(failure.error)}));
+    return false;
+}
+
+// A folder that is not there and not needed is no failure, and is not made.
+bool AutostartMirror::openFolder(bool make) {
+    auto open = [&] { return Descriptor(files_, files_.open(AT_FDCWD, path_.c_str(), O_RDONLY | O_DIRECTORY)); };
+    folder_ = open();
+    if (folder_.error() == ENOENT) {
+        if (!make) return false;
+        if (Failure failure = makeFolders(files_, path_)) return reportFolder(failure);
+        folder_ = open();
+    }
+    if (!folder_) return reportFolder({"open", folder_.error()});
+    (void)files_.lock(folder_.number());
+    return true;
+}
+
+void AutostartMirror::update() {
+    hasFailed_ = false;
+    (void)reader_.synchronize(kLoginWindowDomain);
+    if (!openFolder(!storedItems().empty())) return;
+    // Whoever held the lock may have stored something first.
+    if (reader_.synchronize(kLoginWindowDomain)) {
+        std::vector<Item> items = storedItems();
+        std::vector<OwnEntry> entries = ownEntries();
+        ApplicationEnvironment environment = ApplicationEnvironment::current();
+        environment.locale.clear();  // the language of whoever comes by is no reason to write an entry anew
+        for (const Item& item : items) {
+            auto own = std::ranges::find(entries, item.value, [](auto& e) { return *autostartPathValue(e.contents); });
+            updateEntry(item, own == entries.end() ? nullptr : &*own, environment);
+            if (own != entries.end()) entries.erase(own);
+        }
+        for (const OwnEntry& entry : entries)
+            if (int error = files_.remove(folder_.number(), entry.name.c_str()); error < 0)
+                report(entry.name, {"remove the entry", -error});
+    }
+    folder_.reset();
+}
+
+std::vector<AutostartMirror::OwnEntry> AutostartMirror::ownEntries() {
+    std::vector<OwnEntry> own;
+    OSStatus status = kNoErr;
+    auto folder = LinuxFiles().openFolder(path_, FolderDetail::Names, status);
+    SmallFileReader reader;
+    std::vector<FolderEntry> batch;
+    if (folder) folder->nextBatch(SIZE_MAX, batch);
+    for (const FolderEntry& entry : batch) {
+        if (!isAutostartFileName(entry.name)) continue;
+        auto contents = reader.read(folder_.number(), entry.name.c_str());
+        if (contents && autostartPathValue(*contents)) own.push_back({entry.name, std::string(*contents)});
+    }
+    return own;
+}
+
+// What cannot be started now, perhaps because its disk is not there, keeps the entry that it has.
+void AutostartMirror::updateEntry(const Item& item, const OwnEntry* entry, const ApplicationEnvironment& environment) {
+    std::optional<StartDescription> start = startDescription(item.path, environment);
+    if (!start) return complain(formatted("Login item %@: there is nothing that can be started", {item.path}));
+    std::string text = autostartEntry(item.path, item.hide, *start);
+    if (entry && hasLinesOf(entry->contents, text)) return;
+    if (Failure failure = write(text, item, entry)) {
+        (void)files_.remove(folder_.number(), kTemporaryName);
+        report(item.path, failure);
+    }
+}
+
+Failure AutostartMirror::write(std::string_view text, const Item& item, const OwnEntry* replaced) {
+    (void)files_.remove(folder_.number(), kTemporaryName);  // of a process that was killed
+    Descriptor file(files_,
+                    files_.open(folder_.number(), kTemporaryName, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, 0644));
+    if (!file) return {"create a temporary file", file.error()};
+    giveToOwnerOf(files_, folder_.number(), file.number());
+    if (Failure failure = writeAndFlush(files_, file.number(), text)) return failure;
+    int error =
+        replaced ? files_.rename(folder_.number(), kTemporaryName, replaced->name.c_str()) : moveToFreeName(item);
+    if (error == 0) error = files_.flush(folder_.number());
+    return error < 0 ? Failure{"put the entry in place", -error} : Failure{};
+}
+
+int AutostartMirror::moveToFreeName(const Item& item) {
+    int error = -EEXIST;
+    for (int number = 1; error == -EEXIST && number <= kMostOfOneName; ++number)
+        error =
+            renameUnlessTaken(files_, folder_.number(), kTemporaryName, autostartFileName(item.path, number).c_str());
+    return error;
+}
+
+}  // namespace linux

@@ -1,0 +1,289 @@
+#include "linux/preferences/DomainFile.h"
+
+#include <unistd.h>
+
+#include <cerrno>
+#include <climits>
+#include <functional>
+
+namespace linux {
+
+namespace {
+
+constexpr mode_t kFileMode = 0600, kFolderMode = 0700;
+
+std::string_view folderOf(std::string_view path) {
+    std::size_t slash = path.rfind('/');
+    if (slash == std::string_view::npos) return ".";
+    return path.substr(0, slash == 0 ? 1 : slash);
+}
+std::string_view nameOf(std::string_view path) { return path.substr(path.rfind('/') + 1); }
+
+// The path of the file itself, which need not exist, in place of a link to it.
+Failure resolveLinks(FileAccess& files, std::string& path) {
+    constexpr int kMostLinks = 40;
+    char target[PATH_MAX];
+    for (int links = 0; links < kMostLinks; ++links) {
+        ssize_t length = files.readLink(path.c_str(), target, sizeof target);
+        if (length == -EINVAL || length == -ENOENT) return {};
+        if (length < 0) return {"follow link", static_cast<int>(-length)};
+        if (length == sizeof target) return {"follow link", ENAMETOOLONG};
+        std::string_view text(target, static_cast<std::size_t>(length));
+        path = text.starts_with('/') ? std::string(text) : std::string(folderOf(path)).append("/").append(text);
+    }
+    return {"follow link", ELOOP};
+}
+
+}  // namespace
+
+void giveToOwnerOf(FileAccess& files, int folder, int file) {
+    struct stat model, own;
+    if (geteuid() != 0 || files.statDescriptor(folder, model) < 0 || files.statDescriptor(file, own) < 0) return;
+    bool hasOtherNames = S_ISREG(own.st_mode) && own.st_nlink > 1;  // perhaps in a place that is not the user's
+    if (model.st_uid != own.st_uid && !hasOtherNames) (void)files.changeOwner(file, model.st_uid, model.st_gid);
+}
+
+namespace {
+
+int settleNewFolder(FileAccess& files, const std::string& path) {
+    Descriptor parent(files, files.open(AT_FDCWD, std::string(folderOf(path)).c_str(), O_RDONLY | O_DIRECTORY));
+    if (!parent) return parent.error();
+    Descriptor folder(files, files.open(AT_FDCWD, path.c_str(), O_RDONLY | O_DIRECTORY));
+    if (!folder) return folder.error();
+    giveToOwnerOf(files, parent.number(), folder.number());
+    return -files.flush(parent.number());
+}
+
+Failure makeFolder(FileAccess& files, const std::string& path) {
+    if (int error = files.makeFolder(path.c_str(), kFolderMode); error < 0)
+        return error == -EEXIST ? Failure{} : Failure{"make folder", -error};
+    int error = settleNewFolder(files, path);
+    if (!error) return {};
+    (void)files.remove(AT_FDCWD, path.c_str(), AT_REMOVEDIR);
+    return {"make folder", error};
+}
+
+}  // namespace
+
+Failure makeFolders(FileAccess& files, const std::string& path) {
+    struct stat status;
+    int error = files.stat(path.c_str(), status);
+    if (error == 0) return {};
+    std::string parent(folderOf(path));
+    if (error != -ENOENT || parent == path) return {"look for folder", -error};
+    if (Failure failure = makeFolders(files, parent)) return failure;
+    return makeFolder(files, path);
+}
+
+Failure writeAndFlush(FileAccess& files, int file, std::string_view bytes) {
+    while (!bytes.empty()) {
+        ssize_t count = files.write(file, bytes.data(), bytes.size());
+        if (count < 0) return {"write", static_cast<int>(-count)};
+        if (count == 0) return {"write", ENOSPC};
+        bytes.remove_prefix(static_cast<std::size_t>(count));
+    }
+    int error = files.flush(file);
+    return error < 0 ? Failure{"flush", -error} : Failure{};
+}
+
+int renameUnlessTaken(FileAccess& files, int folder, const char* from, const char* to) {
+    int error = files.renameExclusive(folder, from, to);
+    if (error != -EINVAL && error != -ENOSYS) return error;
+    // A file system that cannot: in two steps, between which the file has both names.
+    error = files.link(folder, from, to);
+    return error < 0 ? error : files.remove(folder, from);
+}
+
+namespace {
+
+Failure readAll(FileAccess& files, int file, std::string& bytes) {
+    for (std::size_t done = 0; done < bytes.size();) {
+        ssize_t count = files.read(file, bytes.data() + done, bytes.size() - done);
+        if (count < 0) return {"read", static_cast<int>(-count)};
+        if (count == 0) bytes.resize(done);
+        done += static_cast<std::size_t>(count);
+    }
+    return {};
+}
+
+// Reads a file once. `steady` tells whether it was left alone meanwhile.
+Failure readOnce(FileAccess& files, const char* path, Snapshot& snapshot, std::string& bytes, bool& steady) {
+    snapshot.file = Descriptor(files, files.open(AT_FDCWD, path, O_RDONLY | O_NONBLOCK | O_NOCTTY));
+    if (!snapshot.file) return {"open", snapshot.file.error()};
+    std::int64_t clock = fileClock();
+    struct stat before, after;
+    if (int error = files.statDescriptor(snapshot.file.number(), before); error < 0) return {"look at", -error};
+    if (S_ISDIR(before.st_mode)) return {"read", EISDIR};
+    if (!S_ISREG(before.st_mode)) return {"read", 0, "not a regular file"};
+    if (before.st_size > kMaximumFileSize) return {"read", EFBIG};
+    bytes.resize(static_cast<std::size_t>(before.st_size));
+    if (Failure failure = readAll(files, snapshot.file.number(), bytes)) return failure;
+    if (int error = files.statDescriptor(snapshot.file.number(), after); error < 0) return {"look at", -error};
+    snapshot.identity = FileIdentity(before);
+    steady = FileIdentity(after) == snapshot.identity && bytes.size() == static_cast<std::size_t>(before.st_size);
+    snapshot.settled = steady && snapshot.identity.changed < clock;
+    return {};
+}
+
+std::string utcTimeStamp() {
+    std::time_t now = std::time(nullptr);
+    std::tm parts{};
+    char text[32];
+    return {text, std::strftime(text, sizeof text, "%Y%m%dT%H%M%SZ", gmtime_r(&now, &parts))};
+}
+
+}  // namespace
+
+bool Snapshot::sameContents(const Snapshot& other) const {
+    return static_cast<bool>(file) == static_cast<bool>(other.file) && identity.size == other.identity.size &&
+           hash == other.hash;
+}
+
+bool isCurrent(FileAccess& files, const char* path, const Snapshot& snapshot) {
+    struct stat status;
+    int error = files.stat(path, status);
+    if (error == -ENOENT) return !snapshot.file;
+    return error == 0 && snapshot.settled && snapshot.file && FileIdentity(status) == snapshot.identity;
+}
+
+Failure readFile(FileAccess& files, const char* path, Snapshot& snapshot, std::shared_ptr<const std::string>& bytes) {
+    constexpr int kAttempts = 5;  // against a program that writes without the lock at this very moment
+    auto buffer = std::make_shared<std::string>();
+    bool steady = false;
+    for (int attempt = 0; attempt < kAttempts && !steady; ++attempt) {
+        snapshot = {};
+        Failure failure = readOnce(files, path, snapshot, *buffer, steady);
+        if (failure.error == ENOENT) return snapshot = {}, bytes = nullptr, Failure{};
+        if (failure) return failure;
+    }
+    snapshot.hash = std::hash<std::string_view>()(*buffer);
+    bytes = std::move(buffer);
+    return {};
+}
+
+Failure Transaction::begin() {
+    constexpr int kAttempts = 1000;
+    for (int attempt = 0; attempt < kAttempts; ++attempt) {
+        target_ = path_;
+        if (Failure failure = resolveLinks(files_, target_)) return failure;
+        folderPath_ = folderOf(target_);
+        name_ = nameOf(target_);
+        temporary_ = "." + name_ + ".tmp";
+        if (name_.empty() || name_ == "." || name_ == "..") return {"follow link", EISDIR};
+        if (Failure failure = openFolder()) return failure;
+        if (Failure failure = takeLock()) return failure;
+        if (lockIsAtItsPath()) return {};
+        releaseLock();
+    }
+    return {"take the lock", 0, "the folder keeps changing"};
+}
+
+Failure Transaction::openFolder() {
+    auto open = [&] { return Descriptor(files_, files_.open(AT_FDCWD, folderPath_.c_str(), O_RDONLY | O_DIRECTORY)); };
+    folder_ = open();
+    bool mayMake = target_ == path_;  // never the folder that a dangling link points into
+    if (folder_.error() == ENOENT && mayMake) {
+        if (Failure failure = makeFolders(files_, folderPath_)) return failure;
+        folder_ = open();
+    }
+    return folder_ ? Failure{} : Failure{"open folder", folder_.error()};
+}
+
+Failure Transaction::takeLock() {
+    std::string lockName = "." + name_ + ".lock";
+    lock_ = Descriptor(
+        files_, files_.open(folder_.number(), lockName.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_NONBLOCK, kFileMode));
+    if (!lock_) return {"open lock file", lock_.error()};
+    giveToOwnerOf(files_, folder_.number(), lock_.number());
+    if (int error = files_.lock(lock_.number()); error < 0) return lock_.reset(), Failure{"take the lock", -error};
+    owner_ = getpid();
+    return {};
+}
+
+// Someone may have removed the lock file, moved the folder or turned the link while we waited.
+bool Transaction::lockIsAtItsPath() {
+    struct stat own, atPath;
+    std::string target = path_;
+    if (resolveLinks(files_, target) || target != target_) return false;
+    std::string lockPath = folderPath_ + "/." + name_ + ".lock";
+    return files_.statDescriptor(lock_.number(), own) == 0 && files_.stat(lockPath.c_str(), atPath) == 0 &&
+           own.st_dev == atPath.st_dev && own.st_ino == atPath.st_ino;
+}
+
+// Closing alone would leave the lock with a process that another thread has just forked, until that one runs a program.
+void Transaction::releaseLock() noexcept {
+    if (lock_ && owner_ == getpid()) files_.unlock(lock_.number());
+    lock_.reset();
+}
+
+Failure Transaction::adoptOwnerAndMode(int file) {
+    struct stat old = {}, own = {};
+    int error = files_.stat(target_.c_str(), old);
+    if (error == -ENOENT) return giveToOwnerOf(files_, folder_.number(), file), Failure{};
+    if (error == 0) error = files_.statDescriptor(file, own);
+    if (error < 0) return {"look at", -error};
+    // Whoever may not give the file away keeps it, if possible in its group.
+    if ((old.st_uid != own.st_uid || old.st_gid != own.st_gid) && files_.changeOwner(file, old.st_uid, old.st_gid) < 0)
+        (void)files_.changeOwner(file, static_cast<uid_t>(-1), old.st_gid);
+    error = files_.changeMode(file, old.st_mode & 0777);
+    return error < 0 ? Failure{"set the mode of the new file", -error} : Failure{};
+}
+
+Descriptor Transaction::makeTemporary(Failure& failure) {
+    // Under the lock, one that is there already was left by a writer that is gone.
+    int error = files_.remove(folder_.number(), temporary_.c_str());
+    if (error < 0 && error != -ENOENT) failure = {"remove old temporary file", -error};
+    if (failure) return {};
+    Descriptor file(
+        files_, files_.open(folder_.number(), temporary_.c_str(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW, kFileMode));
+    if (!file) failure = {"create temporary file", file.error()};
+    return file;
+}
+
+Failure Transaction::install(int file, std::string_view bytes) {
+    if (Failure failure = adoptOwnerAndMode(file)) return failure;
+    if (Failure failure = writeAndFlush(files_, file, bytes)) return failure;
+    int error = files_.rename(folder_.number(), temporary_.c_str(), name_.c_str());
+    return error < 0 ? Failure{"rename", -error} : Failure{};
+}
+
+Failure Transaction::replace(std::string_view bytes, Snapshot& written) {
+    Failure failure;
+    written = {};
+    written.file = makeTemporary(failure);
+    if (failure) return failure;
+    failure = install(written.file.number(), bytes);
+    if (failure) return (void)files_.remove(folder_.number(), temporary_.c_str()), failure;
+    identify(written, bytes);
+    return flushFolder();
+}
+
+// Whoever writes into the file between the rename and the look at it leaves equal times of change and modification, or
+// a time of change that the clock has not passed.
+void Transaction::identify(Snapshot& written, std::string_view bytes) {
+    std::int64_t clock = fileClock();
+    struct stat status;
+    written.hash = std::hash<std::string_view>()(bytes);
+    written.settled = files_.statDescriptor(written.file.number(), status) == 0;
+    if (!written.settled) return;
+    written.identity = FileIdentity(status);
+    written.settled = written.identity.modified < written.identity.changed && written.identity.changed < clock;
+}
+
+Failure Transaction::flushFolder() {
+    int error = files_.flush(folder_.number());
+    return error < 0 ? Failure{"flush folder", -error} : Failure{};
+}
+
+Failure Transaction::moveAside(std::string& newName) {
+    constexpr int kMostOfOneSecond = 100;
+    const std::string base = name_ + ".damaged-" + utcTimeStamp();
+    int error = -EEXIST;
+    for (int count = 1; error == -EEXIST && count <= kMostOfOneSecond; ++count) {
+        newName = count == 1 ? base : base + "-" + std::to_string(count);
+        error = renameUnlessTaken(files_, folder_.number(), name_.c_str(), newName.c_str());
+    }
+    return error < 0 ? Failure{"move the damaged file aside", -error} : flushFolder();
+}
+
+}  // namespace linux

@@ -1,0 +1,39 @@
+// Processes on Linux, and the applications that they run.
+#pragma once
+
+#include "linux/applications/LinuxApplications.h"
+#include "linux/processes/SessionLeader.h"
+#include "platform/Processes.h"
+
+namespace linux {
+
+// A process's bundle is the .app or .plinth folder around its program, else the desktop entry that starts the program.
+// The session's leader has the identifier of the login window. A serial number is made of the start time and the id.
+class LinuxProcesses final : public platform::ProcessServices {
+public:
+    // The applications outlive this object.
+    explicit LinuxProcesses(LinuxApplications& applications, SessionSources sources = {})
+        : applications_(applications), sources_(std::move(sources)) {}
+
+    std::vector<platform::ProcessID> runningProcesses() override;
+    platform::ProcessID currentProcess() override;
+    std::optional<platform::ProcessSerialNumber> serialNumber(platform::ProcessID process) override;
+    std::optional<std::string> bundleFolder(platform::ProcessID process) override;
+    std::optional<std::string> bundlePath(platform::ProcessID process) override;
+    std::optional<std::string> bundleIdentifier(platform::ProcessID process) override;
+    std::optional<platform::Date> launchDate(platform::ProcessID process) override;
+    bool postQuitRequest(const platform::ProcessSerialNumber& process, std::string_view bundleIdentifier) override;
+
+private:
+    std::optional<std::string> program(platform::ProcessID process) const;
+    bool isOfThisUser(platform::ProcessID process) const;
+    bool isSessionLeader(platform::ProcessID process);
+
+    LinuxApplications& applications_;
+    const SessionSources sources_;
+};
+
+// The innermost folder with the extension .app or .plinth around a program; nothing when there is none.
+std::optional<std::string> bundleAround(std::string_view program);
+
+}  // namespace linux

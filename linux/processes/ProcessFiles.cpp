@@ -1,0 +1,52 @@
+#include "linux/processes/ProcessFiles.h"
+
+#include "linux/files/LinuxFiles.h"
+
+#include <charconv>
+
+namespace linux {
+
+using namespace platform;
+
+namespace {
+
+// Fields as proc(5) numbers them; the first after the program's name is 3.
+constexpr int kFirstField = 3, kParentField = 4, kStartField = 22;
+
+std::string_view takeField(std::string_view& rest) {
+    std::string_view field = rest.substr(0, rest.find(' '));
+    rest.remove_prefix(std::min(field.size() + 1, rest.size()));
+    return field;
+}
+
+}  // namespace
+
+std::optional<std::int64_t> decimal(std::string_view text) {
+    while (text.ends_with('\n')) text.remove_suffix(1);
+    std::int64_t number = 0;
+    auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    bool isWhole = error == std::errc() && end == text.data() + text.size();
+    return isWhole ? std::optional(number) : std::nullopt;
+}
+
+// The program's name stands in parentheses and may itself hold blanks and parentheses.
+std::optional<ProcessStat> parseProcessStat(std::string_view line) {
+    std::size_t nameEnd = line.rfind(") ");
+    if (nameEnd == std::string_view::npos) return std::nullopt;
+    std::string_view rest = line.substr(nameEnd + 2);
+    std::optional<std::int64_t> parent, start;
+    for (int field = kFirstField; field <= kStartField; ++field) {
+        std::string_view text = takeField(rest);
+        if (field == kParentField) parent = decimal(text);
+        if (field == kStartField) start = decimal(text);
+    }
+    if (!parent || !start) return std::nullopt;
+    return ProcessStat{*parent, *start};
+}
+
+std::optional<ProcessStat> readProcessStat(const std::string& folder, ProcessID process) {
+    auto line = LinuxFiles().readFile(folder + "/" + std::to_string(process) + "/stat");
+    return line ? parseProcessStat(*line) : std::nullopt;
+}
+
+}  // namespace linux

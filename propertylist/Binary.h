@@ -1,0 +1,60 @@
+// The binary property list, as CFBinaryPList.c of the open-source CoreFoundation describes it: the text "bplist00", the
+// objects, a table of their offsets, and a trailer of 32 bytes (6 unused, the width of an offset, the width of a
+// reference, the number of objects, the number of the top object, the offset of the table). All numbers are big-endian.
+// An object begins with a byte whose upper half is its kind and whose lower half is its length, or 15 when the length
+// follows as an integer object.
+#pragma once
+
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+namespace propertylist::binary {
+
+constexpr std::size_t kHeaderSize = 8, kTrailerSize = 32;
+
+enum Kind : std::uint8_t {
+    kFalseMarker = 0x08,
+    kTrueMarker = 0x09,
+    kIntegerKind = 0x1,
+    kRealKind = 0x2,
+    kDateMarker = 0x33,
+    kDataKind = 0x4,
+    kASCIIKind = 0x5,
+    kUTF16Kind = 0x6,
+    kArrayKind = 0xA,
+    kDictionaryKind = 0xD,
+};
+
+inline std::uint64_t swapped(std::uint64_t value) {
+    return std::endian::native == std::endian::little ? __builtin_bswap64(value) : value;
+}
+
+// A number of 1 to 8 bytes; 8 bytes are read whatever the width, so the trailer or more must follow.
+inline std::uint64_t loadNumber(const char* p, unsigned width) {
+    std::uint64_t word;
+    std::memcpy(&word, p, sizeof word);
+    return swapped(word) >> (64 - 8 * width);
+}
+
+// The width is 1, 2, 4 or 8.
+inline char* storeNumber(char* p, std::uint64_t value, unsigned width) {
+    std::uint64_t word = swapped(value << (64 - 8 * width));
+    switch (width) {
+        case 1:
+            std::memcpy(p, &word, 1);
+            break;
+        case 2:
+            std::memcpy(p, &word, 2);
+            break;
+        case 4:
+            std::memcpy(p, &word, 4);
+            break;
+        default:
+            std::memcpy(p, &word, 8);
+    }
+    return p + width;
+}
+
+}  // namespace propertylist::binary

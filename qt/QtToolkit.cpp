@@ -1,0 +1,66 @@
+#include "qt/QtToolkit.h"
+
+#include "qt/images/FileIcons.h"
+#include "qt/texts/Text.h"
+
+#include <QApplication>
+#include <QFileInfo>
+#include <QMessageBox>
+
+namespace qt {
+
+using namespace platform;
+
+// A file that was replaced is read again.
+template <typename Make>
+ImageRef QtToolkit::kept(Cache& cache, const QString& path, Make make) {
+    QDateTime modified = QFileInfo(path).lastModified();
+    auto found = cache.constFind(path);
+    if (found != cache.constEnd() && found->modified == modified) return found->image;
+    ImageRef image = make(path);
+    cache.insert(path, {modified, image});
+    return image;
+}
+
+ImageRef QtToolkit::imageAtPath(std::string_view path) {
+    return kept(images_, toQString(path), [](const QString& file) -> ImageRef {
+        QIcon icon = iconOfImageFile(file);
+        return icon.isNull() ? nullptr : std::make_shared<QtImage>(icon);
+    });
+}
+
+ImageRef QtToolkit::workspaceIcon(std::string_view path) {
+    return kept(workspaceIcons_, toQString(path), [this](const QString& file) -> ImageRef {
+        return std::make_shared<QtImage>([file, finder = iconName_] {
+            QIcon icon = iconNamed(toQString(finder(file.toStdString())));
+            return icon.isNull() ? iconOfFile(file) : icon;
+        });
+    });
+}
+
+ImageRef QtToolkit::genericApplicationIcon() {
+    if (!genericIcon_) genericIcon_ = std::make_shared<QtImage>(iconOfPrograms);
+    return genericIcon_;
+}
+
+ImageRef QtToolkit::applicationIcon() {
+    QIcon icon = QApplication::windowIcon();
+    return icon.isNull() ? genericApplicationIcon() : std::make_shared<QtImage>(icon);
+}
+
+void QtToolkit::setApplicationIcon(const ImageRef& image) {
+    if (const QtImage* given = QtImage::of(image)) QApplication::setWindowIcon(given->icon());
+}
+
+void QtToolkit::runAlert(std::string_view title, std::string_view message) {
+    QMessageBox alert(QMessageBox::Warning, toQString(title), {}, QMessageBox::Ok, window_);
+    alert.setTextFormat(Qt::PlainText);
+    alert.setText(toQString(title));
+    alert.setInformativeText(toQString(message));
+    alert.setWindowModality(Qt::WindowModal);
+    alert.exec();
+}
+
+void QtToolkit::beep() { QApplication::beep(); }
+
+}  // namespace qt

@@ -1,0 +1,66 @@
+#include "qt/controls/CellModel.h"
+
+#include "qt/texts/Text.h"
+
+#include <algorithm>
+
+namespace qt {
+
+using namespace platform;
+
+CellModel::CellModel(TableView& table, QStringList identifiers, QStringList titles, QObject* parent)
+    : QAbstractTableModel(parent), table_(table), identifiers_(std::move(identifiers)), titles_(std::move(titles)) {}
+
+// Rows keep their numbers over a reload, so only the end of the list comes or goes: the view keeps its place and its
+// selection and lays nothing out again.
+void CellModel::setRowCount(int rows) {
+    if (rows > rows_) {
+        beginInsertRows({}, rows_, rows - 1);
+        rows_ = rows;
+        endInsertRows();
+    } else if (rows < rows_) {
+        beginRemoveRows({}, rows, rows_ - 1);
+        rows_ = rows;
+        endRemoveRows();
+    }
+}
+
+void CellModel::refresh() {
+    setRowCount(source_ ? std::max(0, source_->numberOfRowsInTableView(table_)) : 0);
+    if (rows_ > 0) Q_EMIT dataChanged(index(0, 0), index(rows_ - 1, columnCount() - 1));
+}
+
+CellValue CellModel::cell(const QModelIndex& index) const {
+    if (!source_ || !index.isValid()) return {};
+    std::string identifier = identifiers_.value(index.column()).toStdString();
+    return source_->tableView_objectValueForTableColumn_row(table_, identifier, index.row());
+}
+
+int CellModel::columnCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : static_cast<int>(identifiers_.size());
+}
+
+// For screen readers, tool tips and finding a row by typing; the delegate paints from cell().
+QVariant CellModel::data(const QModelIndex& index, int role) const {
+    bool isText = role == Qt::DisplayRole || role == Qt::AccessibleTextRole || role == Qt::ToolTipRole;
+    if (!isText || !index.isValid()) return {};
+    // A picture speaks by its neighbour: without a name it would be a blank place under the cursor.
+    if (isImageColumn(index.column()))
+        return role == Qt::AccessibleTextRole ? data(index.siblingAtColumn(index.column() + 1), role) : QVariant();
+    QStringList texts;
+    for (const AttributedLine& line : cell(index).lines) texts << toQString(line.text);
+    if (role == Qt::DisplayRole) return texts.value(0);
+    return texts.join(role == Qt::ToolTipRole ? QStringLiteral("\n") : QStringLiteral(", "));
+}
+
+QVariant CellModel::headerData(int section, Qt::Orientation orientation, int role) const {
+    if (orientation == Qt::Horizontal && role == Qt::DisplayRole) return titles_.value(section);
+    return QAbstractTableModel::headerData(section, orientation, role);
+}
+
+Qt::ItemFlags CellModel::flags(const QModelIndex& index) const {
+    if (!index.isValid()) return Qt::NoItemFlags;
+    return Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemNeverHasChildren;
+}
+
+}  // namespace qt

@@ -1,0 +1,176 @@
+#include "qt/controls/InterfaceLoader.h"
+
+#include "qt/controls/FittingScrollArea.h"
+#include "qt/controls/QtControls.h"
+#include "qt/controls/QtProgressIndicator.h"
+#include "qt/controls/QtTableView.h"
+#include "qt/controls/QtTextView.h"
+#include "qt/sheets/QtPanel.h"
+#include "qt/texts/InterfaceTexts.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QIcon>
+#include <QUiLoader>
+
+namespace qt {
+
+using namespace platform;
+
+namespace {
+
+std::string nameOf(const QWidget& widget) { return widget.objectName().toStdString(); }
+
+bool isSheet(const QWidget& widget) { return widget.property("sheet").toBool(); }
+
+std::unique_ptr<View> makeView(QWidget& widget, InterfaceOwner& owner) {
+    if (isSheet(widget)) return std::make_unique<QtPanel>(widget);
+    if (auto* button = qobject_cast<QAbstractButton*>(&widget)) return std::make_unique<QtButton>(*button);
+    if (auto* label = qobject_cast<QLabel*>(&widget)) return std::make_unique<QtLabel>(*label);
+    if (auto* edit = qobject_cast<QLineEdit*>(&widget)) return std::make_unique<QtLineEdit>(*edit);
+    if (auto* box = qobject_cast<QSpinBox*>(&widget)) return std::make_unique<QtSpinBox>(*box);
+    if (auto* menu = qobject_cast<QComboBox*>(&widget)) return std::make_unique<QtPopUpButton>(*menu);
+    if (auto* table = qobject_cast<QTableView*>(&widget)) return std::make_unique<QtTableView>(*table, owner);
+    if (auto* tabs = qobject_cast<QTabWidget*>(&widget)) return std::make_unique<QtTabView>(*tabs);
+    if (auto* bar = qobject_cast<QProgressBar*>(&widget)) return std::make_unique<QtProgressIndicator>(*bar);
+    if (auto* text = qobject_cast<QTextEdit*>(&widget)) return std::make_unique<QtTextView>(*text);
+    return std::make_unique<QtPlainView>(widget);
+}
+
+// The signals that only the user's own changes send; the setters of the wrappers keep theirs quiet.
+void connectAction(QWidget& widget, View& view, InterfaceOwner& owner, QObject& context) {
+    std::string selector = widget.property("action").toString().toStdString();
+    if (selector.empty()) return;
+    auto perform = [&owner, &view, selector] { owner.performAction(selector, view); };
+    if (auto* button = qobject_cast<QAbstractButton*>(&widget)) {
+        QObject::connect(button, &QAbstractButton::clicked, &context, perform);
+    } else if (auto* menu = qobject_cast<QComboBox*>(&widget)) {
+        QObject::connect(menu, QOverload<int>::of(&QComboBox::activated), &context, perform);
+    } else if (auto* box = qobject_cast<QSpinBox*>(&widget)) {
+        box->setKeyboardTracking(false);  // one action for a number, not one for each digit
+        QObject::connect(box, QOverload<int>::of(&QSpinBox::valueChanged), &context, perform);
+    } else if (auto* edit = qobject_cast<QLineEdit*>(&widget)) {
+        QObject::connect(edit, &QLineEdit::returnPressed, &context, perform);
+    }
+}
+
+void showImage(QWidget& widget, const Bundle& resources) {
+    auto* label = qobject_cast<QLabel*>(&widget);
+    std::string file = widget.property("image").toString().toStdString();
+    if (!label || file.empty()) return;
+    auto path = resources.resourcePath(file, "");
+    int extent = widget.property("imageExtent").toInt();
+    if (path) label->setPixmap(QIcon(toQString(*path)).pixmap(extent, extent));
+}
+
+void scaleFont(QWidget& widget) {
+    double scale = widget.property("fontScale").toDouble();
+    if (scale <= 0) return;
+    QFont font = widget.font();
+    font.setPointSizeF(font.pointSizeF() * scale);
+    font.setBold(true);
+    widget.setFont(font);
+}
+
+class WidgetLoader final : public QUiLoader {
+public:
+    // A loader searches for Designer's plug-ins as it is made, and loads them all, which costs more than all the rest:
+    // let it find none.
+    static std::unique_ptr<WidgetLoader> make() {
+        const QStringList paths = QCoreApplication::libraryPaths();
+        QCoreApplication::setLibraryPaths({});
+        std::unique_ptr<WidgetLoader> loader(new WidgetLoader);
+        QCoreApplication::setLibraryPaths(paths);
+        return loader;
+    }
+    QWidget* createWidget(const QString& className, QWidget* parent, const QString& name) override {
+        if (className != QStringLiteral("QScrollArea")) return QUiLoader::createWidget(className, parent, name);
+        auto* area = new FittingScrollArea(parent);
+        area->setObjectName(name);
+        return area;
+    }
+};
+
+// Children that widgets make for themselves have no name, or one that begins with "qt_".
+bool isNamed(const QWidget& widget) {
+    return !widget.objectName().isEmpty() && !widget.objectName().startsWith(QStringLiteral("qt_"));
+}
+
+}  // namespace
+
+class InterfaceLoader {
+public:
+    InterfaceLoader(InterfaceOwner& owner, const Bundle& resources) : owner_(owner), resources_(resources) {}
+
+    std::unique_ptr<Interface> load(const std::string& path, std::string& error) {
+        QFile file(toQString(path));
+        if (!file.open(QIODevice::ReadOnly)) {
+            error = path + ": " + file.errorString().toStdString();
+            return nullptr;
+        }
+        auto loader = WidgetLoader::make();
+        QWidget* root = loader->load(&file);
+        if (!root) {
+            error = path + ": " + loader->errorString().toStdString();
+            return nullptr;
+        }
+        result_->root_ = root;
+        connectAll();
+        return std::move(result_);
+    }
+
+private:
+    // Wrappers of sheets move their widgets, so all are listed first.
+    void connectAll() {
+        QList<QWidget*> widgets = result_->root_->findChildren<QWidget*>();
+        widgets.prepend(result_->root_);
+        for (QWidget* widget : widgets)
+            if (isNamed(*widget)) add(*widget);
+        // Texts of another length ask for other sizes, which a window is made for before it is shown: from the leaves
+        // up.
+        for (auto widget = widgets.crbegin(); widget != widgets.crend(); ++widget) (*widget)->updateGeometry();
+        for (auto& [name, view] : result_->views_) owner_.setOutlet(name, *view);
+    }
+
+    void add(QWidget& widget) {
+        showInUsersLanguage(widget, resources_);
+        auto& view = result_->views_[nameOf(widget)];
+        view = makeView(widget, owner_);
+        connectAction(widget, *view, owner_, *result_->connections_);
+        showImage(widget, resources_);
+        scaleFont(widget);
+        if (auto* area = dynamic_cast<FittingScrollArea*>(&widget)) area->showWhatLiesBehind();
+    }
+
+    InterfaceOwner& owner_;
+    const Bundle& resources_;
+    std::unique_ptr<Interface> result_{new Interface};
+};
+
+std::unique_ptr<Interface> loadInterface(const std::string& path, const Bundle& resources, InterfaceOwner& owner,
+                                         std::string& error) {
+    return InterfaceLoader(owner, resources).load(path, error);
+}
+
+Interface::~Interface() {
+    disconnectOwner();
+    views_.clear();
+    delete root_;
+}
+
+View* Interface::view(const std::string& name) const {
+    auto found = views_.find(name);
+    return found == views_.end() ? nullptr : found->second.get();
+}
+
+void Interface::disconnectOwner() {
+    connections_.reset();
+    for (auto& [name, view] : views_)
+        if (TableView* table = view->asTableView()) {
+            table->setDataSource(nullptr);
+            table->setSelectionObserver(nullptr);
+            table->setDoubleAction({});
+        }
+}
+
+}  // namespace qt

@@ -1,0 +1,49 @@
+// Loads interface files made with Qt Designer and connects them to their owner.
+//
+// A widget's object name is its outlet. Its dynamic properties: "action" (a selector, performed on the user's own
+// changes and never on those of the code), "tag" (a number), "sheet" (true: a child of the root that becomes a panel,
+// hidden until it is begun), "image" and "imageExtent" (of a label: the resource that it shows, and its size in
+// points), "hideWhenEmpty" (of a label), "fontScale" (makes the font bold and this much larger), "columnIdentifiers"
+// and "columnTitles" (of a table), "itemTags" (of a menu: the numbers of its items).
+//
+// The texts in the file are English, and keys of the bundle's localised strings, mnemonics included.
+#pragma once
+
+#include "platform/Bundle.h"
+#include "platform/Controls.h"
+
+#include <QPointer>
+#include <QWidget>
+
+#include <map>
+#include <memory>
+#include <string>
+
+namespace qt {
+
+// A loaded interface file: its widgets and the objects that stand for them. Deletes both.
+class Interface {
+public:
+    ~Interface();
+    Interface(const Interface&) = delete;
+
+    QWidget* root() const { return root_; }
+    platform::View* view(const std::string& name) const;  // null when there is none of that name
+    // The owner hears of nothing from now on. To be called before the owner goes.
+    void disconnectOwner();
+
+private:
+    friend class InterfaceLoader;
+    Interface() = default;
+
+    QPointer<QWidget> root_;
+    std::map<std::string, std::unique_ptr<platform::View>> views_;
+    std::unique_ptr<QObject> connections_ = std::make_unique<QObject>();
+};
+
+// Null when the file is missing or is no interface file; error then says why. The owner has been handed every outlet
+// when the call returns, and must stay until disconnectOwner.
+std::unique_ptr<Interface> loadInterface(const std::string& path, const platform::Bundle& resources,
+                                         platform::InterfaceOwner& owner, std::string& error);
+
+}  // namespace qt

@@ -1,0 +1,118 @@
+#include "qt/controls/QtControls.h"
+
+#include "qt/controls/AlertTone.h"
+
+#include <QAccessible>
+#include <QSignalBlocker>
+#include <QTabBar>
+
+#include <algorithm>
+
+namespace qt {
+
+using namespace platform;
+
+namespace {
+
+constexpr const char* kHideWhenEmpty = "hideWhenEmpty";
+
+Size toSize(QSize size) { return {double(size.width()), double(size.height())}; }
+
+QString withoutMnemonic(QString text) {
+    static const QString kMark = QStringLiteral("&");
+    for (int i = 0; (i = static_cast<int>(text.indexOf(kMark, i))) >= 0; ++i) text.remove(i, 1);
+    return text;
+}
+
+int clampedTo(std::int64_t number, const QSpinBox& box) {
+    return static_cast<int>(std::clamp<std::int64_t>(number, box.minimum(), box.maximum()));
+}
+
+}  // namespace
+
+void QtButton::setState(bool on) {
+    QSignalBlocker quiet(widget_);
+    widget_.setChecked(on);
+}
+
+std::string QtButton::title() const { return withoutMnemonic(widget_.text()).toStdString(); }
+
+void QtButton::setTitle(std::string_view title) {
+    QString text = toQString(title);
+    widget_.setText(text == withoutMnemonic(designedText_) ? designedText_ : text);
+}
+
+void QtButton::setTarget(InterfaceOwner* target, std::string_view selector) {
+    QObject::disconnect(&widget_, &QAbstractButton::clicked, nullptr, nullptr);
+    if (!target) return;
+    QObject::connect(&widget_, &QAbstractButton::clicked, &widget_,
+                     [this, target, name = std::string(selector)] { target->performAction(name, *this); });
+}
+
+QtLabel::QtLabel(QLabel& label) : WidgetView(label), designedAlignment_(label.alignment()) {
+    if (label.property(kHideWhenEmpty).toBool()) label.setVisible(!label.text().isEmpty());
+}
+
+void QtLabel::setStringValue(std::string_view text, TextTone tone) {
+    bool alert = tone == TextTone::Alert;
+    QString shown = toQString(text);
+    bool changed = shown != widget_.text();
+    widget_.setTextFormat(Qt::PlainText);  // names of files and applications are no markup
+    widget_.setText(shown);
+    setAlertTone(widget_, alert);
+    widget_.setAlignment(alert ? Qt::Alignment(Qt::AlignCenter) : designedAlignment_);
+    if (widget_.property(kHideWhenEmpty).toBool()) widget_.setVisible(!shown.isEmpty());
+    if (alert && changed) {
+        QAccessibleEvent event(&widget_, QAccessible::Alert);
+        QAccessible::updateAccessibility(&event);
+    }
+}
+
+void QtLabel::setIntegerValue(std::int64_t number) { setStringValue(std::to_string(number), TextTone::Normal); }
+
+void QtLabel::setSelectable(bool selectable) {
+    constexpr auto kSelectable = Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard;
+    widget_.setTextInteractionFlags(selectable ? Qt::TextInteractionFlags(kSelectable) : Qt::NoTextInteraction);
+}
+
+Size QtLabel::cellSizeForBounds(const Rect& bounds) const {
+    if (!widget_.wordWrap()) return toSize(widget_.sizeHint());
+    return {bounds.size.width, double(widget_.heightForWidth(static_cast<int>(bounds.size.width)))};
+}
+
+void QtLineEdit::setStringValue(std::string_view text, TextTone) {
+    QSignalBlocker quiet(widget_);
+    widget_.setText(toQString(text));
+    widget_.setCursorPosition(0);
+}
+
+void QtLineEdit::setIntegerValue(std::int64_t number) { setStringValue(std::to_string(number), TextTone::Normal); }
+
+Size QtLineEdit::cellSizeForBounds(const Rect& bounds) const {
+    return {bounds.size.width, double(widget_.sizeHint().height())};
+}
+
+void QtSpinBox::setStringValue(std::string_view text, TextTone) { setIntegerValue(toQString(text).toLongLong()); }
+
+void QtSpinBox::setIntegerValue(std::int64_t number) {
+    QSignalBlocker quiet(widget_);
+    widget_.setValue(clampedTo(number, widget_));
+}
+
+Size QtSpinBox::cellSizeForBounds(const Rect& bounds) const {
+    return {bounds.size.width, double(widget_.sizeHint().height())};
+}
+
+void QtPopUpButton::selectItem(int index) {
+    if (index < 0 || index >= widget_.count()) return;
+    QSignalBlocker quiet(widget_);
+    widget_.setCurrentIndex(index);
+}
+
+void QtTabView::setControlTint(ControlTint tint) {
+    QColor color;  // an invalid colour is the style's own
+    if (tint == ControlTint::Clear) color = widget_.palette().color(QPalette::Disabled, QPalette::WindowText);
+    for (int i = 0; i < widget_.count(); ++i) widget_.tabBar()->setTabTextColor(i, color);
+}
+
+}  // namespace qt

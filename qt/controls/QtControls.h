@@ -1,0 +1,88 @@
+// Buttons, fields, menus and tabs. Setters never cause an action: only the user's own changes do.
+#pragma once
+
+#include "qt/controls/WidgetView.h"
+
+#include <QAbstractButton>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QSpinBox>
+#include <QTabWidget>
+
+namespace qt {
+
+class QtButton final : public WidgetView<platform::Button, QAbstractButton> {
+public:
+    explicit QtButton(QAbstractButton& button) : WidgetView(button), designedText_(button.text()) {}
+    bool state() const override { return widget_.isChecked(); }
+    void setState(bool on) override;
+    std::string title() const override;
+    std::int64_t integerValue() const override { return state() ? 1 : 0; }
+    void setTitle(std::string_view title) override;  // the designed title comes with its mnemonic
+    void setTag(int tag) override { widget_.setProperty("tag", tag); }
+    void setTarget(platform::InterfaceOwner* target, std::string_view selector) override;
+
+private:
+    const QString designedText_;
+};
+
+// A label with the dynamic property "hideWhenEmpty" takes no room while it has no text.
+class QtLabel final : public WidgetView<platform::TextField, QLabel> {
+public:
+    explicit QtLabel(QLabel& label);
+    std::string stringValue() const override { return widget_.text().toStdString(); }
+    std::string title() const override { return stringValue(); }
+    std::int64_t integerValue() const override { return widget_.text().toLongLong(); }
+    void setStringValue(std::string_view text, platform::TextTone tone) override;
+    void setIntegerValue(std::int64_t number) override;
+    void setSelectable(bool selectable) override;
+    platform::Size cellSizeForBounds(const platform::Rect& bounds) const override;
+
+private:
+    Qt::Alignment designedAlignment_;
+};
+
+class QtLineEdit final : public WidgetView<platform::TextField, QLineEdit> {
+public:
+    using WidgetView::WidgetView;
+    std::string stringValue() const override { return widget_.text().toStdString(); }
+    std::int64_t integerValue() const override { return widget_.text().toLongLong(); }
+    void setStringValue(std::string_view text, platform::TextTone tone) override;
+    void setIntegerValue(std::int64_t number) override;
+    platform::Size cellSizeForBounds(const platform::Rect& bounds) const override;
+};
+
+// Shows a number outside its range as the nearest one inside it.
+class QtSpinBox final : public WidgetView<platform::TextField, QSpinBox> {
+public:
+    using WidgetView::WidgetView;
+    std::string stringValue() const override { return std::to_string(widget_.value()); }
+    std::int64_t integerValue() const override { return widget_.value(); }
+    void setStringValue(std::string_view text, platform::TextTone tone) override;
+    void setIntegerValue(std::int64_t number) override;
+    platform::Size cellSizeForBounds(const platform::Rect& bounds) const override;
+};
+
+// The dynamic property "itemTags" is the list of the items' tags.
+class QtPopUpButton final : public WidgetView<platform::PopUpButton, QComboBox> {
+public:
+    using WidgetView::WidgetView;
+    std::string title() const override { return widget_.currentText().toStdString(); }
+    int selectedRow() const override { return widget_.currentIndex(); }
+    std::int64_t integerValue() const override { return widget_.currentIndex(); }
+    void selectItem(int index) override;
+    std::string itemTitle(int index) const override { return widget_.itemText(index).toStdString(); }
+    int itemCount() const override { return widget_.count(); }
+    int itemTag(int index) const override { return widget_.property("itemTags").toStringList().value(index).toInt(); }
+};
+
+class QtTabView final : public WidgetView<platform::TabView, QTabWidget> {
+public:
+    using WidgetView::WidgetView;
+    void setControlTint(platform::ControlTint tint) override;
+};
+
+using QtPlainView = WidgetView<platform::View, QWidget>;
+
+}  // namespace qt

@@ -1,0 +1,161 @@
+#include "qt/controls/QtTableView.h"
+
+#include "qt/UriList.h"
+
+#include <QDropEvent>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QMimeData>
+#include <QTimer>
+
+#include <utility>
+
+namespace qt {
+
+using namespace platform;
+
+QtTableView::QtTableView(QTableView& widget, InterfaceOwner& owner)
+    : WidgetView(widget),
+      owner_(owner),
+      model_(*this, widget.property("columnIdentifiers").toStringList(), widget.property("columnTitles").toStringList(),
+             nullptr),
+      delegate_(model_, nullptr) {
+    widget.setModel(&model_);
+    widget.setItemDelegate(&delegate_);
+    widget.setSelectionBehavior(QAbstractItemView::SelectRows);
+    widget.setSelectionMode(QAbstractItemView::SingleSelection);
+    widget.setEditTriggers(QAbstractItemView::NoEditTriggers);
+    widget.setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+    widget.setShowGrid(false);
+    widget.setTabKeyNavigation(false);
+    widget.horizontalHeader()->hide();
+    widget.verticalHeader()->hide();
+    widget.verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    widget.horizontalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    widget.horizontalHeader()->setSectionResizeMode(model_.columnCount() - 1, QHeaderView::Stretch);
+    applyMetrics();
+    widget.installEventFilter(this);
+    widget.viewport()->installEventFilter(this);
+    connect(widget.selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] { selectionChanged(); });
+    connect(&widget, &QTableView::doubleClicked, this, [this] { performDoubleAction(); });
+}
+
+void QtTableView::applyMetrics() {
+    widget_.verticalHeader()->setMinimumSectionSize(1);
+    widget_.verticalHeader()->setDefaultSectionSize(CellDelegate::rowHeight(widget_.font()));
+    widget_.horizontalHeader()->setMinimumSectionSize(1);
+    if (model_.columnCount() > 1)
+        widget_.horizontalHeader()->resizeSection(0, CellDelegate::kIconExtent + 2 * CellDelegate::kMargin);
+}
+
+void QtTableView::setDataSource(TableDataSource* source) {
+    model_.setDataSource(source);
+    reloadData();
+}
+
+void QtTableView::setSelectionObserver(std::function<void(const InterfaceNotification&)> observer) {
+    observer_ = std::move(observer);
+}
+
+void QtTableView::registerForFileNameDrags() { widget_.setAcceptDrops(true); }
+
+void QtTableView::setImageColumn(std::string_view identifier) { model_.setImageColumn(toQString(identifier)); }
+
+void QtTableView::reloadData() {
+    if (std::exchange(needsRows_, true)) return;
+    QTimer::singleShot(0, this, [this] { loadRowsIfNeeded(); });
+}
+
+void QtTableView::loadRowsIfNeeded() {
+    if (!std::exchange(needsRows_, false)) return;
+    int selected = selectedRow();
+    isLoading_ = true;
+    model_.refresh();
+    isLoading_ = false;
+    // The view moves the selection to a neighbour when its row goes; here it goes with the row.
+    if (selected >= model_.rowCount()) widget_.clearSelection();
+    selectionChanged();
+}
+
+int QtTableView::numberOfRows() {
+    loadRowsIfNeeded();
+    return model_.rowCount();
+}
+
+int QtTableView::selectedRow() const {
+    const QModelIndexList rows = widget_.selectionModel()->selectedRows();
+    return rows.isEmpty() ? -1 : rows.first().row();
+}
+
+void QtTableView::selectRow(int row) {
+    loadRowsIfNeeded();
+    if (row >= 0 && row < model_.rowCount())
+        widget_.selectRow(row);
+    else if (row < 0)
+        widget_.clearSelection();
+}
+
+void QtTableView::scrollRowToVisible(int row) {
+    loadRowsIfNeeded();
+    if (row >= 0 && row < model_.rowCount()) widget_.scrollTo(model_.index(row, model_.columnCount() - 1));
+}
+
+void QtTableView::selectionChanged() {
+    if (isLoading_ || std::exchange(announcedRow_, selectedRow()) == selectedRow()) return;
+    if (observer_) observer_({kTableViewSelectionDidChange, this});
+}
+
+void QtTableView::performDoubleAction() {
+    if (!doubleAction_.empty()) owner_.performAction(doubleAction_, *this);
+}
+
+bool QtTableView::handleDrag(QEvent* event) {
+    auto* drop = static_cast<QDropEvent*>(event);
+    TableDataSource* source = model_.dataSource();
+    if (!source || !drop->mimeData()->hasFormat(QStringLiteral("text/uri-list")) ||
+        !source->tableView_validateDrop(*this)) {
+        drop->ignore();
+        return true;
+    }
+    drop->setDropAction(Qt::CopyAction);
+    bool accepted = true;
+    if (event->type() == QEvent::Drop) {
+        auto files = localFilesOfUriList(drop->mimeData()->data(QStringLiteral("text/uri-list")));
+        accepted = source->tableView_acceptDrop(*this, files);
+    }
+    drop->setAccepted(accepted);
+    return true;
+}
+
+void QtTableView::showPostponedImages() {
+    delegate_.setPostponesImages(false);
+    widget_.viewport()->update();
+}
+
+bool QtTableView::eventFilter(QObject* object, QEvent* event) {
+    bool onViewport = object == widget_.viewport();
+    switch (event->type()) {
+        case QEvent::DragEnter:
+        case QEvent::DragMove:
+        case QEvent::Drop:
+            return onViewport && handleDrag(event);
+        case QEvent::Paint:
+            if (onViewport && !std::exchange(wasPainted_, true))
+                QTimer::singleShot(0, this, [this] { showPostponedImages(); });
+            return false;
+        case QEvent::KeyPress: {
+            int key = static_cast<QKeyEvent*>(event)->key();
+            if (onViewport || (key != Qt::Key_Return && key != Qt::Key_Enter) || doubleAction_.empty()) return false;
+            performDoubleAction();
+            return true;
+        }
+        case QEvent::FontChange:
+        case QEvent::StyleChange:
+            if (!onViewport) applyMetrics();
+            return false;
+        default:
+            return false;
+    }
+}
+
+}  // namespace qt

@@ -1,0 +1,48 @@
+// A table whose columns are named by the widget's dynamic properties "columnIdentifiers" and "columnTitles" (lists of
+// strings). Rows are all of one height; the first column is as wide as an icon, the last takes the rest.
+#pragma once
+
+#include "qt/controls/CellDelegate.h"
+#include "qt/controls/CellModel.h"
+#include "qt/controls/WidgetView.h"
+
+#include <QTableView>
+
+namespace qt {
+
+class QtTableView final : public QObject, public WidgetView<platform::TableView, QTableView> {
+public:
+    QtTableView(QTableView& widget, platform::InterfaceOwner& owner);
+
+    void setDataSource(platform::TableDataSource* source) override;
+    void setSelectionObserver(std::function<void(const platform::InterfaceNotification&)> observer) override;
+    void setDoubleAction(std::string_view selector) override { doubleAction_ = selector; }
+    void registerForFileNameDrags() override;
+    void setImageColumn(std::string_view identifier) override;
+    void reloadData() override;
+    int numberOfRows() override;
+    int selectedRow() const override;
+    void selectRow(int row) override;
+    void scrollRowToVisible(int row) override;
+
+private:
+    bool eventFilter(QObject* object, QEvent* event) override;
+    void applyMetrics();
+    void loadRowsIfNeeded();
+    void selectionChanged();
+    void performDoubleAction();
+    bool handleDrag(QEvent* event);
+    void showPostponedImages();
+
+    platform::InterfaceOwner& owner_;
+    CellModel model_;
+    CellDelegate delegate_;
+    std::function<void(const platform::InterfaceNotification&)> observer_;
+    std::string doubleAction_;
+    int announcedRow_ = -1;
+    bool needsRows_ = false;
+    bool isLoading_ = false;
+    bool wasPainted_ = false;
+};
+
+}  // namespace qt

@@ -1,0 +1,60 @@
+#include "qt/controls/WidgetView.h"
+
+#include <QLabel>
+#include <QLayout>
+
+#include <cmath>
+
+namespace qt {
+
+using namespace platform;
+
+QWidget* widgetOf(View* view) {
+    auto* holder = dynamic_cast<HasWidget*>(view);
+    return holder ? holder->qWidget() : nullptr;
+}
+
+namespace {
+
+int heightAround(const QWidget& widget) {
+    return widget.parentWidget() && !widget.isWindow() ? widget.parentWidget()->height() : widget.height();
+}
+
+int rounded(double points) { return static_cast<int>(std::lround(points)); }
+
+}  // namespace
+
+void setEnabledWithLabel(QWidget& widget, bool enabled) {
+    widget.setEnabled(enabled);
+    if (!widget.parentWidget()) return;
+    for (QLabel* label : widget.parentWidget()->findChildren<QLabel*>(QString(), Qt::FindDirectChildrenOnly))
+        if (label->buddy() == &widget) label->setEnabled(enabled);
+}
+
+// A widget that was not shown yet counts as hidden for Qt, though it will appear with its parent.
+bool isHiddenItself(const QWidget& widget) {
+    return widget.isHidden() && widget.testAttribute(Qt::WA_WState_ExplicitShowHide);
+}
+
+void replaceWidget(QWidget& widget, QWidget* other) {
+    QWidget* parent = widget.parentWidget();
+    if (!parent || !other) return;
+    other->setParent(parent);
+    if (QLayout* layout = parent->layout()) delete layout->replaceWidget(&widget, other);
+    widget.hide();
+    other->show();
+}
+
+Rect frameOf(const QWidget& widget) {
+    QRect g = widget.geometry();
+    double y = heightAround(widget) - (g.y() + g.height());
+    return {{double(g.x()), y}, {double(g.width()), double(g.height())}};
+}
+
+void setFrameOf(QWidget& widget, const Rect& frame) {
+    int height = rounded(frame.size.height);
+    int top = heightAround(widget) - rounded(frame.origin.y) - height;
+    widget.setGeometry(rounded(frame.origin.x), top, rounded(frame.size.width), height);
+}
+
+}  // namespace qt

@@ -1,0 +1,29 @@
+// An image as an icon: one picture in several sizes, or a drawing. A lazy one is made when it is first needed.
+#pragma once
+
+#include "platform/Controls.h"
+
+#include <QIcon>
+
+#include <functional>
+
+namespace qt {
+
+class QtImage final : public platform::Image {
+public:
+    explicit QtImage(QIcon icon) : icon_(std::move(icon)) {}
+    explicit QtImage(std::function<QIcon()> make) : make_(std::move(make)) {}
+    const QIcon& icon() const {
+        if (make_) icon_ = std::exchange(make_, nullptr)();
+        return icon_;
+    }
+    bool isMade() const { return !make_; }
+
+    static const QtImage* of(const platform::ImageRef& image) { return dynamic_cast<const QtImage*>(image.get()); }
+
+private:
+    mutable QIcon icon_;
+    mutable std::function<QIcon()> make_;
+};
+
+}  // namespace qt

@@ -1,0 +1,92 @@
+#include "qt/messages/DBusNotificationCenter.h"
+
+#include "qt/messages/DBusValues.h"
+#include "qt/messages/SessionBus.h"
+#include "qt/messages/SignalReceiver.h"
+#include "qt/texts/Text.h"
+
+#include <QDBusMessage>
+
+#include <atomic>
+
+namespace qt {
+
+using namespace platform;
+
+namespace {
+
+constexpr const char* kSignature = "ssa{sv}b";
+
+QString freshConnectionName() {
+    static std::atomic<int> sCount = 0;
+    return QStringLiteral("typeslate-notifications-%1").arg(++sCount);
+}
+
+class SignalObservation final : public Observation {
+public:
+    SignalObservation(QDBusConnection bus, const QStringList& arguments, SignalReceiver::Handler handler)
+        : receiver_(new SignalReceiver(std::move(bus), kNotificationPath, kNotificationInterface, kNotificationMember,
+                                       arguments, kSignature, std::move(handler))) {}
+    // Its own handler may end it, and Qt is still in the receiver's slot then.
+    ~SignalObservation() override {
+        receiver_->stop();
+        receiver_.release()->deleteLater();
+    }
+
+private:
+    std::unique_ptr<SignalReceiver> receiver_;
+};
+
+Notification notificationOf(const QDBusMessage& message) {
+    const QList<QVariant> arguments = message.arguments();
+    return {arguments.at(0).toString().toStdString(), arguments.at(1).toString().toStdString(),
+            propertyListFromDBus(arguments.at(2))};
+}
+
+// Null, not empty, where any text will do.
+QString argumentToMatch(std::string_view text) { return text.empty() ? QString() : toQString(text); }
+
+}  // namespace
+
+DBusNotificationCenter::DBusNotificationCenter(Log& log) : log_(log), connectionName_(freshConnectionName()) {
+    registerDBusTypes();
+}
+
+DBusNotificationCenter::~DBusNotificationCenter() { QDBusConnection::disconnectFromBus(connectionName_); }
+
+QDBusConnection DBusNotificationCenter::bus() {
+    QDBusConnection connection = sessionBusConnection(connectionName_);
+    if (!connection.isConnected() && !std::exchange(saidUnreachable_, true))
+        log_("No session bus can be reached: changes are not announced");
+    return connection;
+}
+
+void DBusNotificationCenter::post(std::string_view name, std::string_view object, const PropertyList& userInfo,
+                                  bool deliverImmediately) {
+    QDBusConnection connection = bus();
+    if (!connection.isConnected()) return;
+    auto information = dbusDictionary(userInfo);
+    if (!information)
+        log_("The notification \"%@\" is sent without its user information, which is nested too deeply", name);
+    QDBusMessage signal = QDBusMessage::createSignal(
+        QLatin1String(kNotificationPath), QLatin1String(kNotificationInterface), QLatin1String(kNotificationMember));
+    signal << toQString(name) << toQString(object) << information.value_or(QVariantMap()) << deliverImmediately;
+    connection.send(signal);
+}
+
+std::unique_ptr<Observation> DBusNotificationCenter::addObserver(std::string_view name, std::string_view object,
+                                                                 std::function<void(const Notification&)> handler) {
+    return addFullObserver(name, object, [handler = std::move(handler)](const Notification& notification, bool) {
+        handler(notification);
+    });
+}
+
+std::unique_ptr<Observation> DBusNotificationCenter::addFullObserver(std::string_view name, std::string_view object,
+                                                                     Handler handler) {
+    return std::make_unique<SignalObservation>(bus(), QStringList{argumentToMatch(name), argumentToMatch(object)},
+                                               [handler = std::move(handler)](const QDBusMessage& message) {
+                                                   handler(notificationOf(message), message.arguments().at(3).toBool());
+                                               });
+}
+
+}  // namespace qt

@@ -1,0 +1,43 @@
+// Distributed notifications as session bus signals; docs/messages.md has their form. A QCoreApplication must exist.
+#pragma once
+
+#include "platform/Log.h"
+#include "platform/Notifications.h"
+
+#include <QDBusConnection>
+#include <QString>
+
+namespace qt {
+
+inline constexpr const char* kNotificationPath = "/com/tarnwick/DistributedNotificationCenter";
+inline constexpr const char* kNotificationInterface = "com.tarnwick.DistributedNotificationCenter";
+inline constexpr const char* kNotificationMember = "Notification";
+
+// Connects at the first use, which waits for the bus to answer; posting itself only queues. A bus that went away is
+// looked for again at the next use; observations made before it went end with it.
+class DBusNotificationCenter final : public platform::DistributedNotificationCenter {
+public:
+    explicit DBusNotificationCenter(platform::Log& log);
+    ~DBusNotificationCenter() override;
+
+    void post(std::string_view name, std::string_view object, const platform::PropertyList& userInfo,
+              bool deliverImmediately) override;
+    // An empty name observes every name.
+    std::unique_ptr<platform::Observation> addObserver(
+        std::string_view name, std::string_view object,
+        std::function<void(const platform::Notification&)> handler) override;
+    // The same with the flag that the sender gave.
+    using Handler = std::function<void(const platform::Notification&, bool deliverImmediately)>;
+    std::unique_ptr<platform::Observation> addFullObserver(std::string_view name, std::string_view object,
+                                                           Handler handler);
+    bool isConnected() { return bus().isConnected(); }
+
+private:
+    QDBusConnection bus();
+
+    platform::Log& log_;
+    QString connectionName_;
+    bool saidUnreachable_ = false;
+};
+
+}  // namespace qt

@@ -1,0 +1,28 @@
+#include "qt/messages/SignalReceiver.h"
+
+namespace qt {
+
+SignalReceiver::SignalReceiver(QDBusConnection bus, const char* path, const char* interface, const char* member,
+                               const QStringList& arguments, const char* signature, Handler handler)
+    : bus_(std::move(bus)),
+      path_(QLatin1String(path)),
+      interface_(QLatin1String(interface)),
+      member_(QLatin1String(member)),
+      arguments_(arguments),
+      signature_(QLatin1String(signature)),
+      handler_(std::move(handler)) {
+    bus_.connect(QString(), path_, interface_, member_, arguments_, QString(), this, SLOT(receive(QDBusMessage)));
+}
+
+void SignalReceiver::stop() {
+    handler_ = nullptr;
+    bus_.disconnect(QString(), path_, interface_, member_, arguments_, QString(), this, SLOT(receive(QDBusMessage)));
+}
+
+void SignalReceiver::receive(const QDBusMessage& message) {
+    if (!handler_ || message.signature() != signature_) return;
+    Handler handler = handler_;  // it may end the observation that holds it
+    handler(message);
+}
+
+}  // namespace qt

@@ -1,0 +1,36 @@
+// Hands each signal of one kind to a function, on the thread that made the receiver.
+#pragma once
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QObject>
+
+#include <functional>
+
+namespace qt {
+
+class SignalReceiver final : public QObject {
+    Q_OBJECT
+
+public:
+    using Handler = std::function<void(const QDBusMessage&)>;
+    // Signals of another signature than the given one are left out. Arguments that must equal given texts: a null text
+    // accepts any.
+    SignalReceiver(QDBusConnection bus, const char* path, const char* interface, const char* member,
+                   const QStringList& arguments, const char* signature, Handler handler);
+
+    // Nothing is handed on from now on, signals on their way included.
+    void stop();
+
+private Q_SLOTS:
+    void receive(const QDBusMessage& message);
+
+private:
+    QDBusConnection bus_;
+    QString path_, interface_, member_;
+    QStringList arguments_;
+    QString signature_;
+    Handler handler_;
+};
+
+}  // namespace qt

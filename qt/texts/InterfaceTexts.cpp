@@ -1,0 +1,57 @@
+#include "qt/texts/InterfaceTexts.h"
+
+#include "qt/texts/Text.h"
+
+#include <QComboBox>
+#include <QTabWidget>
+#include <QVariant>
+
+namespace qt {
+
+using namespace platform;
+
+namespace {
+
+constexpr const char* kTextProperties[] = {"text",   "title",          "windowTitle",     "toolTip",
+                                           "suffix", "accessibleName", "placeholderText", "accessibleDescription"};
+constexpr const char* kTextListProperties[] = {"columnTitles"};
+
+class Translator {
+public:
+    explicit Translator(const Bundle& texts) : texts_(texts) {}
+    QString operator()(const QString& english) const {
+        return english.isEmpty() ? english : toQString(texts_.localizedString(english.toStdString()));
+    }
+
+private:
+    const Bundle& texts_;
+};
+
+void translateProperties(QWidget& widget, const Translator& translated) {
+    for (const char* name : kTextProperties) {
+        const QString english = widget.property(name).toString();
+        if (const QString text = translated(english); text != english) widget.setProperty(name, text);
+    }
+    for (const char* name : kTextListProperties) {
+        QStringList list = widget.property(name).toStringList();
+        for (QString& text : list) text = translated(text);
+        if (!list.isEmpty()) widget.setProperty(name, list);
+    }
+}
+
+void translateItems(QWidget& widget, const Translator& translated) {
+    if (auto* menu = qobject_cast<QComboBox*>(&widget))
+        for (int i = 0; i < menu->count(); ++i) menu->setItemText(i, translated(menu->itemText(i)));
+    if (auto* tabs = qobject_cast<QTabWidget*>(&widget))
+        for (int i = 0; i < tabs->count(); ++i) tabs->setTabText(i, translated(tabs->tabText(i)));
+}
+
+}  // namespace
+
+void showInUsersLanguage(QWidget& widget, const Bundle& texts) {
+    const Translator translated(texts);
+    translateProperties(widget, translated);
+    translateItems(widget, translated);
+}
+
+}  // namespace qt

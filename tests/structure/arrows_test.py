@@ -1,0 +1,48 @@
+#!/usr/bin/env python3
+"""Holds every #include between the rooms against the arrows that docs/design.md draws."""
+import pathlib
+import re
+import sys
+
+ROOT = pathlib.Path(sys.argv[1])
+BUNDLE = {"settings", "pane", "TarnwickUpdater"}
+FLOOR = {"propertylist", "platform"}
+MAY_SEE = {
+    "propertylist": set(),
+    "platform": {"propertylist"},
+    "settings": FLOOR,
+    "TarnwickUpdater": FLOOR | {"settings"},
+    "pane": FLOOR | {"settings", "TarnwickUpdater"},
+    "linux": FLOOR,
+    "qt": FLOOR,
+    "host": FLOOR | BUNDLE | {"linux", "qt"},
+    "tools": FLOOR | BUNDLE | {"linux", "qt", "host"},
+}
+# What only the standard library may be seen by: no header of another library comes in by <...> either.
+STANDARD_ONLY = BUNDLE | FLOOR
+STANDARD = re.compile(r"<([a-z_]+|std(def|int)\.h)>")
+INCLUDE = re.compile(r'^\s*#\s*include\s*(?:"([^"]+)"|(<[^>]+>))', re.M)
+
+
+def wrong_includes(room, file):
+    for ours, other in INCLUDE.findall(file.read_text(encoding="utf-8")):
+        seen = ours.split("/")[0] if "/" in ours else None
+        if ours and not ours.endswith(".moc") and seen not in MAY_SEE[room] | {room}:
+            yield ours
+        if other and room in STANDARD_ONLY and not STANDARD.fullmatch(other):
+            yield other
+
+
+problems, files = [], 0
+for room in MAY_SEE:
+    for file in sorted((ROOT / room).rglob("*")):
+        if file.suffix in (".h", ".cpp") and file.is_file():
+            files += 1
+            problems += [f"{file.relative_to(ROOT)} includes {what}" for what in wrong_includes(room, file)]
+    if not files:
+        problems.append(f"{room}/ has no sources: has it moved?")
+rooms = {p.parent.relative_to(ROOT).parts[0] for p in ROOT.glob("*/**/*.cpp") if "build" not in p.parts}
+for room in rooms - set(MAY_SEE) - {"tests", "bench", "fuzz", "examples"}:
+    problems.append(f"{room}/ is in no row of this table")
+print("\n".join(problems) or f"{files} files, every arrow points down.")
+sys.exit(bool(problems))
