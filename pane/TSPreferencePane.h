@@ -12,7 +12,9 @@
 #include "platform/PlinthRuntime.h"
 #include "settings/ApplicationEntry.h"
 #include "settings/CFPreferencesWrapper.h"
+#include "settings/SettingsSchema.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -125,10 +127,8 @@ public:
 private:
     struct OutletEntry;
     struct ActionEntry;
-    struct OptionBox;
     static const OutletEntry kOutlets[];
     static const ActionEntry kActions[];
-    static const OptionBox kOptionBoxes[];
 
     platform::PropertyList entryList() const;
     platform::PropertyList entryAtRow(int row) const;  // nothing outside the list
@@ -144,9 +144,11 @@ private:
     std::optional<ListAndRow> freshEntryListAndRow(int row);
     static std::optional<std::size_t> rowOfEntry(const std::vector<platform::PropertyList>& list,
                                                  const platform::PropertyList& entry, int row);
-    // A writer stores, then shows the list anew, then announces the change.
-    void storeEntryList(std::vector<platform::PropertyList> list);
-    void announceChange();
+    // The writer's sequence: stores the list, synchronises, lets the caller show it anew, starts or restarts the
+    // broadcast timer and posts the notification. False when the list is not on the disk: it then waits in the store
+    // for the next synchronize, unless the stored one cannot be read, which is never replaced unseen.
+    bool commit(std::vector<platform::PropertyList> list, const std::function<void()>& showAnew = {});
+    bool storeEntryList(std::vector<platform::PropertyList> list);
     void postPrefsChanged();
     bool isLogging() const;
     void showRuntimeStatus();
@@ -170,7 +172,10 @@ private:
     void layOutRegexSheet();
     void storeRegex(const platform::PropertyList& context, const platform::PropertyList& shown);
 
-    bool isSetSourceInUse() const;
+    platform::View& optionControl(const settings::Option& option);
+    bool showsSetsInOwnFaces();
+    bool isUsable(const settings::Option& option);
+    void showDependents(const settings::Option& changed, const platform::PropertyList& newSettings);
     std::string displayPath(std::string path);
     void layOutWarningSheet();
 

@@ -32,12 +32,12 @@ void TSPreferencePane::exOpenPanelDidEnd_returnCode_contextInfo(OpenPanel* panel
                                                                 const std::vector<std::string>& fileNames) {
     std::vector<PropertyList> list = freshEntryList();
     if (returnCode == kPanelOK) addApplications(panel ? panel->filenames() : fileNames, list);
-    storeEntryList(std::move(list));
-    exTableView->reloadData();
-    selectLastRow();
-    exTableView->scrollRowToVisible(exTableView->selectedRow());
-    sheetEnded();
-    announceChange();
+    commit(std::move(list), [this] {
+        exTableView->reloadData();
+        selectLastRow();
+        exTableView->scrollRowToVisible(exTableView->selectedRow());
+        sheetEnded();
+    });
 }
 
 void TSPreferencePane::addApplications(const std::vector<std::string>& fileNames, std::vector<PropertyList>& list) {
@@ -84,8 +84,8 @@ void TSPreferencePane::doExRemoveApp(View&) {
     std::vector<PropertyList>& list = fresh->list;
     list.erase(list.begin() + static_cast<std::ptrdiff_t>(fresh->row));
     if (fresh->row >= list.size()) exTableView->selectRow(static_cast<int>(list.size()) - 1);
-    storeEntryList(std::move(list));
-    tableViewSelectionDidChange({kTableViewSelectionDidChange, &*exTableView});
-    exTableView->reloadData();
-    announceChange();
+    commit(std::move(list), [this] {
+        tableViewSelectionDidChange({kTableViewSelectionDidChange, &*exTableView});
+        exTableView->reloadData();
+    });
 }

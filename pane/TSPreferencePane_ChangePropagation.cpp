@@ -38,16 +38,22 @@ void TSPreferencePane::prefsFire() {
     prefsTimer.reset();
 }
 
-void TSPreferencePane::storeEntryList(std::vector<PropertyList> list) {
-    // A list made without knowing the stored one must never replace it.
-    if (!prefs->isReadable()) return platform_.log("The settings cannot be read; the change is not stored.");
-    prefs->setObject_forKey(PropertyList::array(std::move(list)), kEntryListKey);
-    prefs->synchronize();
-}
-
-void TSPreferencePane::announceChange() {
+bool TSPreferencePane::commit(std::vector<PropertyList> list, const std::function<void()>& showAnew) {
+    bool isSaved = storeEntryList(std::move(list));
+    if (showAnew) showAnew();
     queueForFiring();
     postPrefsChanged();
+    return isSaved;
+}
+
+bool TSPreferencePane::storeEntryList(std::vector<PropertyList> list) {
+    // A list made without knowing the stored one must never replace it.
+    if (!prefs->isReadable()) {
+        platform_.log("The settings cannot be read; the change is not stored.");
+        return false;
+    }
+    prefs->setObject_forKey(PropertyList::array(std::move(list)), kEntryListKey);
+    return prefs->synchronize();
 }
 
 void TSPreferencePane::postPrefsChanged() { platform_.notifications.post(kSettingsDomain, "PrefsChanged", {}, true); }

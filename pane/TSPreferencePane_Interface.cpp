@@ -9,6 +9,7 @@ using platform::View;
 struct TSPreferencePane::OutletEntry {
     std::string_view name;
     void (*connect)(TSPreferencePane&, View&);
+    View& (*object)(TSPreferencePane&);  // inert while not connected
 };
 
 struct TSPreferencePane::ActionEntry {
@@ -16,9 +17,11 @@ struct TSPreferencePane::ActionEntry {
     void (TSPreferencePane::*action)(View& sender);
 };
 
-#define OUTLET(name)                                                                     \
-    {                                                                                    \
-#name, [](TSPreferencePane & pane, View & object) { pane.name.connect(object); } \
+#define OUTLET(name)                                                                                      \
+    {                                                                                                     \
+#name, [](TSPreferencePane & pane,                                                                \
+                  View & object) { pane.name.connect(object); }, [](TSPreferencePane &                    \
+                                                                    pane) -> View& { return *pane.name; } \
     }
 
 const TSPreferencePane::OutletEntry TSPreferencePane::kOutlets[] = {
@@ -87,6 +90,10 @@ const TSPreferencePane::ActionEntry TSPreferencePane::kActions[] = {
 void TSPreferencePane::setOutlet(std::string_view name, View& object) {
     auto outlet = std::ranges::find(kOutlets, name, &OutletEntry::name);
     if (outlet != std::end(kOutlets)) outlet->connect(*this, object);
+}
+
+View& TSPreferencePane::optionControl(const settings::Option& option) {
+    return std::ranges::find(kOutlets, option.outlet, &OutletEntry::name)->object(*this);
 }
 
 void TSPreferencePane::performAction(std::string_view selector, View& sender) {

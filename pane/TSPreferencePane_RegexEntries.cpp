@@ -111,11 +111,11 @@ void TSPreferencePane::storeRegex(const PropertyList& context, const PropertyLis
         list[*row] = std::move(entry).freeze();
     else
         list.push_back(std::move(entry).freeze());
-    storeEntryList(std::move(list));
-    exTableView->reloadData();
-    row ? exTableView->selectRow(static_cast<int>(*row)) : selectLastRow();
-    exTableView->scrollRowToVisible(exTableView->selectedRow());
-    announceChange();
+    commit(std::move(list), [this, row] {
+        exTableView->reloadData();
+        row ? exTableView->selectRow(static_cast<int>(*row)) : selectLastRow();
+        exTableView->scrollRowToVisible(exTableView->selectedRow());
+    });
 }
 
 void TSPreferencePane::editCollections(View&) {

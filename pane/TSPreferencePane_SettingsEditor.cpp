@@ -5,6 +5,8 @@
 #include "settings/EntryList.h"
 #include "settings/SettingsSchema.h"
 
+#include <algorithm>
+
 using namespace platform;
 using namespace settings;
 
@@ -12,68 +14,68 @@ namespace {
 
 constexpr const char* kConsoleIdentifier = "com.apple.Console";
 constexpr std::string_view kDontShowLogSheetKey = "Don't Show Log Stuff Sheet";
-constexpr int kChangeSizeTag = 4;
 
-}  // namespace
-
-// A check box of the editor. A set source is shown and enabled only while its font manager is installed.
-struct TSPreferencePane::OptionBox {
-    std::string_view key;
-    Outlet<Button> TSPreferencePane::*box;
-    bool (*isInstalled)(ApplicationServices&) = nullptr;  // of a set source
-    bool followsEntry = true;                             // enabled exactly while the entry is on
-};
-
-const TSPreferencePane::OptionBox TSPreferencePane::kOptionBoxes[] = {
-    {"Enabled", &TSPreferencePane::perAppEnabled, nullptr, false},
-    {"CheckMenuItems", &TSPreferencePane::perAppCheckItems},
-    {"ShowFontInFace", &TSPreferencePane::perAppShowFace},
-    {"ShowSets", &TSPreferencePane::perAppShowSets},
-    {"ChangeSize", &TSPreferencePane::perAppShowSize},
-    {"ShowIcons", &TSPreferencePane::perAppShowIcons},
-    {"HierarchicalMenu", &TSPreferencePane::perAppHierarchicalMenu},
-    {"AllFontsGroup", &TSPreferencePane::perAppShowAllSet},
-    {"ScriptSort", &TSPreferencePane::perAppSortByScript},
-    {"ModifyFontPanel", &TSPreferencePane::perAppModifyFontPanel},
-    {"IncludeFAPSets", &TSPreferencePane::perAppIncludeFAPSets, IsFAPInstalled},
-    {"IncludeFEXSets", &TSPreferencePane::perAppIncludeFEXSets, IsFEXInstalled},
-    {"IncludeSuitcaseSets", &TSPreferencePane::perAppIncludeSuitcaseSets, IsSuitcaseInstalled},
-    // Last, because what it shows depends on the others.
-    {"GenerateInactivePreview", &TSPreferencePane::perAppGenerateInactivePreview, nullptr, false},
-};
-
-bool TSPreferencePane::isSetSourceInUse() const {
-    for (const OptionBox& option : kOptionBoxes) {
-        const Outlet<Button>& box = this->*option.box;
-        if (option.isInstalled && box->state() && box->isEnabled()) return true;
+bool isInstalled(SetSource source, ApplicationServices& applications) {
+    switch (source) {
+        case SetSource::FontAgentPro:
+            return IsFAPInstalled(applications);
+        case SetSource::FontExplorerX:
+            return IsFEXInstalled(applications);
+        case SetSource::Suitcase:
+            return IsSuitcaseInstalled(applications);
+        case SetSource::None:
+            return true;
     }
     return false;
 }
 
+void showValue(View& control, std::int64_t value) {
+    if (Button* box = control.asButton()) box->setState(value != 0);
+    if (TextField* field = control.asTextField()) field->setIntegerValue(value);
+    if (PopUpButton* menu = control.asPopUpButton()) menu->selectItem(static_cast<int>(value));
+}
+
+}  // namespace
+
+// By the states and enabled states that the controls have at the moment.
+bool TSPreferencePane::showsSetsInOwnFaces() {
+    auto isInUse = [this](const Option& option) {
+        View& box = optionControl(option);
+        return option.setSource != SetSource::None && box.integerValue() != 0 && box.isEnabled();
+    };
+    return perAppShowFace->state() && std::ranges::any_of(options(), isInUse);
+}
+
 void TSPreferencePane::updateStates(const PropertyList& settings) {
     bool isShown = settings.isDictionary();
-    auto shown = [&](std::string_view key) { return isShown ? shownValue(settings, *optionForKey(key)) : 0; };
-    for (const OptionBox& option : kOptionBoxes) {
-        bool isInstalled = !option.isInstalled || option.isInstalled(platform_.applications);
-        (this->*option.box)->setState(isInstalled && shown(option.key) != 0);
+    for (const Option& option : options()) {
+        // Without a selection the menu keeps what it shows; it has no item for "none".
+        if (!isShown && option.type == OptionType::Choice) continue;
+        std::int64_t value = isShown ? shownValue(settings, option) : 0;
+        bool isOffered = isInstalled(option.setSource, platform_.applications) &&
+                         (option.enabledWhile != EnabledWhile::SetsInOwnFaces || showsSetsInOwnFaces());
+        showValue(optionControl(option), isOffered ? value : 0);
     }
-    if (!isSetSourceInUse() || !perAppShowFace->state()) perAppGenerateInactivePreview->setState(false);
-    perAppFontSize->setIntegerValue(shown("FontSize"));
-    if (isShown) perAppDupeHandling->selectItem(static_cast<int>(shown("DupeHandling")));
+}
+
+bool TSPreferencePane::isUsable(const Option& option) {
+    switch (option.enabledWhile) {
+        case EnabledWhile::MasterOn:
+            return true;
+        case EnabledWhile::EntryEnabled:
+            return perAppEnabled->state() && isInstalled(option.setSource, platform_.applications);
+        case EnabledWhile::SizeChanges:
+            return perAppShowSize->state();
+        case EnabledWhile::SetsInOwnFaces:
+            return showsSetsInOwnFaces();
+    }
+    return false;
 }
 
 void TSPreferencePane::toggleAll() {
     bool isOn = enabledCheckbox->state();
-    bool isEntryOn = isOn && perAppEnabled->state();
-    for (const OptionBox& option : kOptionBoxes) {
-        bool isInstalled = !option.isInstalled || option.isInstalled(platform_.applications);
-        if (option.followsEntry) (this->*option.box)->setEnabled(isEntryOn && isInstalled);
-    }
     logStuff->setEnabled(isOn);
-    perAppEnabled->setEnabled(isOn);
-    perAppDupeHandling->setEnabled(isEntryOn);
-    perAppFontSize->setEnabled(isOn && perAppShowSize->state());
-    perAppGenerateInactivePreview->setEnabled(isOn && perAppShowFace->state() && isSetSourceInUse());
+    for (const Option& option : options()) optionControl(option).setEnabled(isOn && isUsable(option));
 }
 
 void TSPreferencePane::togglePerAppPrefs(View& sender) {
@@ -86,24 +88,24 @@ void TSPreferencePane::togglePerAppPrefs(View& sender) {
 
     PropertyList& entry = fresh->list[fresh->row];
     MutableDictionary changed(entry[kSettingsKey]);
-    int tag = sender.tag();
-    auto change = optionChangeForTag(tag, values);
+    auto change = optionChangeForTag(sender.tag(), values);
     if (change)
-        changed.set(change->key, change->value);
+        changed.set(change->option->key, change->value);
     else
         platform_.log("%@ is not handled", sender.title());
-    if (tag == kChangeSizeTag) perAppFontSize->setEnabled(values.state);
-
     PropertyList newSettings = std::move(changed).freeze();
-    if (refreshesOtherControls(tag)) {
-        updateStates(newSettings);
-        toggleAll();
-    }
+    if (change) showDependents(*change->option, newSettings);
     MutableDictionary changedEntry(entry);
     changedEntry.set(kSettingsKey, newSettings);
     entry = std::move(changedEntry).freeze();
-    storeEntryList(std::move(fresh->list));
-    announceChange();
+    commit(std::move(fresh->list));
+}
+
+void TSPreferencePane::showDependents(const Option& changed, const PropertyList& newSettings) {
+    if (changed.key == kChangeSizeKey) perAppFontSize->setEnabled(shownValue(newSettings, changed) != 0);
+    if (!changed.refreshesOthers) return;
+    updateStates(newSettings);
+    toggleAll();
 }
 
 void TSPreferencePane::toggleEnabled(View&) {

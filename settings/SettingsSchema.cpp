@@ -10,33 +10,46 @@ namespace {
 
 constexpr auto kBoolean = OptionType::Boolean;
 constexpr auto kInteger = OptionType::Integer;
+constexpr auto kChoice = OptionType::Choice;
 constexpr std::nullopt_t kAbsent = std::nullopt;
+constexpr bool kRefreshes = true, kAlone = false;
 
+// clang-format off
 constexpr std::array<Option, 16> kOptions{{
-    {"Enabled", kBoolean, 1, "perAppEnabled", 1, 0},
-    {"CheckMenuItems", kBoolean, 12, "perAppCheckItems", kAbsent, 0},
-    {"ShowFontInFace", kBoolean, 2, "perAppShowFace", 1, 0},
-    {"DupeHandling", kInteger, 11, "perAppDupeHandling", 1, 0},
-    {"ShowSets", kBoolean, 3, "perAppShowSets", 1, 0},
-    {"ChangeSize", kBoolean, 4, "perAppShowSize", kAbsent, 0},
-    {"FontSize", kInteger, 5, "perAppFontSize", kAbsent, 0},
-    {"ShowIcons", kBoolean, 6, "perAppShowIcons", 1, 0},
-    {"HierarchicalMenu", kBoolean, 7, "perAppHierarchicalMenu", 1, 0},
-    {"AllFontsGroup", kBoolean, 13, "perAppShowAllSet", 1, 0},
-    {"ScriptSort", kBoolean, 14, "perAppSortByScript", 0, 0},
-    {"IncludeFAPSets", kBoolean, 15, "perAppIncludeFAPSets", kAbsent, 1},
-    {"IncludeFEXSets", kBoolean, 17, "perAppIncludeFEXSets", kAbsent, 1},
-    {"IncludeSuitcaseSets", kBoolean, 18, "perAppIncludeSuitcaseSets", kAbsent, 1},
-    {"GenerateInactivePreview", kBoolean, 16, "perAppGenerateInactivePreview", kAbsent, 1},
-    {"ModifyFontPanel", kBoolean, 19, "perAppModifyFontPanel", kAbsent, 1},
+    {"Enabled", kBoolean, 1, 0, 1, "perAppEnabled", kRefreshes, EnabledWhile::MasterOn, SetSource::None},
+    {"CheckMenuItems", kBoolean, kAbsent, 0, 12, "perAppCheckItems", kAlone, EnabledWhile::EntryEnabled, SetSource::None},
+    {"ShowFontInFace", kBoolean, 1, 0, 2, "perAppShowFace", kRefreshes, EnabledWhile::EntryEnabled, SetSource::None},
+    {"DupeHandling", kChoice, 1, 0, 11, "perAppDupeHandling", kAlone, EnabledWhile::EntryEnabled, SetSource::None},
+    {"ShowSets", kBoolean, 1, 0, 3, "perAppShowSets", kAlone, EnabledWhile::EntryEnabled, SetSource::None},
+    {"ChangeSize", kBoolean, kAbsent, 0, 4, "perAppShowSize", kAlone, EnabledWhile::EntryEnabled, SetSource::None},
+    {"FontSize", kInteger, kAbsent, 0, 5, "perAppFontSize", kAlone, EnabledWhile::SizeChanges, SetSource::None},
+    {"ShowIcons", kBoolean, 1, 0, 6, "perAppShowIcons", kAlone, EnabledWhile::EntryEnabled, SetSource::None},
+    {"HierarchicalMenu", kBoolean, 1, 0, 7, "perAppHierarchicalMenu", kAlone, EnabledWhile::EntryEnabled, SetSource::None},
+    {"AllFontsGroup", kBoolean, 1, 0, 13, "perAppShowAllSet", kAlone, EnabledWhile::EntryEnabled, SetSource::None},
+    {"ScriptSort", kBoolean, 0, 0, 14, "perAppSortByScript", kAlone, EnabledWhile::EntryEnabled, SetSource::None},
+    {"IncludeFAPSets", kBoolean, kAbsent, 1, 15, "perAppIncludeFAPSets", kRefreshes, EnabledWhile::EntryEnabled, SetSource::FontAgentPro},
+    {"IncludeFEXSets", kBoolean, kAbsent, 1, 17, "perAppIncludeFEXSets", kRefreshes, EnabledWhile::EntryEnabled, SetSource::FontExplorerX},
+    {"IncludeSuitcaseSets", kBoolean, kAbsent, 1, 18, "perAppIncludeSuitcaseSets", kRefreshes, EnabledWhile::EntryEnabled, SetSource::Suitcase},
+    {"GenerateInactivePreview", kBoolean, kAbsent, 1, 16, "perAppGenerateInactivePreview", kAlone, EnabledWhile::SetsInOwnFaces, SetSource::None},
+    {"ModifyFontPanel", kBoolean, kAbsent, 1, 19, "perAppModifyFontPanel", kAlone, EnabledWhile::EntryEnabled, SetSource::None},
 }};
+// clang-format on
 
 // Tags of controls that choose one way of handling duplicates: the first stores 0, the next 1, and so on.
 constexpr int kFirstDupeTag = 8;
 constexpr int kLastDupeTag = 10;
-constexpr int kDupeMenuTag = 11;
 
-constexpr std::array kRefreshingTags{1, 2, 15, 17, 18};
+PropertyList valueOfControl(const Option& option, const ControlValues& values) {
+    switch (option.type) {
+        case OptionType::Boolean:
+            return values.state;
+        case OptionType::Integer:
+            return values.integer;
+        case OptionType::Choice:
+            return values.selectedRow;
+    }
+    return {};
+}
 
 }  // namespace
 
@@ -52,15 +65,12 @@ PropertyList optionValue(const Option& option, std::int64_t value) {
 }
 
 std::optional<OptionChange> optionChangeForTag(int tag, const ControlValues& values) {
-    if (tag >= kFirstDupeTag && tag <= kLastDupeTag) return OptionChange{"DupeHandling", tag - kFirstDupeTag};
+    if (tag >= kFirstDupeTag && tag <= kLastDupeTag)
+        return OptionChange{optionForKey("DupeHandling"), tag - kFirstDupeTag};
     auto option = std::ranges::find(kOptions, tag, &Option::tag);
     if (option == kOptions.end()) return std::nullopt;
-    if (tag == kDupeMenuTag) return OptionChange{option->key, values.selectedRow};
-    return OptionChange{
-        option->key, option->type == OptionType::Boolean ? PropertyList(values.state) : PropertyList(values.integer)};
+    return OptionChange{&*option, valueOfControl(*option, values)};
 }
-
-bool refreshesOtherControls(int tag) { return std::ranges::find(kRefreshingTags, tag) != kRefreshingTags.end(); }
 
 std::int64_t shownValue(const PropertyList& settings, const Option& option) {
     const PropertyList& stored = settings[option.key];

@@ -10,18 +10,43 @@
 
 namespace settings {
 
-enum class OptionType { Boolean, Integer };
+// How an option is stored and by what kind of control it is changed.
+enum class OptionType {
+    Boolean,  // a check box
+    Integer,  // a number, 0 or more, in a text field
+    Choice    // an integer: the index, from 0, of an item of a pop-up menu
+};
+
+// Whose font sets an option includes; such an option is shown and offered only while that font manager is installed.
+enum class SetSource { None, FontAgentPro, FontExplorerX, Suitcase };
+
+// When an option's control can be used. The master switch must be on for each.
+enum class EnabledWhile {
+    MasterOn,       // and nothing else
+    EntryEnabled,   // the entry's own "Enabled" is on
+    SizeChanges,    // "ChangeSize" is on, whatever "Enabled" says
+    SetsInOwnFaces  // some set source's box is on and can be used, and "ShowFontInFace" is on
+};
 
 struct Option {
     std::string_view key;
     OptionType type;
-    int tag;                                // of the control that writes it
-    std::string_view outlet;                // that control's name in the interface file
     std::optional<std::int64_t> newGlobal;  // the value in a new Global entry; absent: not stored there
     std::int64_t shownWhenMissing;          // never stored by itself
+    int tag;                                // of the control that writes it
+    std::string_view outlet;                // that control's name in the interface file
+    bool refreshesOthers;                   // other controls show or are enabled by its value
+    EnabledWhile enabledWhile;
+    SetSource setSource;
 };
 
-// In the order in which a new Global entry stores its keys.
+// Keys that rules name.
+inline constexpr std::string_view kEnabledKey = "Enabled";
+inline constexpr std::string_view kShowFontInFaceKey = "ShowFontInFace";
+inline constexpr std::string_view kChangeSizeKey = "ChangeSize";
+
+// In the order in which a new Global entry stores its keys; an option whose control depends on another's comes behind
+// that one.
 std::span<const Option> options();
 // Null for an unknown key.
 const Option* optionForKey(std::string_view key);
@@ -30,18 +55,15 @@ const Option* optionForKey(std::string_view key);
 struct ControlValues {
     bool state = false;
     std::int64_t integer = 0;
-    int selectedRow = -1;
+    int selectedRow = -1;  // -1: none
 };
 struct OptionChange {
-    std::string_view key;
+    const Option* option;
     platform::PropertyList value;
 };
-// What a control with this tag stores; nothing for an unknown tag. Besides the options' own tags there are three that
-// store a fixed "DupeHandling".
+// What a control with this tag stores; nothing for an unknown tag. Besides the options' own tags there are three, 8 to
+// 10, that store "DupeHandling" 0 to 2.
 std::optional<OptionChange> optionChangeForTag(int tag, const ControlValues& values);
-
-// True for the options on which the enabled state or the display of other controls depends.
-bool refreshesOtherControls(int tag);
 
 // The option's value as readers take it: a boolean as 0 or 1, the display default when it is missing.
 std::int64_t shownValue(const platform::PropertyList& settings, const Option& option);

@@ -9,7 +9,32 @@
 #include "tests/support/FakeControls.h"
 #include "tests/support/FakePlatform.h"
 
+#include <algorithm>
+#include <fstream>
 #include <optional>
+#include <sstream>
+#include <string>
+#include <vector>
+
+// The options' controls as options.txt has them: what is under test does not say itself what it should be.
+struct OptionControl {
+    std::string key, widget, outlet;
+    int tag = 0;
+};
+inline const std::vector<OptionControl>& optionControls() {
+    static const std::vector<OptionControl> kControls = [] {
+        std::vector<OptionControl> controls;
+        std::ifstream file(TEST_DATA "/options.txt");
+        for (std::string line; std::getline(file, line);) {
+            if (line.starts_with('#')) continue;
+            std::ranges::replace(line, '|', ' ');
+            OptionControl& control = controls.emplace_back();
+            std::istringstream(line) >> control.key >> control.widget >> control.outlet >> control.tag;
+        }
+        return controls;
+    }();
+    return kControls;
+}
 
 struct PaneFixture {
     fake::World world;
@@ -46,7 +71,7 @@ struct PaneFixture {
 
     void connect() {
         interface.emplace(*pane);
-        for (const settings::Option& option : settings::options()) optionControl(option);
+        for (const OptionControl& control : optionControls()) optionControl(control);
         for (const char* name : {"enabledCheckbox", "logStuff", "exRemoveAppButton", "dontShowAgain"}) button(name);
         button("warningOKButton").tagValue = 1;
         button("warningCancelButton").tagValue = 0;
@@ -57,13 +82,15 @@ struct PaneFixture {
         table();
     }
 
-    platform::View& optionControl(const settings::Option& option) {
-        std::string name(option.outlet);
-        if (option.key == "FontSize") return tagged(field(name), option.tag);
-        if (option.key == "DupeHandling") return tagged(interface->get<fake::PopUpButton>(name), option.tag);
-        return tagged(button(name), option.tag);
+    platform::View& optionControl(const OptionControl& control) {
+        if (control.widget == "QSpinBox") return tagged(field(control.outlet), control.tag);
+        if (control.widget == "QComboBox")
+            return tagged(interface->get<fake::PopUpButton>(control.outlet), control.tag);
+        return tagged(button(control.outlet), control.tag);
     }
-    fake::Button& box(std::string_view key) { return button(std::string(settings::optionForKey(key)->outlet)); }
+    fake::Button& box(std::string_view key) {
+        return button(std::ranges::find(optionControls(), key, &OptionControl::key)->outlet);
+    }
     fake::Button& button(const std::string& name) { return interface->button(name); }
     fake::TextField& field(const std::string& name) { return interface->get<fake::TextField>(name); }
     fake::TableView& table() { return interface->get<fake::TableView>("exTableView"); }

@@ -3,7 +3,6 @@
 #include <functional>
 
 using namespace platform;
-using settings::Option;
 
 namespace {
 
@@ -26,8 +25,9 @@ TEST(EachControlChangesItsOneKey) {
     PaneFixture f;
     installFontManagers(f);
     PropertyList old = PropertyList::dictionary({{"Enabled", true}, {"Unknown", "kept"}});
-    for (const Option& option : settings::options()) {
-        CONTEXT(std::string(option.key));
+    REQUIRE(optionControls().size() == settings::options().size());
+    for (const OptionControl& option : optionControls()) {
+        CONTEXT(option.key);
         f.setStored("TheExcList", listOf(old));
         f.open();
         View& control = f.optionControl(option);
@@ -38,7 +38,7 @@ TEST(EachControlChangesItsOneKey) {
         f.pane->performAction("togglePerAppPrefs:", control);
 
         MutableDictionary changed(old);
-        changed.set(option.key, settings::optionValue(option, expected));
+        changed.set(option.key, control.asButton() ? PropertyList(expected != 0) : PropertyList(expected));
         CHECK_EQ(f.list()[0]["Settings"], std::move(changed).freeze());
         CHECK_EQ(f.world.takeJournal(), kWritersSequence);
     }
