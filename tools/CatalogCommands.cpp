@@ -1,9 +1,7 @@
 #include "tools/CatalogCommands.h"
 
-#include "linux/files/LinuxFiles.h"
-#include "linux/preferences/DiskPreferences.h"
+#include "linux/LinuxMachine.h"
 #include "linux/system/DisplayText.h"
-#include "linux/system/SystemLog.h"
 #include "pane/fontcatalog/AdobeNames.h"
 #include "pane/fontcatalog/FontListReader.h"
 #include "pane/fontcatalog/NameDatabaseReader.h"
@@ -50,10 +48,7 @@ void parse(const Arguments& arguments) {
     print(jsonText(std::move(names).freeze(), JsonLayout::Indented) + "\n");
 }
 
-struct Store {
-    linux::SystemLog log;
-    linux::DiskPreferences preferences{linux::preferencesFolder(), log};
-
+struct Store : linux::LinuxStore {
     PropertyList value(std::string_view key) {
         if (!preferences.isReadable(kCacheDomain)) throw refused("the stored catalogue cannot be read");
         return preferences.copyValue(key, kCacheDomain);
@@ -68,10 +63,9 @@ struct Store {
 void build(const Arguments&) {
     const auto start = std::chrono::steady_clock::now();
     linux::LinuxFiles files;
-    linux::SystemLog log;
-    ProgressLine progress(log);
-    linux::DiskPreferences preferences(linux::preferencesFolder(), log);
-    const auto cache = CFPreferencesWrapper_Typeslate::preferencesWithApplication(preferences, kCacheDomain);
+    Store store;
+    ProgressLine progress(store.log);
+    const auto cache = CFPreferencesWrapper_Typeslate::preferencesWithApplication(store.preferences, kCacheDomain);
     const auto tell = [&](std::size_t done, std::size_t all) {
         progress.show(localizedFormat("%d of %d font lists", done, all));
     };

@@ -1,7 +1,6 @@
 #include "tools/DefaultsCommands.h"
 
-#include "linux/preferences/DiskPreferences.h"
-#include "linux/system/SystemLog.h"
+#include "linux/LinuxMachine.h"
 #include "propertylist/Codec.h"
 #include "tools/Json.h"
 #include "tools/Localized.h"
@@ -30,10 +29,7 @@ struct Arguments {
     std::string format = kBinary;
 };
 
-struct Store {
-    linux::SystemLog log;
-    linux::DiskPreferences preferences{linux::preferencesFolder(), log};
-
+struct Store : linux::LinuxStore {
     void requireReadable(const std::string& domain) {
         if (!preferences.isReadable(domain)) throw refused("the domain %@ cannot be read", domain);
     }

@@ -1,5 +1,6 @@
 #include "tools/EntriesCommands.h"
 
+#include "linux/LinuxMachine.h"
 #include "linux/system/DisplayText.h"
 #include "settings/EntryList.h"
 #include "tools/AbsolutePath.h"
@@ -26,10 +27,9 @@ struct Arguments {
 
 // As the pane would show it, repaired, but nothing is stored.
 std::vector<PropertyList> shownEntries() {
-    linux::SystemLog log;
-    linux::DiskPreferences preferences(linux::preferencesFolder(), log);
-    if (!preferences.isReadable(kSettingsDomain)) throw refused("the stored settings cannot be read");
-    std::vector<PropertyList> list = mutableArray(preferences.copyValue(kEntryListKey, kSettingsDomain));
+    linux::LinuxStore store;
+    if (!store.preferences.isReadable(kSettingsDomain)) throw refused("the stored settings cannot be read");
+    std::vector<PropertyList> list = mutableArray(store.preferences.copyValue(kEntryListKey, kSettingsDomain));
     while (putGlobalFirst(list)) {
     }
     return list;

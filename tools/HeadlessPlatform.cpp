@@ -1,9 +1,7 @@
 #include "tools/HeadlessPlatform.h"
 
-#include "linux/system/RuntimeLoader.h"
 #include "propertylist/Date.h"
 
-#include <chrono>
 #include <utility>
 
 using namespace platform;
@@ -44,10 +42,7 @@ std::unique_ptr<Observation> UnheardNotifications::addObserver(std::string_view,
     return std::make_unique<NoObservation>();
 }
 
-Date PendingRunLoop::now() const {
-    using namespace std::chrono;
-    return {duration_cast<microseconds>(system_clock::now().time_since_epoch()).count()};
-}
+Date PendingRunLoop::now() const { return linux::LinuxClock().now(); }
 
 std::unique_ptr<Timer> PendingRunLoop::scheduleTimer(double seconds, bool repeats, std::function<void()> action) {
     isPending_ = true;
@@ -63,26 +58,11 @@ void PendingRunLoop::wait() {
     if (bus_ && isPending_) bus_->run();
 }
 
-HeadlessPlatform::HeadlessPlatform() : bus(connectedBus()), runLoop(bus) {
-    bundles.addLoaded(linux::loadRuntime(files));
-}
+HeadlessPlatform::HeadlessPlatform() : bus(connectedBus()), runLoop(bus) {}
 
 Platform HeadlessPlatform::forPane(Bundle& bundle) {
     DistributedNotificationCenter& heard = bus ? bus->notifications() : unheard;
-    return {.paneBundle = bundle,
-            .host = host,
-            .preferences = preferences,
-            .notifications = heard,
-            .bundles = bundles,
-            .files = files,
-            .applications = applications,
-            .system = system,
-            .runLoop = runLoop,
-            .toolkit = toolkit,
-            .log = log,
-            .processes = processes,
-            .launcher = launcher,
-            .dates = dates};
+    return LinuxMachine::forPane(bundle, host, heard, runLoop, toolkit);
 }
 
 }  // namespace tools

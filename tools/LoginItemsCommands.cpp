@@ -46,10 +46,9 @@ std::string itemTable(const PropertyList& items, BundleServices& bundles) {
 }
 
 void list(const Arguments& arguments) {
-    linux::SystemLog log;
-    linux::DiskPreferences preferences(linux::preferencesFolder(), log);
+    linux::LinuxStore store;
     linux::FolderBundles bundles;
-    PropertyList items = PropertyList::array(mutableArray(storedItems(preferences)));
+    PropertyList items = PropertyList::array(mutableArray(storedItems(store.preferences)));
     print(arguments.json ? jsonText(items, JsonLayout::Indented) + "\n" : itemTable(items, bundles));
 }
 

@@ -3,10 +3,8 @@
 #include "TarnwickUpdater/Plinth Stuff/VersionChecking/UpdaterLaunch.h"
 #include "TarnwickUpdater/Plinth Stuff/VersionChecking/VersionChecking.h"
 #include "TarnwickUpdater/PrefPane Stuff/TWVCUpdateViewController/TWVCUpdateViewController.h"
-#include "linux/system/LinuxClock.h"
-#include "linux/system/RuntimeLoader.h"
+#include "linux/LinuxMachine.h"
 #include "settings/EntryList.h"
-#include "tools/HeadlessPlatform.h"
 #include "tools/Json.h"
 #include "tools/Localized.h"
 #include "tools/Output.h"
@@ -27,23 +25,12 @@ struct Arguments {
     double seconds = 0;
 };
 
-struct Updates {
-    linux::SystemLog log;
-    linux::DiskPreferences preferences{linux::preferencesFolder(), log};
-    linux::FolderBundles bundles;
-    linux::LinuxFiles files;
-    linux::LinuxApplications applications;
-    linux::LinuxSystem system;
-    linux::LinuxProcesses processes{applications};
-    linux::LinuxLauncher launcher;
-    HeadlessDates dates;
-    linux::LinuxClock clock;
-    twvc::UpdateServices services{bundles, preferences, files, system, processes, launcher, dates, clock, log};
+struct Updates : linux::LinuxMachine {
+    twvc::UpdateServices services = twvc::UpdateServices::of(*this);
     std::unique_ptr<Bundle> module;
 
     Updates() {
         if (!preferences.isReadable(kSettingsDomain)) throw refused("the stored settings cannot be read");
-        bundles.addLoaded(linux::loadRuntime(files));
         module = TWVCUpdateViewController_V100::findPlinth(services, kSettingsDomain);
     }
     Bundle& requireModule() {

@@ -6,7 +6,6 @@
 #include "linux/processes/ProcessFiles.h"
 #include "linux/processes/ProcessHandle.h"
 #include "linux/processes/SessionLeader.h"
-#include "linux/system/SystemLog.h"
 
 #include <poll.h>
 #include <sys/signalfd.h>
@@ -69,17 +68,17 @@ void takeInUntilTheEnd(helper::SettingsWatch& watch, const Descriptor& signals, 
 int main() {
     Descriptor signals = endSignals();
     letGoOfStarter();
-    SystemLog log;
+    LinuxStore store;
     Descriptor lock = helper::takeHelperLock();
     if (lock.error() == EWOULDBLOCK) return EXIT_SUCCESS;
     if (!lock) {
-        log("[Typeslate] The helper cannot take its lock: %s", std::strerror(lock.error()));
+        store.log("[Typeslate] The helper cannot take its lock: %s", std::strerror(lock.error()));
         return EXIT_FAILURE;
     }
     Descriptor session = sessionHandle();
-    helper::SettingsWatch watch(log);
+    helper::SettingsWatch watch(store);
     if (!watch.events()) {
-        log("[Typeslate] The helper cannot watch %@", preferencesFolder());
+        store.log("[Typeslate] The helper cannot watch %@", store.preferences.folder());
         return EXIT_FAILURE;
     }
     takeInUntilTheEnd(watch, signals, session);

@@ -1,5 +1,6 @@
 #include "host/helper/HelperLock.h"
 
+#include "linux/files/Paths.h"
 #include "linux/preferences/DiskPreferences.h"
 #include "linux/preferences/DomainFile.h"
 #include "settings/EntryList.h"
@@ -7,7 +8,6 @@
 #include <sys/file.h>
 
 #include <cerrno>
-#include <cstdlib>
 #include <string>
 
 using namespace linux;
@@ -17,9 +17,7 @@ namespace {
 
 // The runtime folder is the machine's own, where the home may be shared by several.
 std::string lockFolder() {
-    const char* runtime = std::getenv("XDG_RUNTIME_DIR");
-    struct stat status;
-    if (runtime && runtime[0] == '/' && ::stat(runtime, &status) == 0 && S_ISDIR(status.st_mode)) return runtime;
+    if (std::string runtime = runtimeFolder(); !runtime.empty()) return runtime;
     (void)makeFolders(FileAccess::system(), preferencesFolder());
     return preferencesFolder();
 }

@@ -21,12 +21,13 @@ constexpr std::uint32_t kEnds = IN_DELETE_SELF | IN_MOVE_SELF | IN_UNMOUNT | IN_
 
 }  // namespace
 
-SettingsWatch::SettingsWatch(Log& log) : log_(log) {
+SettingsWatch::SettingsWatch(LinuxStore& store) : store_(store) {
     FileAccess& files = FileAccess::system();
-    (void)makeFolders(files, folder_);
+    const std::string& folder = store_.preferences.folder();
+    (void)makeFolders(files, folder);
     int number = ::inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
     events_ = Descriptor(files, number < 0 ? -errno : number);
-    folderWatch_ = ::inotify_add_watch(events_.number(), folder_.c_str(), kChanges | kEnds | IN_ONLYDIR);
+    folderWatch_ = ::inotify_add_watch(events_.number(), folder.c_str(), kChanges | kEnds | IN_ONLYDIR);
     if (folderWatch_ < 0) events_ = Descriptor(files, -errno);
     watchFolders();
     readSettings();
@@ -34,11 +35,12 @@ SettingsWatch::SettingsWatch(Log& log) : log_(log) {
 
 // Watching a folder again that is watched already changes nothing.
 void SettingsWatch::watchFolders() {
-    fs::path file = fs::path(folder_) / (std::string(kSettingsDomain) + ".plist");
+    const std::string& folder = store_.preferences.folder();
+    fs::path file = fs::path(folder) / (std::string(kSettingsDomain) + ".plist");
     names_ = {file.filename()};
     std::error_code error;
     fs::path target = fs::canonical(file, error);
-    if (error || target.parent_path() == fs::canonical(folder_, error)) return;
+    if (error || target.parent_path() == fs::canonical(folder, error)) return;
     names_.insert(target.filename());
     ::inotify_add_watch(events_.number(), target.parent_path().c_str(), kChanges | IN_ONLYDIR);
 }
@@ -63,17 +65,17 @@ bool SettingsWatch::takeIn() {
 }
 
 PropertyList SettingsWatch::settings() {
-    preferences_.synchronize(kSettingsDomain);
-    return preferences_.copyDomain(kSettingsDomain);
+    store_.preferences.synchronize(kSettingsDomain);
+    return store_.preferences.copyDomain(kSettingsDomain);
 }
 
 void SettingsWatch::readSettings() {
     PropertyList now = settings();
     if (now == known_) return;
     known_ = std::move(now);
-    if (preferences_.getBooleanValue(kLogStuffKey, kSettingsDomain))
-        log_("[Typeslate] Took in the settings: %d entries, %s", known_[kEntryListKey].size(),
-             preferences_.getBooleanValue(kDisabledKey, kSettingsDomain) ? "disabled" : "enabled");
+    if (store_.preferences.getBooleanValue(kLogStuffKey, kSettingsDomain))
+        store_.log("[Typeslate] Took in the settings: %d entries, %s", known_[kEntryListKey].size(),
+                   store_.preferences.getBooleanValue(kDisabledKey, kSettingsDomain) ? "disabled" : "enabled");
 }
 
 }  // namespace helper

@@ -1,7 +1,7 @@
 // The stored settings, and notice of each change.
 #pragma once
 
-#include "linux/preferences/DiskPreferences.h"
+#include "linux/LinuxMachine.h"
 
 #include <set>
 #include <string>
@@ -13,7 +13,8 @@ namespace helper {
 // elsewhere. The bus would not do: other programs store settings without a word.
 class SettingsWatch {
 public:
-    explicit SettingsWatch(platform::Log& log);
+    // The store outlives the watch.
+    explicit SettingsWatch(linux::LinuxStore& store);
 
     // Readable when something has happened in a watched folder. Not valid when nothing can be watched.
     const linux::Descriptor& events() const { return events_; }
@@ -25,9 +26,7 @@ private:
     void readSettings();
     platform::PropertyList settings();
 
-    platform::Log& log_;
-    const std::string folder_ = linux::preferencesFolder();
-    linux::DiskPreferences preferences_{folder_, log_};
+    linux::LinuxStore& store_;
     linux::Descriptor events_;
     int folderWatch_ = -1;
     std::set<std::string, std::less<>> names_;  // of the file, by whatever link

@@ -11,10 +11,16 @@ OSStatus statusOfErrno(int error) {
         case 0:
             return kNoErr;
         case ENOENT:
-        case ENOTDIR:
             return kFileNotFound;
+        case ENOTDIR:
+            return kNotAFolder;
+        case EEXIST:
+            return kDuplicateFile;
+        case ENAMETOOLONG:
+            return kBadName;
         case EACCES:
         case EPERM:
+        case EROFS:
             return kPermissionErr;
         default:
             return kIOErr;

@@ -8,12 +8,6 @@
 
 namespace linux {
 
-namespace {
-
-std::int64_t nanoseconds(const timespec& time) { return std::int64_t{time.tv_sec} * 1'000'000'000 + time.tv_nsec; }
-
-}  // namespace
-
 FileAccess& FileAccess::system() {
     static FileAccess access;
     return access;
@@ -100,18 +94,5 @@ void Descriptor::reset() noexcept {
     if (number_ >= 0) files_->close(number_);
     number_ = -1;
 }
-
-std::int64_t fileClock() {
-    timespec now{};
-    clock_gettime(CLOCK_REALTIME_COARSE, &now);
-    return nanoseconds(now);
-}
-
-FileIdentity::FileIdentity(const struct stat& status)
-    : device(status.st_dev),
-      inode(status.st_ino),
-      size(status.st_size),
-      modified(nanoseconds(status.st_mtim)),
-      changed(nanoseconds(status.st_ctim)) {}
 
 }  // namespace linux

@@ -90,25 +90,4 @@ private:
     int number_ = -1;
 };
 
-// Why something did not happen. Converts to true when there is a failure.
-struct [[nodiscard]] Failure {
-    const char* step = nullptr;    // what was tried, as a verb and its object
-    int error = 0;                 // errno value, or 0 when `reason` tells
-    const char* reason = nullptr;  // where no error number fits
-    explicit operator bool() const { return step != nullptr; }
-    bool operator==(const Failure&) const = default;
-};
-
-// Nanoseconds since 1970 on the clock from which file systems take their time stamps.
-std::int64_t fileClock();
-
-// What tells one state of a file from another without reading it.
-struct FileIdentity {
-    std::uint64_t device = 0, inode = 0;
-    std::int64_t size = 0, modified = 0, changed = 0;  // times in nanoseconds since 1970
-    FileIdentity() = default;
-    explicit FileIdentity(const struct stat& status);
-    bool operator==(const FileIdentity&) const = default;
-};
-
 }  // namespace linux

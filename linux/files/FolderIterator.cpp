@@ -1,4 +1,6 @@
+#include "linux/files/ErrnoStatus.h"
 #include "linux/files/LinuxFiles.h"
+#include "linux/files/Paths.h"
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -14,20 +16,6 @@ namespace linux {
 using namespace platform;
 
 namespace {
-
-OSStatus statusOfError(int error) {
-    switch (error) {
-        case ENOENT:
-            return kFileNotFound;
-        case ENOTDIR:
-            return kNotAFolder;
-        case EACCES:
-        case EPERM:
-            return kPermissionErr;
-        default:
-            return kIOErr;
-    }
-}
 
 ItemKind kindOfType(unsigned char type) {
     switch (type) {
@@ -135,9 +123,8 @@ private:
 
 std::unique_ptr<FolderIterator> LinuxFiles::openFolder(std::string_view path, FolderDetail detail, OSStatus& status) {
     auto iterator = std::make_unique<LinuxFolderIterator>(detail);
-    const bool usable = !path.empty() && path.find('\0') == std::string_view::npos;
-    const int error = usable ? iterator->open(std::string(path)) : ENOENT;
-    status = error ? statusOfError(error) : kNoErr;
+    int error = isUsablePath(path) ? iterator->open(std::string(path)) : ENOENT;
+    status = statusOfErrno(error);
     return error ? nullptr : std::move(iterator);
 }
 

@@ -2,12 +2,12 @@
 
 #include "linux/applications/DesktopEntry.h"
 #include "linux/files/LinuxFiles.h"
-#include "linux/files/SmallFile.h"
+#include "linux/files/Paths.h"
+#include "linux/files/WholeFile.h"
 #include "platform/LoginItems.h"
 
 #include <algorithm>
 #include <cerrno>
-#include <system_error>
 
 namespace linux {
 
@@ -20,10 +20,7 @@ constexpr int kMostOfOneName = 1000;
 
 }  // namespace
 
-std::string autostartFolder() {
-    std::string preferences = preferencesFolder();
-    return preferences.substr(0, preferences.rfind('/')) + "/autostart";
-}
+std::string autostartFolder() { return joined(configurationFolder(), "autostart"); }
 
 AutostartMirror::AutostartMirror(DiskPreferences& preferences, Log& log, FileAccess& files)
     : path_(autostartFolder()), log_(log), files_(files), reader_(preferences.folder(), log, files) {
@@ -50,14 +47,12 @@ void AutostartMirror::complain(std::string line) {
 
 void AutostartMirror::report(std::string_view what, const Failure& failure) {
     hasFailed_ = true;
-    complain(formatted("Login item %@: cannot %@ in %@: %@",
-                       {what, failure.step, path_, std::generic_category().message(failure.error)}));
+    complain(formatted("Login item %@: in %@: cannot %@", {what, path_, failure.text()}));
 }
 
 bool AutostartMirror::reportFolder(const Failure& failure) {
     hasFailed_ = true;
-    complain(formatted("Login items: cannot %@ %@: %@",
-                       {failure.step, path_, std::generic_category().message(failure.error)}));
+    complain(formatted("Login items: %@: cannot %@", {path_, failure.text()}));
     return false;
 }
 
@@ -101,13 +96,13 @@ std::vector<AutostartMirror::OwnEntry> AutostartMirror::ownEntries() {
     std::vector<OwnEntry> own;
     OSStatus status = kNoErr;
     auto folder = LinuxFiles().openFolder(path_, FolderDetail::Names, status);
-    SmallFileReader reader;
     std::vector<FolderEntry> batch;
     if (folder) folder->nextBatch(SIZE_MAX, batch);
     for (const FolderEntry& entry : batch) {
         if (!isAutostartFileName(entry.name)) continue;
-        auto contents = reader.read(folder_.number(), entry.name.c_str());
-        if (contents && autostartPathValue(*contents)) own.push_back({entry.name, std::string(*contents)});
+        std::string contents;
+        Failure failure = readDescription(files_, folder_.number(), entry.name.c_str(), contents);
+        if (!failure && autostartPathValue(contents)) own.push_back({entry.name, std::move(contents)});
     }
     return own;
 }

@@ -1,12 +1,9 @@
 #include "linux/preferences/DiskPreferences.h"
 
+#include "linux/files/Paths.h"
 #include "propertylist/Codec.h"
 
-#include <pwd.h>
-#include <unistd.h>
-
 #include <algorithm>
-#include <cstdlib>
 #include <filesystem>
 
 namespace linux {
@@ -23,17 +20,6 @@ bool isDomainName(std::string_view name) {
            name.find('/') == std::string_view::npos && name.find('\0') == std::string_view::npos;
 }
 
-const char* absolutePathIn(const char* variable) {
-    const char* value = std::getenv(variable);
-    return value && value[0] == '/' ? value : nullptr;
-}
-
-std::string homeFolder() {
-    if (const char* home = absolutePathIn("HOME")) return home;
-    const passwd* user = getpwuid(getuid());
-    return user && user->pw_dir ? user->pw_dir : "/";
-}
-
 // True for the file that is left when the last key was removed. What cannot be read may hold something.
 bool holdsNothing(FileAccess& files, const std::string& path) {
     constexpr off_t kLargestEmptyFile = 1024;
@@ -48,10 +34,7 @@ bool holdsNothing(FileAccess& files, const std::string& path) {
 
 }  // namespace
 
-std::string preferencesFolder() {
-    const char* configuration = absolutePathIn("XDG_CONFIG_HOME");
-    return (configuration ? std::string(configuration) : homeFolder() + "/.config") + "/preferences";
-}
+std::string preferencesFolder() { return joined(configurationFolder(), "preferences"); }
 
 DiskPreferencesDomain* DiskPreferences::find(std::string_view domain) {
     if (auto known = domains_.find(domain); known != domains_.end()) return known->second.get();

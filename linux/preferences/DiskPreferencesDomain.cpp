@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <system_error>
 #include <vector>
 
 namespace linux {
@@ -108,7 +107,10 @@ Failure DiskPreferencesDomain::writeChanges() {
         if (Failure failure = refresh()) return failure;
     if (!isWriteDue_ && changesNothing()) {
         if (Failure failure = refresh()) return failure;
-        if (changesNothing()) return changes_.clear(), Failure{};
+        if (changesNothing()) {
+            changes_.clear();
+            return {};
+        }
     }
     Snapshot written;  // outlives the lock: closing the replaced file frees its blocks, for which nobody need wait
     Transaction transaction(files_, path_);
@@ -120,7 +122,7 @@ Failure DiskPreferencesDomain::writeChanges() {
     stored_ = withChanges();
     std::string bytes = encodePropertyList(stored_, PropertyListFormat::Binary);
     if (bytes.empty()) return {"encode", 0, "a value is nested too deeply"};
-    if (bytes.size() > static_cast<std::size_t>(kMaximumFileSize)) return {"encode", EFBIG};
+    if (bytes.size() > kMaximumFileSize) return {"encode", EFBIG};
 
     if (Failure failure = transaction.replace(bytes, written)) return failure;
     std::swap(snapshot_, written);
@@ -142,8 +144,7 @@ PropertyList DiskPreferencesDomain::withChanges() const {
 }
 
 void DiskPreferencesDomain::report(const char* what, const Failure& failure) {
-    std::string reason = failure.reason ? failure.reason : std::generic_category().message(failure.error);
-    log_("Preference domain %@: cannot %@: %@: %@", name_, what, failure.step, reason);
+    log_("Preference domain %@: cannot %@: %@", name_, what, failure.text());
 }
 
 }  // namespace linux

@@ -1,5 +1,8 @@
 #include "linux/preferences/DomainFile.h"
 
+#include "linux/files/Paths.h"
+#include "linux/files/WholeFile.h"
+
 #include <unistd.h>
 
 #include <cerrno>
@@ -11,13 +14,6 @@ namespace linux {
 namespace {
 
 constexpr mode_t kFileMode = 0600, kFolderMode = 0700;
-
-std::string_view folderOf(std::string_view path) {
-    std::size_t slash = path.rfind('/');
-    if (slash == std::string_view::npos) return ".";
-    return path.substr(0, slash == 0 ? 1 : slash);
-}
-std::string_view nameOf(std::string_view path) { return path.substr(path.rfind('/') + 1); }
 
 // The path of the file itself, which need not exist, in place of a link to it.
 Failure resolveLinks(FileAccess& files, std::string& path) {
@@ -96,31 +92,15 @@ int renameUnlessTaken(FileAccess& files, int folder, const char* from, const cha
 
 namespace {
 
-Failure readAll(FileAccess& files, int file, std::string& bytes) {
-    for (std::size_t done = 0; done < bytes.size();) {
-        ssize_t count = files.read(file, bytes.data() + done, bytes.size() - done);
-        if (count < 0) return {"read", static_cast<int>(-count)};
-        if (count == 0) bytes.resize(done);
-        done += static_cast<std::size_t>(count);
-    }
-    return {};
-}
-
 // Reads a file once. `steady` tells whether it was left alone meanwhile.
 Failure readOnce(FileAccess& files, const char* path, Snapshot& snapshot, std::string& bytes, bool& steady) {
-    snapshot.file = Descriptor(files, files.open(AT_FDCWD, path, O_RDONLY | O_NONBLOCK | O_NOCTTY));
+    snapshot.file = openForReading(files, AT_FDCWD, path);
     if (!snapshot.file) return {"open", snapshot.file.error()};
     std::int64_t clock = fileClock();
-    struct stat before, after;
-    if (int error = files.statDescriptor(snapshot.file.number(), before); error < 0) return {"look at", -error};
-    if (S_ISDIR(before.st_mode)) return {"read", EISDIR};
-    if (!S_ISREG(before.st_mode)) return {"read", 0, "not a regular file"};
-    if (before.st_size > kMaximumFileSize) return {"read", EFBIG};
-    bytes.resize(static_cast<std::size_t>(before.st_size));
-    if (Failure failure = readAll(files, snapshot.file.number(), bytes)) return failure;
+    if (Failure failure = readWhole(files, snapshot.file, kMaximumFileSize, bytes, snapshot.identity)) return failure;
+    struct stat after;
     if (int error = files.statDescriptor(snapshot.file.number(), after); error < 0) return {"look at", -error};
-    snapshot.identity = FileIdentity(before);
-    steady = FileIdentity(after) == snapshot.identity && bytes.size() == static_cast<std::size_t>(before.st_size);
+    steady = FileIdentity(after) == snapshot.identity && std::ssize(bytes) == snapshot.identity.size;
     snapshot.settled = steady && snapshot.identity.changed < clock;
     return {};
 }
@@ -153,7 +133,11 @@ Failure readFile(FileAccess& files, const char* path, Snapshot& snapshot, std::s
     for (int attempt = 0; attempt < kAttempts && !steady; ++attempt) {
         snapshot = {};
         Failure failure = readOnce(files, path, snapshot, *buffer, steady);
-        if (failure.error == ENOENT) return snapshot = {}, bytes = nullptr, Failure{};
+        if (failure.error == ENOENT) {
+            snapshot = {};
+            bytes = nullptr;
+            return {};
+        }
         if (failure) return failure;
     }
     snapshot.hash = std::hash<std::string_view>()(*buffer);
@@ -195,7 +179,10 @@ Failure Transaction::takeLock() {
         files_, files_.open(folder_.number(), lockName.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_NONBLOCK, kFileMode));
     if (!lock_) return {"open lock file", lock_.error()};
     giveToOwnerOf(files_, folder_.number(), lock_.number());
-    if (int error = files_.lock(lock_.number()); error < 0) return lock_.reset(), Failure{"take the lock", -error};
+    if (int error = files_.lock(lock_.number()); error < 0) {
+        lock_.reset();
+        return {"take the lock", -error};
+    }
     owner_ = getpid();
     return {};
 }
@@ -219,7 +206,10 @@ void Transaction::releaseLock() noexcept {
 Failure Transaction::adoptOwnerAndMode(int file) {
     struct stat old = {}, own = {};
     int error = files_.stat(target_.c_str(), old);
-    if (error == -ENOENT) return giveToOwnerOf(files_, folder_.number(), file), Failure{};
+    if (error == -ENOENT) {
+        giveToOwnerOf(files_, folder_.number(), file);
+        return {};
+    }
     if (error == 0) error = files_.statDescriptor(file, own);
     if (error < 0) return {"look at", -error};
     // Whoever may not give the file away keeps it, if possible in its group.
@@ -253,7 +243,10 @@ Failure Transaction::replace(std::string_view bytes, Snapshot& written) {
     written.file = makeTemporary(failure);
     if (failure) return failure;
     failure = install(written.file.number(), bytes);
-    if (failure) return (void)files_.remove(folder_.number(), temporary_.c_str()), failure;
+    if (failure) {
+        (void)files_.remove(folder_.number(), temporary_.c_str());
+        return failure;
+    }
     identify(written, bytes);
     return flushFolder();
 }

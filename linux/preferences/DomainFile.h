@@ -2,7 +2,9 @@
 // reads it sees the old or the new contents, whole, whenever the machine stops.
 #pragma once
 
+#include "linux/files/Failure.h"
 #include "linux/files/FileAccess.h"
+#include "linux/files/FileIdentity.h"
 
 #include <memory>
 #include <string>
@@ -11,7 +13,7 @@
 namespace linux {
 
 // A larger file counts as unreadable.
-inline constexpr std::int64_t kMaximumFileSize = std::int64_t{512} << 20;
+inline constexpr std::size_t kMaximumFileSize = std::size_t{512} << 20;  // bytes
 
 // A state in which the file was read or written. A default-constructed one means that there is no file.
 struct Snapshot {

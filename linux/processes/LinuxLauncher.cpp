@@ -1,5 +1,6 @@
 #include "linux/processes/LinuxLauncher.h"
 
+#include "linux/files/ErrnoStatus.h"
 #include "linux/processes/DetachedProcess.h"
 #include "linux/system/FolderBundle.h"
 
@@ -16,25 +17,6 @@ using namespace platform;
 
 namespace {
 
-OSStatus statusOfError(int error) {
-    switch (error) {
-        case EEXIST:
-            return kDuplicateFile;
-        case ENOENT:
-            return kFileNotFound;
-        case ENOTDIR:
-            return kNotAFolder;
-        case ENAMETOOLONG:
-            return kBadName;
-        case EACCES:
-        case EPERM:
-        case EROFS:
-            return kPermissionErr;
-        default:
-            return kIOErr;
-    }
-}
-
 bool isUsable(std::string_view path) { return path.starts_with('/') && path.find('\0') == std::string_view::npos; }
 
 class LinuxCreatedFile final : public CreatedFile {
@@ -44,9 +26,9 @@ public:
 
     OSStatus remove() override {
         struct stat present;
-        if (::lstat(path_.c_str(), &present) != 0) return statusOfError(errno);
+        if (::lstat(path_.c_str(), &present) != 0) return statusOfErrno(errno);
         if (present.st_dev != device_ || present.st_ino != inode_) return kFileNotFound;
-        return ::unlink(path_.c_str()) == 0 ? kNoErr : statusOfError(errno);
+        return ::unlink(path_.c_str()) == 0 ? kNoErr : statusOfErrno(errno);
     }
 
 private:
@@ -63,7 +45,7 @@ OSStatus LinuxLauncher::makeFolder(std::string_view path) {
     if (::mkdir(name.c_str(), 0777) == 0) return kNoErr;
     int error = errno;
     struct stat present;
-    if (::stat(name.c_str(), &present) != 0) return statusOfError(error);
+    if (::stat(name.c_str(), &present) != 0) return statusOfErrno(error);
     return S_ISDIR(present.st_mode) ? kNoErr : kNotAFolder;
 }
 
@@ -74,7 +56,7 @@ std::unique_ptr<CreatedFile> LinuxLauncher::createFile(std::string_view path, OS
     int file = ::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);
     struct stat created = {};
     bool isKnown = file >= 0 && ::fstat(file, &created) == 0;
-    status = isKnown ? kNoErr : statusOfError(errno);
+    status = isKnown ? kNoErr : statusOfErrno(errno);
     if (file >= 0) ::close(file);
     if (!isKnown) return nullptr;
     return std::make_unique<LinuxCreatedFile>(std::move(name), created);

@@ -1,6 +1,7 @@
 #include "linux/system/FolderBundle.h"
 
 #include "linux/files/LinuxFiles.h"
+#include "linux/system/Locale.h"
 #include "propertylist/Codec.h"
 
 #include <dlfcn.h>
@@ -37,25 +38,15 @@ void addLanguage(std::vector<std::string>& languages, std::string_view locale) {
     if (language != name) languages.emplace_back(language);
 }
 
-std::string_view environmentValue(const char* name) {
-    const char* value = std::getenv(name);
-    return value ? value : "";
-}
-
-std::string_view messageLocale() {
-    for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANG"})
-        if (std::string_view value = environmentValue(name); !value.empty()) return value;
-    return "";
-}
-
 void* exportedFunction(void* code, const char* name) { return code ? dlsym(code, name) : nullptr; }
 
 }  // namespace
 
 std::vector<std::string> preferredLanguages() {
     std::vector<std::string> languages;
-    std::string_view locale = messageLocale();
-    std::string_view list = environmentValue("LANGUAGE");
+    std::string_view locale = localeOf("LC_MESSAGES");
+    const char* wish = std::getenv("LANGUAGE");
+    std::string_view list = wish ? wish : "";
     // LANGUAGE has no say in the C locale.
     if (list.empty() || locale == "C" || locale == "POSIX") list = locale;
     while (!list.empty()) {

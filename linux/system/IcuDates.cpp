@@ -1,12 +1,13 @@
 #include "linux/system/LinuxDates.h"
 
+#include "linux/system/Locale.h"
+
 #include <unicode/ucal.h>
 #include <unicode/udat.h>
 #include <unicode/uloc.h>
 #include <unicode/ustring.h>
 
 #include <array>
-#include <cstdlib>
 #include <memory>
 #include <string_view>
 
@@ -19,15 +20,10 @@ namespace {
 constexpr std::array kStyles{UDAT_NONE, UDAT_SHORT, UDAT_MEDIUM, UDAT_LONG, UDAT_FULL};
 
 std::string timeLocale() {
-    for (const char* name : {"LC_ALL", "LC_TIME", "LANG"}) {
-        const char* value = std::getenv(name);
-        if (!value || !*value) continue;
-        std::string locale(value);
-        locale.resize(std::min(locale.size(), locale.find_first_of(".@")));
-        if (locale != "C" && locale != "POSIX") return locale;
-        break;
-    }
-    return "en_US";
+    std::string_view locale = localeOf("LC_TIME");
+    locale = locale.substr(0, locale.find_first_of(".@"));
+    bool isPlain = locale.empty() || locale == "C" || locale == "POSIX";
+    return isPlain ? "en_US" : std::string(locale);
 }
 
 using Formatter = std::unique_ptr<UDateFormat, decltype(&udat_close)>;

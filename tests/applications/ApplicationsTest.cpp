@@ -202,7 +202,7 @@ TEST(ItemsAreDescribedWhereverTheyAre) {
         {"Desktop", kNoErr, false, "none", "Desktop"},
         {"Desktop/loop.desktop", kIOErr, false, "none", "loop.desktop"},
         {"Desktop/missing.desktop", kFileNotFound, false, "none", "missing.desktop"},
-        {"Desktop/entry.txt/x.desktop", kFileNotFound, false, "none", "x.desktop"},
+        {"Desktop/entry.txt/x.desktop", kNotAFolder, false, "none", "x.desktop"},
     };
     LinuxApplications applications = machine.applications();
     for (const auto& [path, status, isNative, identifier, name] : cases) {

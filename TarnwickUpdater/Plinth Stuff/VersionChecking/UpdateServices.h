@@ -17,9 +17,19 @@ struct UpdateServices {
     platform::Clock& clock;
     platform::Log& log;
 
-    static UpdateServices of(const platform::Platform& platform) {
-        return {platform.bundles,  platform.preferences, platform.files,   platform.system, platform.processes,
-                platform.launcher, platform.dates,       platform.runLoop, platform.log};
+    // From a platform, whose run loop is a clock, or from anything else that has these members and one called `clock`.
+    static UpdateServices of(const platform::Platform& platform) { return from(platform, platform.runLoop); }
+    template <typename Machine>
+        requires requires(Machine& machine) { machine.clock; }
+    static UpdateServices of(Machine& machine) {
+        return from(machine, machine.clock);
+    }
+
+private:
+    template <typename Machine>
+    static UpdateServices from(Machine& machine, platform::Clock& clock) {
+        return {machine.bundles,  machine.preferences, machine.files, machine.system, machine.processes,
+                machine.launcher, machine.dates,       clock,         machine.log};
     }
 };
 

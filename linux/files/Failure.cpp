@@ -1,0 +1,12 @@
+#include "linux/files/Failure.h"
+
+#include <system_error>
+
+namespace linux {
+
+std::string Failure::text() const {
+    if (!step) return {};
+    return std::string(step) + ": " + (reason ? reason : std::generic_category().message(error));
+}
+
+}  // namespace linux
