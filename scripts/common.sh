@@ -51,15 +51,23 @@ install_packages() {
 configure_and_build() { # preset, target (all when missing)
   local name=$1 target=${2:-all}
   command -v cmake >/dev/null || { echo "CMake is missing: nothing can be built." >&2; return 1; }
-  if [[ -z ${CMAKE_GENERATOR:-} ]] && command -v ninja >/dev/null; then export CMAKE_GENERATOR=Ninja; fi
-  local jobs log
+  local jobs log options=()
   jobs=$(nproc 2>/dev/null || echo 2)
   log=$root/build/$name.configure.log
   mkdir -p "$root/build"
-  # The generator of an existing build folder stays what it was.
-  [[ -f $root/build/$name/CMakeCache.txt ]] && unset CMAKE_GENERATOR
-  (cd "$root" && cmake --preset "$name" >"$log" 2>&1) || { cat "$log" >&2; return 1; }
+  command -v ninja >/dev/null || options+=(-G "Unix Makefiles")
+  # A build folder that belongs to another place or another generator is configured anew.
+  fits_here "$root/build/$name/CMakeCache.txt" || options+=(--fresh)
+  (cd "$root" && cmake "${options[@]}" --preset "$name" >"$log" 2>&1) || { cat "$log" >&2; return 1; }
   cmake --build "$root/build/$name" --parallel "$jobs" --target "$target" || return 1
+}
+
+fits_here() { # a build folder's cache
+  [[ -f $1 ]] || return 0
+  grep -qxF "CMAKE_HOME_DIRECTORY:INTERNAL=$root" "$1" || return 1
+  local generator=Ninja
+  command -v ninja >/dev/null || generator="Unix Makefiles"
+  grep -qxF "CMAKE_GENERATOR:INTERNAL=$generator" "$1"
 }
 
 # Says what the build had to leave out. Fails when CI must not accept that.
