@@ -22,7 +22,7 @@ struct HostPlatform::Parts {
 HostPlatform::HostPlatform() : parts_(new Parts) {
     parts_->toolkit.setApplicationLister([&applications = parts_->machine.applications] {
         std::vector<qt::ChoosableApplication> choosable;
-        for (const linux::InstalledApplication& application : applications.installedApplications())
+        for (const linux::ApplicationRecord& application : applications.installedApplications())
             choosable.push_back({application.path, application.name});
         return choosable;
     });

@@ -1,6 +1,6 @@
 #include "tools/LoginItemsCommands.h"
 
-#include "linux/applications/ApplicationLaunch.h"
+#include "linux/applications/ApplicationRecord.h"
 #include "linux/system/DisplayText.h"
 #include "linux/system/TextColumns.h"
 #include "platform/LoginItems.h"

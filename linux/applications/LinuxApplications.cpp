@@ -1,19 +1,16 @@
 #include "linux/applications/LinuxApplications.h"
 
+#include "linux/applications/Programs.h"
 #include "linux/files/ErrnoStatus.h"
-
-#include "linux/applications/DesktopEntryCommand.h"
-
-#include <fcntl.h>
-#include <locale.h>
-#include <string.h>
-#include <sys/stat.h>
+#include "linux/processes/DetachedProcess.h"
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
 #include <cstdlib>
+#include <locale>
+#include <map>
 #include <memory>
+#include <stdexcept>
 #include <tuple>
 #include <utility>
 
@@ -45,54 +42,38 @@ std::string withoutFinalSlashes(std::string_view path) {
 bool isUsable(std::string_view path) { return path.starts_with('/') && path.find('\0') == std::string_view::npos; }
 
 std::string resolved(const std::string& path) {
-    const std::unique_ptr<char, decltype(&std::free)> real(::realpath(path.c_str(), nullptr), &std::free);
+    std::unique_ptr<char, decltype(&std::free)> real(::realpath(path.c_str(), nullptr), &std::free);
     return real ? real.get() : "";
 }
 
-InstalledApplication described(const ApplicationRecord& record) {
-    return {record.path, record.identifier, record.name, record.iconName};
+std::locale usersLocale() try { return std::locale(""); } catch (const std::runtime_error&) {
+    return {};
 }
 
-// Orders names as the user's language does, capitals beside small letters.
-class Collation {
-public:
-    Collation() : locale_(::newlocale(LC_COLLATE_MASK | LC_CTYPE_MASK, "", nullptr)) {}
-    Collation(const Collation&) = delete;
-    ~Collation() {
-        if (locale_) ::freelocale(locale_);
+// As the user's language orders names, capitals beside small letters.
+void sortByName(std::vector<ApplicationRecord>& applications) {
+    std::locale locale = usersLocale();
+    auto& collation = std::use_facet<std::collate<char>>(locale);
+    std::multimap<std::string, ApplicationRecord> sorted;
+    for (ApplicationRecord& application : applications) {
+        std::string name = application.name;
+        std::ranges::transform(name, name.begin(), [](char c) { return c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c; });
+        sorted.emplace(collation.transform(name.data(), name.data() + name.size()), std::move(application));
     }
-    std::string key(std::string text) const {
-        std::ranges::transform(text, text.begin(), [](char c) { return c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c; });
-        if (!locale_) return text;
-        std::string transformed(::strxfrm_l(nullptr, text.c_str(), 0, locale_) + 1, '\0');
-        ::strxfrm_l(transformed.data(), text.c_str(), transformed.size(), locale_);
-        return transformed;
-    }
-
-private:
-    locale_t locale_;
-};
-
-void sortByName(std::vector<InstalledApplication>& applications) {
-    const Collation collation;
-    std::vector<std::tuple<std::string, std::string, InstalledApplication>> keyed;
-    keyed.reserve(applications.size());
-    for (InstalledApplication& application : applications)
-        keyed.emplace_back(collation.key(application.name), application.path, std::move(application));
-    std::ranges::sort(keyed, [](const auto& a, const auto& b) {
-        return std::tie(std::get<0>(a), std::get<1>(a)) < std::tie(std::get<0>(b), std::get<1>(b));
-    });
-    for (std::size_t i = 0; i < keyed.size(); ++i) applications[i] = std::move(std::get<2>(keyed[i]));
+    std::ranges::transform(sorted, applications.begin(), [](auto& item) { return std::move(item.second); });
 }
 
 }  // namespace
 
 LinuxApplications::LinuxApplications(ApplicationEnvironment environment, ApplicationIndex::Clock clock)
-    : environment_(std::move(environment)), index_(environment_, std::move(clock)), programs_(environment_) {}
+    : environment_(std::move(environment)), index_(environment_, std::move(clock)) {}
 
 void LinuxApplications::refresh() {
-    if (!index_.refresh()) return;
-    programs_.forget();
+    if (index_.refresh()) forgetPrograms();
+}
+
+void LinuxApplications::forgetPrograms() {
+    programs_.clear();
     isProgramIndexFresh_ = false;
 }
 
@@ -106,29 +87,35 @@ std::optional<std::string> LinuxApplications::findApplication(const ApplicationQ
     return found->path;
 }
 
-const ApplicationRecord* LinuxApplications::firstInstalled(ApplicationIndex::Candidates candidates) {
-    const auto found = std::ranges::find_if(candidates, [this](const auto* record) { return isInstalled(*record); });
+const ApplicationRecord* LinuxApplications::firstInstalled(const ApplicationIndex::Candidates& candidates) {
+    auto found = std::ranges::find_if(candidates, [this](const auto* record) { return isInstalled(*record); });
     return found == candidates.end() ? nullptr : *found;
 }
 
-const ApplicationRecord* LinuxApplications::knownOrStandIn(std::string_view identifier) {
+const ApplicationRecord* LinuxApplications::knownOrStandIn(const std::string& identifier) {
     if (const ApplicationRecord* found = firstInstalled(index_.withIdentifier(identifier))) return found;
-    const auto standIns = std::ranges::find(kStandIns, identifier, &StandIns::identifier);
+    auto standIns = std::ranges::find(kStandIns, identifier, &StandIns::identifier);
     if (standIns == kStandIns.end()) return nullptr;
-    for (const std::string_view entry : standIns->desktopEntries)
-        if (const ApplicationRecord* found = firstInstalled(index_.withIdentifier(entry))) return found;
+    for (std::string_view entry : standIns->desktopEntries)
+        if (const ApplicationRecord* found = firstInstalled(index_.withIdentifier(std::string(entry)))) return found;
     return nullptr;
+}
+
+const std::string& LinuxApplications::program(const std::string& name) {
+    auto known = programs_.find(name);
+    if (known == programs_.end()) known = programs_.emplace(name, findProgram(name, environment_)).first;
+    return known->second;
 }
 
 bool LinuxApplications::isInstalled(const ApplicationRecord& record) {
     if (record.isBundle) return true;
-    if (!record.tryProgram.empty() && programs_.find(record.tryProgram).empty()) return false;
-    return record.program.empty() ? record.isDBusActivatable : !programs_.find(record.program).empty();
+    if (!record.tryProgram.empty() && program(record.tryProgram).empty()) return false;
+    return record.program.empty() ? record.isDBusActivatable : !program(record.program).empty();
 }
 
 bool LinuxApplications::isNative(const ApplicationRecord& record) {
     if (!record.isApplication || isWineProgram(record.program)) return false;
-    return record.isBundle ? !record.program.empty() && programs_.isExecutable(record.program) : isInstalled(record);
+    return record.isBundle ? isExecutableFile(record.program) : isInstalled(record);
 }
 
 OSStatus LinuxApplications::itemInformation(std::string_view path, ItemInformation& information) {
@@ -136,8 +123,7 @@ OSStatus LinuxApplications::itemInformation(std::string_view path, ItemInformati
     if (!isUsable(path)) return kParamErr;
     refresh();
     int error = 0;
-    const std::optional<ApplicationRecord> record =
-        readApplicationRecord(withoutFinalSlashes(path), environment_, error);
+    std::optional<ApplicationRecord> record = readApplicationRecord(withoutFinalSlashes(path), environment_, error);
     if (error) return statusOfErrno(error);
     if (!record) return kNoErr;
     information.creator = record->creator;
@@ -148,7 +134,7 @@ OSStatus LinuxApplications::itemInformation(std::string_view path, ItemInformati
 std::optional<ApplicationRecord> LinuxApplications::recordAtPath(std::string_view path) {
     if (!isUsable(path)) return {};
     refresh();
-    const std::string plain = withoutFinalSlashes(path);
+    std::string plain = withoutFinalSlashes(path);
     if (const ApplicationRecord* known = index_.atPath(plain)) return *known;
     int error = 0;
     std::optional<ApplicationRecord> record = readApplicationRecord(plain, environment_, error);
@@ -160,54 +146,57 @@ std::optional<ApplicationRecord> LinuxApplications::recordAtPath(std::string_vie
 }
 
 std::optional<std::string> LinuxApplications::bundleIdentifier(std::string_view path) {
-    const std::optional<ApplicationRecord> record = recordAtPath(path);
+    std::optional<ApplicationRecord> record = recordAtPath(path);
     if (!record || record->identifier.empty()) return {};
     return record->identifier;
 }
 
 std::string LinuxApplications::displayName(std::string_view path) {
-    const std::optional<ApplicationRecord> record = recordAtPath(path);
+    std::optional<ApplicationRecord> record = recordAtPath(path);
     return record ? record->name : displayedLastComponent(path);
 }
 
-std::vector<InstalledApplication> LinuxApplications::installedApplications() {
+// An entry that only D-Bus starts has words, but no program.
+OSStatus LinuxApplications::openApplication(std::string_view path) {
+    std::optional<ApplicationRecord> record = recordAtPath(path);
+    return record && isNative(*record) && !record->words.empty() ? startDetached(record->words) : kFileNotFound;
+}
+
+std::vector<ApplicationRecord> LinuxApplications::installedApplications() {
     index_.refreshFully();
-    programs_.forget();
-    isProgramIndexFresh_ = false;
-    std::vector<InstalledApplication> applications;
+    forgetPrograms();
+    std::vector<ApplicationRecord> applications;
     for (const ApplicationRecord* record : index_.all())
-        if (record->isDisplayed && isNative(*record)) applications.push_back(described(*record));
+        if (record->isDisplayed && isNative(*record)) applications.push_back(*record);
     sortByName(applications);
     return applications;
 }
 
-std::optional<InstalledApplication> LinuxApplications::applicationAtPath(std::string_view path) {
-    const std::optional<ApplicationRecord> record = recordAtPath(path);
-    if (!record || !record->isApplication) return {};
-    return described(*record);
+std::optional<ApplicationRecord> LinuxApplications::applicationAtPath(std::string_view path) {
+    std::optional<ApplicationRecord> record = recordAtPath(path);
+    return record && record->isApplication ? record : std::nullopt;
 }
 
 void LinuxApplications::indexPrograms() {
     byProgram_.clear();
     for (const ApplicationRecord* record : index_.all()) {
         if (record->program.empty() || isLauncherProgram(record->program)) continue;
-        const std::string program =
-            resolved(record->isBundle ? record->program : std::string(programs_.find(record->program)));
-        if (program.empty() || isLauncherProgram(program)) continue;
-        const auto rank = [](const ApplicationRecord* r) { return std::tuple(!r->isDisplayed, r->argumentCount); };
-        const ApplicationRecord*& best = byProgram_[program];
+        std::string file = resolved(record->isBundle ? record->program : program(record->program));
+        if (file.empty() || isLauncherProgram(file)) continue;
+        auto rank = [](const ApplicationRecord* r) { return std::tuple(!r->isDisplayed, r->argumentCount); };
+        const ApplicationRecord*& best = byProgram_[file];
         if (!best || rank(record) < rank(best)) best = record;
     }
     isProgramIndexFresh_ = true;
 }
 
-std::optional<InstalledApplication> LinuxApplications::applicationForProgram(std::string_view executable) {
+std::optional<ApplicationRecord> LinuxApplications::applicationForProgram(std::string_view executable) {
     if (!isUsable(executable)) return {};
     refresh();
     if (!isProgramIndexFresh_) indexPrograms();
-    const auto found = byProgram_.find(std::string(executable));
+    auto found = byProgram_.find(std::string(executable));
     if (found == byProgram_.end()) return {};
-    return described(*found->second);
+    return *found->second;
 }
 
 }  // namespace linux

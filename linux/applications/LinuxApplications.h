@@ -2,7 +2,6 @@
 #pragma once
 
 #include "linux/applications/ApplicationIndex.h"
-#include "linux/applications/ProgramLookup.h"
 #include "platform/Applications.h"
 
 #include <optional>
@@ -12,13 +11,6 @@
 #include <vector>
 
 namespace linux {
-
-struct InstalledApplication {
-    std::string path;
-    std::string identifier;  // empty: none
-    std::string name;        // safe to show
-    std::string iconName;    // a theme's icon name or an absolute path; empty: none
-};
 
 // Lives on one thread. A change on the disk shows within ApplicationIndex::kFolderInterval; one written in place into
 // an existing file within kFileInterval, or with the next installedApplications().
@@ -40,17 +32,19 @@ public:
     platform::OSStatus openApplication(std::string_view path) override;
 
     // What a chooser offers: the native applications that the current desktop shows, by name.
-    std::vector<InstalledApplication> installedApplications();
+    std::vector<ApplicationRecord> installedApplications();
     // The application that a file stands for, installed or not; nothing when it stands for none.
-    std::optional<InstalledApplication> applicationAtPath(std::string_view path);
+    std::optional<ApplicationRecord> applicationAtPath(std::string_view path);
     // The application that runs as this executable (an absolute path, as /proc/PID/exe gives it): of several the one
     // that menus show and that needs the fewest arguments. Nothing for shells, interpreters and the like.
-    std::optional<InstalledApplication> applicationForProgram(std::string_view executable);
+    std::optional<ApplicationRecord> applicationForProgram(std::string_view executable);
 
 private:
     void refresh();
-    const ApplicationRecord* firstInstalled(ApplicationIndex::Candidates candidates);
-    const ApplicationRecord* knownOrStandIn(std::string_view identifier);
+    void forgetPrograms();
+    const ApplicationRecord* firstInstalled(const ApplicationIndex::Candidates& candidates);
+    const ApplicationRecord* knownOrStandIn(const std::string& identifier);
+    const std::string& program(const std::string& name);
     bool isInstalled(const ApplicationRecord& record);
     bool isNative(const ApplicationRecord& record);
     std::optional<ApplicationRecord> recordAtPath(std::string_view path);
@@ -58,10 +52,9 @@ private:
 
     const ApplicationEnvironment environment_;
     ApplicationIndex index_;
-    ProgramLookup programs_;
+    std::unordered_map<std::string, std::string> programs_;                // where they are, by what commands call them
     std::unordered_map<std::string, const ApplicationRecord*> byProgram_;  // by resolved path
     bool isProgramIndexFresh_ = false;
-    unsigned programGeneration_ = 0;
 };
 
 }  // namespace linux

@@ -1,8 +1,5 @@
 #include "linux/loginitems/AutostartEntry.h"
 
-#include "linux/applications/DesktopEntry.h"
-#include "linux/applications/DesktopEntryCommand.h"
-
 #include <algorithm>
 
 namespace linux {
@@ -60,6 +57,22 @@ std::vector<std::string> startableWords(const std::vector<std::string>& words) {
     return isReadRight(words) ? words : std::vector<std::string>{"awk", awkProgram(words)};
 }
 
+// The command (before it is escaped as a value) that a reader turns back into these words. GLib would quote with single
+// quotes, which the rules for desktop entries do not know.
+std::string joinCommand(const std::vector<std::string>& words) {
+    constexpr std::string_view kEscapable = "\"`$\\";
+    std::string command;
+    for (const std::string& word : words) {
+        command += command.empty() ? "\"" : " \"";
+        for (char c : word) {
+            if (kEscapable.find(c) != kEscapable.npos) command += '\\';
+            command.append(c == '%' ? 2 : 1, c);
+        }
+        command += '"';
+    }
+    return command;
+}
+
 bool isPlain(char c) {
     return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '.' || c == '-';
 }
@@ -76,6 +89,21 @@ std::string stemOf(std::string_view path) {
 }
 
 }  // namespace
+
+// A blank counts only where a reader would cut it off; GLib's writer leaves it at the end.
+std::string escapedDesktopEntryValue(std::string_view text) {
+    constexpr std::string_view kLetters = "sntr\\", kCharacters = " \n\t\r\\";
+    std::string value;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        std::size_t letter = kCharacters.find(text[i]);
+        bool isInnerBlank = text[i] == ' ' && i > 0 && i + 1 < text.size();
+        if (letter == text.npos || isInnerBlank)
+            value += text[i];
+        else
+            value.append({'\\', kLetters[letter]});
+    }
+    return value;
+}
 
 std::optional<std::string_view> autostartPathValue(std::string_view entry) {
     std::optional<std::string_view> value;

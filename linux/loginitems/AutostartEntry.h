@@ -2,13 +2,16 @@
 // rules.
 #pragma once
 
-#include "linux/applications/ApplicationLaunch.h"
+#include "linux/applications/ApplicationRecord.h"
 
 #include <optional>
 #include <string>
 #include <string_view>
 
 namespace linux {
+
+// The text as the value of a desktop entry's key that a reader turns back into it.
+std::string escapedDesktopEntryValue(std::string_view text);
 
 // The path of a login item that the file stands for, as the key "X-Typeslate-LoginItem" names it, escapes and all:
 // for comparing with autostartPathValue() only. Nothing for a file of others.

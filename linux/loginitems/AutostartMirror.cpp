@@ -1,6 +1,5 @@
 #include "linux/loginitems/AutostartMirror.h"
 
-#include "linux/applications/DesktopEntry.h"
 #include "linux/files/LinuxFiles.h"
 #include "linux/files/Paths.h"
 #include "linux/files/WholeFile.h"
@@ -79,7 +78,7 @@ void AutostartMirror::update() {
         std::vector<Item> items = storedItems();
         std::vector<OwnEntry> entries = ownEntries();
         ApplicationEnvironment environment = ApplicationEnvironment::current();
-        environment.locale.clear();  // the language of whoever comes by is no reason to write an entry anew
+        environment.isTranslated = false;  // the language of whoever comes by is no reason to write an entry anew
         for (const Item& item : items) {
             auto own = std::ranges::find(entries, item.value, [](auto& e) { return *autostartPathValue(e.contents); });
             updateEntry(item, own == entries.end() ? nullptr : &*own, environment);

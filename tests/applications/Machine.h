@@ -18,44 +18,32 @@ inline std::string joined(const std::vector<std::string>& words) {
 class Machine {
 public:
     Machine() {
-        using linux::ApplicationEnvironment;
         environment.desktopEntryFolders = {folder_ / "home/data/applications", folder_ / "usr/share/applications"};
         environment.bundleFolders = {folder_ / "home/Applications", folder_ / "Applications"};
         environment.programFolders = {folder_ / "bin"};
         fs::create_directories(folder_ / "bin");
     }
 
-    linux::LinuxApplications applications() {
-        return linux::LinuxApplications(environment, [this] { return now_; });
+    // "~" is the user's folder of entries, ":" the system's.
+    std::string path(std::string name) const {
+        if (name.starts_with("~/")) name = "home/data/applications" + name.substr(1);
+        if (name.starts_with(":/")) name = "usr/share/applications" + name.substr(1);
+        return folder_ / name;
     }
-    void pass(std::chrono::milliseconds time) { now_ += time; }
-
-    std::string path(std::string_view relative) const { return folder_ / relative; }
-    std::string relative(const std::optional<std::string>& path) const {
-        return path ? path->substr(folder_.path().size() + 1) : "none";
+    // The way back.
+    std::string shortened(const std::optional<std::string>& path) const {
+        if (!path) return "none";
+        for (const char* name : {"~/", ":/", ""})
+            if (path->starts_with(this->path(name))) return name + path->substr(this->path(name).size());
+        return *path;
     }
-    void write(std::string_view relative, std::string_view bytes) const { check::writeFile(path(relative), bytes); }
-    // In the user's folder with "~/" in front, else in the system's.
-    std::string entryPath(std::string_view name) const {
-        return name.starts_with("~/") ? "home/data/applications/" + std::string(name.substr(2))
-                                      : "usr/share/applications/" + std::string(name);
-    }
-    void entry(std::string_view name, std::string_view keys = "Name=N\nExec=prog\n") const {
-        write(entryPath(name), "[Desktop Entry]\nType=Application\n" + std::string(keys));
-    }
-    void program(std::string_view relative, bool isExecutable = true) const {
-        write(relative, "#!/bin/sh\n");
-        fs::permissions(path(relative), isExecutable ? fs::perms::owner_all : fs::perms::owner_read);
-    }
-    void bundle(std::string_view folder, std::string_view keys) const {
-        write(std::string(folder) + "/Contents/Info.plist",
-              "<?xml version=\"1.0\" encoding=\"UTF-8\"?><plist version=\"1.0\"><dict>" + std::string(keys) +
-                  "</dict></plist>");
+    void write(const std::string& name, std::string_view bytes) const { check::writeFile(path(name), bytes); }
+    void entry(const std::string& name, const std::string& keys = "Name=N\nExec=prog\n") const {
+        write(name, "[Desktop Entry]\nType=Application\n" + keys);
     }
 
     linux::ApplicationEnvironment environment;
 
 private:
     check::TemporaryFolder folder_;
-    std::chrono::steady_clock::time_point now_{};
 };

@@ -1,6 +1,5 @@
 // Login items as real files in a real autostart folder.
 #include "linux/applications/DesktopEntry.h"
-#include "linux/applications/DesktopEntryCommand.h"
 #include "linux/loginitems/AutostartMirror.h"
 #include "platform/LoginItems.h"
 #include "tests/support/Check.h"
@@ -117,9 +116,9 @@ TEST(ApplicationsOfEachKindGetTheirCommand) {
         CONTEXT(path);
         REQUIRE(s.store({{path, false}}));
         REQUIRE(s.names().size() == 1);
-        auto read = readDesktopEntry(s.content(s.names().front()), {});
+        auto read = desktopEntryRecord(path, "", s.content(s.names().front()), ApplicationEnvironment());
         REQUIRE(read);
-        auto started = expandCommand(splitCommand(read->exec), {});
+        const std::vector<std::string>& started = read->words;
         if (path == odd || path == oddEntry) {
             // No session reads these in another way.
             for (const std::string& word : started) CHECK(word.find_first_of("\\$`") == word.npos);
@@ -130,7 +129,7 @@ TEST(ApplicationsOfEachKindGetTheirCommand) {
         } else {
             CHECK_EQ(started, words);
         }
-        CHECK_EQ(read->isTerminal, path == entry);
+        CHECK_EQ(read->isInTerminal, path == entry);
         CHECK_EQ(read->workingFolder, path == entry ? "/tmp" : "");
     }
 }

@@ -1,0 +1,11 @@
+// What DesktopEntry.h promises where GLib is missing.
+#include "linux/applications/DesktopEntry.h"
+
+namespace linux {
+
+std::optional<ApplicationRecord> desktopEntryRecord(const std::string&, std::string, std::string_view,
+                                                    const ApplicationEnvironment&) {
+    return {};
+}
+
+}  // namespace linux
