@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <utility>
 
 namespace linux {
 
@@ -22,14 +23,37 @@ struct Deleter {
 template <typename T>
 using Owned = std::unique_ptr<T, Deleter>;
 
+// Whether a line is a translation into a language that is not the user's.
+bool isForOthers(std::string_view line, const char* const* languages) {
+    std::string_view key = line.substr(0, line.find('='));
+    std::size_t bracket = key.find('[');
+    if (bracket == key.npos || bracket == 0) return false;
+    std::string language(key.substr(bracket + 1, key.find(']') - bracket - 1));
+    return !g_strv_contains(languages, language.c_str());
+}
+
+// GLib takes some 2,000 instructions for a line, and most lines are translations or belong to a menu of actions.
+std::string linesOfInterest(std::string_view bytes, const char* const* languages) {
+    std::string lines;
+    for (bool isInGroup = false; !bytes.empty();) {
+        std::string_view line = bytes.substr(0, bytes.find('\n'));
+        bytes.remove_prefix(std::min(line.size() + 1, bytes.size()));
+        if (line.starts_with('[') && std::exchange(isInGroup, true)) break;
+        if (!isForOthers(line, languages)) lines.append(line) += '\n';
+    }
+    return lines;
+}
+
 class MainGroup {
 public:
-    explicit MainGroup(bool isTranslated) : isTranslated_(isTranslated) {}
+    explicit MainGroup(bool isTranslated) : languages_(isTranslated ? g_get_language_names() : &kNone) {}
 
     // GLib would cut a value off at a zero byte.
     bool load(std::string_view bytes) {
-        if (bytes.find('\0') != bytes.npos) return false;
-        if (!g_key_file_load_from_data(file_.get(), bytes.data(), bytes.size(), G_KEY_FILE_NONE, nullptr)) return false;
+        std::string lines = linesOfInterest(bytes, languages_);
+        if (lines.find('\0') != lines.npos) return false;
+        if (!g_key_file_load_from_data(file_.get(), lines.data(), lines.size(), G_KEY_FILE_KEEP_TRANSLATIONS, nullptr))
+            return false;
         Owned<char> first(g_key_file_get_start_group(file_.get()));
         return first && std::string_view(first.get()) == kGroup;
     }
@@ -37,13 +61,17 @@ public:
     bool has(const char* key) const { return g_key_file_has_key(file_.get(), kGroup, key, nullptr); }
     bool isTrue(const char* key) const { return has(key) && g_key_file_get_boolean(file_.get(), kGroup, key, nullptr); }
     // Empty when there is none, when it is no UTF-8, and when it is too long.
-    std::string text(const char* key) const {
-        return has(key) ? kept(g_key_file_get_string(file_.get(), kGroup, key, nullptr)) : "";
+    std::string text(const std::string& key) const {
+        if (!has(key.c_str())) return {};
+        Owned<char> value(g_key_file_get_string(file_.get(), kGroup, key.c_str(), nullptr));
+        std::string_view text = value ? value.get() : "";
+        return std::string(text.size() > kMaximumDesktopEntryValue ? "" : text);
     }
-    std::string translated(const char* key) const {
-        if (!isTranslated_ || !has(key)) return text(key);
-        std::string translation = kept(g_key_file_get_locale_string(file_.get(), kGroup, key, nullptr, nullptr));
-        return translation.empty() ? text(key) : translation;
+    // GLib's own way to a translation makes up messages, too.
+    std::string translated(const std::string& key) const {
+        for (const char* const* language = languages_; *language; ++language)
+            if (std::string value = text(key + "[" + *language + "]"); !value.empty()) return value;
+        return text(key);
     }
     bool names(const char* key, const std::vector<std::string>& desktops) const {
         if (!has(key)) return false;
@@ -53,14 +81,9 @@ public:
     }
 
 private:
-    static std::string kept(char* value) {
-        Owned<char> owner(value);
-        std::string_view text = value ? value : "";
-        return std::string(text.size() > kMaximumDesktopEntryValue ? "" : text);
-    }
-
+    static constexpr const char* kNone = nullptr;
     Owned<GKeyFile> file_{g_key_file_new()};
-    const bool isTranslated_;
+    const char* const* const languages_;
 };
 
 // Field codes replaced as for a start without files; nothing when there is an unknown one.

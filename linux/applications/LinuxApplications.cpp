@@ -131,35 +131,40 @@ OSStatus LinuxApplications::itemInformation(std::string_view path, ItemInformati
     return kNoErr;
 }
 
-std::optional<ApplicationRecord> LinuxApplications::recordAtPath(std::string_view path) {
-    if (!isUsable(path)) return {};
+// Good until the next question.
+const ApplicationRecord* LinuxApplications::recordAtPath(std::string_view path) {
+    if (!isUsable(path)) return nullptr;
     refresh();
     std::string plain = withoutFinalSlashes(path);
-    if (const ApplicationRecord* known = index_.atPath(plain)) return *known;
+    if (const ApplicationRecord* known = index_.atPath(plain)) return known;
     int error = 0;
-    std::optional<ApplicationRecord> record = readApplicationRecord(plain, environment_, error);
-    if (!record || record->isBundle) return record;
+    outside_ = readApplicationRecord(plain, environment_, error);
+    if (!outside_) return nullptr;
     // A link to an installed entry stands for that entry.
-    const ApplicationRecord* target = index_.atPath(resolved(plain));
-    if (target) record->identifier = target->identifier;
-    return record;
+    if (const ApplicationRecord* target = index_.atPath(resolved(plain)); target && !outside_->isBundle)
+        outside_->identifier = target->identifier;
+    return &*outside_;
 }
 
 std::optional<std::string> LinuxApplications::bundleIdentifier(std::string_view path) {
-    std::optional<ApplicationRecord> record = recordAtPath(path);
-    if (!record || record->identifier.empty()) return {};
-    return record->identifier;
+    const ApplicationRecord* record = recordAtPath(path);
+    return record && !record->identifier.empty() ? std::optional(record->identifier) : std::nullopt;
 }
 
 std::string LinuxApplications::displayName(std::string_view path) {
-    std::optional<ApplicationRecord> record = recordAtPath(path);
+    const ApplicationRecord* record = recordAtPath(path);
     return record ? record->name : displayedLastComponent(path);
 }
 
-// An entry that only D-Bus starts has words, but no program.
+// What only D-Bus starts has words, but no program.
 OSStatus LinuxApplications::openApplication(std::string_view path) {
-    std::optional<ApplicationRecord> record = recordAtPath(path);
+    const ApplicationRecord* record = recordAtPath(path);
     return record && isNative(*record) && !record->words.empty() ? startDetached(record->words) : kFileNotFound;
+}
+
+std::optional<ApplicationRecord> LinuxApplications::applicationAtPath(std::string_view path) {
+    const ApplicationRecord* record = recordAtPath(path);
+    return record && record->isApplication ? std::optional(*record) : std::nullopt;
 }
 
 std::vector<ApplicationRecord> LinuxApplications::installedApplications() {
@@ -170,11 +175,6 @@ std::vector<ApplicationRecord> LinuxApplications::installedApplications() {
         if (record->isDisplayed && isNative(*record)) applications.push_back(*record);
     sortByName(applications);
     return applications;
-}
-
-std::optional<ApplicationRecord> LinuxApplications::applicationAtPath(std::string_view path) {
-    std::optional<ApplicationRecord> record = recordAtPath(path);
-    return record && record->isApplication ? record : std::nullopt;
 }
 
 void LinuxApplications::indexPrograms() {

@@ -47,12 +47,13 @@ private:
     const std::string& program(const std::string& name);
     bool isInstalled(const ApplicationRecord& record);
     bool isNative(const ApplicationRecord& record);
-    std::optional<ApplicationRecord> recordAtPath(std::string_view path);
+    const ApplicationRecord* recordAtPath(std::string_view path);
     void indexPrograms();
 
     const ApplicationEnvironment environment_;
     ApplicationIndex index_;
-    std::unordered_map<std::string, std::string> programs_;                // where they are, by what commands call them
+    std::optional<ApplicationRecord> outside_;               // what was last asked for that is in none of the folders
+    std::unordered_map<std::string, std::string> programs_;  // where they are, by what commands call them
     std::unordered_map<std::string, const ApplicationRecord*> byProgram_;  // by resolved path
     bool isProgramIndexFresh_ = false;
 };
