@@ -42,14 +42,11 @@ Descriptor endSignals() {
 
 // The handle of the process that began the session; not valid where there is none.
 Descriptor sessionHandle() {
-    SessionSources sources;
-    if (const char* root = std::getenv("TYPESLATE_ROOT")) sources.sessions.insert(0, root);
-    auto leader = sessionLeader(sources, ::getpid(), ::getuid());
-    auto before = leader ? readProcessStat(sources.processes, *leader) : std::nullopt;
-    if (!before) return {};
+    auto leader = sessionLeader();
+    if (!leader) return {};
+    auto before = startTicks(*leader);
     Descriptor handle = openProcess(*leader);
-    auto after = readProcessStat(sources.processes, *leader);
-    return after && after->startTicks == before->startTicks ? std::move(handle) : Descriptor();
+    return before && startTicks(*leader) == before ? std::move(handle) : Descriptor();
 }
 
 // poll() passes over descriptors below 0.

@@ -41,7 +41,7 @@ std::optional<std::string> bundleAround(std::string_view program) {
 std::vector<ProcessID> LinuxProcesses::runningProcesses() {
     std::vector<ProcessID> processes;
     OSStatus status = kNoErr;
-    auto folder = LinuxFiles().openFolder(sources_.processes, FolderDetail::Names, status);
+    auto folder = LinuxFiles().openFolder("/proc", FolderDetail::Names, status);
     if (!folder) return processes;
     std::vector<FolderEntry> entries;
     for (folder->nextBatch(512, entries); !entries.empty(); folder->nextBatch(512, entries))
@@ -56,7 +56,7 @@ ProcessID LinuxProcesses::currentProcess() { return ::getpid(); }
 // Nothing for processes of others, whose programs are not this user's business.
 std::optional<std::string> LinuxProcesses::program(ProcessID process) const {
     std::array<char, PATH_MAX> buffer;
-    std::string link = sources_.processes + "/" + std::to_string(process) + "/exe";
+    std::string link = processFolder(process) + "/exe";
     ssize_t length = ::readlink(link.c_str(), buffer.data(), buffer.size());
     if (length <= 0) return std::nullopt;
     return std::string(buffer.data(), static_cast<std::size_t>(length));
@@ -65,14 +65,14 @@ std::optional<std::string> LinuxProcesses::program(ProcessID process) const {
 // Root sees the programs of all.
 bool LinuxProcesses::isOfThisUser(ProcessID process) const {
     struct stat status;
-    return ::stat((sources_.processes + "/" + std::to_string(process)).c_str(), &status) == 0 &&
+    return ::stat(processFolder(process).c_str(), &status) == 0 &&
            status.st_uid == ::geteuid();
 }
 
 std::optional<ProcessSerialNumber> LinuxProcesses::serialNumber(ProcessID process) {
-    auto stat = readProcessStat(sources_.processes, process);
-    if (!stat) return std::nullopt;
-    return ProcessSerialNumber{static_cast<std::uint32_t>(stat->startTicks), static_cast<std::uint32_t>(process)};
+    auto started = startTicks(process);
+    if (!started) return std::nullopt;
+    return ProcessSerialNumber{static_cast<std::uint32_t>(*started), static_cast<std::uint32_t>(process)};
 }
 
 std::optional<std::string> LinuxProcesses::bundleFolder(ProcessID process) {
@@ -89,12 +89,9 @@ std::optional<std::string> LinuxProcesses::bundlePath(ProcessID process) {
     return application ? std::optional(application->path) : std::nullopt;
 }
 
-bool LinuxProcesses::isSessionLeader(ProcessID process) {
-    return sessionLeader(sources_, currentProcess(), ::getuid()) == process;
-}
-
 std::optional<std::string> LinuxProcesses::bundleIdentifier(ProcessID process) {
-    if (isSessionLeader(process)) return std::string(kLoginWindowIdentifier);
+    if (!leader_) leader_ = sessionLeader();
+    if (*leader_ == process) return std::string(kLoginWindowIdentifier);
     auto executable = program(process);
     if (!executable) return std::nullopt;
     if (auto folder = bundleAround(*executable)) {
@@ -120,11 +117,10 @@ bool LinuxProcesses::postQuitRequest(const ProcessSerialNumber& process, std::st
 
 // Counted back from now, not on from the machine's start: whoever sets the clock moves both ends.
 std::optional<Date> LinuxProcesses::launchDate(ProcessID process) {
-    auto stat = readProcessStat(sources_.processes, process);
-    if (!stat) return std::nullopt;
+    auto started = startTicks(process);
     std::int64_t ticksPerSecond = ::sysconf(_SC_CLK_TCK);
-    if (stat->startTicks < 0 || stat->startTicks > INT64_MAX / 1'000'000) return std::nullopt;
-    std::int64_t sinceStart = stat->startTicks * 1'000'000 / ticksPerSecond;
+    if (!started || *started < 0 || *started > INT64_MAX / 1'000'000) return std::nullopt;
+    std::int64_t sinceStart = *started * 1'000'000 / ticksPerSecond;
     return Date{microseconds(CLOCK_REALTIME) - microseconds(CLOCK_BOOTTIME) + sinceStart};
 }
 

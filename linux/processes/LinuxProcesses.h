@@ -11,9 +11,8 @@ namespace linux {
 // The session's leader has the identifier of the login window. A serial number is made of the start time and the id.
 class LinuxProcesses final : public platform::ProcessServices {
 public:
-    // The applications outlive this object.
-    explicit LinuxProcesses(LinuxApplications& applications, SessionSources sources = {})
-        : applications_(applications), sources_(std::move(sources)) {}
+    // The applications outlive this object. The session's leader is asked for once.
+    explicit LinuxProcesses(LinuxApplications& applications) : applications_(applications) {}
 
     std::vector<platform::ProcessID> runningProcesses() override;
     platform::ProcessID currentProcess() override;
@@ -27,10 +26,9 @@ public:
 private:
     std::optional<std::string> program(platform::ProcessID process) const;
     bool isOfThisUser(platform::ProcessID process) const;
-    bool isSessionLeader(platform::ProcessID process);
 
     LinuxApplications& applications_;
-    const SessionSources sources_;
+    std::optional<std::optional<platform::ProcessID>> leader_;
 };
 
 // The innermost folder with the extension .app or .plinth around a program; nothing when there is none.

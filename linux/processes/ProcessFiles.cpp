@@ -11,7 +11,7 @@ using namespace platform;
 namespace {
 
 // Fields as proc(5) numbers them; the first after the program's name is 3.
-constexpr int kFirstField = 3, kParentField = 4, kStartField = 22;
+constexpr int kFirstField = 3, kStartField = 22;
 
 std::string_view takeField(std::string_view& rest) {
     std::string_view field = rest.substr(0, rest.find(' '));
@@ -29,24 +29,20 @@ std::optional<std::int64_t> decimal(std::string_view text) {
     return isWhole ? std::optional(number) : std::nullopt;
 }
 
-// The program's name stands in parentheses and may itself hold blanks and parentheses.
-std::optional<ProcessStat> parseProcessStat(std::string_view line) {
-    std::size_t nameEnd = line.rfind(") ");
-    if (nameEnd == std::string_view::npos) return std::nullopt;
-    std::string_view rest = line.substr(nameEnd + 2);
-    std::optional<std::int64_t> parent, start;
-    for (int field = kFirstField; field <= kStartField; ++field) {
-        std::string_view text = takeField(rest);
-        if (field == kParentField) parent = decimal(text);
-        if (field == kStartField) start = decimal(text);
-    }
-    if (!parent || !start) return std::nullopt;
-    return ProcessStat{*parent, *start};
+std::string processFolder(ProcessID process) { return "/proc/" + std::to_string(process); }
+
+std::optional<std::int64_t> startTicks(ProcessID process) {
+    auto stat = LinuxFiles().readFile(processFolder(process) + "/stat");
+    return stat ? startTicksIn(*stat) : std::nullopt;
 }
 
-std::optional<ProcessStat> readProcessStat(const std::string& folder, ProcessID process) {
-    auto line = LinuxFiles().readFile(folder + "/" + std::to_string(process) + "/stat");
-    return line ? parseProcessStat(*line) : std::nullopt;
+// The program's name stands in parentheses and may itself hold blanks and parentheses.
+std::optional<std::int64_t> startTicksIn(std::string_view stat) {
+    std::size_t nameEnd = stat.rfind(") ");
+    if (nameEnd == std::string_view::npos) return std::nullopt;
+    std::string_view rest = stat.substr(nameEnd + 2);
+    for (int field = kFirstField; field < kStartField; ++field) takeField(rest);
+    return decimal(takeField(rest));
 }
 
 }  // namespace linux

@@ -9,14 +9,11 @@
 
 namespace linux {
 
-struct ProcessStat {
-    platform::ProcessID parent = 0;
-    std::int64_t startTicks = 0;  // since the machine's start, in clock ticks
-};
-
-// From <folder>/<process>/stat; nothing when there is no such process.
-std::optional<ProcessStat> readProcessStat(const std::string& folder, platform::ProcessID process);
-std::optional<ProcessStat> parseProcessStat(std::string_view line);
+std::string processFolder(platform::ProcessID process);
+// When a process was started, in clock ticks since the machine's start; nothing when there is no such process.
+std::optional<std::int64_t> startTicks(platform::ProcessID process);
+// The same from the line in its file "stat".
+std::optional<std::int64_t> startTicksIn(std::string_view stat);
 // A number that is all of the text, but for a line end.
 std::optional<std::int64_t> decimal(std::string_view text);
 

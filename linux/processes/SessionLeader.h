@@ -4,18 +4,12 @@
 #include "platform/Processes.h"
 
 #include <optional>
-#include <string>
 
 namespace linux {
 
-struct SessionSources {
-    std::string processes = "/proc";
-    std::string sessions = "/run/systemd";  // what the login manager publishes
-};
-
-// Nothing where there is no such process: no login manager, a container, a service. docs/updates.md has the order in
-// which it is looked for.
-std::optional<platform::ProcessID> sessionLeader(const SessionSources& sources, platform::ProcessID self,
-                                                 std::uint32_t user);
+// As the login manager (org.freedesktop.login1 on the system bus) knows it: the leader of the session that this process
+// is in, else of the user's graphical one. Asks anew at each call, for a second at most. Nothing where there is no such
+// session or nobody to ask: no login manager, a container, a service, built without libsystemd.
+std::optional<platform::ProcessID> sessionLeader();
 
 }  // namespace linux

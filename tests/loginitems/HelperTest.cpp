@@ -4,6 +4,7 @@
 #include "linux/processes/LinuxProcesses.h"
 #include "settings/EntryList.h"
 #include "tests/support/Check.h"
+#include "tests/support/FakeLogind.h"
 #include "tests/support/FakePlatform.h"
 
 #include <fcntl.h>
@@ -70,8 +71,8 @@ TEST(OneHelperTakesInChangesUntilItsSessionEnds) {
     check::TemporaryFolder home;
     const check::ScopedEnvironment config("XDG_CONFIG_HOME", (home / "config").c_str()),
         runtime("XDG_RUNTIME_DIR", home.path().c_str()), root("TYPESLATE_ROOT", home.path().c_str()),
-        session("XDG_SESSION_ID", "t1"), watched("TYPESLATE_LOG", "stderr");
-    for (const std::string& folder : {home / "run/systemd/sessions", home / "dotfiles", preferencesFolder()})
+        watched("TYPESLATE_LOG", "stderr");
+    for (const std::string& folder : {home / "dotfiles", preferencesFolder()})
         fs::create_directories(folder);
     fs::create_symlink(home / "dotfiles/t.plist", preferencesFolder() + "/com.tarnwick.typeslate.plist");
     fake::Log log;
@@ -82,7 +83,7 @@ TEST(OneHelperTakesInChangesUntilItsSessionEnds) {
     };
     set(settings::kLogStuffKey, true);
     Sleeper leader("/bin/sleep");
-    check::writeFile(home / "run/systemd/sessions/t1", "LEADER=" + std::to_string(leader.process) + "\n");
+    check::FakeLogind logind(static_cast<std::uint32_t>(leader.process));
 
     Helper helper;
     CHECK_EQ(helper.line(), "[Typeslate] Took in the settings: 0 entries, enabled");

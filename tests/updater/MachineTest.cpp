@@ -9,6 +9,9 @@
 #include "propertylist/Date.h"
 #include "tests/store/StoreSupport.h"
 #include "tests/updater/UpdaterFixture.h"
+#ifdef HAVE_SYSTEMD
+#include "tests/support/FakeLogind.h"
+#endif
 
 #include <fcntl.h>
 #include <sys/mman.h>
@@ -183,7 +186,7 @@ TEST(UpdatersThatCannotRun) {
 
 TEST(ProcessesTheirBundlesAndTheirAge) {
     LinuxApplications applications;
-    LinuxProcesses processes(applications, {"/proc", "/nowhere"});
+    LinuxProcesses processes(applications);
     std::vector<ProcessID> all = processes.runningProcesses();
     CHECK(std::ranges::binary_search(all, processes.currentProcess()));
     struct timespec now;
@@ -201,51 +204,25 @@ TEST(ProcessesTheirBundlesAndTheirAge) {
                                    {"/x.app", ""}})
         CHECK_EQ(bundleAround(program).value_or(""), bundle);
 
-    auto stat = parseProcessStat("7 (a) b) S 3 7 7 0 -1 4194560 1 0 0 0 0 0 0 0 20 0 1 0 4711 1 2");
-    REQUIRE(stat);
-    CHECK(stat->parent == 3 && stat->startTicks == 4711);
-    for (const char* bad : {"", "7 (a", "7 (a) S", "7 (a) S x 7 7 0 -1 4194560 1 0 0 0 0 0 0 0 20 0 1 0 4711"})
-        CHECK(!parseProcessStat(bad));
+    CHECK_EQ(startTicksIn("7 (a) b) S 3 7 7 0 -1 4194560 1 0 0 0 0 0 0 0 20 0 1 0 4711 1 2").value_or(0), 4711);
+    for (const char* bad : {"", "7 (a", "7 (a) S", "7 (a) S 3 7 7 0 -1 4194560 1 0 0 0 0 0 0 0 20 0 1 0 x 1 2"})
+        CHECK(!startTicksIn(bad));
 }
 
-TEST(TheSessionsLeaderIsFoundInEachPlace) {
-    check::TemporaryFolder folder;
-    const SessionSources sources{folder / "proc", folder / "run"};
-    auto write = [&](const std::string& path, const std::string& text) { check::writeFile(folder / path, text); };
-    auto addProcess = [&](int process, int parent, const char* session) {
-        std::string own = "proc/" + std::to_string(process);
-        write(own + "/stat", std::to_string(process) + " (p) S " + std::to_string(parent) +
-                                 " 7 7 0 -1 4194560 1 0 0 0 0 0 0 0 20 0 1 0 4711 1 2");
-        write(own + "/sessionid", session);
-    };
-    check::ScopedEnvironment noSession("XDG_SESSION_ID", nullptr);
-    addProcess(50, 40, "4294967295");
-    CHECK(!sessionLeader(sources, 50, 1000));
-    addProcess(40, 30, "7");
-    addProcess(50, 40, "7");
-    addProcess(30, 20, "7\n");
-    addProcess(20, 1, "4294967295");
-    CHECK_EQ(sessionLeader(sources, 50, 1000).value_or(0), 30);
-    CHECK(!sessionLeader(sources, 30, 1000));
-
-    write("run/users/1000", "NAME=x\nDISPLAY=c2\n");
-    write("run/sessions/c2", "UID=1000\nLEADER=40\n");
-    CHECK_EQ(sessionLeader(sources, 50, 1000).value_or(0), 40);
-    CHECK_EQ(sessionLeader(sources, 50, 1001).value_or(0), 30);
-    write("run/sessions/3", "LEADER=20");
-    write("run/sessions/4", "LEADER=9999");
-    for (auto [name, leader] : {std::pair{"3", 20}, {"4", 40}, {"../sessions/3", 40}, {"", 40}, {"5", 40}}) {
-        CONTEXT(name);
-        check::ScopedEnvironment session("XDG_SESSION_ID", name);
-        CHECK_EQ(sessionLeader(sources, 50, 1000).value_or(0), leader);
-    }
-    check::ScopedEnvironment session("XDG_SESSION_ID", "3");
+#ifdef HAVE_SYSTEMD
+TEST(TheSessionsLeaderIsTheLoginWindow) {
     LinuxApplications applications;
-    LinuxProcesses processes(applications, sources);
-    CHECK_EQ(processes.bundleIdentifier(20).value_or(""), kLoginWindowIdentifier);
-    CHECK(!processes.bundleIdentifier(40));
-    CHECK_EQ(processes.runningProcesses(), (std::vector<ProcessID>{20, 30, 40, 50}));
+    auto identifier = [&](ProcessID process) { return LinuxProcesses(applications).bundleIdentifier(process); };
+    for (std::uint32_t leader : {static_cast<std::uint32_t>(::getppid()), 0U}) {
+        check::FakeLogind logind(leader);
+        CHECK_EQ(sessionLeader().value_or(0), leader);
+        CHECK_EQ(identifier(::getppid()) == kLoginWindowIdentifier, leader != 0);
+        CHECK(identifier(::getpid()) != kLoginWindowIdentifier);
+    }
+    check::ScopedEnvironment nobody("DBUS_SYSTEM_BUS_ADDRESS", "unix:path=/nowhere");
+    CHECK(!sessionLeader());
 }
+#endif
 
 TEST(DatesInTheUsersLanguage) {
     check::ScopedEnvironment zone("TZ", "UTC");
