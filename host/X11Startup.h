@@ -8,7 +8,7 @@ namespace host {
 
 // Tells the desktop that the start has ended, and asks the window manager to activate the window with the time of the
 // user's deed that is in the id ("…_TIME<number>"), without which it may take a raised window for an intrusion. False
-// when it could not ask: no display, no time in the id, or built without libxcb.
+// when it could not ask: no display, no time in the id, or built without libstartup-notification.
 bool endX11Startup(std::uint32_t window, const std::string& id);
 
 }  // namespace host

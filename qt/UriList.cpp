@@ -3,6 +3,7 @@
 #include <QList>
 #include <QString>
 #include <QSysInfo>
+#include <QUrl>
 
 #include <optional>
 
@@ -10,22 +11,16 @@ namespace qt {
 
 namespace {
 
-bool isThisMachine(const QByteArray& host) {
-    return host.isEmpty() || host.compare("localhost", Qt::CaseInsensitive) == 0 ||
-           host.compare(QSysInfo::machineHostName().toUtf8(), Qt::CaseInsensitive) == 0;
+bool isThisMachine(const QString& host) {
+    return host.isEmpty() || host == QLatin1String("localhost") ||
+           host.compare(QSysInfo::machineHostName(), Qt::CaseInsensitive) == 0;
 }
 
-// "file:///path", "file://host/path" and the short "file:/path".
-std::optional<std::string> localFile(QByteArray uri) {
-    constexpr int kSchemeLength = 5;
-    if (uri.left(kSchemeLength).compare("file:", Qt::CaseInsensitive) != 0) return std::nullopt;
-    uri = uri.mid(kSchemeLength);
-    if (uri.startsWith("//")) {
-        int slash = static_cast<int>(uri.indexOf('/', 2));
-        if (slash < 0 || !isThisMachine(uri.mid(2, slash - 2))) return std::nullopt;
-        uri = uri.mid(slash);
-    }
-    QByteArray path = QByteArray::fromPercentEncoding(uri);
+std::optional<std::string> localFile(const QByteArray& address) {
+    QUrl url = QUrl::fromEncoded(address);
+    if (url.scheme() != QLatin1String("file") || !isThisMachine(url.host())) return std::nullopt;
+    // As bytes: a path need not be UTF-8.
+    QByteArray path = QByteArray::fromPercentEncoding(url.path(QUrl::FullyEncoded).toLatin1());
     if (!path.startsWith('/') || path.contains('\0')) return std::nullopt;
     while (path.size() > 1 && path.endsWith('/')) path.chop(1);
     return path.toStdString();

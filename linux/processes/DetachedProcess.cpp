@@ -28,10 +28,8 @@ void resetSignals() {
 // safe in a signal handler: this process may have other threads, and the locks that they held stay locked in the copy.
 [[noreturn]] void becomeProgram(char* const* arguments, int reply) {
     resetSignals();
-    if (int input = open("/dev/null", O_RDONLY); input > 0) {
-        dup2(input, STDIN_FILENO);
-        close(input);
-    }
+    if (int nothing = open("/dev/null", O_RDWR); nothing >= 0)
+        for (int stream : {STDIN_FILENO, STDOUT_FILENO}) dup2(nothing, stream);
     close_range(STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC);
     // The search on PATH would hand a file that is no program to a shell.
     if (std::strchr(arguments[0], '/'))

@@ -65,8 +65,7 @@ std::optional<std::string> LinuxProcesses::program(ProcessID process) const {
 // Root sees the programs of all.
 bool LinuxProcesses::isOfThisUser(ProcessID process) const {
     struct stat status;
-    return ::stat(processFolder(process).c_str(), &status) == 0 &&
-           status.st_uid == ::geteuid();
+    return ::stat(processFolder(process).c_str(), &status) == 0 && status.st_uid == ::geteuid();
 }
 
 std::optional<ProcessSerialNumber> LinuxProcesses::serialNumber(ProcessID process) {

@@ -72,8 +72,7 @@ TEST(OneHelperTakesInChangesUntilItsSessionEnds) {
     const check::ScopedEnvironment config("XDG_CONFIG_HOME", (home / "config").c_str()),
         runtime("XDG_RUNTIME_DIR", home.path().c_str()), root("TYPESLATE_ROOT", home.path().c_str()),
         watched("TYPESLATE_LOG", "stderr");
-    for (const std::string& folder : {home / "dotfiles", preferencesFolder()})
-        fs::create_directories(folder);
+    for (const std::string& folder : {home / "dotfiles", preferencesFolder()}) fs::create_directories(folder);
     fs::create_symlink(home / "dotfiles/t.plist", preferencesFolder() + "/com.tarnwick.typeslate.plist");
     fake::Log log;
     DiskPreferences preferences(preferencesFolder(), log);

@@ -38,7 +38,9 @@ public:
     }
 
 private:
-    static int hello(sd_bus_message* call, void*, sd_bus_error*) { return sd_bus_reply_method_return(call, "s", ":1.1"); }
+    static int hello(sd_bus_message* call, void*, sd_bus_error*) {
+        return sd_bus_reply_method_return(call, "s", ":1.1");
+    }
 
     static void serve(int client, std::uint32_t leader) {
         static constexpr sd_bus_vtable kBus[] = {SD_BUS_VTABLE_START(0),
