@@ -146,8 +146,10 @@ TEST(AnUpdaterGetsThePathAndIsNobodysChild) {
     Machine machine;
     const std::string fifo = machine.folder / "answer";
     REQUIRE(::mkfifo(fifo.c_str(), 0600) == 0);
-    machine.writeProgram("#!/bin/sh\nprintf '%s|%s|%s' \"$#\" \"$1\" \"$(cut -d' ' -f6 /proc/$$/stat)\" > '" + fifo +
-                         "'\n");
+    machine.writeProgram(
+        "#!/bin/sh\nstate=$(readlink /proc/$$/fd/0 /proc/$$/fd/1 /proc/$$/fd/9; grep SigIgn /proc/$$/status)\n"
+        "printf '%s|%s|%s|%s' \"$#\" \"$1\" \"$(cut -d' ' -f6 /proc/$$/stat)\" \"$state\" > '" + fifo + "'\n");
+    int inherited = ::fcntl(::fileno(stderr), F_DUPFD, 9);  // not to be closed by a mere execve
     const std::string argument = machine.folder / "a module; $(exit) \"quoted\"\nline";
     LinuxLauncher launcher;
     for (auto handler : {SIG_DFL, SIG_IGN, +[](int) {
@@ -159,11 +161,13 @@ TEST(AnUpdaterGetsThePathAndIsNobodysChild) {
         auto old = std::signal(SIGCHLD, handler);
         CHECK_EQ(launcher.launchApplication(machine.updaterPath, argument), kNoErr);
         std::string answer = check::readFile(fifo);
-        std::string session = "|" + std::to_string(::getsid(0));
-        CHECK(answer.starts_with("1|" + argument + "|") && !answer.ends_with(session));
+        std::string session = "|" + std::to_string(::getsid(0)) + "|";
+        CHECK(answer.starts_with("1|" + argument + "|") && answer.find(session) == answer.npos);
+        CHECK(answer.ends_with("|/dev/null\n/dev/null\nSigIgn:\t0000000000000000"));
         CHECK(::waitpid(-1, nullptr, WNOHANG) == -1 && errno == ECHILD);
         std::signal(SIGCHLD, old);
     }
+    ::close(inherited);
 }
 
 TEST(UpdatersThatCannotRun) {
