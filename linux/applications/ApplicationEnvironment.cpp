@@ -1,6 +1,7 @@
 #include "linux/applications/ApplicationEnvironment.h"
 
 #include "linux/files/LinuxFiles.h"
+#include "linux/files/Paths.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -27,10 +28,8 @@ void addUnique(std::vector<std::string>& folders, std::string folder) {
 
 std::vector<std::string> foldersIn(const char* variable) {
     std::vector<std::string> folders;
-    for (std::string& folder : listIn(variable)) {
-        while (folder.size() > 1 && folder.back() == '/') folder.pop_back();
-        if (folder.starts_with('/')) addUnique(folders, std::move(folder));
-    }
+    for (const std::string& folder : listIn(variable))
+        if (folder.starts_with('/')) addUnique(folders, withoutFinalSlashes(folder));
     return folders;
 }
 
@@ -45,9 +44,7 @@ ApplicationEnvironment ApplicationEnvironment::current() {
 
     ApplicationEnvironment environment;
     for (const std::string& folder : dataFolders) addUnique(environment.desktopEntryFolders, folder + "/applications");
-    // The local domain is a place of the system's own: what stands before it is the test root.
-    std::string local = files.folder(FolderDomain::Local, FolderKind::Library).value();
-    environment.testRoot = local.substr(0, local.rfind('/'));
+    environment.testRoot = linux::testRoot();
     addUnique(environment.bundleFolders, files.expandTilde("~/Applications"));
     addUnique(environment.bundleFolders, environment.testRoot + "/Applications");
     environment.programFolders = foldersIn("PATH");

@@ -2,6 +2,7 @@
 
 #include "linux/applications/DesktopEntry.h"
 #include "linux/files/LinuxFiles.h"
+#include "linux/files/WholeFile.h"
 
 #include <fcntl.h>
 
@@ -31,19 +32,19 @@ ItemKind kindBehind(const std::string& link) {
     }
 }
 
-// The coarsest time stamps of file systems in use are two seconds; a time in the future is no older than one.
-bool isLongAgo(const FileStamp& stamp) {
+// A time in the future is as far away as one in the past.
+bool isLongAgo(const FileIdentity& stamp, std::chrono::nanoseconds granularity) {
     std::chrono::nanoseconds now = std::chrono::system_clock::now().time_since_epoch();
     std::chrono::nanoseconds changed(std::max(stamp.modified, stamp.changed));
-    return std::chrono::abs(now - changed) > std::chrono::seconds(2);
+    return std::chrono::abs(now - changed) > granularity;
 }
 
 std::string describingFile(const std::string& path, bool isBundle) {
     return isBundle ? path + "/Contents/Info.plist" : path;
 }
 
-FileStamp stampOf(const std::string& path, bool isBundle) {
-    return FileStamp::of(AT_FDCWD, describingFile(path, isBundle).c_str());
+FileIdentity stampOf(const std::string& path, bool isBundle) {
+    return FileIdentity::of(AT_FDCWD, describingFile(path, isBundle).c_str());
 }
 
 // "kde-foo" for kde/foo.desktop in the folder.
@@ -73,7 +74,7 @@ bool ApplicationIndex::refresh() {
     if (!isFirst && now - foldersSeen_ < kFolderInterval) return false;
     foldersSeen_ = now;
     auto hasChanged = [](const Folder& folder) {
-        return !folder.isSettled || FileStamp::of(AT_FDCWD, folder.path.c_str()) != folder.stamp;
+        return !folder.isSettled || FileIdentity::of(AT_FDCWD, folder.path.c_str()) != folder.stamp;
     };
     if (isFirst || now - filesSeen_ >= kFileInterval || std::ranges::any_of(folders_, hasChanged)) scan();
     return true;
@@ -105,9 +106,9 @@ void ApplicationIndex::scanTree(Tree tree) {
 }
 
 void ApplicationIndex::scanFolder(const std::string& path, Tree& tree) {
-    FileStamp stamp = FileStamp::of(AT_FDCWD, path.c_str());
-    if (folders_.size() >= kMaximumFolders || !tree.seen.insert({stamp.device, stamp.inode}).second) return;
-    folders_.push_back({path, stamp, isLongAgo(stamp)});
+    FileIdentity stamp = FileIdentity::of(AT_FDCWD, path.c_str());
+    if (folders_.size() >= kMaximumFolders || !tree.seen.insert(stamp.item()).second) return;
+    folders_.push_back({path, stamp, isLongAgo(stamp, granularity_)});
     OSStatus status = kNoErr;
     auto folder = LinuxFiles().openFolder(path, FolderDetail::Names, status);
     std::vector<FolderEntry> items;
@@ -133,8 +134,8 @@ void ApplicationIndex::scanFolder(const std::string& path, Tree& tree) {
 void ApplicationIndex::addFile(const std::string& path, const Tree& tree) {
     if (files_.contains(path)) return;  // a folder of one tree may be in another
     auto known = oldFiles_.extract(path);
-    FileStamp stamp = known ? known.mapped().stamp : FileStamp();
-    if (stamp != FileStamp() && stamp == stampOf(path, tree.isOfBundles))
+    FileIdentity stamp = known ? known.mapped().stamp : FileIdentity();
+    if (stamp != FileIdentity() && stamp == stampOf(path, tree.isOfBundles))
         files_.insert(std::move(known));
     else
         files_[path] = {path, tree.isOfBundles, tree.isOfBundles ? "" : identifierOf(path, tree.root), {}, {}, {}, {}};
@@ -146,16 +147,14 @@ void ApplicationIndex::addFile(const std::string& path, const Tree& tree) {
         bundles_.push_back(record);
 }
 
-std::optional<std::string_view> ApplicationIndex::bytesOf(File& file) {
-    file.stamp = stampOf(file.path, file.isBundle);
-    return reader_.read(AT_FDCWD, describingFile(file.path, file.isBundle).c_str());
-}
-
 const ApplicationRecord* ApplicationIndex::read(File& file) {
-    if (!std::exchange(file.isRead, true))
-        if (std::optional<std::string_view> bytes = bytesOf(file))
-            file.record = file.isBundle ? bundleRecord(file.path, *bytes)
-                                        : desktopEntryRecord(file.path, file.identifier, *bytes, environment_);
+    if (!std::exchange(file.isRead, true)) {
+        file.stamp = stampOf(file.path, file.isBundle);
+        std::string bytes;
+        if (!readDescription(FileAccess::system(), AT_FDCWD, describingFile(file.path, file.isBundle).c_str(), bytes))
+            file.record = file.isBundle ? bundleRecord(file.path, bytes)
+                                        : desktopEntryRecord(file.path, file.identifier, bytes, environment_);
+    }
     return file.record ? &*file.record : nullptr;
 }
 
@@ -169,10 +168,14 @@ const ApplicationRecord* ApplicationIndex::entry(const std::string& identifier) 
 }
 
 void ApplicationIndex::readNames() {
+    std::string bytes;
     for (File* file : inOrder_) {
         if (file->isBundle) continue;
-        if (file->name.empty() && !file->isRead)
-            if (std::optional<std::string_view> bytes = bytesOf(*file)) file->name = plainNameIn(*bytes);
+        if (file->name.empty() && !file->isRead) {
+            file->stamp = stampOf(file->path, false);
+            if (!readDescription(FileAccess::system(), AT_FDCWD, file->path.c_str(), bytes))
+                file->name = plainNameIn(bytes);
+        }
         const ApplicationRecord* record = file->name.empty() ? read(*file) : nullptr;
         byName_[record ? record->searchName : file->name].push_back(file);
     }

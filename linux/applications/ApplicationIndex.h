@@ -4,7 +4,7 @@
 #pragma once
 
 #include "linux/applications/ApplicationRecord.h"
-#include "linux/files/SmallFile.h"
+#include "linux/files/FileIdentity.h"
 #include "platform/FileServices.h"
 
 #include <chrono>
@@ -28,9 +28,11 @@ public:
     static constexpr int kMaximumDesktopEntryDepth = 8, kMaximumBundleDepth = 1;
     static constexpr std::size_t kMaximumFolders = 1024;
 
-    // The environment outlives the index. Nothing is read before the first refresh().
-    ApplicationIndex(const ApplicationEnvironment& environment, Clock clock)
-        : environment_(environment), clock_(std::move(clock)) {}
+    // The environment outlives the index. Nothing is read before the first refresh(). A folder that changed no longer
+    // ago than the granularity of a file system's times is listed again at each look.
+    ApplicationIndex(const ApplicationEnvironment& environment, Clock clock,
+                     std::chrono::nanoseconds granularity = std::chrono::seconds(2))
+        : environment_(environment), clock_(std::move(clock)), granularity_(granularity) {}
     ApplicationIndex(const ApplicationIndex&) = delete;
 
     // Takes in what has changed on the disk if the last look was long enough ago; true when it looked.
@@ -60,14 +62,14 @@ private:
     };
     struct Folder {
         std::string path;
-        FileStamp stamp;  // all zero: there is no such folder
-        bool isSettled;   // one that changed a moment ago can change again without showing another time
+        FileIdentity stamp;  // all zero: there is no such folder
+        bool isSettled;      // one that changed a moment ago can change again without showing another time
     };
     struct File {
         std::string path;
         bool isBundle = false;
         std::string identifier, name;  // of a desktop entry: by its place, and as far as it can be told without GLib
-        FileStamp stamp;               // from before it was read; all zero: it was not
+        FileIdentity stamp;            // from before it was read; all zero: it was not
         bool isRead = false;
         std::optional<ApplicationRecord> record;  // nothing: malformed or unreadable
     };
@@ -76,14 +78,13 @@ private:
     void scanTree(Tree tree);
     void scanFolder(const std::string& path, Tree& tree);
     void addFile(const std::string& path, const Tree& tree);
-    std::optional<std::string_view> bytesOf(File& file);
     const ApplicationRecord* read(File& file);
     const ApplicationRecord* entry(const std::string& identifier);
     void readNames();
 
     const ApplicationEnvironment& environment_;
     const Clock clock_;
-    SmallFileReader reader_;
+    const std::chrono::nanoseconds granularity_;
     std::chrono::steady_clock::time_point foldersSeen_, filesSeen_;
     std::vector<Folder> folders_;
     std::unordered_map<std::string, File> files_, oldFiles_;  // by path

@@ -2,7 +2,8 @@
 
 #include "linux/applications/DesktopEntry.h"
 #include "linux/applications/Programs.h"
-#include "linux/files/SmallFile.h"
+#include "linux/files/Paths.h"
+#include "linux/files/WholeFile.h"
 #include "linux/system/DisplayText.h"
 #include "propertylist/Codec.h"
 
@@ -10,6 +11,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 
 namespace linux {
@@ -87,22 +89,19 @@ std::optional<ApplicationRecord> readApplicationRecord(const std::string& path,
     bool isBundle = !error && S_ISDIR(status.st_mode) && path.ends_with(kBundleSuffix);
     bool isDesktopEntry = !error && S_ISREG(status.st_mode) && path.ends_with(kDesktopEntrySuffix);
     if (!isBundle && !isDesktopEntry) return {};
-    SmallFileReader reader;
-    std::string file = isBundle ? path + "/Contents/Info.plist" : path;
-    std::optional<std::string_view> bytes = reader.read(AT_FDCWD, file.c_str());
-    bool describesNothing =
-        reader.error() == ENOENT || reader.error() == ENOTDIR || reader.error() == EFBIG || reader.error() == EINVAL;
-    error = describesNothing ? 0 : reader.error();
-    if (!bytes) return {};
-    if (isBundle) return bundleRecord(path, *bytes);
-    return desktopEntryRecord(path, std::string(without(kDesktopEntrySuffix, lastComponent(path))), *bytes,
-                              environment);
+    std::string file = isBundle ? path + "/Contents/Info.plist" : path, bytes;
+    if (Failure failure = readDescription(FileAccess::system(), AT_FDCWD, file.c_str(), bytes)) {
+        auto describesNothing = {0, ENOENT, ENOTDIR, EISDIR, EFBIG};
+        error = std::ranges::find(describesNothing, failure.error) == describesNothing.end() ? failure.error : 0;
+        return {};
+    }
+    if (isBundle) return bundleRecord(path, bytes);
+    return desktopEntryRecord(path, std::string(without(kDesktopEntrySuffix, lastComponent(path))), bytes, environment);
 }
 
 std::optional<StartDescription> startDescription(std::string_view path, const ApplicationEnvironment& environment) {
     if (!path.starts_with('/') || path.find('\0') != path.npos) return {};
-    while (path.size() > 1 && path.ends_with('/')) path.remove_suffix(1);
-    std::string plain(path);
+    std::string plain = withoutFinalSlashes(std::string(path));
     int error = 0;
     if (std::optional<ApplicationRecord> record = readApplicationRecord(plain, environment, error)) {
         bool canStart = record->isApplication && !record->words.empty();

@@ -2,6 +2,7 @@
 
 #include "linux/applications/Programs.h"
 #include "linux/files/ErrnoStatus.h"
+#include "linux/files/Paths.h"
 #include "linux/processes/DetachedProcess.h"
 
 #include <algorithm>
@@ -33,11 +34,6 @@ constexpr std::array<StandIns, 2> kStandIns = {{
      {"org.gnome.FontManager", "com.github.FontManager.FontManager", "fontmatrix", "kcm_fontinst",
       "org.gnome.font-viewer", "org.kde.kfontview"}},
 }};
-
-std::string withoutFinalSlashes(std::string_view path) {
-    while (path.size() > 1 && path.ends_with('/')) path.remove_suffix(1);
-    return std::string(path);
-}
 
 bool isUsable(std::string_view path) { return path.starts_with('/') && path.find('\0') == std::string_view::npos; }
 
@@ -123,7 +119,8 @@ OSStatus LinuxApplications::itemInformation(std::string_view path, ItemInformati
     if (!isUsable(path)) return kParamErr;
     refresh();
     int error = 0;
-    std::optional<ApplicationRecord> record = readApplicationRecord(withoutFinalSlashes(path), environment_, error);
+    std::optional<ApplicationRecord> record =
+        readApplicationRecord(withoutFinalSlashes(std::string(path)), environment_, error);
     if (error) return statusOfErrno(error);
     if (!record) return kNoErr;
     information.creator = record->creator;
@@ -135,7 +132,7 @@ OSStatus LinuxApplications::itemInformation(std::string_view path, ItemInformati
 const ApplicationRecord* LinuxApplications::recordAtPath(std::string_view path) {
     if (!isUsable(path)) return nullptr;
     refresh();
-    std::string plain = withoutFinalSlashes(path);
+    std::string plain = withoutFinalSlashes(std::string(path));
     if (const ApplicationRecord* known = index_.atPath(plain)) return known;
     int error = 0;
     outside_ = readApplicationRecord(plain, environment_, error);
