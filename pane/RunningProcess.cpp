@@ -7,9 +7,9 @@ using namespace platform;
 
 namespace {
 
-constexpr std::size_t kPathBufferSize = 1024;
+constexpr std::size_t kPathBufferSize = 1024;  // bytes, with a final zero byte
 
-// Opens each bundle once, however many processes run from it.
+// Whether the bundle at a path has the identifier.
 class BundleMatch {
 public:
     BundleMatch(BundleServices& bundles, std::string_view identifier) : bundles_(bundles), identifier_(identifier) {}
@@ -25,7 +25,7 @@ public:
 private:
     BundleServices& bundles_;
     std::string_view identifier_;
-    std::unordered_set<std::string> others_;
+    std::unordered_set<std::string> others_;  // paths of bundles without it
 };
 
 }  // namespace

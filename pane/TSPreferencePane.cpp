@@ -12,7 +12,7 @@ using namespace settings;
 namespace {
 
 constexpr const char* kRuntimeIdentifier = "com.tarnwick.plinth";
-constexpr std::uint32_t kLastOldSystem = 0x1014;
+constexpr std::uint32_t kLastOldSystem = 0x1014;  // 10.1.4, in binary-coded decimals
 constexpr std::string_view kIconColumn = "13";
 constexpr std::string_view kPrivateFramework = "CorvaneAdditions.framework";
 
@@ -98,7 +98,7 @@ void TSPreferencePane::awakeFromNib() {
 void TSPreferencePane::mainViewDidLoad() {
     canUnselect = UnselectReply::Now;
     if (oldOSX) return;
-    removeLoginItem(kSettingsDomain);  // of the helper, which has the settings' name
+    removeLoginItem(kSettingsDomain);  // the helper's, whose identifier is the name of the settings domain
     exTableView->registerForFileNameDrags();
     exTableView->setDoubleAction("doubleClickTable:");
     versionField->setStringValue(thisBundle.infoValue("CFBundleVersion").stringValue());
@@ -117,7 +117,7 @@ void TSPreferencePane::getCVAliasClass() {
 }
 
 ImageRef TSPreferencePane::overlayIcon_withProductIcon(const ImageRef& base, std::string_view iconFile) {
-    ImageRef badge = imageResource(iconFile);
+    ImageRef badge = paneImage(platform_, iconFile);
     if (!badge) return base;
     Size size = platform_.toolkit.imageSize(base);
     double side = std::floor(0.5 * size.width);
@@ -130,7 +130,8 @@ void TSPreferencePane::willSelect() {
     } else if (moduleExists(platform_.files, kModuleFolder)) {
         plinthMissing = false;
     } else {
-        // A module in a disabled folder is as good as none, for now; the places are asked all the same.
+        // A module in a disabled folder counts as missing, like one that is nowhere. The look is deliberate, though so
+        // far nothing depends on its answer.
         moduleExists(platform_.files, kDisabledModuleFolder);
         plinthMissing = true;
     }
@@ -141,8 +142,8 @@ void TSPreferencePane::willSelect() {
 void TSPreferencePane::showRuntimeStatus() {
     enabledCheckbox->setEnabled(!plinthMissing);
     if (!plinthMissing) return statusField->setStringValue("");
-    const std::string text = rootEnabled ? localized("You are logged in as root. Plinth is disabled.")
-                                         : localized("The Plinth component is either disabled or not installed.");
+    std::string text = rootEnabled ? localized("You are logged in as root. Plinth is disabled.")
+                                   : localized("The Plinth component is either disabled or not installed.");
     statusField->setStringValue(text, TextTone::Alert);
 }
 
@@ -159,7 +160,8 @@ void TSPreferencePane::sheetEnded() {
 void TSPreferencePane::willUnselect() { platform_.toolkit.setApplicationIcon(mSystemPrefsIcon); }
 
 void TSPreferencePane::makeSureGlobalIsFirst() {
-    // While the stored list cannot be read it is unknown, not empty: a repaired empty list would one day overwrite it.
+    // While the stored list cannot be read it is unknown, not empty: an empty list, repaired and stored, would replace
+    // it as soon as it can be read again.
     if (!prefs->isReadable()) return;
     if (hasType(entryList()[0], kGlobalType)) return;
     std::vector<PropertyList> list = mutableArray(entryList());

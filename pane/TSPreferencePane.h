@@ -1,10 +1,17 @@
 // The settings pane's controller. A host drives it through platform::PreferencePane, the user through the controls that
 // the interface file "TSPrefs" connects to its outlets. Its code is split by topic, one file each.
 //
-// It keeps no copy of the user's settings: every question goes to the store, every change goes through it.
+// It keeps no copy of the user's settings: every question goes to the store, every change goes through it. An operation
+// that changes the list of entries first takes in what other processes have stored, then stores the list whole and
+// announces it (see commit).
+//
+// Everything runs on the main thread, and only the alert waits for the user: what follows a sheet is done when the
+// sheet ends. Nothing throws. An operation that fails leaves what is stored as it was, and logs why. Rows count from 0.
+// Of an action's sender nothing is used but what a comment here names.
 #pragma once
 
 #include "TarnwickUpdater/PrefPane Stuff/TWVCUpdateViewController/TWVCUpdateViewController.h"
+#include "pane/EntryRows.h"
 #include "pane/fontcatalog/AdobeNames.h"
 #include "platform/AliasClass.h"
 #include "platform/Outlet.h"
@@ -23,16 +30,20 @@
 
 class TSPreferencePane final : public platform::PreferencePane, public platform::TableDataSource {
 public:
-    // What the platform refers to must outlive the pane.
+    // What the platform refers to must outlive the pane, and so must every object that setOutlet is given. A sheet that
+    // is open when the pane goes must not end afterwards.
     explicit TSPreferencePane(const platform::Platform& platform);
     ~TSPreferencePane() override;
 
-    // Looks up the injection runtime's entry points, once for the process; each is null while the runtime is absent.
+    // Looks up the injection runtime's entry points in its bundle, if that is loaded. Those that are found serve the
+    // whole process and are not looked up again; the others stay null, and nothing is sent through them.
     static void initialize(platform::BundleServices& bundles);
     static PlinthMessageBroadcastFunction PlinthMessageBroadcast;
     static PlinthMessageSendFunction PlinthMessageSend;
 
-    // Life in the host.
+    // Life in the host, in the order of platform::PreferencePane. Outlets and selectors with unknown names, and objects
+    // of another kind than their outlet, are ignored. While a sheet is open shouldUnselect answers Later; the answer
+    // that the pane may be left follows when the sheet ends.
     std::string mainNibName() override;
     void setOutlet(std::string_view name, platform::View& object) override;
     void performAction(std::string_view selector, platform::View& sender) override;
@@ -41,20 +52,26 @@ public:
     void willSelect() override;
     platform::UnselectReply shouldUnselect() override;
     void willUnselect() override;
+    // Loads the alias class from the pane's private framework. Without it names and paths come from what is stored; it
+    // is tried again before each row count.
     void getCVAliasClass();
-    // The base image with the product's icon, a file among the pane's resources, in its lower right quarter; the base
-    // image itself when there is no such icon.
+    // The base image with the product's icon, a file among the pane's resources, in its lower right quarter: half as
+    // wide as the base image, rounded down to a whole point, and as high as wide. The base image itself when there is
+    // no such icon.
     platform::ImageRef overlayIcon_withProductIcon(const platform::ImageRef& base, std::string_view iconFile);
 
-    // Entry list.
+    // Entry list. The repair is settings::putGlobalFirst; it is set in the store and goes to the disk with the next
+    // synchronize. A list that cannot be read is left alone.
     void makeSureGlobalIsFirst();
+    // The "Settings" of the first entry after that repair, which is another than Global when there was none.
     platform::PropertyList getDefaultSettingsBasedOnGlobal();
 
-    // Change propagation.
+    // Change propagation. The broadcast goes out 2 seconds after the last call of queueForFiring.
     void queueForFiring();
-    void prefsFire();
+    void prefsFire();  // the timer's action
 
-    // Entry table.
+    // Entry table. Another table than the pane's has no rows, shows nothing and takes no drop; rows cannot be dragged.
+    // A row outside the list has no path, an empty name and the texts of an entry that is not found.
     int numberOfRowsInTableView(platform::TableView& table) override;
     platform::CellValue tableView_objectValueForTableColumn_row(platform::TableView& table,
                                                                 std::string_view columnIdentifier, int row) override;
@@ -67,13 +84,20 @@ public:
     std::string nameForIndex(int row);
     std::vector<platform::AttributedLine> nameAndPathForIndex(int row);
 
-    // Entries for applications. The paths are the panel's when there is one, else those given.
+    // Entries for applications. The paths are the panel's when there is one, else those given; all are absolute. Return
+    // code 1 adds, any other stores and announces the list as it is. What is no native application is logged and left
+    // out, what is listed already is left out in silence.
     void doExAddApp(platform::View& sender);
     void exOpenPanelDidEnd_returnCode_contextInfo(platform::OpenPanel* panel, int returnCode,
                                                   const std::vector<std::string>& fileNames);
+    // Removes the selected entry, Global too: the button is disabled for that one.
     void doExRemoveApp(platform::View& sender);
 
-    // Entries for regular expressions. The context is a dictionary: "NewRegEx" (true, or missing), "selectedRow", and
+    // Entries for regular expressions. The sender regexAdd asks for a new entry, any other for the selected one, which
+    // must be of that type. regexEnd ends the sheet with the sender's tag; with one that is not 0 only when name and
+    // expression are filled in. No expression is compiled here.
+    //
+    // Return code 1 stores the entry. The context is a dictionary: "NewRegEx" (true, or missing), "selectedRow", and
     // under "Settings" the whole entry as the sheet was opened on it; `shown` is the entry as it stood in the list
     // then.
     void regexNew(platform::View& sender);
@@ -81,44 +105,57 @@ public:
     void regexWasEdited_returnCode_contextInfo(platform::Panel& sheet, int returnCode,
                                                const platform::PropertyList& context,
                                                const platform::PropertyList& shown);
+    // These open something outside the pane: the system's editor of font collections, the help page, the ReadMe. What
+    // is not there, or cannot be opened, is not reported.
     void editCollections(platform::View& sender);
     void doRegExHelp(platform::View& sender);
     void doMore(platform::View& sender);
 
-    // Shipped exclusions.
+    // Merges the shipped exclusions (settings::mergeExclusions), once for each of their versions. Set in the store, not
+    // synchronised.
     void addDefaultExclusionsToTS();
 
     // Settings editor. Nothing as settings: no entry is selected.
     void updateStates(const platform::PropertyList& settings);
-    void toggleAll();
+    void toggleAll();  // which controls can be used, by the states that they have at the moment
+    // Stores the sender's value, read from it before anything else, under the key that its tag stands for.
     void togglePerAppPrefs(platform::View& sender);
     void toggleEnabled(platform::View& sender);
     void toggleLogging(platform::View& sender);
-    void changeSettings(platform::View& sender);
+    void changeSettings(platform::View& sender);  // selects the row that is the sender's tag
+    // The "Font Settings" of an entry's "Settings", which the pane itself never writes; nothing without them.
     platform::PropertyList fontSettingsForRow(int row);
-    bool isCocoaApp(std::string_view path);
+    bool isCocoaApp(std::string_view path);  // always false
+    // Returns when the user has closed the alert.
     void displayDialog_forError_andTitle(std::string_view message, platform::OSStatus error, std::string_view title);
 
-    // Warning sheet.
+    // Warning sheet. The key says what is warned of; the only one that anything follows from is "Log Stuff". For every
+    // key the store remembers, under "Don't Show %@ Sheet", what the sheet's box says; who shows the sheet asks first.
     void showWarningSheetForString_key(std::string_view message, std::string_view key);
-    void warningEnd(platform::View& button);
+    void warningEnd(platform::View& button);  // ends the sheet with the button's tag
     void warningDidEnd_returnCode_contextInfo(platform::Panel& sheet, int returnCode, const std::string& key);
 
-    // Login items. Nothing as main argument: nothing is done.
+    // Login items, in the order in which they are started. Nothing as path or identifier: nothing is done. Identifiers
+    // and paths are compared letter by letter; an item whose path does not open as a bundle has no identifier. Each
+    // change is stored whole and synchronised; what another program stores meanwhile is lost, and items that cannot be
+    // read are left alone.
     void addLoginItem_hide(std::optional<std::string_view> path, bool hide);
     void removeLoginItem(std::optional<std::string_view> identifier);
     void removeLoginItemWithPath(std::optional<std::string_view> path);
-    // Whether a login item starts the application. One that starts it from another path is replaced.
+    // Whether a login item starts the application. One that starts it from another path is replaced, at the end.
     bool isLoginItem_withPath(std::optional<std::string_view> identifier, std::optional<std::string_view> path);
 
-    // Helper agent. Without a match both words of the number are 0.
+    // Helper agent. Without a match both words of the number are 0. That the helper cannot be found, started or asked
+    // is not reported; nothing waits for it to quit.
     bool findProcessByID_withPSN(std::string_view identifier, platform::ProcessSerialNumber& psn);
     void launchTSDaemon();
     void killTSDaemon();
 
-    // About panel. The text scrolls by itself while the panel is open.
+    // About panel. The text scrolls by itself while the panel is open, one point every 0.05 seconds: forward, or
+    // backward while an Option key is held.
     void doAbout(platform::View& sender);
     void scrollAboutText();
+    // Ends the sheet that the sender is in, with return code 1.
     void ripSheet(platform::View& sender);
     void customSheetDidEnd_returnCode_contextInfo(platform::Panel& sheet, int returnCode, const void* contextInfo);
     // The position, in points, at which the text's end is in sight; 0 until the first step of the process finds it.
@@ -155,15 +192,10 @@ private:
     void sheetEnded();  // the pane may be left again, and is if the host has asked meanwhile
     std::string localized(std::string_view key) const { return platform_.paneBundle.localizedString(key); }
 
-    std::optional<std::string> foundApplication(const platform::PropertyList& entry);
-    std::optional<std::string> pathOfEntry(const platform::PropertyList& entry);
-    std::string nameOfEntry(const platform::PropertyList& entry);
-    platform::AttributedLine secondLineOfEntry(const platform::PropertyList& entry);
-    platform::ImageRef iconOfEntry(const platform::PropertyList& entry);
-    platform::ImageRef imageResource(std::string_view file);  // null when there is none
+    EntryRows entryRows() const;
     void showRegexFields(const platform::PropertyList& entry);
-    void selectedEntry(int row);
-    void lostSelection();
+    void showEntry(int row);
+    void restoreSelection();
 
     void addApplications(const std::vector<std::string>& fileNames, std::vector<platform::PropertyList>& list);
     std::optional<settings::ApplicationIdentity> describeApplication(const std::string& path);
@@ -209,17 +241,17 @@ private:
     std::unique_ptr<platform::Timer> prefsTimer;
     platform::UnselectReply canUnselect = platform::UnselectReply::Now;
     bool unselectRequest = false;
-    bool justShowedSheet = false;
-    bool plinthMissing = false;
-    bool rootEnabled = false;
+    bool justShowedSheet = false;  // the next click on the logging switch is the warning sheet's answer
+    bool plinthMissing = false;    // the module cannot run: it is not installed, or the user is root
+    bool rootEnabled = false;      // the user is root
     std::unique_ptr<CFPreferencesWrapper_Typeslate> prefs;
-    bool oldOSX = false;
-    platform::AliasClass* CVAliasClass = nullptr;
+    bool oldOSX = false;                           // too old a system for dragging, login items and the version
+    platform::AliasClass* CVAliasClass = nullptr;  // the process's; null while there is none
     platform::Bundle& thisBundle;
-    int lastSelected = -1;
+    int lastSelected = -1;  // the row that was last selected validly; -1: none yet
     fontcatalog::Catalogue adobeNames;
-    platform::ImageRef mPrefPaneIcon;
-    platform::ImageRef mSystemPrefsIcon;
+    platform::ImageRef mPrefPaneIcon;     // of the host while the pane is shown
+    platform::ImageRef mSystemPrefsIcon;  // of the host otherwise
     std::unique_ptr<TWVCUpdateViewController_V100> updateController;
 
     Outlet<platform::Panel> warningSheet;

@@ -10,7 +10,7 @@ using namespace settings;
 
 namespace {
 
-constexpr double kQuietPeriod = 2.0;
+constexpr double kQuietPeriod = 2.0;  // seconds
 
 const void* addressOf(const Timer& timer) { return &timer; }
 

@@ -8,7 +8,7 @@ using namespace platform;
 
 namespace {
 
-// The helper bears the name of the settings that it takes in.
+// The helper's bundle identifier is the name of the settings domain.
 constexpr std::string_view kHelperIdentifier = settings::kSettingsDomain;
 
 }  // namespace

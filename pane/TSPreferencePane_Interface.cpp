@@ -17,12 +17,11 @@ struct TSPreferencePane::ActionEntry {
     void (TSPreferencePane::*action)(View& sender);
 };
 
-#define OUTLET(name)                                                                                      \
-    {                                                                                                     \
-#name, [](TSPreferencePane & pane,                                                                \
-                  View & object) { pane.name.connect(object); }, [](TSPreferencePane &                    \
-                                                                    pane) -> View& { return *pane.name; } \
-    }
+// clang-format off
+#define OUTLET(name)                                                                     \
+    {#name, [](TSPreferencePane& pane, View& object) { pane.name.connect(object); },     \
+     [](TSPreferencePane& pane) -> View& { return *pane.name; }}
+// clang-format on
 
 const TSPreferencePane::OutletEntry TSPreferencePane::kOutlets[] = {
     OUTLET(enabledCheckbox),

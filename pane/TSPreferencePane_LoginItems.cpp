@@ -1,5 +1,5 @@
 // The user's login items, in the login window's own domain. Each operation reads the whole array, changes it and
-// stores it whole; what another program writes between the read and the write is lost.
+// stores it whole; what another program stores between the read and the write is lost.
 #include "pane/TSPreferencePane.h"
 
 #include "platform/LoginItems.h"

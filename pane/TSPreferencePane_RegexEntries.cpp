@@ -1,6 +1,7 @@
 // The sheet for entries that match applications by a regular expression, and three small actions beside it.
 #include "pane/TSPreferencePane.h"
 
+#include "pane/SheetLayout.h"
 #include "settings/EntryList.h"
 
 #ifndef TYPESLATE_HELP_HOST
@@ -13,22 +14,17 @@ using namespace settings;
 namespace {
 
 constexpr int kSheetOK = 1;
+// Points.
 constexpr double kGap = 20;
 constexpr double kExtraGrowth = 10;
-constexpr std::uint32_t kLastSystemWithoutFontBook = 0x102F;
+constexpr std::uint32_t kLastSystemWithoutFontBook = 0x102F;  // before 10.3, in binary-coded decimals
 constexpr const char* kFontBookIdentifier = "com.apple.FontBook";
-constexpr int kCollectionsPane = 2;
+constexpr int kCollectionsPane = 2;  // of the font panel
 constexpr std::string_view kHelpPage = "https://" TYPESLATE_HELP_HOST "/goto/regexp/";
 
 // Keys of the context that goes through the sheet.
 constexpr std::string_view kNewRegEx = "NewRegEx";
 constexpr std::string_view kSelectedRow = "selectedRow";
-
-void moveTo(View& view, double y) {
-    Rect frame = view.frame();
-    frame.origin.y = y;
-    view.setFrame(frame);
-}
 
 }  // namespace
 
@@ -64,7 +60,8 @@ PropertyList TSPreferencePane::regexWorkingEntry(const PropertyList& entry, bool
         regexName->setStringValue(working[kNameKey].stringValue());
     }
     working.set(kTypeKey, kRegExType);
-    // With a name that is empty all the same, the expression starts as that name.
+    // A stored name that is empty leaves the field empty. The expression then starts empty, too, though the entry has
+    // one: it takes the text of the name.
     if (regexName->stringValue().empty())
         regex->setStringValue(working[kDataKey] ? working[kNameKey].stringValue() : "");
     working.set(kSettingsKey, entrySettings);
@@ -72,12 +69,9 @@ PropertyList TSPreferencePane::regexWorkingEntry(const PropertyList& entry, bool
 }
 
 void TSPreferencePane::layOutRegexSheet() {
-    Rect text = regexText->frame();
-    text.size = regexText->cellSizeForBounds({{}, text.size});
-    text.origin.y = regex->frame().origin.y - text.size.height - kGap;
-    regexText->setFrame(text);
+    fitToText(*regexText, regex->frame().origin.y - kGap);
     for (Outlet<Button>* button : {&regexSheetOK, &regexCancel, &regexHelp})
-        moveTo(**button, text.origin.y - kGap - (*button)->frame().size.height);
+        moveUpperEdge(**button, regexText->frame().origin.y - kGap);
     double below = -regexSheetOK->frame().origin.y;
     double growth = below > 0 ? kExtraGrowth + below : 0;
     regexPanel->setContentSize({regexPanel->frame().size.width, regexPanel->contentSize().height + growth});

@@ -151,7 +151,7 @@ void TSPreferencePane::changeSettings(View& sender) { exTableView->selectRow(sen
 
 PropertyList TSPreferencePane::fontSettingsForRow(int row) { return entryAtRow(row)[kSettingsKey]["Font Settings"]; }
 
-// A hook that refuses nothing.
+// The place for a test that refuses applications; so far it opens the bundle and refuses none.
 bool TSPreferencePane::isCocoaApp(std::string_view path) {
     platform_.bundles.openBundle(path);
     return false;

@@ -1,23 +1,18 @@
-// The sheet that warns before certain settings take effect, and remembers not to.
+// The sheet that warns before certain settings take effect, and remembers when the user wants no more warnings.
 #include "pane/TSPreferencePane.h"
 
+#include "pane/SheetLayout.h"
 #include "settings/EntryList.h"
 
 using namespace platform;
 
 namespace {
 
+// Points.
 constexpr double kTextMargin = 20;
 constexpr double kButtonGap = 20;
 constexpr double kCheckBoxGap = 25;
 constexpr double kVerticalMargins = 60;
-
-// Sets the height of the origin, y growing upward.
-void moveTo(View& view, double y) {
-    Rect frame = view.frame();
-    frame.origin.y = y;
-    view.setFrame(frame);
-}
 
 }  // namespace
 
@@ -33,13 +28,11 @@ void TSPreferencePane::showWarningSheetForString_key(std::string_view message, s
 }
 
 void TSPreferencePane::layOutWarningSheet() {
+    fitToText(*warningText, warningSheet->contentSize().height - kTextMargin);
     Rect text = warningText->frame();
-    text.size = warningText->cellSizeForBounds({{}, text.size});
-    text.origin.y = warningSheet->contentSize().height - text.size.height - kTextMargin;
-    warningText->setFrame(text);
-    for (Outlet<Button>* button : {&warningOKButton, &warningCancelButton})
-        moveTo(**button, text.origin.y - (kButtonGap + (*button)->frame().size.height));
-    moveTo(*dontShowAgain, text.origin.y - (kCheckBoxGap + dontShowAgain->frame().size.height));
+    moveUpperEdge(*warningOKButton, text.origin.y - kButtonGap);
+    moveUpperEdge(*warningCancelButton, text.origin.y - kButtonGap);
+    moveUpperEdge(*dontShowAgain, text.origin.y - kCheckBoxGap);
     warningSheet->setContentSize(
         {warningSheet->frame().size.width, text.size.height + warningOKButton->frame().size.height + kVerticalMargins});
 }

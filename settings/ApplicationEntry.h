@@ -15,17 +15,19 @@ namespace settings {
 std::string creatorText(std::uint32_t code);
 
 struct ApplicationIdentity {
-    std::string path;
+    std::string path;  // absolute
     std::string displayName;
     std::optional<std::string> bundleIdentifier;
     std::string creator;  // "????" or empty: none
 };
 
-// Matched by bundle identifier if there is one, else by creator, else by path.
+// A new entry, which matches by bundle identifier if there is one, else by creator, else by path; what the application
+// has of these is stored whichever is used.
 platform::PropertyList applicationEntry(const ApplicationIdentity& application,
                                         const platform::PropertyList& entrySettings);
 
-// Answers in constant time whether some entry of a list matches an application by the entry's own kind.
+// Answers in constant time whether some entry of a list matches an application by the entry's own type. It is a copy:
+// an entry that joins the list later must be added here, too. Strings are compared byte by byte.
 class ApplicationIndex {
 public:
     explicit ApplicationIndex(const std::vector<platform::PropertyList>& list);

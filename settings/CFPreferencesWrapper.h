@@ -1,4 +1,6 @@
-// Typed access to one preference domain. Nothing is cached: every getter asks the service afresh.
+// Typed access to one preference domain of the current user. Nothing is cached: every getter asks the service afresh,
+// and what was set is read back at once, before it is on the disk. Copying a value costs a pointer, whatever its size.
+// As the service itself, for one thread at a time.
 #pragma once
 
 #include "platform/Preferences.h"
@@ -10,7 +12,7 @@
 
 class CFPreferencesWrapper_Typeslate {
 public:
-    // Null without an identifier. The service must outlive the wrapper.
+    // Null without an identifier, the domain's name. The service must outlive the wrapper.
     static std::unique_ptr<CFPreferencesWrapper_Typeslate> preferencesWithApplication(
         platform::PreferenceService& service, std::optional<std::string_view> identifier);
 
@@ -21,21 +23,22 @@ public:
     platform::PropertyList dictionaryForKey(std::string_view key) const;
     platform::PropertyList dataForKey(std::string_view key) const;
     platform::PropertyList stringForKey(std::string_view key) const;
-    // 0, or false, when the key is missing or its value is not accepted: numbers only for floatForKey; for the two
-    // others what the service's boolean and integer reads accept.
+    // 0, or false, when the key is missing or its value is not accepted. floatForKey accepts numbers and booleans; the
+    // two others also strings, as the service's boolean and integer reads do (platform::PreferenceService).
     float floatForKey(std::string_view key) const;
     bool boolForKey(std::string_view key) const;
     std::int64_t integerForKey(std::string_view key) const;
     bool keyExist(std::string_view key) const;
 
-    // Setting nothing is ignored; removeObjectForKey removes.
+    // Setting nothing is ignored; removeObjectForKey removes. In memory only: no setter fails, and synchronize writes.
     void setObject_forKey(const platform::PropertyList& value, std::string_view key);
     void setBool_forKey(bool value, std::string_view key);
     void setFloat_forKey(float value, std::string_view key);
     void setInteger_forKey(std::int32_t value, std::string_view key);
     void removeObjectForKey(std::string_view key);
 
-    // False when the changes could not be made durable; they stay set and go out with the next call.
+    // Writes what was set and takes in what other processes have written. False when the changes could not be made
+    // durable; they stay set and go out with the next call.
     bool synchronize();
     // False while a stored domain exists that cannot be read: an absent value then says nothing about the user's data.
     bool isReadable() const;

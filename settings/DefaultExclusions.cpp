@@ -12,8 +12,8 @@ bool isSameTarget(const PropertyList& entry, const PropertyList& shipped) {
     return isSameText(kTypeKey) && isSameText(kDataKey);
 }
 
-// The place of the replacement hangs on the shipped entry's own index, not on the place of the one replaced: where that
-// index is beyond the shortened list, the replacement goes to the end.
+// Deliberately, it is the shipped entry's own index that is held against the length of the shortened list, not the
+// place of the one replaced: where that index is greater, the replacement goes to the end.
 void replaceAt(std::vector<PropertyList>& list, std::size_t position, const PropertyList& shipped,
                std::size_t shippedIndex) {
     list.erase(list.begin() + static_cast<std::ptrdiff_t>(position));

@@ -11,19 +11,20 @@ namespace settings {
 inline constexpr std::string_view kSettingsDomain = "com.tarnwick.typeslate";
 
 // Keys of the settings domain.
-inline constexpr std::string_view kEntryListKey = "TheExcList";
-inline constexpr std::string_view kDisabledKey = "Disabled";
-inline constexpr std::string_view kLogStuffKey = "Log Stuff";
+inline constexpr std::string_view kEntryListKey = "TheExcList";  // array of entries
+inline constexpr std::string_view kDisabledKey = "Disabled";     // boolean: the module does nothing anywhere
+inline constexpr std::string_view kLogStuffKey = "Log Stuff";    // boolean: diagnostic lines are logged
 
-// Keys of an entry, a dictionary; every entry has "Type", "Name" and "Settings".
+// Keys of an entry, a dictionary; every entry has "Type", "Name" and "Settings". All values are strings but those of
+// the last two keys. What others have stored may lack any of them, or have them of another type.
 inline constexpr std::string_view kTypeKey = "Type";
 inline constexpr std::string_view kNameKey = "Name";
 inline constexpr std::string_view kDataKey = "Data";  // what the entry matches; all but Global
 inline constexpr std::string_view kIdentifierKey = "Identifier";
 inline constexpr std::string_view kCreatorKey = "Creator";
-inline constexpr std::string_view kPathKey = "Path";
-inline constexpr std::string_view kRegExTypeKey = "RegEx Type";  // index of the kind of match
-inline constexpr std::string_view kSettingsKey = "Settings";
+inline constexpr std::string_view kPathKey = "Path";             // when it was added
+inline constexpr std::string_view kRegExTypeKey = "RegEx Type";  // integer: the kind of match, from 0
+inline constexpr std::string_view kSettingsKey = "Settings";     // dictionary: the options of SettingsSchema.h
 
 // Values of "Type".
 inline constexpr std::string_view kGlobalType = "Global";
@@ -32,8 +33,10 @@ inline constexpr std::string_view kCreatorType = "Creator";
 inline constexpr std::string_view kPathType = "Path";
 inline constexpr std::string_view kRegExType = "RegEx";
 
+// False for what is no entry: another value than a dictionary, or one without a type.
 bool hasType(const platform::PropertyList& entry, std::string_view type);
 
+// With those settings that the table of options gives a new Global entry.
 platform::PropertyList newGlobalEntry();
 
 // Moves the first Global entry to the front, or appends a new one at the END of a list that has none: an empty list is

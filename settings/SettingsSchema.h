@@ -32,43 +32,41 @@ struct Option {
     std::string_view key;
     OptionType type;
     std::optional<std::int64_t> newGlobal;  // the value in a new Global entry; absent: not stored there
-    std::int64_t shownWhenMissing;          // never stored by itself
-    int tag;                                // of the control that writes it
+    std::int64_t shownWhenMissing;          // what the control shows then; it is stored only when the user changes it
+    int tag;                                // of the control that writes it; one option's only
     std::string_view outlet;                // that control's name in the interface file
-    bool refreshesOthers;                   // other controls show or are enabled by its value
+    bool refreshesOthers;                   // what other controls show, or whether they can be used, depends on it
     EnabledWhile enabledWhile;
     SetSource setSource;
 };
 
-// Keys that rules name.
-inline constexpr std::string_view kEnabledKey = "Enabled";
-inline constexpr std::string_view kShowFontInFaceKey = "ShowFontInFace";
-inline constexpr std::string_view kChangeSizeKey = "ChangeSize";
+inline constexpr std::string_view kChangeSizeKey = "ChangeSize";  // the control that enables another by itself
 
-// In the order in which a new Global entry stores its keys; an option whose control depends on another's comes behind
-// that one.
+// All of them, in the order in which a new Global entry stores its keys; an option whose control depends on another's
+// comes behind that one. They live as long as the process.
 std::span<const Option> options();
 // Null for an unknown key.
 const Option* optionForKey(std::string_view key);
 
-// The values that an action reads from its sender.
+// The values that an action reads from its sender; which of them counts depends on the option's type.
 struct ControlValues {
     bool state = false;
     std::int64_t integer = 0;
     int selectedRow = -1;  // -1: none
 };
 struct OptionChange {
-    const Option* option;
+    const Option* option;  // never null
     platform::PropertyList value;
 };
 // What a control with this tag stores; nothing for an unknown tag. Besides the options' own tags there are three, 8 to
 // 10, that store "DupeHandling" 0 to 2.
 std::optional<OptionChange> optionChangeForTag(int tag, const ControlValues& values);
 
-// The option's value as readers take it: a boolean as 0 or 1, the display default when it is missing.
+// The option's value as readers take it: a boolean as 0 or 1, the display default when it is missing. A value of
+// another type than a number or a boolean counts as 0.
 std::int64_t shownValue(const platform::PropertyList& settings, const Option& option);
 
-// The property-list value of an option's type.
+// The value as it is stored: a boolean (anything but 0 is true) or an integer, by the option's type.
 platform::PropertyList optionValue(const Option& option, std::int64_t value);
 
 }  // namespace settings
