@@ -42,8 +42,8 @@ public:
     static PlinthMessageSendFunction PlinthMessageSend;
 
     // Life in the host, in the order of platform::PreferencePane. Outlets and selectors with unknown names, and objects
-    // of another kind than their outlet, are ignored. While a sheet is open shouldUnselect answers Later; the answer
-    // that the pane may be left follows when the sheet ends.
+    // of another kind than their outlet, are ignored. While the About panel or the file chooser is open
+    // shouldUnselect answers Later; the answer that the pane may be left follows when it ends.
     std::string mainNibName() override;
     void setOutlet(std::string_view name, platform::View& object) override;
     void performAction(std::string_view selector, platform::View& sender) override;

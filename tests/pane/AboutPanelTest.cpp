@@ -13,12 +13,10 @@ struct Fixture : PaneFixture {
         open();
         text().rect.size.height = 304;
         text().scrollView.size.height = 300;
-        close().window = &panel();
+        button("aboutCloseButton").window = &panel("aboutPanel");
     }
-    fake::Panel& panel() { return interface->get<fake::Panel>("aboutPanel"); }
     fake::TextView& text() { return interface->get<fake::TextView>("aboutTextView"); }
-    fake::Button& close() { return button("aboutCloseButton"); }
-    void about() { pane->performAction("doAbout:", button("aboutButton")); }
+    void about() { act("doAbout:", "aboutButton"); }
     std::vector<double> positionsAfter(int ticks) {
         text().visible.clear();
         world.runLoop.advance(kTick * ticks + kTick / 2);
@@ -41,12 +39,12 @@ TEST(TheTextRollsAndStartsAgainAtEitherEnd) {
         f.world.toolkit.keyModifiers = keys;
         f.text().text.clear();
         f.about();
-        CHECK(f.panel().isOpen);
+        CHECK(f.panel("aboutPanel").isOpen);
         CHECK_EQ(f.text().text, "rich /Pane.prefPane/About.rtfd");
         CHECK_EQ(f.text().visible, std::vector<double>{0});
         CHECK_EQ(f.positionsAfter(ticks), positions);
-        f.pane->performAction("ripSheet:", f.close());
-        CHECK(!f.panel().isOpen);
+        f.act("ripSheet:", "aboutCloseButton");
+        CHECK(!f.panel("aboutPanel").isOpen);
     }
     // The end stays where the first step found it.
     f.world.toolkit.keyModifiers = 0x0800;
@@ -61,10 +59,15 @@ TEST(TheSheetOpensOnceAndNothingMovesWithoutThePane) {
     CHECK_EQ(f.positionsAfter(2), std::vector<double>{1, 2});
     f.about();  // the button behind the sheet
     CHECK_EQ(f.text().visible, std::vector<double>{});
-    CHECK_EQ(f.world.takeJournal(), fake::Journal{});
-    f.pane->performAction("ripSheet:", f.close());
+    f.act("ripSheet:", "aboutCloseButton");
     CHECK_EQ(f.positionsAfter(3), std::vector<double>{});
     CHECK_EQ(f.world.takeJournal(), fake::Journal{});  // nobody asked to leave
+    f.about();
+    CHECK(f.pane->shouldUnselect() == UnselectReply::Later);
+    f.panel("aboutPanel").endSheet(0);  // by Escape, past the button
+    CHECK(!f.panel("aboutPanel").isOpen);
+    CHECK_EQ(f.world.takeJournal(), fake::Journal{"reply yes"});
+    CHECK_EQ(f.positionsAfter(3), std::vector<double>{});
     f.about();
     f.pane.reset();
     CHECK_EQ(f.positionsAfter(3), std::vector<double>{});

@@ -1,79 +1,54 @@
+#include "propertylist/Codec.h"
 #include "settings/CFPreferencesWrapper.h"
-#include "tests/support/Check.h"
 #include "tests/support/FakePlatform.h"
 
 using namespace platform;
+using Wrapper = CFPreferencesWrapper_Typeslate;
 
-namespace {
-
-struct Fixture {
-    fake::Journal journal;
-    fake::Preferences service{journal};
-    std::unique_ptr<CFPreferencesWrapper_Typeslate> prefs =
-        CFPreferencesWrapper_Typeslate::preferencesWithApplication(service, "com.example.test");
-};
-
-}  // namespace
+constexpr const char* kDomain = "com.example.test";
 
 TEST(EachGetterTakesOnlyItsOwnType) {
-    const PropertyList strings = PropertyList::array({"a", "b"});
-    const PropertyList mixed = PropertyList::array({"a", 1});
-    const PropertyList empty = PropertyList::array({});
-    const PropertyList dictionary = PropertyList::dictionary({{"k", 1}});
-    const PropertyList data = PropertyList::data("bytes");
-    struct Case {
-        PropertyList stored;
-        const char* accepted;  // a A s d t: array, string array, string, dictionary, data
-        float real;
-        bool boolean;
-        std::int64_t integer;
-    };
-    const Case cases[] = {
-        {strings, "aA", 0, false, 0},    {mixed, "a", 0, false, 0},
-        {empty, "aA", 0, false, 0},      {dictionary, "d", 0, false, 0},
-        {data, "t", 0, false, 0},        {Date{1}, "", 0, false, 0},
-        {"text", "s", 0, false, 0},      {"TRUE", "s", 0, true, 1},
-        {"yEs", "s", 0, true, 1},        {"1", "s", 0, true, 1},
-        {"No", "s", 0, false, 0},        {"0", "s", 0, false, 0},
-        {"-42", "s", 0, false, -42},     {"+7", "s", 0, false, 7},
-        {"12 apples", "s", 0, false, 0}, {"99999999999999999999", "s", 0, false, 0},
-        {"maybe", "s", 0, false, 0},     {"False", "s", 0, false, 0},
-        {"", "s", 0, false, 0},          {2.75, "", 2.75F, true, 2},
-        {-3, "", -3, true, -3},          {true, "", 1, true, 1},
-        {false, "", 0, false, 0},        {PropertyList(), "", 0, false, 0},
-    };
-    for (const Case& c : cases) {
-        CONTEXT(check::show(c.stored));
-        Fixture f;
-        f.service.setValue("key", c.stored, "com.example.test");
-        auto given = [&](char mark) {
-            return std::string_view(c.accepted).find(mark) != std::string_view::npos ? c.stored : PropertyList();
-        };
-        CHECK_EQ(f.prefs->objectForKey("key"), c.stored);
-        CHECK_EQ(f.prefs->keyExist("key"), bool(c.stored));
-        CHECK_EQ(f.prefs->arrayForKey("key"), given('a'));
-        CHECK_EQ(f.prefs->stringArrayForKey("key"), given('A'));
-        CHECK_EQ(f.prefs->stringForKey("key"), given('s'));
-        CHECK_EQ(f.prefs->dictionaryForKey("key"), given('d'));
-        CHECK_EQ(f.prefs->dataForKey("key"), given('t'));
-        CHECK_EQ(f.prefs->floatForKey("key"), c.real);
-        CHECK_EQ(f.prefs->boolForKey("key"), c.boolean);
-        CHECK_EQ(f.prefs->integerForKey("key"), c.integer);
+    const std::pair<const char*, PropertyList (Wrapper::*)(std::string_view) const> getters[] = {
+        {"array", &Wrapper::arrayForKey},
+        {"strings", &Wrapper::stringArrayForKey},
+        {"text", &Wrapper::stringForKey},
+        {"dictionary", &Wrapper::dictionaryForKey},
+        {"data", &Wrapper::dataForKey}};
+    std::vector<check::Case> cases = check::casesIn(TEST_DATA "/getters.txt");
+    CHECK_EQ(cases.size(), 24U);
+    for (const check::Case& c : cases) {
+        CONTEXT(c.text);
+        PropertyList stored = propertylist::decodePropertyList("<plist>" + c.text + "</plist>");
+        CHECK_EQ(bool(stored), !c.text.empty());
+        fake::Journal journal;
+        fake::Preferences service{journal};
+        auto prefs = Wrapper::preferencesWithApplication(service, kDomain);
+        service.setValue("key", stored, kDomain);
+        CHECK_EQ(prefs->objectForKey("key"), stored);
+        CHECK_EQ(prefs->keyExist("key"), bool(stored));
+        for (const auto& [kind, getter] : getters)
+            CHECK_EQ((*prefs.*getter)("key"), c.label.find(kind) == c.label.npos ? PropertyList() : stored);
+        std::ostringstream numbers;
+        numbers << prefs->floatForKey("key") << (prefs->boolForKey("key") ? " yes " : " no ")
+                << prefs->integerForKey("key");
+        CHECK_EQ(numbers.str(), c.expected);
     }
 }
 
 TEST(SettersStoreTheirTypeAndNothingIsNoValue) {
-    Fixture f;
-    f.prefs->setBool_forKey(true, "b");
-    f.prefs->setFloat_forKey(0.1F, "f");
-    f.prefs->setInteger_forKey(-5, "i");
-    f.prefs->setObject_forKey("old", "o");
-    f.prefs->setObject_forKey({}, "o");
-    CHECK_EQ(f.prefs->objectForKey("b"), PropertyList(true));
-    CHECK_EQ(f.prefs->objectForKey("f"), PropertyList(static_cast<double>(0.1F)));
-    CHECK_EQ(f.prefs->objectForKey("i"), PropertyList(-5));
-    CHECK_EQ(f.prefs->objectForKey("o"), PropertyList("old"));
-    f.prefs->removeObjectForKey("o");
-    CHECK(!f.prefs->keyExist("o"));
-    CHECK(!CFPreferencesWrapper_Typeslate::preferencesWithApplication(f.service, std::nullopt));
+    fake::Journal journal;
+    fake::Preferences service{journal};
+    auto prefs = Wrapper::preferencesWithApplication(service, kDomain);
+    prefs->setBool_forKey(true, "b");
+    prefs->setFloat_forKey(0.1F, "f");
+    prefs->setInteger_forKey(-5, "i");
+    prefs->setObject_forKey("old", "o");
+    prefs->setObject_forKey({}, "o");
+    CHECK_EQ(service.copyDomain(kDomain),
+             PropertyList::dictionary({{"b", true}, {"f", static_cast<double>(0.1F)}, {"i", -5}, {"o", "old"}}));
+    prefs->removeObjectForKey("o");
+    CHECK(!prefs->keyExist("o"));
+    service.readable = false;
+    CHECK(!prefs->synchronize() && !prefs->isReadable());
+    CHECK(!Wrapper::preferencesWithApplication(service, std::nullopt));
 }

@@ -21,11 +21,12 @@ public:
     int tag() const override { return tagValue; }
     bool isHidden() const override { return hidden; }
     void setHidden(bool value) override { hidden = value; }
+    void setNeedsDisplay() override { needsDisplay = true; }
     void display() override { ++displays; }
     void replaceInSuperview(platform::View& other) override { replacement = &other; }
     platform::Panel* panel() override { return window; }
 
-    bool enabled = true, hidden = false;
+    bool enabled = true, hidden = false, needsDisplay = false;
     int displays = 0;
     platform::View* replacement = nullptr;
     platform::Panel* window = nullptr;
@@ -108,6 +109,7 @@ public:
     void setSelectionObserver(std::function<void(const platform::InterfaceNotification&)> value) override {
         observer = std::move(value);
     }
+    void setDoubleAction(std::string_view selector) override { doubleAction = selector; }
     void registerForFileNameDrags() override { takesFiles = true; }
     void setImageColumn(std::string_view identifier) override { imageColumn = identifier; }
     void reloadData() override { rows = -1; }
@@ -128,7 +130,7 @@ public:
 
     platform::TableDataSource* source = nullptr;
     std::function<void(const platform::InterfaceNotification&)> observer;
-    std::string imageColumn;
+    std::string imageColumn, doubleAction;
     bool takesFiles = false;
     int rows = -1, selected = -1, visible = -1;
 };
@@ -193,6 +195,8 @@ public:
         return static_cast<T&>(*slot);
     }
     Button& button(const std::string& name) { return get<Button>(name); }
+    // Of whatever kind it is; a button when it is new.
+    platform::View& object(const std::string& name) { return objects_.contains(name) ? *objects_[name] : button(name); }
 
 private:
     platform::InterfaceOwner& owner_;
