@@ -59,8 +59,9 @@ std::string EntryRows::secondLine(const PropertyList& entry) const {
         return formatted("%@: %@", {kind, entry[kDataKey].stringValue()});
     }
     if (std::optional<std::string> place = existingPath(entry)) return *place;
-    return platform_.paneBundle.localizedString(hasType(entry, kGlobalType) ? "Global Setting"
-                                                                            : "<<Not Found On Computer>>");
+    const Bundle& pane = platform_.paneBundle;
+    return hasType(entry, kGlobalType) ? pane.localizedString("Global Setting")
+                                       : pane.localizedString("<<Not Found On Computer>>");
 }
 
 std::vector<AttributedLine> EntryRows::lines(const PropertyList& entry) const {

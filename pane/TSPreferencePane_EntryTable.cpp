@@ -87,7 +87,8 @@ bool TSPreferencePane::tableView_validateDrop(TableView& table) { return table.i
 
 bool TSPreferencePane::tableView_acceptDrop(TableView& table, const std::vector<std::string>& fileNames) {
     if (!table.isEnabled() || !exTableView.is(&table)) return false;
-    exOpenPanelDidEnd_returnCode_contextInfo(nullptr, 1, fileNames);
+    constexpr int kAsIfChosen = 1;
+    exOpenPanelDidEnd_returnCode_contextInfo(nullptr, kAsIfChosen, fileNames);
     return true;
 }
 

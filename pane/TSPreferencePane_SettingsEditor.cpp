@@ -125,7 +125,7 @@ void TSPreferencePane::toggleEnabled(View&) {
 // The path as a person reads it: each component under its display name.
 std::string TSPreferencePane::displayPath(std::string path) {
     std::string text;
-    while (!path.empty() && path != "/") {
+    while (path.starts_with('/') && path != "/") {
         text = "/" + platform_.applications.displayName(path) + text;
         path.erase(path.rfind('/'));
     }

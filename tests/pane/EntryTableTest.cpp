@@ -36,6 +36,9 @@ TEST(EachKindOfEntryShowsItsNamePlaceAndIcon) {
     fake::TableView other;
     CHECK_EQ(f.pane->numberOfRowsInTableView(other), 0);
     CHECK(f.pane->tableView_objectValueForTableColumn_row(other, "name", 0).lines.empty());
+    f.button("exRemoveAppButton").enabled = true;
+    f.pane->tableViewSelectionDidChange({kTableViewSelectionDidChange, &other});
+    CHECK(f.button("exRemoveAppButton").enabled);
 }
 
 TEST(WithoutTheAliasClassRowsStillShowWhatIsStored) {

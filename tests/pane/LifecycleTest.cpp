@@ -74,6 +74,9 @@ TEST(ThePaneRunsWithoutAnyInterfaceObject) {
     PaneFixture f;
     f.pane.emplace(f.world.platform());
     CHECK_EQ(f.pane->mainNibName(), "TSPrefs");
+    f.world.loadRuntime();
+    TSPreferencePane::initialize(f.world.bundles);
+    CHECK(TSPreferencePane::PlinthMessageBroadcast && !TSPreferencePane::PlinthMessageSend);  // which it lacks
     f.pane->awakeFromNib();
     CHECK_EQ(f.world.log.lines.back(), "Rebuilding");
     CHECK(!f.world.preferences.copyDomain("com.tarnwick.typeslate.AdobeNames"));  // there is no name database
