@@ -2,9 +2,8 @@
 
 #include "TarnwickUpdater/Plinth Stuff/VersionChecking/UpdaterLaunch.h"
 #include "TarnwickUpdater/Plinth Stuff/VersionChecking/VersionChecking.h"
-#include "propertylist/Unicode.h"
-
 #include "propertylist/Date.h"
+#include "propertylist/Unicode.h"
 
 #include <algorithm>
 #include <cmath>
@@ -25,7 +24,7 @@ std::optional<std::string_view> text(const char* bytes) {
     return bytes && isValidUTF8(bytes) ? std::optional<std::string_view>(bytes) : std::nullopt;
 }
 
-// The length of the whole text.
+// As much as there is room for, ended by a zero byte. Returns the whole text's length.
 std::size_t copyText(const std::string& whole, char* buffer, std::size_t size) {
     if (size > 0 && buffer) {
         std::size_t length = std::min(whole.size(), size - 1);

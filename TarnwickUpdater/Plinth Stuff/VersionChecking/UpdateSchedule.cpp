@@ -1,5 +1,7 @@
 #include "TarnwickUpdater/Plinth Stuff/VersionChecking/UpdateSchedule.h"
 
+#include "propertylist/Coercion.h"
+
 #include <algorithm>
 
 using namespace platform;
@@ -9,8 +11,10 @@ namespace {
 
 char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 
-bool isOneOf(std::string_view text, std::initializer_list<std::string_view> words) {
-    return std::ranges::any_of(words, [text](std::string_view word) { return equalIgnoringCase(text, word); });
+std::optional<std::string_view> ignoredHost(std::string_view identifier) {
+    auto found = std::ranges::find_if(kTWVCBundleIDsToIgnore,
+                                      [identifier](auto entry) { return equalIgnoringCase(identifier, entry); });
+    return found == kTWVCBundleIDsToIgnore.end() ? std::nullopt : std::optional(*found);
 }
 
 bool isTooSoonAfterLogin(const ScheduleState& state) {
@@ -39,16 +43,11 @@ std::string_view ruleName(Rule rule) {
     return kNames[static_cast<std::size_t>(rule)];
 }
 
-std::optional<std::string_view> ignoredHost(std::string_view identifier) {
-    auto found = std::ranges::find_if(kTWVCBundleIDsToIgnore,
-                                      [identifier](auto entry) { return equalIgnoringCase(identifier, entry); });
-    return found == kTWVCBundleIDsToIgnore.end() ? std::nullopt : std::optional(*found);
-}
-
+// Text that means no must be told from text that means nothing.
 std::optional<bool> storedBoolean(const PropertyList& value) {
-    if (value.isNumber()) return value.boolValue();
-    if (isOneOf(value.stringValue(), {"true", "yes", "1"})) return true;
-    if (isOneOf(value.stringValue(), {"false", "no", "0"})) return false;
+    if (value.isNumber() || propertylist::coercedBoolean(value)) return propertylist::coercedBoolean(value);
+    for (std::string_view no : {"false", "no", "0"})
+        if (equalIgnoringCase(value.stringValue(), no)) return false;
     return std::nullopt;
 }
 

@@ -30,33 +30,31 @@ inline constexpr std::array<std::string_view, 6> kTWVCBundleIDsToIgnore{
 enum class Rule { Runtime, Host, Off, Login, Date, System, None };
 std::string_view ruleName(Rule rule);  // "runtime", "host", ...
 
-// Nothing stands for what is absent. The stored values may be of any type.
+// Nothing stands for what is absent. The stored values may be of any type; those of a wrong one count as absent.
 struct ScheduleState {
     bool runtimeHasUpdater = false;
     bool isCheckingFromPlinth = false;
-    std::string hostIdentifier;
-    platform::PropertyList checkForUpdates, checkInterval, lastCheckDate, lastRunSystemVersion;
+    std::string hostIdentifier;  // of the application that asks; empty: it has none
+    platform::PropertyList checkForUpdates, checkInterval, lastCheckDate, lastRunSystemVersion;  // as stored
     std::string moduleVersion;
     platform::Date now;
     std::optional<platform::Date> loginDate;
-    std::uint32_t systemVersion = 0;
+    std::uint32_t systemVersion = 0;  // in decimal nibbles, 10.4.11 as 0x100411; 0: not known
 };
 
 struct Decision {
     Rule rule = Rule::None;
     std::string_view ignoredHost;      // the table's entry, with Rule::Host
     bool defaultedToDaily = false;     // no interval is stored, and the version is that of a beta
-    std::optional<double> interval{};  // once the interval was looked at
+    std::optional<double> interval{};  // seconds; nothing when an earlier rule decided
     bool isDue() const { return rule == Rule::Date || rule == Rule::System; }
 };
 
 bool equalIgnoringCase(std::string_view a, std::string_view b);  // of ASCII letters
-// The entry of kTWVCBundleIDsToIgnore that the identifier equals in any case; nothing when there is none.
-std::optional<std::string_view> ignoredHost(std::string_view identifier);
-// Nothing when the value is missing or is nothing that reads as a boolean.
+// What is stored under kCheckForUpdatesKey; nothing when it is missing or is nothing that reads as a boolean.
 std::optional<bool> storedBoolean(const platform::PropertyList& value);
-bool isBetaVersion(std::string_view version);
-double secondsBetween(platform::Date earlier, platform::Date later);
+bool isBetaVersion(std::string_view version);                         // holds "b" or "fc"
+double secondsBetween(platform::Date earlier, platform::Date later);  // below 0 when the order is the other one
 
 Decision decide(const ScheduleState& state);
 

@@ -9,6 +9,13 @@ namespace {
 
 constexpr std::size_t kLongestFileName = 255;  // bytes
 
+// Nothing when no file can have that name.
+std::optional<std::string> lockFileName(std::string_view identifier) {
+    std::string name = std::string(identifier) + ".updater.lock";
+    bool isPossible = name.size() <= kLongestFileName && name.find_first_of(std::string_view("/\0", 2)) == name.npos;
+    return isPossible ? std::optional(name) : std::nullopt;
+}
+
 std::optional<FSRef> fileReference(FileServices& files, const std::string& path) {
     OSStatus status = kNoErr;
     auto folder = files.openFolder(path, FolderDetail::Names, status);
@@ -55,12 +62,6 @@ OSStatus launchUnderLock(const UpdateServices& services, const Bundle& bundle, s
 }
 
 }  // namespace
-
-std::optional<std::string> lockFileName(std::string_view identifier) {
-    std::string name = std::string(identifier) + ".updater.lock";
-    bool isPossible = name.size() <= kLongestFileName && name.find_first_of(std::string_view("/\0", 2)) == name.npos;
-    return isPossible ? std::optional(name) : std::nullopt;
-}
 
 OSStatus runUpdater(const UpdateServices& services, const Bundle* bundle, std::optional<std::string_view> identifier,
                     FSRef* outLaunchedUpdater) {

@@ -5,18 +5,15 @@
 #include "platform/AliasClass.h"
 
 #include <optional>
-#include <string>
 #include <string_view>
 
 namespace twvc {
 
-// The name of an identifier's lock file in the folder of temporary items; nothing when no file can have that name.
-std::optional<std::string> lockFileName(std::string_view identifier);
-
 // Starts "Tarnwick Updater.app" of the module's resources with the module's path as its argument. kParamErr without a
 // bundle or an identifier; kBadName when the identifier makes no file name; the status of creating the lock, when
 // another process holds it; else that of deleting it, also when nothing could be launched, of which the log tells.
-// The reference, which may be null, is written only when the updater runs.
+// The reference, which may be null, is written only when the updater was started.
+// The lock is the file IDENTIFIER.updater.lock in the folder of temporary items of all users.
 platform::OSStatus runUpdater(const UpdateServices& services, const platform::Bundle* bundle,
                               std::optional<std::string_view> identifier, platform::FSRef* outLaunchedUpdater);
 

@@ -30,8 +30,9 @@ Rect centredOn(const Rect& place, const Size& size) {
         {std::round(size.width), std::round(size.height)}};
 }
 
-FormatArgument pathOf(const std::optional<std::string>& path) {
-    return path ? FormatArgument(*path) : FormatArgument(nullptr);
+// Formats write "(null)" for what is missing.
+FormatArgument orNull(const std::optional<std::string>& text) {
+    return text ? FormatArgument(*text) : FormatArgument(nullptr);
 }
 
 }  // namespace
@@ -39,30 +40,27 @@ FormatArgument pathOf(const std::optional<std::string>& path) {
 using Controller = TWVCUpdateViewController_V100;
 
 std::unique_ptr<Controller> Controller::initWithSacrificialView_forBundle_withBundleID(
-    const Platform& platform, View* view, std::unique_ptr<Bundle> bundle, std::optional<std::string> bundleID,
-    double reactionTime) {
+    const Platform& platform, View* view, std::unique_ptr<Bundle> bundle, std::optional<std::string> bundleID) {
     if (!view || (!bundle && !bundleID)) return nullptr;
     UpdateServices services = UpdateServices::of(platform);
     if (!bundleID) bundleID = twvc::moduleIdentifier(*bundle);
     if (!bundle) bundle = findPlinth(services, *bundleID);
     if (!bundle || bundleID->empty()) {
         auto path = bundle ? std::optional(bundle->path()) : std::nullopt;
-        twvc::log(services, "Cannot match up Plinth Bundle (%@) and Plinth Bundle Identifier (%@)", pathOf(path),
+        twvc::log(services, "Cannot match up Plinth Bundle (%@) and Plinth Bundle Identifier (%@)", orNull(path),
                   *bundleID);
         return nullptr;
     }
-    std::unique_ptr<Controller> controller(
-        new Controller(platform, *view, std::move(bundle), std::move(*bundleID), reactionTime));
+    std::unique_ptr<Controller> controller(new Controller(platform, *view, std::move(bundle), std::move(*bundleID)));
     if (!controller->loadInterface()) return nullptr;
     gLogStuff = platform.preferences.getBooleanValue("LogStuff", kUpdaterDomain);
     return controller;
 }
 
 Controller::TWVCUpdateViewController_V100(const Platform& platform, View& view, std::unique_ptr<Bundle> bundle,
-                                          std::string bundleID, double reactionTime)
+                                          std::string bundleID)
     : platform_(platform),
       services_(UpdateServices::of(platform)),
-      reactionTime_(reactionTime),
       plinthBundle(std::move(bundle)),
       plinthBundleID(std::move(bundleID)),
       sacrificialView(view) {}
@@ -138,12 +136,10 @@ bool Controller::isCheckDue(double interval) const {
 }
 
 void Controller::beginAutomaticCheck() {
-    progessBar->setHidden(false);
-    progessBar->setIndeterminate(true);
-    progessBar->startAnimation();
+    startProgress();
     lastStatus->setStringValue(statusText(platform_.runLoop.now(), DateStyle::Short, localized("Checking...")));
     showAsCancel(*checkNow);
-    checkingTimer = platform_.runLoop.scheduleTimer(reactionTime_, false, [this] { checkNow_(nullptr); });
+    checkingTimer = platform_.runLoop.scheduleTimer(kUsersReactionTime, false, [this] { checkNow_(nullptr); });
 }
 
 void Controller::showAsCancel(Button& button) {
@@ -170,7 +166,7 @@ void Controller::takePlaceOfSacrificialView() {
 
 std::string Controller::statusText(const PropertyList& date, DateStyle style, std::string_view status) const {
     auto text = twvc::stringFromDate(services_, date, style, style);
-    return formatted(lastStatusString, {pathOf(text), status});
+    return formatted(lastStatusString, {orNull(text), status});
 }
 
 void Controller::showStatus(Date date, std::string_view status, DateStyle toolTipStyle) {
@@ -199,15 +195,14 @@ void Controller::changeAutoUpdate(View&) {
 }
 
 void Controller::checkNow_(View* sender) {
-    showProgress();
+    if (progessBar->isHidden()) startProgress();
     if (sender && sender->tag() != 0)
         cancelCheck(*sender);
     else
         runUpdater(sender);
 }
 
-void Controller::showProgress() {
-    if (!progessBar->isHidden()) return;
+void Controller::startProgress() {
     progessBar->setHidden(false);
     progessBar->setIndeterminate(true);
     progessBar->startAnimation();

@@ -21,15 +21,18 @@ public:
     static constexpr double kUsersReactionTime = 10.0;  // seconds in which the user can cancel an automatic check
     static constexpr double kResetAfterCancel = 2.0;    // seconds
 
-    // Null without a view, without both bundle and identifier, when one of these cannot be found by the other, and when
-    // the interface file cannot be loaded; the log says why. A view that is a button opens the controls as a sheet; any
-    // other is replaced by them. The view and what the platform refers to must outlive the controller.
+    // Null without a view or without both bundle and identifier; and, then with a line in the log, when one of these
+    // cannot be found by the other or the interface file cannot be loaded. The identifier is the module's preference
+    // domain. A view that is a button opens the controls as a sheet; any other is replaced by them. The view and what
+    // the platform refers to must outlive the controller. Takes over the verbose log's switch, gLogStuff, from
+    // "LogStuff" in the domain "com.tarnwick.updater".
     static std::unique_ptr<TWVCUpdateViewController_V100> initWithSacrificialView_forBundle_withBundleID(
         const platform::Platform& platform, platform::View* view, std::unique_ptr<platform::Bundle> bundle,
-        std::optional<std::string> bundleID, double reactionTime = kUsersReactionTime);
+        std::optional<std::string> bundleID);
     ~TWVCUpdateViewController_V100() override;
 
-    // The module with this identifier, in any case, in one folder; null when there is none.
+    // The module with this identifier, in any case, in one folder of the domain's Library; null when there is none. Of
+    // several the first that the folder lists. Hidden folders are passed over, and the folder is not created.
     static std::unique_ptr<platform::Bundle> findPlinthWithBundleID_inDomain_withPlinthFolderName(
         const twvc::UpdateServices& services, std::string_view bundleID, platform::FolderDomain domain,
         std::string_view folderName);
@@ -44,7 +47,7 @@ public:
 
     void changeFrequency(platform::View& sender);
     void changeAutoUpdate(platform::View& sender);
-    void checkNow_(platform::View* sender);  // null: the timer
+    void checkNow_(platform::View* sender);  // null: the timer. Named apart from the outlet of the same name.
     void showUpdateSheet(platform::View& sender);
     void privacyPolicy(platform::View& sender);
     void dismissPrivacy(platform::View& sender);
@@ -61,7 +64,7 @@ private:
     static const ActionEntry kActions[];
 
     TWVCUpdateViewController_V100(const platform::Platform& platform, platform::View& view,
-                                  std::unique_ptr<platform::Bundle> bundle, std::string bundleID, double reactionTime);
+                                  std::unique_ptr<platform::Bundle> bundle, std::string bundleID);
     bool loadInterface();
     void observeUpdater();
     bool readAutomaticChecks();
@@ -70,7 +73,7 @@ private:
     void beginAutomaticCheck();
     void selectFrequency(double interval);
     void takePlaceOfSacrificialView();
-    void showProgress();
+    void startProgress();
     void cancelCheck(platform::View& sender);
     void runUpdater(platform::View* sender);
     void showStatus(platform::Date date, std::string_view status, platform::DateStyle toolTipStyle);
@@ -85,8 +88,7 @@ private:
 
     platform::Platform platform_;
     twvc::UpdateServices services_;
-    double reactionTime_;
-    bool hasWritten_ = false;
+    bool hasWritten_ = false;  // since awakeFromNib began
 
     std::unique_ptr<platform::Bundle> plinthBundle;
     std::string plinthBundleID;
