@@ -135,7 +135,7 @@ class TextView : public View {
 public:
     TextView* asTextView() override { return this; }
     virtual void setString(std::string_view) {}
-    // Shows the text of an rtfd folder. False, and the text is what it was, when that cannot be read.
+    // Shows the text of an rtfd folder, its TXT.html. False, and the text is what it was, when that cannot be read.
     virtual bool loadRichText(std::string_view /*path*/) { return false; }
     virtual Rect enclosingScrollViewFrame() const { return {}; }
     // Brings the point, counted downward from the upper left corner of the text, to that of the visible part, or as

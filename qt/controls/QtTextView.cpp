@@ -1,11 +1,13 @@
 #include "qt/controls/QtTextView.h"
 
-#include "qt/texts/RichText.h"
-
+#include <QAbstractTextDocumentLayout>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QImage>
 #include <QScrollBar>
+#include <QTextDocument>
+#include <QUrl>
 
 #include <cmath>
 
@@ -13,25 +15,61 @@ namespace qt {
 
 using namespace platform;
 
-QtTextView::QtTextView(QTextEdit& widget) : WidgetView(widget) {
+// A document whose pictures come from one folder.
+class QtTextView::FolderDocument final : public QTextDocument {
+public:
+    explicit FolderDocument(QTextEdit& widget) : QTextDocument(&widget) {
+        setDefaultFont(widget.font());
+        documentLayout()->setPaintDevice(widget.viewport());
+        widget.setDocument(this);
+    }
+    void setFolder(const QString& path) {
+        folder_ = QDir(path);
+        clear();  // forgets the pictures of the folder before
+    }
+
+protected:
+    QVariant loadResource(int type, const QUrl& address) override {
+        QImage picture;
+        if (type == ImageResource && isOfFolder(address)) picture.load(folder_.filePath(address.path()));
+        // What is left unanswered the toolkit looks for among all files.
+        if (picture.isNull()) {
+            picture = QImage(1, 1, QImage::Format_ARGB32_Premultiplied);
+            picture.fill(Qt::transparent);
+        }
+        addResource(type, address, picture);
+        return picture;
+    }
+
+private:
+    bool isOfFolder(const QUrl& address) const {
+        const QFileInfo file(folder_.filePath(address.path()));
+        return address.isRelative() && file.isFile() &&
+               QFileInfo(file.canonicalFilePath()).path() == folder_.canonicalPath();
+    }
+
+    QDir folder_;
+};
+
+QtTextView::QtTextView(QTextEdit& widget) : WidgetView(widget), document_(*new FolderDocument(widget)) {
     auto hold = [this] { isHeldByUser_ = true; };
     QObject::connect(widget.verticalScrollBar(), &QAbstractSlider::actionTriggered, &connections_, hold);
     QObject::connect(&widget, &QTextEdit::selectionChanged, &connections_, hold);
 }
 
 Rect QtTextView::frame() const {
-    QSizeF size = widget_.document()->size();
+    QSizeF size = document_.size();
     return {{}, {size.width(), size.height()}};
 }
 
 bool QtTextView::loadRichText(std::string_view path) {
     QDir folder(toQString(path));
-    QFile file(folder.filePath(QStringLiteral("TXT.rtf")));
+    QFile file(folder.filePath(QStringLiteral("TXT.html")));
     if (!QFileInfo(file).isFile() || !file.open(QIODevice::ReadOnly)) return false;
-    QByteArray bytes = file.read(kLongestRichText);
+    const QByteArray html = file.readAll();
     if (file.error() != QFileDevice::NoError) return false;
-    std::string_view rtf(bytes.constData(), static_cast<std::size_t>(bytes.size()));
-    if (!readRichText(rtf, folder.path(), *widget_.document())) return false;
+    document_.setFolder(folder.path());
+    widget_.setHtml(QString::fromUtf8(html));
     widget_.moveCursor(QTextCursor::Start);
     isHeldByUser_ = false;
     return true;

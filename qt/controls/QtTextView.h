@@ -12,18 +12,20 @@ namespace qt {
 // by itself can be stopped, and is not torn away from who reads it.
 class QtTextView final : public WidgetView<platform::TextView, QTextEdit> {
 public:
-    // In bytes; the rest is left out. The toolkit hangs on a layout of more than 8 million pixels, which a text of this
-    // length cannot have: the reader's largest sizes and gaps see to that, even with one letter on each line.
-    static constexpr int kLongestRichText = 64 << 10;
-
-    explicit QtTextView(QTextEdit& widget);
+    explicit QtTextView(QTextEdit& widget);  // gives it a document of its own
     platform::Rect frame() const override;
     void setString(std::string_view text) override { widget_.setPlainText(toQString(text)); }
+    // Shows the folder's TXT.html, with pictures from the folder itself and from nowhere else: other files and
+    // addresses are not opened, and what they would show is left out. Only what the toolkit knows of HTML has an
+    // effect.
     bool loadRichText(std::string_view path) override;
     platform::Rect enclosingScrollViewFrame() const override { return frameOf(widget_); }
     void scrollPoint(const platform::Point& point) override;
 
 private:
+    class FolderDocument;
+
+    FolderDocument& document_;  // the widget's
     QObject connections_;
     bool isHeldByUser_ = false;
 };
