@@ -32,11 +32,6 @@ struct UpdaterFixture {
     }
 
     fake::Bundle& module() { return world.bundles.onDisk[kModule]; }
-    void setStored(std::string_view key, const platform::PropertyList& value) {
-        world.preferences.setValue(key, value, kDomain);
-        world.takeJournal();
-    }
-    platform::PropertyList stored(std::string_view key) { return world.preferences.copyValue(key, kDomain); }
     platform::OSStatus check(bool fromModule, platform::FSRef* launched = nullptr) {
         auto bundle = world.bundles.openBundle(kModule);
         return twvc::checkForUpdate(services, bundle.get(), fromModule, launched);
