@@ -1,7 +1,8 @@
 // What the private framework "CorvaneAdditions" provides: alias records, which know an application by its file.
 //
 // The framework's code exports the C function kAliasFactoryName, the class's name, of type AliasClassFactory. The class
-// object that it returns lives as long as the process.
+// object that it returns asks that platform's applications, which must be there when it is used, and lives as long as
+// the process.
 #pragma once
 
 #include "platform/PlatformTypes.h"

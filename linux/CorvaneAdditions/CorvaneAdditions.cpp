@@ -4,6 +4,8 @@
 
 #include <sys/stat.h>
 
+#include <map>
+
 namespace linux {
 
 using namespace platform;
@@ -49,8 +51,10 @@ private:
 }  // namespace
 }  // namespace linux
 
-// One class object for the process: the first pane's services serve all, as a host has one set of them.
+// One class object for each set of services, kept for the life of the process: a host may make and end several panes,
+// as System Settings does each time the page is opened, and a class serves none but its own.
 extern "C" __attribute__((visibility("default"))) platform::AliasClass* CVAlias(const platform::Platform& platform) {
-    static linux::ApplicationAliasClass sClass(platform.applications);
-    return &sClass;
+    static std::map<platform::ApplicationServices*, linux::ApplicationAliasClass> sClasses;
+    platform::ApplicationServices& applications = platform.applications;
+    return &sClasses.try_emplace(&applications, applications).first->second;
 }
