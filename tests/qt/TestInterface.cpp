@@ -1,133 +1,252 @@
-#include "qt/controls/QtControls.h"
+// Sample.ui on a screen that is not there: controls.txt, table.txt and sheet.txt say what is done to it, by the user
+// and by code, and what is seen then.
+#include "qt/UriList.h"
 #include "tests/qt/QtTest.h"
+#include "tests/support/Script.h"
 
+#include <QAbstractButton>
 #include <QApplication>
-#include <QCheckBox>
+#include <QDialog>
+#include <QDropEvent>
+#include <QLabel>
+#include <QMimeData>
 #include <QPushButton>
+#include <QSpinBox>
+#include <QTabBar>
+#include <QTableView>
+
+#include <algorithm>
+#include <set>
 
 using namespace platform;
 using namespace qt;
-using Actions = std::vector<std::string>;
+
+namespace {
+
+std::string shown(const Rect& r) {
+    return formatted("(%g, %g), %g x %g", {r.origin.x, r.origin.y, r.size.width, r.size.height});
+}
+
+struct Stage : SampleInterface, TableDataSource {
+    Stage() : table(*outlet("table").asTableView()), sheet(*outlet("sheet").asPanel()) {
+        owner.onAction = [this](View& sender) {
+            if (sender.panel()) sheet.endSheet(sender.tag());
+        };
+        table.setImageColumn("13");
+        table.setSelectionObserver([this](const InterfaceNotification& n) {
+            CHECK(n.object == &table && n.name == kTableViewSelectionDidChange);
+            told.push_back("selected " + std::to_string(table.selectedRow()));
+            if (insists && table.selectedRow() < 0) table.selectRow(3);
+        });
+        table.setDataSource(this);
+        settle();
+        told.clear();
+        seen = values();
+    }
+    ~Stage() { interface->disconnectOwner(); }
+    View& outlet(const std::string& name) { return *owner.outlets.at(name); }
+
+    int numberOfRowsInTableView(TableView&) override {
+        told.emplace_back("how many rows?");
+        return rows;
+    }
+    CellValue tableView_objectValueForTableColumn_row(TableView&, std::string_view column, int row) override {
+        asked.insert(row);
+        if (column == "13") return {};
+        return {nullptr, {{"Entry " + std::to_string(row)}, {"/a/rather/long/path/to/the/entry/of/that/row", true}}};
+    }
+    bool tableView_validateDrop(TableView&) override { return takesDrops; }
+    bool tableView_writeRows_toPasteboard(TableView&, const std::vector<int>&) override { return false; }
+    bool tableView_acceptDrop(TableView&, const std::vector<std::string>& files) override {
+        told.push_back("dropped " + check::show(files));
+        return true;
+    }
+
+    void begin(bool beginsAgain) {
+        sheet.beginSheet([this, beginsAgain](int code) {
+            told.push_back("ended with " + std::to_string(code) +
+                           (widget<QDialog>("sheet").isVisible() ? "" : ", unseen"));
+            sheet.orderOut();
+            if (beginsAgain) begin(false);
+        });
+    }
+    void drop(std::string uris) {
+        std::ranges::replace(uris, '|', '\n');
+        QMimeData data;
+        data.setData(QStringLiteral("text/uri-list"), QByteArray::fromStdString(uris));
+        QWidget* viewport = widget<QTableView>("table").viewport();
+        constexpr auto kActions = Qt::MoveAction | Qt::CopyAction;
+        QDragEnterEvent enter(QPoint(5, 5), kActions, &data, Qt::LeftButton, Qt::NoModifier);
+        QDropEvent event(QPoint(5, 5), kActions, &data, Qt::LeftButton, Qt::NoModifier);
+        event.ignore();
+        QCoreApplication::sendEvent(viewport, &enter);
+        QCoreApplication::sendEvent(viewport, &event);
+        told.emplace_back(!event.isAccepted() ? "refused" : event.dropAction() == Qt::CopyAction ? "copied" : "moved");
+    }
+    static void key(QWidget& receiver, const std::string& name) {
+        static const std::map<std::string, Qt::Key> kKeys = {
+            {"Up", Qt::Key_Up}, {"Return", Qt::Key_Return}, {"Enter", Qt::Key_Enter}, {"Escape", Qt::Key_Escape}};
+        QTest::keyClick(&receiver, kKeys.at(name));
+    }
+    void clickRow(int row, bool isDouble) {
+        auto& view = widget<QTableView>("table");
+        const QPoint place = view.visualRect(view.model()->index(row, 1)).center();
+        isDouble ? QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, place)
+                 : QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, place);
+    }
+    void setFrame(View& view, Words& w) {
+        const double x = w.value().realValue(), y = w.value().realValue(), width = w.value().realValue();
+        view.setFrame({{x, y}, {width, w.value().realValue()}});
+    }
+    void performOnTable(const std::string& what, Words& w) {
+        if (what == "rows") return void(rows = w.number());
+        if (what == "reload") return table.reloadData();
+        if (what == "count") return told.push_back(std::to_string(table.numberOfRows()) + " rows");
+        if (what == "select") return table.selectRow(w.number());
+        if (what == "scroll") return table.scrollRowToVisible(w.number());
+        if (what == "insist") return void(insists = true);
+        if (what == "click-row") return clickRow(w.number(), false);
+        if (what == "double-click-row") return clickRow(w.number(), true);
+        if (what == "double-action") return table.setDoubleAction(w.next());
+        if (what == "take-files") return table.registerForFileNameDrags();
+        if (what == "take-drops") return void(takesDrops = w.value().boolValue());
+        if (what == "drop") return drop(w.next());
+        check::fail(__FILE__, __LINE__, "no such command: " + what);
+    }
+    void perform(const std::string& what, Words& w) {
+        if (what == "settle") return settle();
+        if (what == "begin") return begin(w.next() == "again");
+        if (what == "end") return sheet.endSheet(w.number());
+        if (what == "close") return void(widget<QDialog>("sheet").close());
+        if (what == "disconnect") return interface->disconnectOwner();
+        if (what == "tint")
+            return outlet("tabs").asTabView()->setControlTint(w.number() ? ControlTint::Clear : ControlTint{});
+        if (!named.contains(what)) return performOnTable(what, w);
+        const std::string name = w.next();
+        View& view = outlet(name);
+        if (what == "click") return widget<QAbstractButton>(name).click();
+        if (what == "press") return key(*widgetOf(&view), w.next());
+        if (what == "type") return QTest::keyClicks(widgetOf(&view), QString::fromStdString(w.next()));
+        if (what == "clear") return widget<QSpinBox>(name).selectAll();
+        if (what == "leave") return widgetOf(&view)->clearFocus();
+        if (what == "focus") return widgetOf(&view)->setFocus();
+        if (what == "state") return view.asButton()->setState(w.value().boolValue());
+        if (what == "title") return view.asButton()->setTitle(w.next());
+        if (what == "number") return view.asTextField()->setIntegerValue(w.value().integerValue());
+        if (what == "text") return view.asTextField()->setStringValue(w.next());
+        if (what == "item") return view.asPopUpButton()->selectItem(w.number());
+        if (what == "enable") return view.setEnabled(w.value().boolValue());
+        if (what == "hide") return view.setHidden(w.value().boolValue());
+        if (what == "frame") return setFrame(view, w);
+        if (what == "target") return view.asButton()->setTarget(w.number() ? &owner : nullptr, "aimed:");
+    }
+
+    std::map<std::string, std::string> values() {
+        std::map<std::string, std::string> all;
+        for (auto& [name, view] : owner.outlets) {
+            all[name] = formatted("\"%@\" %d", {view->title(), view->integerValue()});
+            if (TextField* field = view->asTextField()) all[name] += " text \"" + field->stringValue() + "\"";
+            if (PopUpButton* menu = view->asPopUpButton()) all[name] += " item " + std::to_string(menu->selectedRow());
+            if (!view->isEnabled()) all[name] += " off";
+            if (view->isHidden()) all[name] += " hidden";
+            if (name == "box" || name == "inner" || name == "group") all[name] += " at " + shown(view->frame());
+        }
+        QTabBar& bar = *widget<QTabWidget>("tabs").tabBar();
+        if (bar.tabTextColor(0).isValid()) all["tabs"] += " dimmed";
+        return all;
+    }
+    std::string news() {
+        std::string text;
+        for (const std::string& line : owner.takeActions()) text += "does " + line + "\n";
+        for (const std::string& line : std::exchange(told, {})) text += line + "\n";
+        auto now = values();
+        for (const auto& [name, value] : now)
+            if (seen[name] != value) text.append(name).append(": ").append(value).append("\n");
+        seen = std::move(now);
+        return text;
+    }
+
+    const std::set<std::string> named{"click", "press", "type",   "clear", "leave",  "focus", "state", "title",
+                                      "text",  "item",  "number", "hide",  "enable", "frame", "target"};
+    TableView& table;
+    Panel& sheet;
+    int rows = 0;
+    bool takesDrops = true, insists = false;
+    std::set<int> asked;
+    std::vector<std::string> told;
+    std::map<std::string, std::string> seen;
+};
+
+}  // namespace
+
+TEST(ControlsByScript) { check::play<Stage>(TEST_DATA "/controls.txt"); }
+TEST(TablesByScript) { check::play<Stage>(TEST_DATA "/table.txt"); }
+TEST(SheetsByScript) { check::play<Stage>(TEST_DATA "/sheet.txt"); }
+
+TEST(OnlyRowsOnScreenAreAsked) {
+    Stage stage;
+    stage.rows = 5000;
+    stage.table.reloadData();
+    settle();
+    CHECK(stage.asked.contains(0) && *stage.asked.rbegin() < 12);
+    for (bool scrolls : {true, false}) {
+        stage.asked.clear();
+        scrolls ? stage.table.scrollRowToVisible(4999) : stage.table.reloadData();
+        settle();
+        CHECK(stage.asked.contains(4999) && stage.asked.size() < 30);
+    }
+}
 
 TEST(EveryNamedObjectReachesItsOwnerAsItsKind) {
     SampleInterface sample;
     auto& outlets = sample.owner.outlets;
-    CHECK(outlets.at("box")->asButton() && outlets.at("push")->asButton());
+    CHECK(outlets.at("box")->asButton() && outlets.at("push")->asButton() && outlets.at("menu")->asPopUpButton());
     CHECK(outlets.at("number")->asTextField() && outlets.at("label")->asTextField() &&
           outlets.at("edit")->asTextField());
-    CHECK(outlets.at("menu")->asPopUpButton() && outlets.at("table")->asTableView());
-    CHECK(outlets.at("tabs")->asTabView() && outlets.at("sheet")->asPanel());
+    CHECK(outlets.at("table")->asTableView() && outlets.at("tabs")->asTabView() && outlets.at("sheet")->asPanel());
     CHECK(outlets.contains("group") && outlets.contains("inner") && outlets.contains("ok"));
-    CHECK(!outlets.contains("qt_spinbox_lineedit"));
-    CHECK_EQ(outlets.at("menu")->tag(), 11);
-    CHECK_EQ(outlets.at("group")->tag(), 0);
-    CHECK_EQ(outlets.at("box")->title(), "Arrange & sort");
-}
-
-TEST(OnlyTheUsersChangesPerformActions) {
-    SampleInterface sample;
-    auto& outlets = sample.owner.outlets;
-    auto& number = sample.widget<QSpinBox>("number");
-
-    outlets.at("box")->asButton()->setState(true);
-    outlets.at("number")->asTextField()->setIntegerValue(12);
-    outlets.at("menu")->asPopUpButton()->selectItem(2);
-    outlets.at("edit")->asTextField()->setStringValue("text");
-    settle();
-    CHECK_EQ(sample.owner.takeActions(), Actions{});
-    CHECK_EQ(outlets.at("box")->integerValue(), 1);
-    CHECK_EQ(outlets.at("number")->integerValue(), 12);
-    CHECK_EQ(outlets.at("menu")->selectedRow(), 2);
-
-    sample.widget<QCheckBox>("box").click();
-    sample.widget<QPushButton>("push").click();
-    QTest::keyClick(&sample.widget<QComboBox>("menu"), Qt::Key_Up);
-    QTest::keyClick(&number, Qt::Key_Up);
-    CHECK_EQ(sample.owner.takeActions(), Actions{"toggle: 3", "go: 7", "choose: 11", "size: 5"});
-    CHECK_EQ(outlets.at("box")->integerValue(), 0);
-    CHECK_EQ(outlets.at("menu")->selectedRow(), 1);
-
-    number.selectAll();
-    QTest::keyClicks(&number, QStringLiteral("144"));
-    CHECK_EQ(sample.owner.takeActions(), Actions{});
-    QTest::keyClick(&number, Qt::Key_Return);
-    QTest::keyClick(&sample.widget<QLineEdit>("edit"), Qt::Key_Return);
-    CHECK_EQ(sample.owner.takeActions(), Actions{"size: 5", "enter: 12"});
-    CHECK_EQ(outlets.at("number")->integerValue(), 144);
-
-    sample.interface->disconnectOwner();
-    sample.widget<QPushButton>("push").click();
-    CHECK_EQ(sample.owner.takeActions(), Actions{});
-}
-
-TEST(ControlsKeepToWhatTheyCanShow) {
-    SampleInterface sample;
-    auto& outlets = sample.owner.outlets;
-    outlets.at("number")->asTextField()->setIntegerValue(1'000'000'000'000);
-    CHECK_EQ(outlets.at("number")->integerValue(), 255);
+    CHECK(!outlets.contains("qt_spinbox_lineedit") && !sample.interface->view("nobody"));
     PopUpButton& menu = *outlets.at("menu")->asPopUpButton();
-    menu.selectItem(1);
-    menu.selectItem(7);
-    menu.selectItem(-1);
-    CHECK_EQ(menu.selectedRow(), 1);
-    CHECK_EQ(menu.itemCount(), 3);
-    CHECK_EQ(menu.itemTitle(2) + menu.itemTitle(3) + menu.itemTitle(-1), "Two");
-
-    View& inner = *outlets.at("inner");
-    outlets.at("group")->setEnabled(false);
-    CHECK(inner.isEnabled());
-    inner.setEnabled(false);
-    outlets.at("group")->setEnabled(true);
-    CHECK(!inner.isEnabled());
+    CHECK_EQ(menu.itemTitle(2) + menu.itemTitle(3) + menu.itemTitle(-1) + std::to_string(menu.itemCount()), "Two3");
+    CHECK_EQ(menu.tag() * 100 + menu.itemTag(1) + menu.itemTag(3), 1100);
 }
 
 TEST(LabelsShowTextAsItIsAndAlertsInRed) {
     SampleInterface sample;
     TextField& text = *sample.owner.outlets.at("label")->asTextField();
     auto& label = sample.widget<QLabel>("label");
+    auto colour = [&] { return label.palette().color(QPalette::WindowText); };
     text.setStringValue("<b>bold</b> & plain", TextTone::Alert);
-    CHECK_EQ(text.stringValue(), "<b>bold</b> & plain");
     CHECK(label.textFormat() == Qt::PlainText && label.alignment() == Qt::AlignCenter);
-    QColor red = label.palette().color(QPalette::WindowText);
+    const QColor red = colour();
     CHECK(red.red() > red.green() + 80);
-
     QApplication::setPalette(QPalette(QColor(40, 40, 40), QColor(30, 30, 30)));
     settle();
-    CHECK(label.palette().color(QPalette::WindowText).lightness() > red.lightness());
+    CHECK(colour().lightness() > red.lightness());
     QApplication::setPalette(QPalette());
     settle();
-
     text.setStringValue("calm");
-    CHECK(label.palette().color(QPalette::WindowText) == QApplication::palette().color(QPalette::WindowText));
+    CHECK(colour() == QApplication::palette().color(QPalette::WindowText));
     CHECK(label.alignment() == (Qt::AlignLeft | Qt::AlignTop));
 
-    auto& status = sample.widget<QLabel>("status");
-    CHECK(status.isHidden());
-    sample.owner.outlets.at("status")->asTextField()->setStringValue("there");
-    CHECK(status.isVisible());
-}
-
-TEST(FramesGrowUpwardFromTheSuperviewsLowerLeftCorner) {
-    SampleInterface sample;
-    auto& outlets = sample.owner.outlets;
-    const std::pair<const char*, Rect> cases[] = {
-        {"box", {{10, 370}, {200, 20}}},
-        {"inner", {{20, 45}, {100, 25}}},
-        {"group", {{10, 20}, {200, 100}}},
-    };
-    for (const auto& [name, frame] : cases) {
-        CONTEXT(name);
-        CHECK(outlets.at(name)->frame() == frame);
-        Rect moved = {{frame.origin.x + 1, frame.origin.y + 9}, {frame.size.width + 5, 31}};
-        outlets.at(name)->setFrame(moved);
-        CHECK(outlets.at(name)->frame() == moved);
-    }
-    TextField& text = *outlets.at("label")->asTextField();
-    text.setStringValue("one line");
-    double low = text.cellSizeForBounds({{}, {200, 10}}).height;
+    const double low = text.cellSizeForBounds({{}, {200, 10}}).height;
     text.setStringValue("many words that do not fit into a single line of two hundred points, nor into two of them");
     CHECK(text.cellSizeForBounds({{}, {200, 10}}).height >= 2.5 * low);
     CHECK_EQ(text.cellSizeForBounds({{}, {200, 10}}).width, 200.0);
+}
+
+TEST(ASheetsButtonsFitTheirLabelsAndGrowLeft) {
+    SampleInterface sample;
+    Panel& panel = *sample.owner.outlets.at("sheet")->asPanel();
+    auto &ok = sample.widget<QPushButton>("ok"), &cancel = sample.widget<QPushButton>("cancel");
+    const Size size = panel.contentSize();
+    const double scale = size.width / 400, y = sample.owner.outlets.at("ok")->frame().origin.y;
+    CHECK(ok.width() >= ok.sizeHint().width());
+    CHECK(std::abs(ok.geometry().right() + 1 - 380 * scale) <= 1);
+    CHECK(std::abs(ok.x() - (cancel.geometry().right() + 1) - 20 * scale) <= 2);
+    panel.setContentSize({size.width, size.height + 50});
+    CHECK(panel.contentSize() == (Size{size.width, size.height + 50}) && panel.frame().size == panel.contentSize());
+    CHECK_EQ(sample.owner.outlets.at("ok")->frame().origin.y, y + 50);
 }
 
 TEST(BrokenInterfaceFilesAreRefused) {
@@ -135,16 +254,22 @@ TEST(BrokenInterfaceFilesAreRefused) {
     ExpectWarning warning("Designer:");
     check::TemporaryFolder folder;
     auto bundle = linux::FolderBundle::open(TEST_DATA "/Sample.prefPane");
-    for (const char* content : {"", "no markup", "<ui version=\"4.0\"><widget", "<plist/>"}) {
+    for (const char* content : {"", "no markup", "<ui version=\"4.0\"><widget", "<plist/>", "missing"}) {
         CONTEXT(content);
         NotingOwner owner;
         std::string error;
-        REQUIRE(check::writeFile(folder / "broken.ui", content));
+        if (content == std::string_view("missing"))
+            std::remove((folder / "broken.ui").c_str());
+        else
+            check::writeFile(folder / "broken.ui", content);
         CHECK(!loadInterface(folder / "broken.ui", *bundle, owner, error));
         CHECK(error.find("broken.ui") != std::string::npos);
     }
-    NotingOwner owner;
-    std::string error;
-    CHECK(!loadInterface(folder / "missing.ui", *bundle, owner, error));
-    CHECK(!error.empty());
+}
+
+TEST(UriListsGiveLocalPaths) {
+    for (const check::Case& c : check::casesIn(TEST_DATA "/uri-lists.txt")) {
+        CONTEXT(c.label);
+        CHECK_EQ(check::show(localFilesOfUriList(QByteArray::fromStdString(c.text))), c.expected);
+    }
 }

@@ -2,7 +2,6 @@
 #include "tests/qt/QtTest.h"
 
 #include <QAbstractButton>
-#include <QDialog>
 #include <QKeySequence>
 #include <QLabel>
 #include <QTabWidget>
@@ -13,54 +12,49 @@ using namespace platform;
 
 namespace {
 
-constexpr const char* kLanguages[] = {"en", "de", "fr", "ja"};
 constexpr QSize kPage(760, 690);  // of the window as it first opens
-
-QString shownText(QWidget& widget) {
-    if (auto* button = qobject_cast<QAbstractButton*>(&widget)) return button->text();
-    auto* label = qobject_cast<QLabel*>(&widget);
-    return label && label->buddy() ? label->text() : QString();
-}
 
 // A letter that two controls of one page answer to reaches neither at the first press.
 void checkMnemonics(QWidget& page, const QTabWidget* tabs) {
+    QStringList texts;
+    for (int i = 0; tabs && i < tabs->count(); ++i) texts << tabs->tabText(i);
+    for (QWidget* widget : page.findChildren<QWidget*>()) {
+        auto* label = qobject_cast<QLabel*>(widget);
+        if (widget->window() != page.window() || !widget->isVisibleTo(&page)) continue;
+        if (auto* button = qobject_cast<QAbstractButton*>(widget)) texts << button->text();
+        if (label && label->buddy()) texts << label->text();
+    }
     std::set<QString> taken;
-    auto take = [&](const QString& text) {
-        const QString mnemonic = QKeySequence::mnemonic(text).toString();
-        if (mnemonic.isEmpty()) return;
+    for (const QString& text : texts) {
         CONTEXT(text.toStdString());
-        CHECK(taken.insert(mnemonic).second);
-    };
-    for (int i = 0; tabs && i < tabs->count(); ++i) take(tabs->tabText(i));
-    for (QWidget* widget : page.findChildren<QWidget*>())
-        if (widget->window() == page.window() && widget->isVisibleTo(&page)) take(shownText(*widget));
+        const QString mnemonic = QKeySequence::mnemonic(text).toString();
+        CHECK(mnemonic.isEmpty() || taken.insert(mnemonic).second);
+    }
 }
 
 struct PaneInterface {
-    NotingOwner owner;
-    std::unique_ptr<Bundle> bundle = linux::FolderBundle::open(BINARY_DIR "/Typeslate.prefPane");
-    std::unique_ptr<qt::Interface> interface;
-
-    explicit PaneInterface(const char* name) {
+    PaneInterface(const char* name, const char* wanted) : wish("LANGUAGE", wanted), locale("LC_ALL", "C.UTF-8") {
         useApplication();
-        REQUIRE(bundle != nullptr);
+        bundle = linux::FolderBundle::open(BINARY_DIR "/Typeslate.prefPane");
         std::string error;
         interface = qt::loadInterface(bundle->resourcePath(name, "ui").value_or(""), *bundle, owner, error);
         REQUIRE(interface != nullptr);
     }
+    check::ScopedEnvironment wish, locale;
+    NotingOwner owner;
+    std::unique_ptr<Bundle> bundle;
+    std::unique_ptr<qt::Interface> interface;
 };
 
 }  // namespace
 
 TEST(EveryLanguageFitsThePage) {
-    for (const char* language : kLanguages) {
-        check::ScopedEnvironment wish("LANGUAGE", language), locale("LC_ALL", "C.UTF-8");
+    for (const char* language : {"en", "de", "fr", "ja"})
         for (const char* name : {"TSPrefs", "UpdaterView"}) {
             CONTEXT(std::string(language) + " " + name);
-            PaneInterface pane(name);
+            PaneInterface pane(name, language);
             QWidget& page = *pane.interface->root();
-            CHECK_EQ(page.minimumSizeHint().expandedTo(kPage).width(), kPage.width());
-            CHECK_EQ(page.minimumSizeHint().expandedTo(kPage).height(), kPage.height());
+            CHECK(page.minimumSizeHint().expandedTo(kPage) == kPage);
             auto* tabs = page.findChild<QTabWidget*>();
             for (int i = 0; i < (tabs ? tabs->count() : 1); ++i) {
                 if (tabs) tabs->setCurrentIndex(i);
@@ -69,13 +63,11 @@ TEST(EveryLanguageFitsThePage) {
             for (auto& [outlet, view] : pane.owner.outlets)
                 if (view->asPanel()) checkMnemonics(*qt::widgetOf(view), nullptr);
         }
-    }
 }
 
 TEST(TextsComeInTheLanguageAskedForAndElseInEnglish) {
     auto titles = [](const char* language) {
-        check::ScopedEnvironment wish("LANGUAGE", language), locale("LC_ALL", "C.UTF-8");
-        PaneInterface pane("TSPrefs");
+        PaneInterface pane("TSPrefs", language);
         auto* tabs = pane.interface->root()->findChild<QTabWidget*>();
         return pane.owner.outlets.at("exRemoveAppButton")->title() + "|" + tabs->tabText(2).remove('&').toStdString() +
                "|" + pane.owner.outlets.at("perAppDupeHandling")->asPopUpButton()->itemTitle(0);
