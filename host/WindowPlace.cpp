@@ -12,8 +12,9 @@ WindowPlace::WindowPlace(QWidget& window, platform::PreferenceService& preferenc
     : window_(window), preferences_(preferences), domain_(std::move(domain)), key_(std::move(key)) {
     const PropertyList stored = preferences_.copyValue(key_, domain_);
     const std::string_view bytes = stored.dataValue();
-    if (!window_.restoreGeometry(QByteArray(bytes.data(), static_cast<int>(bytes.size()))))
-        window_.resize(window_.size().boundedTo(window_.screen()->availableSize()));
+    window_.restoreGeometry(QByteArray(bytes.data(), static_cast<int>(bytes.size())));
+    // Not every window manager shrinks what comes from a larger screen.
+    window_.resize(window_.size().boundedTo(window_.screen()->availableSize()));
     window_.installEventFilter(this);
 }
 

@@ -36,8 +36,7 @@ def toggle(session, changes):
 def test(session):
     settingsapps.prepare(session)
     session.ctl("defaults", "write", "com.tarnwick.typeslate", "TheExcList", json.dumps([GLOBAL]))
-    session.ctl("defaults", "write", "com.tarnwick.typeslate", "Added Default Exclusions", "true")
-    session.ctl("defaults", "write", "com.tarnwick.typeslate", "Default Exclusions Version", "1000")
+    session.keep_out_exclusions()
     changes = session.watch()
     assert f"{MODULE} " in listed(session) and "Schriftmenüs" in listed(session, LANGUAGE="de", LC_ALL="C.UTF-8")
 

@@ -1,15 +1,9 @@
 """The host window among the others: it remembers its place, a second start raises it, and a killed one is no obstacle."""
-import base64
-import json
 import os
 import re
-import struct
 import subprocess
 
 import windowtest
-
-DOMAIN, KEY = "com.tarnwick.typeslate.Settings", "Window Typeslate.prefPane"
-SCREEN = 1280, 1024
 
 
 def xdotool(*arguments):
@@ -21,37 +15,16 @@ def geometry(window):
     return tuple(int(n) for n in re.findall(r"[XYWHIDTEG]+=(\d+)", xdotool("getwindowgeometry", "--shell", window))[1:5])
 
 
-def reopened(session, host):
-    session.close(host)
-    host = session.open_pane()
-    session.settle(host.window)
-    return host
-
-
 def remembers_size_and_place(session):
     host = session.open_pane()
     xdotool("windowsize", "--sync", host.window, 1000, 760)
     xdotool("windowmove", "--sync", host.window, 90, 70)
     session.settle(host.window)
     kept = geometry(host.window)
-    host = reopened(session, host)
+    session.close(host)
+    host = session.open_pane()
+    session.settle(host.window)
     assert geometry(host.window) == kept, (geometry(host.window), kept)
-    return host
-
-
-def stays_on_the_screen(session, host):
-    """Places from a larger or another screen, as the frame's rectangle and the window's own in it."""
-    for left, top, width, height in [(5000, 4000, 900, 700), (-3000, -2000, 900, 700), (0, 0, 4000, 3000)]:
-        session.close(host)
-        stored = json.loads(session.ctl("defaults", "read", DOMAIN, KEY))["$data"]
-        data = bytearray(base64.b64decode(stored))
-        rectangle = struct.pack(">4i", left, top, left + width - 1, top + height - 1)
-        data[8:24] = data[24:40] = data[50:66] = rectangle
-        session.ctl("defaults", "write", DOMAIN, KEY, json.dumps({"$data": base64.b64encode(data).decode()}))
-        host = session.open_pane()
-        session.settle(host.window)
-        x, y, width, height = geometry(host.window)
-        assert 0 <= x and 0 <= y and x + width <= SCREEN[0] and y + height <= SCREEN[1], (x, y, width, height)
     return host
 
 
@@ -98,7 +71,6 @@ def killed_one_is_no_obstacle(session, host):
 
 def test(session):
     host = remembers_size_and_place(session)
-    host = stays_on_the_screen(session, host)
     second_start_raises_the_first(session, host)
     another_home_has_a_window_of_its_own(session, host)
     killed_one_is_no_obstacle(session, host)

@@ -74,6 +74,10 @@ class Session:
     def entries(self):
         return json.loads(self.ctl("defaults", "read", "com.tarnwick.typeslate", "TheExcList"))
 
+    def keep_out_exclusions(self):
+        for key, value in [("Added Default Exclusions", "true"), ("Default Exclusions Version", "1000")]:
+            self.ctl("defaults", "write", "com.tarnwick.typeslate", key, value)
+
     def watch(self):
         process = self.start(self.build + "/bin/typeslatectl", "watch", stdout=subprocess.PIPE, stderr=subprocess.PIPE)
         Lines(process.stderr).until(lambda line: "watching" in line)
@@ -99,14 +103,6 @@ class Session:
 
     def focus(self, window):
         subprocess.run(["xdotool", "windowfocus", "--sync", window], check=True, timeout=LIMIT)
-
-    def drag(self, source, target):
-        """From the middle of one window into the upper left of another, in small steps as a hand moves."""
-        steps = ["mousemove", "--window", source, "40", "30", "mousedown", "1"]
-        for window, x, y in [(source, 45, 35), (source, 60, 40), (target, 120, 300), (target, 130, 310),
-                             (target, 140, 320)]:
-            steps += ["mousemove", "--sync", "--window", window, str(x), str(y), "sleep", "0.1"]
-        subprocess.run(["xdotool", *steps, "mouseup", "1"], check=True, timeout=LIMIT)
 
     def settle(self, window):
         """Until the window's picture stays the same."""

@@ -1,0 +1,243 @@
+// The real pane in the windows that hosts give it, on a screen that is not there: what assistive tools and the keyboard
+// meet, leaving, and the window's place.
+#include "host/PaneWindow.h"
+#include "host/WindowPlace.h"
+#include "host/kcm/PanePage.h"
+#include "tests/qt/QtTest.h"
+#include "tests/support/FakePlatform.h"
+
+#include <QAccessible>
+#include <QApplication>
+#include <QCheckBox>
+#include <QDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QScreen>
+#include <QSpinBox>
+#include <QTabWidget>
+#include <QTimer>
+#include <QtEndian>
+
+#include <filesystem>
+#include <set>
+
+using namespace platform;
+using check::ScopedEnvironment;
+
+namespace {
+
+constexpr const char* kBundle = BINARY_DIR "/Typeslate.prefPane";
+constexpr const char* kDomain = "com.tarnwick.typeslate";
+
+struct Home {
+    Home() {
+        namespace fs = std::filesystem;
+        fs::create_directories(home / "Library/Plinthworks");
+        fs::copy(BINARY_DIR "/Sample.plinth", home / "Library/Plinthworks/Typeslate.plinth",
+                 fs::copy_options::recursive);
+        for (const char* name : {"Alpha", "Beta"})
+            check::writeFile(home / "share/applications/org.test." + name + ".desktop",
+                             std::string("[Desktop Entry]\nType=Application\nExec=/bin/true\nName=") + name + "\n");
+    }
+    check::TemporaryFolder home;
+    ScopedEnvironment homeVariable{"HOME", home.path().c_str()}, root{"TYPESLATE_ROOT", (home / "root").c_str()},
+        configuration{"XDG_CONFIG_HOME", nullptr}, applications{"XDG_DATA_DIRS", (home / "share").c_str()},
+        user{"TYPESLATE_UID", "1000"}, language{"LC_ALL", "C.UTF-8"}, wish{"LANGUAGE", nullptr};
+    PrivateBus bus;
+    host::HostPlatform platform;
+    PropertyList entries() { return platform.preferences().copyValue("TheExcList", kDomain); }
+};
+
+template <typename Widget>
+Widget& in(QWidget& window, const char* name) {
+    auto* found = window.findChild<Widget*>(QLatin1String(name));
+    REQUIRE(found != nullptr);
+    return *found;
+}
+
+struct Opened : Home {
+    Opened() {
+        platform.preferences().setValue("SUCheckForUpdates", false, kDomain);
+        platform.preferences().setValue("Added Default Exclusions", true, kDomain);
+        platform.preferences().setValue("Default Exclusions Version", 1000, kDomain);
+        REQUIRE(window.load(kBundle).empty());
+        window.show();
+        QApplication::setActiveWindow(&window);
+        settle();
+    }
+    QDialog& openSheet(int tab, const char* button) {
+        in<QTabWidget>(window, "tabs").setCurrentIndex(tab);
+        in<QAbstractButton>(window, button).setFocus();
+        in<QAbstractButton>(window, button).click();
+        auto* sheet = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+        REQUIRE(sheet != nullptr);
+        settle();
+        return *sheet;
+    }
+    host::PaneWindow window{platform};
+};
+
+bool isInUse(const QWidget& page, const QWidget& widget) {
+    return widget.window() == &page && widget.isVisible() && widget.isEnabled() && !widget.focusProxy() &&
+           widget.focusPolicy() & Qt::TabFocus;
+}
+
+// A press of the Tab key visits the links of a text one by one.
+void checkPage(QWidget& page) {
+    std::set<const QWidget*> reached;
+    for (int presses = 0; presses < 100 && page.focusWidget(); ++presses) {
+        reached.insert(page.focusWidget());
+        QTest::keyClick(page.focusWidget(), Qt::Key_Tab);
+    }
+    for (QWidget* widget : page.findChildren<QWidget*>()) {
+        if (!isInUse(page, *widget)) continue;
+        CONTEXT(widget->objectName().toStdString());
+        CHECK(reached.contains(widget));
+        QAccessibleInterface& seen = *QAccessible::queryAccessibleInterface(widget);
+        const auto role = seen.role();
+        if (role == QAccessible::StaticText || role == QAccessible::PageTabList) continue;
+        CHECK(!seen.text(QAccessible::Name).isEmpty());
+        CHECK(role == QAccessible::List || !seen.text(QAccessible::Description).isEmpty());
+    }
+    CHECK(reached.size() > 1);
+}
+
+}  // namespace
+
+TEST(EveryControlHasANameAndADescriptionAndIsReached) {
+    Opened pane;
+    auto& tabs = in<QTabWidget>(pane.window, "tabs");
+    for (int i = 0; i < tabs.count(); ++i) {
+        CONTEXT(tabs.tabText(i).toStdString());
+        tabs.setCurrentIndex(i);
+        settle();
+        checkPage(pane.window);
+    }
+    for (auto [tab, button] :
+         {std::pair{0, "regexAdd"}, {0, "exAddAppButton"}, {1, "privacyButton"}, {2, "logStuff"}, {2, "aboutButton"}}) {
+        CONTEXT(button);
+        QDialog& sheet = pane.openSheet(tab, button);
+        CHECK(sheet.focusWidget() && !sheet.windowTitle().isEmpty());
+        checkPage(sheet);
+        QTest::keyClick(&sheet, Qt::Key_Escape);
+        settle();
+        CHECK(!QApplication::activeModalWidget());
+        CHECK(pane.window.focusWidget() == &in<QAbstractButton>(pane.window, button));
+    }
+}
+
+TEST(AMissingModuleIsAnAlert) {
+    Opened pane;
+    std::filesystem::remove_all(pane.home / "Library");
+    pane.window.hide();
+    host::PaneWindow other(pane.platform);
+    REQUIRE(other.load(kBundle).empty());
+    other.show();
+    QAccessibleInterface& line = *QAccessible::queryAccessibleInterface(&in<QLabel>(other, "statusField"));
+    CHECK(line.role() == QAccessible::AlertMessage);
+    CHECK_EQ(line.text(QAccessible::Name).toStdString(), "The Plinth component is either disabled or not installed.");
+}
+
+TEST(TheChooserFindsByNameAndTakesWhatIsSelected) {
+    Opened pane;
+    QDialog& chooser = pane.openSheet(0, "exAddAppButton");
+    auto& add = in<QPushButton>(chooser, "applicationAdd");
+    CHECK(!add.isEnabled());
+    QTest::keyClicks(&in<QLineEdit>(chooser, "applicationSearch"), QStringLiteral("BET"));
+    CHECK(add.isEnabled());
+    QTest::keyClick(chooser.focusWidget(), Qt::Key_Return);
+    settle();
+    REQUIRE(pane.entries().size() == 2);
+    CHECK_EQ(pane.entries().elements()[1]["Data"], PropertyList("org.test.Beta"));
+}
+
+TEST(LeavingTakesAHalfTypedNumberAndWaitsForASheet) {
+    Opened pane;
+    auto& size = in<QSpinBox>(pane.window, "perAppFontSize");
+    if (!size.isEnabled()) in<QCheckBox>(pane.window, "perAppShowSize").click();
+    size.setFocus();
+    size.selectAll();
+    QTest::keyClicks(&size, QStringLiteral("17"));
+    QDialog& sheet = pane.openSheet(2, "aboutButton");
+    pane.window.close();
+    CHECK(pane.window.isVisible());
+    QTest::keyClick(&sheet, Qt::Key_Escape);
+    REQUIRE(waitFor([&] { return !pane.window.isVisible(); }));
+    CHECK_EQ(pane.entries().elements()[0]["Settings"]["FontSize"], PropertyList(17));
+    pane.window.show();
+    CHECK(pane.window.close());
+}
+
+TEST(ANumberThatIsBeingTypedCountsBeforeThePaneIsLeft) {
+    struct Host : PaneHost {
+        void replyToShouldUnselect(bool) override {}
+    } host;
+    Home home;
+    QWidget page;
+    host::LoadedPane pane(home.platform, host, page);
+    REQUIRE(pane.load(kBundle).empty());
+    page.show();
+    QApplication::setActiveWindow(&page);
+    CHECK(pane.askToLeave() == UnselectReply::Now);
+    pane.select();
+    auto& size = in<QSpinBox>(page, "perAppFontSize");
+    if (!size.isEnabled()) in<QCheckBox>(page, "perAppShowSize").click();
+    size.setFocus();
+    size.selectAll();
+    QTest::keyClicks(&size, QStringLiteral("19"));
+    CHECK(pane.askToLeave() == UnselectReply::Now);
+    CHECK_EQ(home.entries().elements()[0]["Settings"]["FontSize"], PropertyList(19));
+}
+
+TEST(APageThatIsTakenAwayWaitsBehindItsSheet) {
+    Home home;
+    QWidget application;
+    QPointer<kcm::PanePage> page = new kcm::PanePage;
+    REQUIRE(page->load(kBundle).empty());
+    page->setParent(&application);
+    application.show();
+    QTimer::singleShot(0, [&] {
+        in<QPushButton>(*page, "regexAdd").click();
+        QWidget* sheet = QApplication::activeModalWidget();
+        page->retire();
+        CHECK(page && !page->isVisible() && sheet && sheet->isVisible());
+        QTest::keyClick(sheet, Qt::Key_Escape);
+        QTimer::singleShot(50, qApp, &QCoreApplication::quit);
+    });
+    QApplication::exec();
+    CHECK(!page);
+}
+
+TEST(AWindowKeepsItsPlaceOnTheScreenThatThereIs) {
+    useApplication();
+    fake::World world;
+    auto opened = [&](QSize size) {
+        auto window = std::make_unique<QWidget>();
+        window->resize(size);
+        new host::WindowPlace(*window, world.preferences, "d", "k");
+        return window;
+    };
+    const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+    CHECK_EQ(opened({5000, 100})->width(), screen.width());
+    auto first = opened({300, 200});
+    first->show();
+    first->setGeometry(70, 90, 350, 250);
+    first->close();
+    auto second = opened({300, 200});
+    CHECK(second->geometry() == QRect(70, 90, 350, 250));
+    CHECK_EQ(world.takeJournal(), fake::Journal{"set k", "synchronize"});
+
+    // From larger screens: the frame's rectangle, the window's own, and that when not maximised.
+    for (QRect place : {QRect(5000, 4000, 400, 300), QRect(-3000, -2000, 400, 300), QRect(0, 0, 4000, 3000)}) {
+        std::string data(world.preferences.copyValue("k", "d").dataValue());
+        for (std::size_t at : {8, 24, 50})
+            for (int corner : {place.left(), place.top(), place.right(), place.bottom()})
+                qToBigEndian(corner, data.data() + at), at += 4;
+        world.preferences.setValue("k", PropertyList::data(data), "d");
+        auto window = opened({300, 200});
+        window->show();
+        CHECK(screen.contains(window->geometry().topLeft()));
+        CHECK(window->size() == window->size().boundedTo(screen.size()));
+    }
+}
