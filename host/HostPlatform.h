@@ -1,4 +1,5 @@
-// The parts of the platform on Linux with Qt, put together for a pane.
+// The parts of the platform on Linux with Qt, put together for a pane. Needs an application object; for the main
+// thread.
 #pragma once
 
 #include "platform/Platform.h"
@@ -12,10 +13,11 @@ namespace host {
 class HostPlatform {
 public:
     HostPlatform();
-    ~HostPlatform();
+    ~HostPlatform();  // what was set and not yet synchronised is written
     HostPlatform(const HostPlatform&) = delete;
 
-    // For the pane of this bundle, which outlives it as this object does.
+    // For the pane of this bundle and this host, which outlive the pane, as this object does. The toolkit speaks with
+    // the texts of the last bundle that was handed in.
     platform::Platform forPane(platform::Bundle& bundle, platform::PaneHost& host);
     // The toolkit's alerts stand on this window; null: on none.
     void setWindow(QWidget* window);

@@ -1,4 +1,7 @@
-// Images, icons and alerts. Images are kept, so that a table may ask for them each time it paints a cell.
+// Images, icons, alerts and choosers, for the main thread.
+//
+// An image is read once and kept for the life of the toolkit, until its file's date changes, so that a table may ask
+// for it each time it paints a cell.
 #pragma once
 
 #include "platform/InterfaceToolkit.h"
@@ -19,7 +22,7 @@ public:
     using IconNameFinder = std::function<std::string(std::string_view path)>;
 
     explicit QtToolkit(IconNameFinder iconName) : iconName_(std::move(iconName)) {}
-    // Alerts stand on this window, and the application icon is its icon. Null: no window yet.
+    // Alerts, choosers and the font panel stand on this window, which may go before this object. Null: on none.
     void setWindow(QWidget* window) { window_ = window; }
     // The toolkit's own dialogs speak with this bundle's localised strings. It outlives them; null: in English.
     void setTexts(const platform::Bundle* texts) { texts_ = texts; }
@@ -29,7 +32,7 @@ public:
     platform::ImageRef genericApplicationIcon() override;
     platform::ImageRef applicationIcon() override;
     void setApplicationIcon(const platform::ImageRef& image) override;
-    // An image with more pixels than kLargestImage on a side has that many points.
+    // In points. Larger images are used at this size; drawings, which have any size, have this one.
     static constexpr int kLargestImage = 128;
     platform::Size imageSize(const platform::ImageRef& image) override;
     platform::ImageRef imageByDrawing(const platform::ImageRef& base, const platform::ImageRef& image,

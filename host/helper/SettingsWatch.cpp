@@ -64,13 +64,9 @@ bool SettingsWatch::takeIn() {
     return true;
 }
 
-PropertyList SettingsWatch::settings() {
-    store_.preferences.synchronize(kSettingsDomain);
-    return store_.preferences.copyDomain(kSettingsDomain);
-}
-
 void SettingsWatch::readSettings() {
-    PropertyList now = settings();
+    store_.preferences.synchronize(kSettingsDomain);
+    PropertyList now = store_.preferences.copyDomain(kSettingsDomain);
     if (now == known_) return;
     known_ = std::move(now);
     if (store_.preferences.getBooleanValue(kLogStuffKey, kSettingsDomain))

@@ -24,7 +24,6 @@ public:
 private:
     void watchFolders();
     void readSettings();
-    platform::PropertyList settings();
 
     linux::LinuxStore& store_;
     linux::Descriptor events_;

@@ -1,9 +1,8 @@
 // A sample of the updater that a module brings along: it looks for nothing and installs nothing, but holds the whole
 // conversation with the settings pane. Its one argument is the module's path. docs/updates.md has the messages.
 //
-// TYPESLATE_SAMPLE_UPDATER chooses how it behaves: "fail" (ends with a failure's text), "crash" (dies after its first
-// word), "hang" (never ends by itself), "wrong" (sends values of wrong types first). TYPESLATE_SAMPLE_UPDATER_STEP is
-// the time of each of its steps in seconds.
+// TYPESLATE_SAMPLE_UPDATER chooses how it behaves: "fail" (ends with a failure's text), "hang" (never ends by itself).
+// TYPESLATE_SAMPLE_UPDATER_STEP is the time of each of its steps in seconds.
 #include "linux/preferences/DiskPreferences.h"
 #include "linux/system/FolderBundle.h"
 #include "linux/system/SystemLog.h"
@@ -12,7 +11,6 @@
 
 #include <QCoreApplication>
 
-#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
@@ -50,9 +48,7 @@ public:
 
     void start() {
         cancelled_ = center_.addObserver(kCancel, identifier_, [this](const Notification&) { end("Cancelled."); });
-        if (mode_ == "wrong") sayNonsense();
         say("Asking for the newest version…");
-        if (mode_ == "crash") return after([] { std::raise(SIGKILL); });  // leaves no core behind
         if (mode_ == "hang") return;
         after([this] {
             say("Comparing versions…");
@@ -71,13 +67,6 @@ private:
     void say(std::string_view status) {
         center_.post(kStatusChange, identifier_,
                      PropertyList::dictionary({{"Date", runLoop_.now()}, {"Status", status}}), true);
-    }
-
-    void sayNonsense() {
-        for (const PropertyList& info :
-             {PropertyList(), PropertyList::dictionary({{"Date", "today"}, {"Status", 7}}),
-              PropertyList::dictionary({{"Date", runLoop_.now()}, {"Status", PropertyList::array({true})}})})
-            center_.post(kStatusChange, identifier_, info, true);
     }
 
     // The last word has been sent when it comes back from the bus.

@@ -121,7 +121,10 @@ QAccessibleInterface* makeAlertRole(const QString& className, QObject* object) {
 }  // namespace
 
 void setAlertTone(QLabel& label, bool isAlert) {
-    static const bool sIsInstalled = (QAccessible::installFactory(makeAlertRole), true);
+    static const bool sIsInstalled = [] {
+        QAccessible::installFactory(makeAlertRole);
+        return true;
+    }();
     Q_UNUSED(sIsInstalled)
     AlertTone* tone = AlertTone::of(label);
     if (isAlert && !tone) {

@@ -11,14 +11,16 @@ class CellModel;
 
 class CellDelegate final : public QStyledItemDelegate {
 public:
-    static constexpr int kIconExtent = 32;
-    static constexpr int kMargin = 5;
+    static constexpr int kIconExtent = 32;  // points
+    static constexpr int kMargin = 5;       // points, on each side of a cell's contents
 
+    // The model outlives the delegate.
     CellDelegate(const CellModel& model, QObject* parent) : QStyledItemDelegate(parent), model_(model) {}
 
-    // While set, images that are yet to be loaded are left out, so that the window need not wait for them.
-    void setPostponesImages(bool postpones) { postponesImages_ = postpones; }
-    static int rowHeight(const QFont& font);
+    // From the start to this call, images that are yet to be made are left out, so that the window need not wait for
+    // them.
+    void showEveryImage() { postponesImages_ = false; }
+    static int rowHeight(const QFont& font);  // in points, of every row in a table with this font
 
     void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
     QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;

@@ -88,19 +88,11 @@ void QtLineEdit::setStringValue(std::string_view text, TextTone) {
 
 void QtLineEdit::setIntegerValue(std::int64_t number) { setStringValue(std::to_string(number), TextTone::Normal); }
 
-Size QtLineEdit::cellSizeForBounds(const Rect& bounds) const {
-    return {bounds.size.width, double(widget_.sizeHint().height())};
-}
-
 void QtSpinBox::setStringValue(std::string_view text, TextTone) { setIntegerValue(toQString(text).toLongLong()); }
 
 void QtSpinBox::setIntegerValue(std::int64_t number) {
     QSignalBlocker quiet(widget_);
     widget_.setValue(clampedTo(number, widget_));
-}
-
-Size QtSpinBox::cellSizeForBounds(const Rect& bounds) const {
-    return {bounds.size.width, double(widget_.sizeHint().height())};
 }
 
 void QtPopUpButton::selectItem(int index) {

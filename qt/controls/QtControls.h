@@ -1,4 +1,4 @@
-// Buttons, fields, menus and tabs. Setters never cause an action: only the user's own changes do.
+// Buttons, fields, menus and tabs. Setters never cause an action: only the user's own changes do. None owns its widget.
 #pragma once
 
 #include "qt/controls/WidgetView.h"
@@ -43,28 +43,36 @@ private:
     Qt::Alignment designedAlignment_;
 };
 
-class QtLineEdit final : public WidgetView<platform::TextField, QLineEdit> {
+// Fields of one line ask for the width that they are given.
+template <typename Widget>
+class OneLineField : public WidgetView<platform::TextField, Widget> {
 public:
-    using WidgetView::WidgetView;
+    using WidgetView<platform::TextField, Widget>::WidgetView;
+    platform::Size cellSizeForBounds(const platform::Rect& bounds) const override {
+        return {bounds.size.width, double(this->widget_.sizeHint().height())};
+    }
+};
+
+class QtLineEdit final : public OneLineField<QLineEdit> {
+public:
+    using OneLineField::OneLineField;
     std::string stringValue() const override { return widget_.text().toStdString(); }
     std::int64_t integerValue() const override { return widget_.text().toLongLong(); }
     void setStringValue(std::string_view text, platform::TextTone tone) override;
     void setIntegerValue(std::int64_t number) override;
-    platform::Size cellSizeForBounds(const platform::Rect& bounds) const override;
 };
 
 // Shows a number outside its range as the nearest one inside it.
-class QtSpinBox final : public WidgetView<platform::TextField, QSpinBox> {
+class QtSpinBox final : public OneLineField<QSpinBox> {
 public:
-    using WidgetView::WidgetView;
+    using OneLineField::OneLineField;
     std::string stringValue() const override { return std::to_string(widget_.value()); }
     std::int64_t integerValue() const override { return widget_.value(); }
-    void setStringValue(std::string_view text, platform::TextTone tone) override;
+    void setStringValue(std::string_view text, platform::TextTone tone) override;  // what is no number counts as 0
     void setIntegerValue(std::int64_t number) override;
-    platform::Size cellSizeForBounds(const platform::Rect& bounds) const override;
 };
 
-// The dynamic property "itemTags" is the list of the items' tags.
+// The dynamic property "itemTags" is the list of the items' tags; an item without one has the tag 0.
 class QtPopUpButton final : public WidgetView<platform::PopUpButton, QComboBox> {
 public:
     using WidgetView::WidgetView;

@@ -128,7 +128,7 @@ bool QtTableView::handleDrag(QEvent* event) {
 }
 
 void QtTableView::showPostponedImages() {
-    delegate_.setPostponesImages(false);
+    delegate_.showEveryImage();
     widget_.viewport()->update();
 }
 

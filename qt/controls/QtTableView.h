@@ -1,5 +1,6 @@
 // A table whose columns are named by the widget's dynamic properties "columnIdentifiers" and "columnTitles" (lists of
-// strings). Rows are all of one height; the first column is as wide as an icon, the last takes the rest.
+// strings). Rows are all of one height; the first column is as wide as an icon, the last takes the rest. Only rows on
+// screen are asked for, each time they are painted. Files are taken as text/uri-list (qt/UriList.h), always as copies.
 #pragma once
 
 #include "qt/controls/CellDelegate.h"

@@ -21,11 +21,14 @@ QWidget* widgetOf(platform::View* view);
 // A label that names the widget follows it.
 void setEnabledWithLabel(QWidget& widget, bool enabled);
 
+// Whether it was hidden by name, not by what surrounds it.
 bool isHiddenItself(const QWidget& widget);
-// Puts another widget into the first one's place in its parent and the parent's layout, and hides the first.
+// Puts another widget into the first one's place in its parent and the parent's layout, and hides the first. Nothing
+// happens to one that has no parent.
 void replaceWidget(QWidget& widget, QWidget* other);
 platform::Panel* panelAround(const QWidget& widget);  // null when the widget's window is no panel's
 
+// In points from the lower left corner of the parent; of a window, from its own.
 platform::Rect frameOf(const QWidget& widget);
 void setFrameOf(QWidget& widget, const platform::Rect& frame);
 

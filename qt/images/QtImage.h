@@ -1,4 +1,5 @@
-// An image as an icon: one picture in several sizes, or a drawing. A lazy one is made when it is first needed.
+// An image as an icon: one picture in several sizes, or a drawing. One that is given as a function is made when it is
+// first needed, on the main thread, which may read files.
 #pragma once
 
 #include "platform/Controls.h"
@@ -19,6 +20,7 @@ public:
     }
     bool isMade() const { return !make_; }
 
+    // Null for no image, and for one that this toolkit did not make.
     static const QtImage* of(const platform::ImageRef& image) { return dynamic_cast<const QtImage*>(image.get()); }
 
 private:

@@ -7,8 +7,6 @@
 
 #include <QDBusMessage>
 
-#include <atomic>
-
 namespace qt {
 
 using namespace platform;
@@ -16,11 +14,6 @@ using namespace platform;
 namespace {
 
 constexpr const char* kSignature = "ssa{sv}b";
-
-QString freshConnectionName() {
-    static std::atomic<int> sCount = 0;
-    return QStringLiteral("typeslate-notifications-%1").arg(++sCount);
-}
 
 class SignalObservation final : public Observation {
 public:

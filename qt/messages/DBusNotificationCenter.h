@@ -13,8 +13,9 @@ inline constexpr const char* kNotificationPath = "/com/tarnwick/DistributedNotif
 inline constexpr const char* kNotificationInterface = "com.tarnwick.DistributedNotificationCenter";
 inline constexpr const char* kNotificationMember = "Notification";
 
-// Connects at the first use, which waits for the bus to answer; posting itself only queues. A bus that went away is
-// looked for again at the next use; observations made before it went end with it.
+// Connects at the first use, which waits for the bus to answer; posting itself only queues. Where no bus can be reached
+// posts are lost and nothing is heard, which one line in the log says. A bus that went away is looked for again at the
+// next use; observations made before it went end with it. For the main thread; handlers are called there.
 class DBusNotificationCenter final : public platform::DistributedNotificationCenter {
 public:
     explicit DBusNotificationCenter(platform::Log& log);
@@ -22,7 +23,8 @@ public:
 
     void post(std::string_view name, std::string_view object, const platform::PropertyList& userInfo,
               bool deliverImmediately) override;
-    // An empty name observes every name.
+    // An empty name observes every name, an empty object every object. Information that is nested more deeply than
+    // kDeepestUserInfo is left out, with a line in the log.
     std::unique_ptr<platform::Observation> addObserver(
         std::string_view name, std::string_view object,
         std::function<void(const platform::Notification&)> handler) override;
@@ -30,7 +32,6 @@ public:
     using Handler = std::function<void(const platform::Notification&, bool deliverImmediately)>;
     std::unique_ptr<platform::Observation> addFullObserver(std::string_view name, std::string_view object,
                                                            Handler handler);
-    bool isConnected() { return bus().isConnected(); }
 
 private:
     QDBusConnection bus();

@@ -3,16 +3,9 @@
 #include "qt/messages/SessionBus.h"
 #include "qt/messages/SignalReceiver.h"
 
-#include <atomic>
-
 namespace qt {
 
 namespace {
-
-QString freshConnectionName() {
-    static std::atomic<int> sCount = 0;
-    return QStringLiteral("typeslate-runtime-%1").arg(++sCount);
-}
 
 RuntimeMessage messageOf(const QDBusMessage& signal) {
     const QList<QVariant> arguments = signal.arguments();

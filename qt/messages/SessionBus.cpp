@@ -2,6 +2,8 @@
 
 #include <QFileInfo>
 
+#include <atomic>
+
 namespace qt {
 
 namespace {
@@ -22,6 +24,11 @@ QDBusConnection sessionBusConnection(const QString& name) {
     if (bus.isEmpty()) return kept;
     QDBusConnection::disconnectFromBus(name);
     return QDBusConnection::connectToBus(bus, name);
+}
+
+QString freshConnectionName() {
+    static std::atomic<int> sCount = 0;
+    return QStringLiteral("typeslate-%1").arg(++sCount);
 }
 
 }  // namespace qt

@@ -9,4 +9,7 @@ namespace qt {
 // no session bus. Never starts a bus: one that nobody else listens to is none.
 QDBusConnection sessionBusConnection(const QString& name);
 
+// A name for a connection that nobody else in this process has.
+QString freshConnectionName();
+
 }  // namespace qt

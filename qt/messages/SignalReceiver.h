@@ -14,8 +14,8 @@ class SignalReceiver final : public QObject {
 
 public:
     using Handler = std::function<void(const QDBusMessage&)>;
-    // Signals of another signature than the given one are left out. Arguments that must equal given texts: a null text
-    // accepts any.
+    // Signals of another D-Bus signature than the given one are left out. The arguments are those that a signal's first
+    // arguments must equal; a null text accepts any. Where the bus is not connected nothing is ever heard.
     SignalReceiver(QDBusConnection bus, const char* path, const char* interface, const char* member,
                    const QStringList& arguments, const char* signature, Handler handler);
 

@@ -100,20 +100,19 @@ TEST(WithoutABusOneLineSaysSoAndAPostFindsOneThatCame) {
         auto observation = center.addObserver("a", "", [](const Notification&) {});
         for (int i = 0; i < 3; ++i) center.post("a", "b", {}, true);
         CHECK_EQ(log.lines, std::vector<std::string>{"No session bus can be reached: changes are not announced"});
-        CHECK(!center.isConnected());
     }
     {
         PrivateBus bus;
         center.post("a", "b", {}, true);
-        CHECK(center.isConnected());
     }
     PrivateBus bus;
     DBusNotificationCenter other(log);
     bool heard = false;
     auto observation = other.addObserver("a", "", [&](const Notification&) { heard = true; });
-    REQUIRE(waitFor([&] { return center.isConnected(); }));
-    center.post("a", "b", {}, true);
-    CHECK(waitFor([&] { return heard; }));
+    CHECK(waitFor([&] {
+        center.post("a", "b", {}, true);
+        return heard;
+    }));
 }
 
 #ifdef PLINTH_LIBRARY
