@@ -15,12 +15,14 @@ constexpr int kPatience = 5000;  // milliseconds; a window that is still opening
 QString interfaceName() { return QStringLiteral("org.freedesktop.Application"); }
 QString sceneKey() { return QStringLiteral("com.tarnwick.typeslate.scene"); }
 
-QString pathOf(const QString& id) { return QLatin1Char('/') + QString(id).replace(QLatin1Char('.'), QLatin1Char('/')); }
+QString objectPathOf(const QString& id) {
+    return QLatin1Char('/') + QString(id).replace(QLatin1Char('.'), QLatin1Char('/'));
+}
 
 }  // namespace
 
 SingleInstance::SingleInstance(const QString& id, const QString& scene)
-    : id_(id), path_(pathOf(id)), scene_(scene), bus_(qt::sessionBusConnection(id)) {}
+    : id_(id), path_(objectPathOf(id)), scene_(scene), bus_(qt::sessionBusConnection(id)) {}
 
 SingleInstance::~SingleInstance() { QDBusConnection::disconnectFromBus(bus_.name()); }
 

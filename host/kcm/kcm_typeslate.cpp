@@ -13,20 +13,20 @@
 
 #if QT_VERSION_MAJOR < 6
 // The module is the page itself with KDE Frameworks 5, and has one with 6.
-class ModuleOfAnyGeneration : public KCModule {
+class ModuleOfEitherFrameworks : public KCModule {
 public:
     using Parent = QWidget;
-    ModuleOfAnyGeneration(QWidget* parent, const KPluginMetaData&, const QVariantList& arguments)
+    ModuleOfEitherFrameworks(QWidget* parent, const KPluginMetaData&, const QVariantList& arguments)
         : KCModule(parent, arguments) {}
     // There are no defaults to go back to; and System Settings shows the title of a page once it has heard this.
     void load() override { Q_EMIT defaulted(true); }
     QWidget* widget() { return this; }
 };
 #else
-class ModuleOfAnyGeneration : public KCModule {
+class ModuleOfEitherFrameworks : public KCModule {
 public:
     using Parent = QObject;
-    ModuleOfAnyGeneration(QObject* parent, const KPluginMetaData& plugin, const QVariantList&)
+    ModuleOfEitherFrameworks(QObject* parent, const KPluginMetaData& plugin, const QVariantList&)
         : KCModule(parent, plugin) {}
 };
 #endif
@@ -48,10 +48,10 @@ QLabel* messageInPlaceOfPane(const KPluginMetaData& plugin, const std::string& p
 
 // A change is stored and announced as it is made, so there is nothing to apply or to reset; and the pane has no
 // defaults to go back to for all of it at once.
-class TypeslateModule final : public ModuleOfAnyGeneration {
+class TypeslateModule final : public ModuleOfEitherFrameworks {
 public:
     TypeslateModule(Parent* parent, const KPluginMetaData& plugin, const QVariantList& arguments)
-        : ModuleOfAnyGeneration(parent, plugin, arguments) {
+        : ModuleOfEitherFrameworks(parent, plugin, arguments) {
         setButtons(NoAdditionalButton);
         auto* layout = new QVBoxLayout(widget());
         layout->setContentsMargins(0, 0, 0, 0);

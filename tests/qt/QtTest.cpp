@@ -28,11 +28,11 @@ void useApplication() {
     static int sCount = 1;
     static char sName[] = "test";
     static char* sArguments[] = {sName, nullptr};
-    static bool sReady = qputenv("QT_QPA_PLATFORM", "offscreen") && (qInstallMessageHandler(failOnWarning), true) &&
-                         QApplication::setStyle(QStringLiteral("Fusion"));
-    static auto* sApplication = new QApplication(sCount, sArguments);  // outlives Qt's own statics
-    Q_UNUSED(sReady)
-    Q_UNUSED(sApplication)
+    if (QCoreApplication::instance()) return;
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qInstallMessageHandler(failOnWarning);
+    QApplication::setStyle(QStringLiteral("Fusion"));
+    new QApplication(sCount, sArguments);  // outlives Qt's own statics
 }
 
 ExpectWarning::ExpectWarning(std::string part) { sExpected = std::move(part); }
@@ -60,12 +60,12 @@ PrivateBus::~PrivateBus() {
     daemon_.waitForFinished();
 }
 
-SampleInterface::SampleInterface() {
+SampleInterface::SampleInterface(const char* bundlePath, const char* name) {
     useApplication();
-    bundle = linux::FolderBundle::open(TEST_DATA "/Sample.prefPane");
+    bundle = linux::FolderBundle::open(bundlePath);
     REQUIRE(bundle != nullptr);
     std::string error;
-    interface = qt::loadInterface(TEST_DATA "/Sample.prefPane/Contents/Resources/Sample.ui", *bundle, owner, error);
+    interface = qt::loadInterface(bundle->resourcePath(name, "ui").value_or(""), *bundle, owner, error);
     CHECK_EQ(error, "");
     REQUIRE(interface != nullptr);
     interface->root()->show();

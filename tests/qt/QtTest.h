@@ -55,9 +55,9 @@ struct NotingOwner : platform::InterfaceOwner {
     std::function<void(platform::View&)> onAction;
 };
 
-// Sample.ui, loaded and on the screen that is not there.
+// An interface file, loaded and on the screen that is not there.
 struct SampleInterface {
-    SampleInterface();
+    explicit SampleInterface(const char* bundlePath = TEST_DATA "/Sample.prefPane", const char* name = "Sample");
     template <typename Widget>
     Widget& widget(const std::string& name) {
         return *qobject_cast<Widget*>(qt::widgetOf(owner.outlets.at(name)));

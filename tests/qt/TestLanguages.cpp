@@ -33,17 +33,10 @@ void checkMnemonics(QWidget& page, const QTabWidget* tabs) {
 }
 
 struct PaneInterface {
-    PaneInterface(const char* name, const char* wanted) : wish("LANGUAGE", wanted), locale("LC_ALL", "C.UTF-8") {
-        useApplication();
-        bundle = linux::FolderBundle::open(BINARY_DIR "/Typeslate.prefPane");
-        std::string error;
-        interface = qt::loadInterface(bundle->resourcePath(name, "ui").value_or(""), *bundle, owner, error);
-        REQUIRE(interface != nullptr);
-    }
+    PaneInterface(const char* name, const char* wanted)
+        : wish("LANGUAGE", wanted), locale("LC_ALL", "C.UTF-8"), file(BINARY_DIR "/Typeslate.prefPane", name) {}
     check::ScopedEnvironment wish, locale;
-    NotingOwner owner;
-    std::unique_ptr<Bundle> bundle;
-    std::unique_ptr<qt::Interface> interface;
+    SampleInterface file;
 };
 
 }  // namespace
@@ -53,14 +46,14 @@ TEST(EveryLanguageFitsThePage) {
         for (const char* name : {"TSPrefs", "UpdaterView"}) {
             CONTEXT(std::string(language) + " " + name);
             PaneInterface pane(name, language);
-            QWidget& page = *pane.interface->root();
+            QWidget& page = *pane.file.interface->root();
             CHECK(page.minimumSizeHint().expandedTo(kPage) == kPage);
             auto* tabs = page.findChild<QTabWidget*>();
             for (int i = 0; i < (tabs ? tabs->count() : 1); ++i) {
                 if (tabs) tabs->setCurrentIndex(i);
                 checkMnemonics(page, tabs);
             }
-            for (auto& [outlet, view] : pane.owner.outlets)
+            for (auto& [outlet, view] : pane.file.owner.outlets)
                 if (view->asPanel()) checkMnemonics(*qt::widgetOf(view), nullptr);
         }
 }
@@ -68,9 +61,10 @@ TEST(EveryLanguageFitsThePage) {
 TEST(TextsComeInTheLanguageAskedForAndElseInEnglish) {
     auto titles = [](const char* language) {
         PaneInterface pane("TSPrefs", language);
-        auto* tabs = pane.interface->root()->findChild<QTabWidget*>();
-        return pane.owner.outlets.at("exRemoveAppButton")->title() + "|" + tabs->tabText(2).remove('&').toStdString() +
-               "|" + pane.owner.outlets.at("perAppDupeHandling")->asPopUpButton()->itemTitle(0);
+        auto* tabs = pane.file.interface->root()->findChild<QTabWidget*>();
+        return pane.file.owner.outlets.at("exRemoveAppButton")->title() + "|" +
+               tabs->tabText(2).remove('&').toStdString() + "|" +
+               pane.file.owner.outlets.at("perAppDupeHandling")->asPopUpButton()->itemTitle(0);
     };
     const std::string english = titles("en");
     CHECK_EQ(english, "Remove|Advanced|Show every copy");

@@ -15,6 +15,7 @@
 #include <cstdint>
 #include <fstream>
 #include <iomanip>
+#include <map>
 #include <optional>
 #include <sstream>
 #include <string>
@@ -59,6 +60,15 @@ inline std::vector<std::string> linesOf(const std::string& path) {
     for (std::string line; std::getline(file, line);)
         if (!line.empty() && line[0] != '#') lines.push_back(line);
     return lines;
+}
+
+// A line for each value that is another one than before.
+inline std::string changes(std::map<std::string, std::string>& seen, std::map<std::string, std::string> now) {
+    std::string text;
+    for (const auto& [name, value] : now)
+        if (seen[name] != value) text.append(name).append(": ").append(value).append("\n");
+    seen = std::move(now);
+    return text;
 }
 
 template <typename Stage>

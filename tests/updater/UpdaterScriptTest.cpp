@@ -184,11 +184,7 @@ struct Stage : UpdaterFixture {
         for (const std::string& line : world.takeJournal()) text += line + "\n";
         for (const std::string& line : takeLog()) text += "log: " + line + "\n";
         for (std::size_t at; (at = text.find(kModule)) != text.npos;) text.replace(at, std::strlen(kModule), "MODULE");
-        auto now = values();
-        for (const auto& [name, value] : now)
-            if (seen[name] != value) text.append(name).append(": ").append(value).append("\n");
-        seen = std::move(now);
-        return text;
+        return text + check::changes(seen, values());
     }
 
     fake::Control<View> placeholder;

@@ -63,17 +63,13 @@ def another_home_has_a_window_of_its_own(session, host):
         assert process.wait(windowtest.LIMIT) == 0
 
 
-def killed_one_is_no_obstacle(session, host):
-    host.kill()
-    host.wait()
-    session.close(session.open_pane())
-
-
 def test(session):
     host = remembers_size_and_place(session)
     second_start_raises_the_first(session, host)
     another_home_has_a_window_of_its_own(session, host)
-    killed_one_is_no_obstacle(session, host)
+    host.kill()  # which is no obstacle
+    host.wait()
+    session.close(session.open_pane())
 
 
 windowtest.run(test)

@@ -33,19 +33,16 @@ class Lines:
         self.queue.put(None)
 
     def next(self):
-        line = self.queue.get(timeout=LIMIT)
-        self.seen.append(line)
-        return line
+        self.seen.append(self.queue.get(timeout=LIMIT))
+        return self.seen[-1]
 
     def until(self, wanted):
         """Every line up to the first that `wanted` accepts."""
         passed = []
-        while True:
-            line = self.next()
-            assert line is not None, f"the output ended: {self.seen[-5:]}"
-            passed.append(line)
-            if wanted(line):
-                return passed
+        while not passed or not wanted(passed[-1]):
+            passed.append(self.next())
+            assert passed[-1] is not None, f"the output ended: {self.seen[-5:]}"
+        return passed
 
 
 class Session:
@@ -106,16 +103,9 @@ class Session:
 
     def settle(self, window):
         """Until the window's picture stays the same."""
-        last = None
-        while True:
-            picture = subprocess.run(["import", "-window", window, "png:-"], check=True, capture_output=True).stdout
-            if picture == last:
-                return
-            last = picture
-
-    def double_click(self, window, x, y):
-        subprocess.run(["xdotool", "mousemove", "--sync", "--window", window, str(x), str(y), "click", "--repeat", "2",
-                        "--delay", "50", "1"], check=True, timeout=LIMIT)
+        pictures = [b"", b" "]
+        while pictures[-1] != pictures[-2]:
+            pictures.append(subprocess.check_output(["import", "-window", window, "png:-"]))
 
     def key(self, *keys):
         subprocess.run(["xdotool", "key", "--clearmodifiers", *keys], check=True, timeout=LIMIT)
@@ -135,9 +125,6 @@ class Session:
         complaints = [line for line in iter(process.messages.next, None) if line]
         assert not complaints, complaints
 
-    def picture(self, file):
-        subprocess.run(["import", "-window", "root", file], check=False, timeout=LIMIT)
-
     def end(self):
         for process in reversed(self.processes):
             if process.poll() is None:
@@ -153,7 +140,7 @@ def inside(test, build):
             test(session)
         except BaseException:
             os.makedirs(build + "/failures", exist_ok=True)
-            session.picture(f"{build}/failures/{os.path.basename(sys.argv[0])}.png")
+            subprocess.run(["import", "-window", "root", f"{build}/failures/{os.path.basename(sys.argv[0])}.png"])
             raise
         finally:
             session.end()
