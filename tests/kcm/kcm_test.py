@@ -1,25 +1,12 @@
 """The pane in kcmshell and in System Settings: an option by keyboard, on the disk and announced; and leaving."""
 import json
-import plistlib
 
 import settingsapps
 from settingsapps import MODULE, SHELL, TITLE, close, listed, start, turn_to, windowtest
+from windowtest import broadcast, notified
 
 GLOBAL = {"Name": "Global", "Type": "Global", "Settings": {"Enabled": True, "HierarchicalMenu": False, "Kept": 7}}
 OTHER, OTHER_TITLE = "netpref", "Connection Preferences"
-
-
-def notified(line):
-    return json.loads(line).get("object") == "PrefsChanged"
-
-
-def broadcast(line):
-    return json.loads(line).get("message") == "PrefChanged"
-
-
-def stored(session):
-    with open(session.home + "/.config/preferences/com.tarnwick.typeslate.plist", "rb") as file:
-        return plistlib.load(file)["TheExcList"]
 
 
 def toggle(session, changes):
@@ -29,7 +16,7 @@ def toggle(session, changes):
     changes.until(notified)
     settings = before[0]["Settings"]
     settings["HierarchicalMenu"] = not settings["HierarchicalMenu"]
-    assert stored(session) == before, stored(session)
+    assert session.entries() == before, session.entries()
     changes.until(broadcast)
 
 

@@ -36,9 +36,9 @@ struct Home {
         fs::create_directories(home / "Library/Plinthworks");
         fs::copy(BINARY_DIR "/Sample.plinth", home / "Library/Plinthworks/Typeslate.plinth",
                  fs::copy_options::recursive);
-        for (const char* name : {"Alpha", "Beta"})
+        for (std::string name : {"Alpha", "Beta"})
             check::writeFile(home / "share/applications/org.test." + name + ".desktop",
-                             std::string("[Desktop Entry]\nType=Application\nExec=/bin/true\nName=") + name + "\n");
+                             "[Desktop Entry]\nType=Application\nExec=/bin/true\nName=" + name + "\n");
     }
     check::TemporaryFolder home;
     ScopedEnvironment homeVariable{"HOME", home.path().c_str()}, root{"TYPESLATE_ROOT", (home / "root").c_str()},
@@ -79,11 +79,6 @@ struct Opened : Home {
     QWidget page;
 };
 
-bool isInUse(const QWidget& page, const QWidget& widget) {
-    return widget.window() == &page && widget.isVisible() && widget.isEnabled() && !widget.focusProxy() &&
-           widget.focusPolicy() & Qt::TabFocus;
-}
-
 // A press of the Tab key visits the links of a text one by one.
 void checkPage(QWidget& page) {
     std::set<const QWidget*> reached;
@@ -92,7 +87,8 @@ void checkPage(QWidget& page) {
         QTest::keyClick(page.focusWidget(), Qt::Key_Tab);
     }
     for (QWidget* widget : page.findChildren<QWidget*>()) {
-        if (!isInUse(page, *widget)) continue;
+        if (widget->window() != &page || !widget->isVisible() || !widget->isEnabled()) continue;
+        if (widget->focusProxy() || !(widget->focusPolicy() & Qt::TabFocus)) continue;
         CONTEXT(widget->objectName().toStdString());
         CHECK(reached.contains(widget));
         QAccessibleInterface& seen = *QAccessible::queryAccessibleInterface(widget);

@@ -1,24 +1,15 @@
 """The host window among the others: it remembers its place, a second start raises it, and a killed one is no obstacle."""
 import os
-import re
 import subprocess
 
 import windowtest
 
 
-def xdotool(*arguments):
-    return subprocess.run(["xdotool", *map(str, arguments)], check=True, capture_output=True, text=True,
-                          timeout=windowtest.LIMIT).stdout
-
-
-def geometry(window):
-    return tuple(int(n) for n in re.findall(r"[XYWHIDTEG]+=(\d+)", xdotool("getwindowgeometry", "--shell", window))[1:5])
-
-
 def remembers_size_and_place(session):
+    geometry = lambda window: session.xdotool("getwindowgeometry", "--shell", window).split()[1:5]
     host = session.open_pane()
-    xdotool("windowsize", "--sync", host.window, 1000, 760)
-    xdotool("windowmove", "--sync", host.window, 90, 70)
+    session.xdotool("windowsize", "--sync", host.window, 1000, 760)
+    session.xdotool("windowmove", "--sync", host.window, 90, 70)
     session.settle(host.window)
     kept = geometry(host.window)
     session.close(host)
@@ -35,20 +26,19 @@ def start_again(session, *arguments, **environment):
 
 def second_start_raises_the_first(session, host):
     for environment in {}, {"DESKTOP_STARTUP_ID": "launcher-1-host_TIME99999999"}:
-        xdotool("windowminimize", "--sync", host.window)
+        session.xdotool("windowminimize", "--sync", host.window)
         start_again(session, **environment)
-        found = xdotool("search", "--sync", "--onlyvisible", "--name", "^Typeslate$").split()
+        found = session.xdotool("search", "--sync", "--onlyvisible", "--name", "^Typeslate$").split()
         assert found == [host.window], found
-        while xdotool("getactivewindow").split() != [host.window]:
+        while session.xdotool("getactivewindow").split() != [host.window]:
             pass
 
     picture = session.home + "/picture.png"
-    xdotool("windowminimize", "--sync", host.window)
+    session.xdotool("windowminimize", "--sync", host.window)
     start_again(session, "--screenshot", picture)
     assert os.path.getsize(picture) > 1000
-    assert xdotool("search", "--name", "^Typeslate$").split() == [host.window]
-    assert "Iconic" in subprocess.run(["xprop", "-id", host.window, "WM_STATE"], check=True, capture_output=True,
-                                      text=True).stdout
+    assert session.xdotool("search", "--name", "^Typeslate$").split() == [host.window]
+    assert "Iconic" in subprocess.check_output(["xprop", "-id", host.window, "WM_STATE"], text=True)
 
 
 def another_home_has_a_window_of_its_own(session, host):
@@ -57,8 +47,7 @@ def another_home_has_a_window_of_its_own(session, host):
         process = subprocess.Popen([session.build + "/bin/panehost", *arguments],
                                    env={**session.environment, **environment})
         session.processes.append(process)
-        other = session.wait_for_window("Typeslate")
-        assert other != host.window
+        assert session.wait_for_window("Typeslate") != host.window
         process.terminate()
         assert process.wait(windowtest.LIMIT) == 0
 

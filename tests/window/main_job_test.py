@@ -6,18 +6,11 @@ import os
 import signal
 
 import windowtest
+from windowtest import broadcast, notified
 
 GLOBAL = {"Name": "Global", "Type": "Global", "Settings": {"Enabled": True, "ShowSets": True}}
 APPLICATION = {"Name": "Quill", "Type": "Path", "Data": "/quill", "Path": "/quill",
                "Settings": {"Enabled": True, "ShowSets": False, "Kept": 7}}
-
-
-def notified(line):
-    return json.loads(line).get("object") == "PrefsChanged"
-
-
-def broadcast(line):
-    return json.loads(line).get("message") == "PrefChanged"
 
 
 def time_of(line):

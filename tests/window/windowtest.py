@@ -19,6 +19,14 @@ SKIPPED = 77
 TOOLS = ["dbus-run-session", "xvfb-run", "xdotool", "icewm", "import"]
 
 
+def notified(line):
+    return json.loads(line).get("object") == "PrefsChanged"
+
+
+def broadcast(line):
+    return json.loads(line).get("message") == "PrefChanged"
+
+
 class Lines:
     """The lines of a program's output as they come."""
 
@@ -61,10 +69,9 @@ class Session:
         self.processes.append(process)
         return process
 
-    def ctl(self, *arguments, input=None):
-        command = [self.build + "/bin/typeslatectl", *arguments]
-        result = subprocess.run(command, env=self.environment, text=True, timeout=LIMIT, input=input,
-                                capture_output=True)
+    def ctl(self, *arguments):
+        result = subprocess.run([self.build + "/bin/typeslatectl", *arguments], env=self.environment, text=True,
+                                timeout=LIMIT, capture_output=True)
         assert result.returncode == 0, (arguments, result.stderr)
         return result.stdout
 
@@ -92,14 +99,16 @@ class Session:
         self.start("icewm", "--notify", stderr=subprocess.DEVNULL)
         assert signal.sigtimedwait({signal.SIGUSR1}, LIMIT), "the window manager did not start"
 
+    def xdotool(self, *arguments):
+        return subprocess.check_output(["xdotool", *map(str, arguments)], text=True, timeout=LIMIT)
+
     def wait_for_window(self, name, end="$"):
-        found = subprocess.run(["xdotool", "search", "--sync", "--onlyvisible", "--name", f"^{name}{end}"],
-                               check=True, capture_output=True, text=True, timeout=LIMIT).stdout.split()
-        self.focus(found[-1])
-        return found[-1]
+        found = self.xdotool("search", "--sync", "--onlyvisible", "--name", f"^{name}{end}").split()[-1]
+        self.focus(found)
+        return found
 
     def focus(self, window):
-        subprocess.run(["xdotool", "windowfocus", "--sync", window], check=True, timeout=LIMIT)
+        self.xdotool("windowfocus", "--sync", window)
 
     def settle(self, window):
         """Until the window's picture stays the same."""
@@ -108,10 +117,10 @@ class Session:
             pictures.append(subprocess.check_output(["import", "-window", window, "png:-"]))
 
     def key(self, *keys):
-        subprocess.run(["xdotool", "key", "--clearmodifiers", *keys], check=True, timeout=LIMIT)
+        self.xdotool("key", "--clearmodifiers", *keys)
 
     def type(self, text):
-        subprocess.run(["xdotool", "type", "--clearmodifiers", text], check=True, timeout=LIMIT)
+        self.xdotool("type", "--clearmodifiers", text)
 
     def close(self, process):
         """Closes the window as its owner would and waits for the host to end."""
@@ -127,9 +136,8 @@ class Session:
 
     def end(self):
         for process in reversed(self.processes):
-            if process.poll() is None:
-                process.kill()
-                process.wait(timeout=LIMIT)
+            process.kill()  # nothing happens to one that has ended
+            process.wait(timeout=LIMIT)
 
 
 def inside(test, build):
