@@ -62,12 +62,12 @@ struct Stage : SampleInterface, TableDataSource {
         return true;
     }
 
-    void begin(bool beginsAgain) {
-        sheet.beginSheet([this, beginsAgain](int code) {
+    void begin(const std::string& how) {
+        sheet.beginSheet([this, how](int code) {
             told.push_back("ended with " + std::to_string(code) +
                            (widget<QDialog>("sheet").isVisible() ? "" : ", unseen"));
-            sheet.orderOut();
-            if (beginsAgain) begin(false);
+            if (how != "staying") sheet.orderOut();
+            if (how == "again") begin({});
         });
     }
     void drop(std::string uris) {
@@ -115,7 +115,7 @@ struct Stage : SampleInterface, TableDataSource {
     }
     void perform(const std::string& what, Words& w) {
         if (what == "settle") return settle();
-        if (what == "begin") return begin(w.next() == "again");
+        if (what == "begin") return begin(w.next());
         if (what == "end") return sheet.endSheet(w.number());
         if (what == "close") return void(widget<QDialog>("sheet").close());
         if (what == "disconnect") return interface->disconnectOwner();
