@@ -126,7 +126,7 @@ void TSPreferencePane::toggleEnabled(View&) {
 std::string TSPreferencePane::displayPath(std::string path) {
     std::string text;
     while (path.starts_with('/') && path != "/") {
-        text = "/" + platform_.applications.displayName(path) + text;
+        text = formatted("/%@%@", {platform_.applications.displayName(path), text});
         path.erase(path.rfind('/'));
     }
     return text;
