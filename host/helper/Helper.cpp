@@ -3,6 +3,7 @@
 // While nothing happens it sleeps. docs/login-items.md tells more.
 #include "host/helper/HelperLock.h"
 #include "host/helper/SettingsWatch.h"
+#include "linux/LinuxMachine.h"
 #include "linux/processes/ProcessFiles.h"
 #include "linux/processes/ProcessHandle.h"
 #include "linux/processes/SessionLeader.h"
@@ -73,7 +74,7 @@ int main() {
         return EXIT_FAILURE;
     }
     Descriptor session = sessionHandle();
-    helper::SettingsWatch watch(store);
+    helper::SettingsWatch watch(store.preferences, store.log);
     if (!watch.events()) {
         store.log("[Typeslate] The helper cannot watch %@", store.preferences.folder());
         return EXIT_FAILURE;

@@ -2,7 +2,7 @@
 
 #include "linux/files/Paths.h"
 #include "linux/preferences/DiskPreferences.h"
-#include "linux/preferences/DomainFile.h"
+#include "linux/preferences/FileSteps.h"
 #include "settings/EntryList.h"
 
 #include <sys/file.h>
@@ -18,7 +18,8 @@ namespace {
 // The runtime folder is the machine's own, where the home may be shared by several.
 std::string lockFolder() {
     if (std::string runtime = runtimeFolder(); !runtime.empty()) return runtime;
-    (void)makeFolders(FileAccess::system(), preferencesFolder());
+    Descriptor made;  // where it cannot be, opening the lock file tells why
+    (void)openFolder(FileAccess::system(), preferencesFolder(), true, made);
     return preferencesFolder();
 }
 

@@ -1,17 +1,16 @@
 #include "host/helper/SettingsWatch.h"
 
-#include "linux/preferences/DomainFile.h"
+#include "linux/files/Paths.h"
+#include "linux/preferences/FileSteps.h"
 #include "settings/EntryList.h"
 
 #include <sys/inotify.h>
 
 #include <cerrno>
-#include <filesystem>
 
 using namespace platform;
 using namespace linux;
 using namespace settings;
-namespace fs = std::filesystem;
 
 namespace helper {
 namespace {
@@ -21,28 +20,28 @@ constexpr std::uint32_t kEnds = IN_DELETE_SELF | IN_MOVE_SELF | IN_UNMOUNT | IN_
 
 }  // namespace
 
-SettingsWatch::SettingsWatch(LinuxStore& store) : store_(store) {
+SettingsWatch::SettingsWatch(DiskPreferences& preferences, Log& log) : preferences_(preferences), log_(log) {
     FileAccess& files = FileAccess::system();
-    const std::string& folder = store_.preferences.folder();
-    (void)makeFolders(files, folder);
+    const std::string& folder = preferences_.folder();
+    Descriptor made;  // where it cannot be, the watch tells
+    (void)openFolder(files, folder, true, made);
     int number = ::inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
     events_ = Descriptor(files, number < 0 ? -errno : number);
     folderWatch_ = ::inotify_add_watch(events_.number(), folder.c_str(), kChanges | kEnds | IN_ONLYDIR);
     if (folderWatch_ < 0) events_ = Descriptor(files, -errno);
+    // The folder itself tells of its removal only when no process has a file of it open any more.
+    parentWatch_ = ::inotify_add_watch(events_.number(), std::string(folderOf(folder)).c_str(), IN_DELETE | IN_ONLYDIR);
     watchFolders();
     readSettings();
 }
 
-// Watching a folder again that is watched already changes nothing.
+// Watching a folder again that is watched already changes nothing. A link that leads nowhere yet is followed, too.
 void SettingsWatch::watchFolders() {
-    const std::string& folder = store_.preferences.folder();
-    fs::path file = fs::path(folder) / (std::string(kSettingsDomain) + ".plist");
-    names_ = {file.filename()};
-    std::error_code error;
-    fs::path target = fs::canonical(file, error);
-    if (error || target.parent_path() == fs::canonical(folder, error)) return;
-    names_.insert(target.filename());
-    ::inotify_add_watch(events_.number(), target.parent_path().c_str(), kChanges | IN_ONLYDIR);
+    std::string file = preferences_.folder() + "/" + std::string(kSettingsDomain) + ".plist", target = file;
+    (void)resolveLinks(FileAccess::system(), target);
+    names_ = {std::string(nameOf(file)), std::string(nameOf(target))};
+    std::string targetFolder(folderOf(target));
+    ::inotify_add_watch(events_.number(), targetFolder.c_str(), kChanges | IN_ONLYDIR | IN_MASK_ADD);
 }
 
 bool SettingsWatch::takeIn() {
@@ -51,8 +50,10 @@ bool SettingsWatch::takeIn() {
     for (ssize_t size = 0; (size = ::read(events_.number(), buffer, sizeof buffer)) > 0;) {
         for (const char* at = buffer; at < buffer + size;) {
             const auto& event = *reinterpret_cast<const inotify_event*>(at);
-            isGone |= event.wd == folderWatch_ && (event.mask & kEnds);
-            isChanged |= (event.mask & IN_Q_OVERFLOW) || (event.len && names_.contains(std::string_view(event.name)));
+            std::string_view name = event.len ? event.name : "";
+            isGone |= (event.wd == folderWatch_ && (event.mask & kEnds)) ||
+                      (event.wd == parentWatch_ && (event.mask & IN_DELETE) && name == nameOf(preferences_.folder()));
+            isChanged |= (event.mask & IN_Q_OVERFLOW) || names_.contains(name);
             at += sizeof event + event.len;
         }
     }
@@ -65,13 +66,13 @@ bool SettingsWatch::takeIn() {
 }
 
 void SettingsWatch::readSettings() {
-    store_.preferences.synchronize(kSettingsDomain);
-    PropertyList now = store_.preferences.copyDomain(kSettingsDomain);
+    (void)preferences_.synchronize(kSettingsDomain);
+    PropertyList now = preferences_.copyDomain(kSettingsDomain);
     if (now == known_) return;
     known_ = std::move(now);
-    if (store_.preferences.getBooleanValue(kLogStuffKey, kSettingsDomain))
-        store_.log("[Typeslate] Took in the settings: %d entries, %s", known_[kEntryListKey].size(),
-                   store_.preferences.getBooleanValue(kDisabledKey, kSettingsDomain) ? "disabled" : "enabled");
+    if (preferences_.getBooleanValue(kLogStuffKey, kSettingsDomain))
+        log_("[Typeslate] Took in the settings: %d entries, %s", known_[kEntryListKey].size(),
+             preferences_.getBooleanValue(kDisabledKey, kSettingsDomain) ? "disabled" : "enabled");
 }
 
 }  // namespace helper

@@ -6,7 +6,8 @@ namespace linux {
 
 namespace {
 
-// Of our own: by the first an entry is known as one of ours, by the second as one that is out of date.
+// Keys of our own: by the first an entry is known as one of ours; the second makes an entry out of date, although
+// nothing else in it need change, when the user hides or shows the item.
 constexpr std::string_view kItemKey = "X-Typeslate-LoginItem", kHideKey = "X-Typeslate-Hide";
 constexpr std::string_view kFilePrefix = "login-item-";
 constexpr std::size_t kLongestStem = 100;
@@ -15,7 +16,7 @@ std::string line(std::string_view key, std::string_view text) {
     return std::string(key) + "=" + escapedDesktopEntryValue(text) + "\n";
 }
 
-// Calls the function with each line until it returns true; whether it did.
+// Calls the function with each line until it returns true. False when it never did.
 template <typename Function>
 bool anyLine(std::string_view text, Function function) {
     while (!text.empty()) {
@@ -26,9 +27,9 @@ bool anyLine(std::string_view text, Function function) {
     return false;
 }
 
-// Besides what the rules forbid (an equals sign in a program), what sessions get wrong: those built on GLib look for a
-// program before they resolve "%%"; systemd's resolves backslashes once too often, leaves its own before dollar signs
-// and backquotes, and knows no program with quotes or control characters.
+// What sessions get wrong, besides the equals sign that the rules forbid in a program: those built on GLib look for a
+// program before they turn "%%" into "%"; systemd's resolves backslashes once too often, leaves some of the quoting
+// before dollar signs and backquotes, and starts no program with quotes or control characters in its path.
 constexpr std::string_view kMisread = "\\$`", kMisreadInPrograms = "\\$`=%\"'";
 
 bool isOdd(char c) { return (c >= 0 && c < ' ') || c == '\x7F' || kMisreadInPrograms.find(c) != std::string::npos; }
@@ -38,13 +39,14 @@ bool isReadRight(const std::vector<std::string>& words) {
            std::ranges::all_of(words, [](auto& word) { return word.find_first_of(kMisread) == word.npos; });
 }
 
-// Starts the words, with a "%c" for each odd character.
+// A program for awk that starts the words: in place of each odd character stands "%c", and the number of the character
+// behind the text.
 std::string awkProgram(const std::vector<std::string>& words) {
     std::string command, codes;
     for (const std::string& word : words) {
         command += " '";
         for (char c : word) {
-            const bool isQuote = c == '\'';  // the shell's, too
+            bool isQuote = c == '\'';  // the shell's, too
             command += isQuote ? "'%c'%c'" : isOdd(c) ? "%c" : std::string(1, c);
             if (isOdd(c)) codes += isQuote ? ", 34, 34" : ", " + std::to_string(c);
         }

@@ -1,5 +1,5 @@
-// The desktop entry by which a session starts a login item, in the folder "autostart" of freedesktop.org's autostart
-// rules.
+// The desktop entry by which a session starts a login item: a file in the folder "autostart" of freedesktop.org's
+// Desktop Application Autostart Specification 0.5, in the form of its Desktop Entry Specification 1.5.
 #pragma once
 
 #include "linux/applications/ApplicationRecord.h"
@@ -13,20 +13,23 @@ namespace linux {
 // The text as the value of a desktop entry's key that a reader turns back into it.
 std::string escapedDesktopEntryValue(std::string_view text);
 
-// The path of a login item that the file stands for, as the key "X-Typeslate-LoginItem" names it, escapes and all:
-// for comparing with autostartPathValue() only. Nothing for a file of others.
+// The path of the login item for which an entry stands, with its escapes: equal to escapedDesktopEntryValue(path). A
+// part of `entry`. Nothing for a file of others.
 std::optional<std::string_view> autostartPathValue(std::string_view entry);
 
-// The whole file. A hidden item starts without the feedback of a starting application; no desktop has a key by which a
-// program's own windows would stay away.
+// The whole file. `start` names at least a program. What some sessions would start wrongly is started through awk. A
+// hidden item starts without the busy pointer of a starting application; no desktop has a key by which a program's own
+// windows would stay away.
 std::string autostartEntry(std::string_view itemPath, bool hide, const StartDescription& start);
 
 // Whether a file has every line of the other: it may have more, as desktops write them when the user switches an entry
 // off.
 bool hasLinesOf(std::string_view file, std::string_view other);
 
-// "login-item-Editor.desktop" for .../Editor.app; from the second on, a number behind it.
+// "login-item-Editor.desktop" for .../Editor.app; from the number 2 on, "login-item-Editor-2.desktop". Plain ASCII, at
+// most 130 bytes, whatever the path.
 std::string autostartFileName(std::string_view itemPath, int number);
+// Whether a name may be one of those. Files of others may have such names, too.
 bool isAutostartFileName(std::string_view name);
 
 }  // namespace linux

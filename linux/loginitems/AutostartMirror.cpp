@@ -3,6 +3,7 @@
 #include "linux/files/LinuxFiles.h"
 #include "linux/files/Paths.h"
 #include "linux/files/WholeFile.h"
+#include "linux/preferences/FileSteps.h"
 #include "platform/LoginItems.h"
 
 #include <algorithm>
@@ -56,15 +57,10 @@ bool AutostartMirror::reportFolder(const Failure& failure) {
 }
 
 // A folder that is not there and not needed is no failure, and is not made.
-bool AutostartMirror::openFolder(bool make) {
-    auto open = [&] { return Descriptor(files_, files_.open(AT_FDCWD, path_.c_str(), O_RDONLY | O_DIRECTORY)); };
-    folder_ = open();
-    if (folder_.error() == ENOENT) {
-        if (!make) return false;
-        if (Failure failure = makeFolders(files_, path_)) return reportFolder(failure);
-        folder_ = open();
-    }
-    if (!folder_) return reportFolder({"open", folder_.error()});
+bool AutostartMirror::takeFolder(bool make) {
+    Failure failure = openFolder(files_, path_, make, folder_);
+    if (failure.error == ENOENT && !make) return false;
+    if (failure) return reportFolder(failure);
     (void)files_.lock(folder_.number());
     return true;
 }
@@ -72,7 +68,7 @@ bool AutostartMirror::openFolder(bool make) {
 void AutostartMirror::update() {
     hasFailed_ = false;
     (void)reader_.synchronize(kLoginWindowDomain);
-    if (!openFolder(!storedItems().empty())) return;
+    if (!takeFolder(!storedItems().empty())) return;
     // Whoever held the lock may have stored something first.
     if (reader_.synchronize(kLoginWindowDomain)) {
         std::vector<Item> items = storedItems();
@@ -119,10 +115,8 @@ void AutostartMirror::updateEntry(const Item& item, const OwnEntry* entry, const
 }
 
 Failure AutostartMirror::write(std::string_view text, const Item& item, const OwnEntry* replaced) {
-    (void)files_.remove(folder_.number(), kTemporaryName);  // of a process that was killed
-    Descriptor file(files_,
-                    files_.open(folder_.number(), kTemporaryName, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, 0644));
-    if (!file) return {"create a temporary file", file.error()};
+    Descriptor file;
+    if (Failure failure = makeTemporary(files_, folder_.number(), kTemporaryName, 0644, file)) return failure;
     giveToOwnerOf(files_, folder_.number(), file.number());
     if (Failure failure = writeAndFlush(files_, file.number(), text)) return failure;
     int error =

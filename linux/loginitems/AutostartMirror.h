@@ -15,29 +15,32 @@ namespace linux {
 // "autostart" in $XDG_CONFIG_HOME, or in ~/.config when that variable is not an absolute path.
 std::string autostartFolder();
 
-// Makes the entries follow the domain from each successful synchronize of it on. What goes wrong is logged; the stored
-// items are the user's word, and are never changed here.
+// Makes the entries follow the domain from each successful synchronize of it on, and waits for other processes that do
+// the same. What goes wrong is logged, each line once; the stored items are the user's word, and are never changed
+// here.
 class AutostartMirror {
 public:
-    // The service and the log outlive this object, and the service is not used after it.
+    // The folder is the one that the environment names now. The service and the log outlive this object, which is the
+    // domain's one observer: nobody synchronizes the domain after it.
     AutostartMirror(DiskPreferences& preferences, platform::Log& log, FileAccess& files = FileAccess::system());
     AutostartMirror(const AutostartMirror&) = delete;
 
-    void update();
-    // Whether the last update, at least, left an entry that is not as it should be.
+    // Whether the last update left an entry, or all of them, not as they should be. An item that cannot be started is
+    // no such failure: its entry stays away, and the log says so.
     bool hasFailed() const { return hasFailed_; }
 
 private:
     struct Item {
-        std::string path, value;  // as it stands, and as an entry's key has it
+        std::string path, value;  // as it is stored, and as it stands in an entry: with escapes
         bool hide;
     };
     struct OwnEntry {
         std::string name, contents;
     };
 
+    void update();
     std::vector<Item> storedItems();
-    bool openFolder(bool make);
+    bool takeFolder(bool make);
     std::vector<OwnEntry> ownEntries();
     void updateEntry(const Item& item, const OwnEntry* entry, const ApplicationEnvironment& environment);
     Failure write(std::string_view text, const Item& item, const OwnEntry* replaced);

@@ -20,7 +20,7 @@ bool isDomainName(std::string_view name) {
            name.find('/') == std::string_view::npos && name.find('\0') == std::string_view::npos;
 }
 
-// True for the file that is left when the last key was removed. What cannot be read may hold something.
+// True for the file that stays when the last key is removed. What cannot be read may hold something.
 bool holdsNothing(FileAccess& files, const std::string& path) {
     constexpr off_t kLargestEmptyFile = 1024;
     struct stat status;
@@ -57,7 +57,7 @@ PropertyList DiskPreferences::copyDomain(std::string_view domain) {
 void DiskPreferences::setValue(std::string_view key, PropertyList value, std::string_view domain) {
     DiskPreferencesDomain* found = find(domain);
     if (!found)
-        refused_.emplace(domain, true);
+        refused_.emplace(domain);
     else if (PropertyList(key))
         found->set(key, std::move(value));
     else

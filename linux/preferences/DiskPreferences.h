@@ -6,8 +6,12 @@
 #include "platform/Log.h"
 #include "platform/Preferences.h"
 
+#include <functional>
 #include <memory>
+#include <set>
 #include <string>
+#include <string_view>
+#include <vector>
 
 namespace linux {
 
@@ -16,10 +20,11 @@ std::string preferencesFolder();
 
 class DiskPreferences final : public platform::PreferenceService {
 public:
-    // A longer name, in bytes, is not a domain: the files beside the domain's own must find room for theirs.
+    // Bytes. A longer name is no domain: the names of lock, temporary and damaged file must fit into the 255 bytes of a
+    // file name. Nor is one that is empty, "." or "..", or that holds a slash or U+0000.
     static constexpr std::size_t kLongestDomainName = 200;
 
-    // The folder need not exist; a write makes it. The log and the file access outlive the service.
+    // The folder, an absolute path, need not exist; a write makes it. The log and the file access outlive the service.
     DiskPreferences(std::string folder, platform::Log& log, FileAccess& files = FileAccess::system())
         : folder_(std::move(folder)), files_(files), log_(log) {}
 
@@ -29,9 +34,11 @@ public:
     bool synchronize(std::string_view domain) override;
     bool isReadable(std::string_view domain) override;
     std::vector<std::string> domains() override;
-    // Synchronises every domain that has changes in memory: for a program that is about to end.
+    // Synchronises every domain that has changes in memory: for a program that is about to end. What fails is logged,
+    // and lost with the program.
     void synchronizeChanges();
-    // Called within each successful synchronize of the domain, when its file holds what was set. One for each domain.
+    // Called within each successful synchronize of the domain, when its file holds what was set. One for each domain: a
+    // later one takes the place of the first. Lives as long as the service.
     void setSynchronizeObserver(std::string_view domain, std::function<void()> observer);
     const std::string& folder() const { return folder_; }
 
@@ -43,7 +50,7 @@ private:
     platform::Log& log_;
     StringMap<std::unique_ptr<DiskPreferencesDomain>> domains_;
     StringMap<std::function<void()>> observers_;
-    StringMap<bool> refused_;  // no names of domains, yet with values set in them
+    std::set<std::string, std::less<>> refused_;  // no names of domains, yet with values set in them
 };
 
 }  // namespace linux

@@ -52,28 +52,29 @@ void DiskPreferencesDomain::readAtFirstUse() {
 }
 
 Failure DiskPreferencesDomain::refresh() {
-    if (readable_ && isCurrent(files_, path_.c_str(), snapshot_)) return {};
-    Snapshot snapshot;
-    std::shared_ptr<const std::string> bytes;
-    if (Failure failure = readFile(files_, path_.c_str(), snapshot, bytes)) return becomeUnreadable(failure);
-    if (take(std::move(snapshot), std::move(bytes))) return {};
-
+    bool isDamaged = false;
+    if (Failure failure = readAgain(isDamaged); failure || !isDamaged) return failure;
     Transaction transaction(files_, path_);
     if (Failure failure = transaction.begin()) return becomeUnreadable(failure);
     return refreshLocked(transaction);
 }
 
 Failure DiskPreferencesDomain::refreshLocked(Transaction& transaction) {
-    if (readable_ && isCurrent(files_, path_.c_str(), snapshot_)) return {};
-    Snapshot snapshot;
-    std::shared_ptr<const std::string> bytes;
-    if (Failure failure = readFile(files_, path_.c_str(), snapshot, bytes)) return becomeUnreadable(failure);
-    if (take(std::move(snapshot), std::move(bytes))) return {};
-
+    bool isDamaged = false;
+    if (Failure failure = readAgain(isDamaged); failure || !isDamaged) return failure;
     std::string newName;
     if (Failure failure = transaction.moveAside(newName)) return becomeUnreadable(failure);
     log_("Preference domain %@: the file was damaged, is now called %@, and the domain starts empty", name_, newName);
     take({}, nullptr);
+    return {};
+}
+
+Failure DiskPreferencesDomain::readAgain(bool& isDamaged) {
+    if (readable_ && isCurrent(files_, path_.c_str(), snapshot_)) return {};
+    Snapshot snapshot;
+    std::shared_ptr<const std::string> bytes;
+    if (Failure failure = readFile(files_, path_.c_str(), snapshot, bytes)) return becomeUnreadable(failure);
+    isDamaged = !take(std::move(snapshot), std::move(bytes));
     return {};
 }
 
@@ -116,8 +117,8 @@ Failure DiskPreferencesDomain::writeChanges() {
     Transaction transaction(files_, path_);
     if (Failure failure = transaction.begin()) return failure;
     if (Failure failure = refreshLocked(transaction)) return failure;
-    // The old values of changed keys are needed no more, whatever comes of the writing, and may be large. From here on
-    // the changes are no longer told by comparing them.
+    // The old values of changed keys may be large, and are needed no more, whatever comes of the writing. As `stored_`
+    // equals the changes from here on, comparing the two no longer tells whether there is anything to write.
     isWriteDue_ = true;
     stored_ = withChanges();
     std::string bytes = encodePropertyList(stored_, PropertyListFormat::Binary);
@@ -137,7 +138,8 @@ PropertyList DiskPreferencesDomain::withChanges() const {
     MutableDictionary contents(stored_);
     for (auto* change : ordered)
         if (const PropertyList& value = change->second.value)
-            contents.exchange(change->first, value);  // a key of the old file would keep the whole of it
+            contents.exchange(change->first,
+                              value);  // with a key of our own: the old one may keep the old file's bytes
         else
             contents.remove(change->first);
     return std::move(contents).freeze();

@@ -21,16 +21,23 @@ struct StringHash {
 template <typename Value>
 using StringMap = std::unordered_map<std::string, Value, StringHash, std::equal_to<>>;
 
+// Reads at the first use of a value, and logs each failure with the domain's name. The file access and the log outlive
+// it. Not for use from several threads at once.
 class DiskPreferencesDomain {
 public:
     DiskPreferencesDomain(std::string name, std::string path, FileAccess& files, platform::Log& log)
         : name_(std::move(name)), path_(std::move(path)), files_(files), log_(log) {}
 
+    // While the file cannot be read, only what was set since.
     platform::PropertyList value(std::string_view key);
     platform::PropertyList all();
+    // In memory. The key is valid UTF-8; nothing as value removes it.
     void set(std::string_view key, platform::PropertyList value);
+    // False when the changes are not on the disk, or the file cannot be read; the changes are kept.
     bool synchronize();
+    // A file that could not be read is tried again.
     bool isReadable();
+    // Whether something was set that no synchronize has stored, be it what is stored already.
     bool hasChanges() const { return !changes_.empty(); }
 
 private:
@@ -42,6 +49,7 @@ private:
     void readAtFirstUse();
     Failure refresh();
     Failure refreshLocked(Transaction& transaction);
+    Failure readAgain(bool& isDamaged);
     Failure becomeUnreadable(Failure failure);
     bool take(Snapshot&& snapshot, std::shared_ptr<const std::string> bytes);
     bool changesNothing() const;

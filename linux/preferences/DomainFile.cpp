@@ -2,97 +2,20 @@
 
 #include "linux/files/Paths.h"
 #include "linux/files/WholeFile.h"
+#include "linux/preferences/FileSteps.h"
 
 #include <unistd.h>
 
 #include <cerrno>
-#include <climits>
 #include <functional>
 
 namespace linux {
 
 namespace {
 
-constexpr mode_t kFileMode = 0600, kFolderMode = 0700;
+constexpr mode_t kFileMode = 0600;
 
-// The path of the file itself, which need not exist, in place of a link to it.
-Failure resolveLinks(FileAccess& files, std::string& path) {
-    constexpr int kMostLinks = 40;
-    char target[PATH_MAX];
-    for (int links = 0; links < kMostLinks; ++links) {
-        ssize_t length = files.readLink(path.c_str(), target, sizeof target);
-        if (length == -EINVAL || length == -ENOENT) return {};
-        if (length < 0) return {"follow link", static_cast<int>(-length)};
-        if (length == sizeof target) return {"follow link", ENAMETOOLONG};
-        std::string_view text(target, static_cast<std::size_t>(length));
-        path = text.starts_with('/') ? std::string(text) : std::string(folderOf(path)).append("/").append(text);
-    }
-    return {"follow link", ELOOP};
-}
-
-}  // namespace
-
-void giveToOwnerOf(FileAccess& files, int folder, int file) {
-    struct stat model, own;
-    if (geteuid() != 0 || files.statDescriptor(folder, model) < 0 || files.statDescriptor(file, own) < 0) return;
-    bool hasOtherNames = S_ISREG(own.st_mode) && own.st_nlink > 1;  // perhaps in a place that is not the user's
-    if (model.st_uid != own.st_uid && !hasOtherNames) (void)files.changeOwner(file, model.st_uid, model.st_gid);
-}
-
-namespace {
-
-int settleNewFolder(FileAccess& files, const std::string& path) {
-    Descriptor parent(files, files.open(AT_FDCWD, std::string(folderOf(path)).c_str(), O_RDONLY | O_DIRECTORY));
-    if (!parent) return parent.error();
-    Descriptor folder(files, files.open(AT_FDCWD, path.c_str(), O_RDONLY | O_DIRECTORY));
-    if (!folder) return folder.error();
-    giveToOwnerOf(files, parent.number(), folder.number());
-    return -files.flush(parent.number());
-}
-
-Failure makeFolder(FileAccess& files, const std::string& path) {
-    if (int error = files.makeFolder(path.c_str(), kFolderMode); error < 0)
-        return error == -EEXIST ? Failure{} : Failure{"make folder", -error};
-    int error = settleNewFolder(files, path);
-    if (!error) return {};
-    (void)files.remove(AT_FDCWD, path.c_str(), AT_REMOVEDIR);
-    return {"make folder", error};
-}
-
-}  // namespace
-
-Failure makeFolders(FileAccess& files, const std::string& path) {
-    struct stat status;
-    int error = files.stat(path.c_str(), status);
-    if (error == 0) return {};
-    std::string parent(folderOf(path));
-    if (error != -ENOENT || parent == path) return {"look for folder", -error};
-    if (Failure failure = makeFolders(files, parent)) return failure;
-    return makeFolder(files, path);
-}
-
-Failure writeAndFlush(FileAccess& files, int file, std::string_view bytes) {
-    while (!bytes.empty()) {
-        ssize_t count = files.write(file, bytes.data(), bytes.size());
-        if (count < 0) return {"write", static_cast<int>(-count)};
-        if (count == 0) return {"write", ENOSPC};
-        bytes.remove_prefix(static_cast<std::size_t>(count));
-    }
-    int error = files.flush(file);
-    return error < 0 ? Failure{"flush", -error} : Failure{};
-}
-
-int renameUnlessTaken(FileAccess& files, int folder, const char* from, const char* to) {
-    int error = files.renameExclusive(folder, from, to);
-    if (error != -EINVAL && error != -ENOSYS) return error;
-    // A file system that cannot: in two steps, between which the file has both names.
-    error = files.link(folder, from, to);
-    return error < 0 ? error : files.remove(folder, from);
-}
-
-namespace {
-
-// Reads a file once. `steady` tells whether it was left alone meanwhile.
+// `steady`: nobody wrote into the file meanwhile.
 Failure readOnce(FileAccess& files, const char* path, Snapshot& snapshot, std::string& bytes, bool& steady) {
     snapshot.file = openForReading(files, AT_FDCWD, path);
     if (!snapshot.file) return {"open", snapshot.file.error()};
@@ -154,23 +77,13 @@ Failure Transaction::begin() {
         name_ = nameOf(target_);
         temporary_ = "." + name_ + ".tmp";
         if (name_.empty() || name_ == "." || name_ == "..") return {"follow link", EISDIR};
-        if (Failure failure = openFolder()) return failure;
+        bool make = target_ == path_;  // never the folder that a dangling link points into
+        if (Failure failure = openFolder(files_, folderPath_, make, folder_)) return failure;
         if (Failure failure = takeLock()) return failure;
         if (lockIsAtItsPath()) return {};
         releaseLock();
     }
     return {"take the lock", 0, "the folder keeps changing"};
-}
-
-Failure Transaction::openFolder() {
-    auto open = [&] { return Descriptor(files_, files_.open(AT_FDCWD, folderPath_.c_str(), O_RDONLY | O_DIRECTORY)); };
-    folder_ = open();
-    bool mayMake = target_ == path_;  // never the folder that a dangling link points into
-    if (folder_.error() == ENOENT && mayMake) {
-        if (Failure failure = makeFolders(files_, folderPath_)) return failure;
-        folder_ = open();
-    }
-    return folder_ ? Failure{} : Failure{"open folder", folder_.error()};
 }
 
 Failure Transaction::takeLock() {
@@ -219,17 +132,6 @@ Failure Transaction::adoptOwnerAndMode(int file) {
     return error < 0 ? Failure{"set the mode of the new file", -error} : Failure{};
 }
 
-Descriptor Transaction::makeTemporary(Failure& failure) {
-    // Under the lock, one that is there already was left by a writer that is gone.
-    int error = files_.remove(folder_.number(), temporary_.c_str());
-    if (error < 0 && error != -ENOENT) failure = {"remove old temporary file", -error};
-    if (failure) return {};
-    Descriptor file(
-        files_, files_.open(folder_.number(), temporary_.c_str(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW, kFileMode));
-    if (!file) failure = {"create temporary file", file.error()};
-    return file;
-}
-
 Failure Transaction::install(int file, std::string_view bytes) {
     if (Failure failure = adoptOwnerAndMode(file)) return failure;
     if (Failure failure = writeAndFlush(files_, file, bytes)) return failure;
@@ -238,12 +140,9 @@ Failure Transaction::install(int file, std::string_view bytes) {
 }
 
 Failure Transaction::replace(std::string_view bytes, Snapshot& written) {
-    Failure failure;
     written = {};
-    written.file = makeTemporary(failure);
-    if (failure) return failure;
-    failure = install(written.file.number(), bytes);
-    if (failure) {
+    if (Failure failure = makeTemporary(files_, folder_.number(), temporary_, kFileMode, written.file)) return failure;
+    if (Failure failure = install(written.file.number(), bytes)) {
         (void)files_.remove(folder_.number(), temporary_.c_str());
         return failure;
     }
@@ -270,7 +169,7 @@ Failure Transaction::flushFolder() {
 
 Failure Transaction::moveAside(std::string& newName) {
     constexpr int kMostOfOneSecond = 100;
-    const std::string base = name_ + ".damaged-" + utcTimeStamp();
+    std::string base = name_ + ".damaged-" + utcTimeStamp();
     int error = -EEXIST;
     for (int count = 1; error == -EEXIST && count <= kMostOfOneSecond; ++count) {
         newName = count == 1 ? base : base + "-" + std::to_string(count);

@@ -12,8 +12,8 @@
 
 namespace linux {
 
-// A larger file counts as unreadable.
-inline constexpr std::size_t kMaximumFileSize = std::size_t{512} << 20;  // bytes
+// Bytes. A larger file counts as one that cannot be read, and larger contents are not written.
+inline constexpr std::size_t kMaximumFileSize = std::size_t{512} << 20;
 
 // A state in which the file was read or written. A default-constructed one means that there is no file.
 struct Snapshot {
@@ -25,46 +25,40 @@ struct Snapshot {
     bool sameContents(const Snapshot& other) const;
 };
 
-// True when the file at the path is certainly still in that state. One stat.
+// True when the file at the path is certainly still in that state; false too when it cannot be looked at. One stat.
 bool isCurrent(FileAccess& files, const char* path, const Snapshot& snapshot);
 
-// Reads the file, links followed, without ever waiting for a pipe or a device. No file is a success: an empty snapshot
-// and a null pointer.
+// Reads the whole file, links followed, without ever waiting for a pipe or a device. No file is a success: an empty
+// snapshot and a null pointer. After a failure both hold nothing of use. A file that others keep writing into is read a
+// few times; the last result counts, and its snapshot is not settled.
 Failure readFile(FileAccess& files, const char* path, Snapshot& snapshot, std::shared_ptr<const std::string>& bytes);
-
-// The folder with all folders above it, where they are missing. Modes are 0700.
-Failure makeFolders(FileAccess& files, const std::string& path);
-// What root makes in a user's folder is to be the user's.
-void giveToOwnerOf(FileAccess& files, int folder, int file);
-Failure writeAndFlush(FileAccess& files, int file, std::string_view bytes);
-// -EEXIST when `to` exists.
-int renameUnlessTaken(FileAccess& files, int folder, const char* from, const char* to);
 
 // Exclusive access to the file among all who take its lock, from begin() to the end of the object.
 //
 // For the file F behind all links, the lock is flock(2) on ".F.lock" in the same folder, a file that stays for ever;
-// the replacement is written as ".F.tmp".
+// the replacement is written as ".F.tmp". The lock keeps out the threads of one process, too.
 class Transaction {
 public:
     Transaction(FileAccess& files, std::string path) : files_(files), path_(std::move(path)) {}
     Transaction(const Transaction&) = delete;
     ~Transaction() { releaseLock(); }
 
-    // Makes missing folders and waits for the lock.
+    // Makes missing folders and waits for the lock, for as long as another process keeps it. To be called once, before
+    // the rest.
     Failure begin();
     // Afterwards the file holds these bytes and is on the disk, or a failure is returned and it holds what it held.
-    // Only when flushing the folder is what fails, it holds the new bytes, and a crash of the machine decides.
+    // Only when flushing the folder is what fails, it holds the new bytes, and a crash of the machine decides. A file
+    // that is there keeps its mode and, as far as this process may, its owner; a new one has mode 0600.
     Failure replace(std::string_view bytes, Snapshot& written);
-    // Gives the file a name that says that it is damaged and since when, never one that is taken.
+    // Gives the file a name that says that it is damaged and since when, never one that is taken, and tells which,
+    // without its folder.
     Failure moveAside(std::string& newName);
 
 private:
-    Failure openFolder();
     Failure takeLock();
     bool lockIsAtItsPath();
     void releaseLock() noexcept;
     Failure adoptOwnerAndMode(int file);
-    Descriptor makeTemporary(Failure& failure);
     Failure install(int file, std::string_view bytes);
     void identify(Snapshot& written, std::string_view bytes);
     Failure flushFolder();
@@ -75,7 +69,7 @@ private:
     std::string folderPath_, name_;  // its two parts
     std::string temporary_;
     Descriptor folder_, lock_;
-    int owner_ = 0;  // the process that took the lock: a forked copy must not free it
+    pid_t owner_ = 0;  // the process that took the lock: a forked copy must not free it
 };
 
 }  // namespace linux
