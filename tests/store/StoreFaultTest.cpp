@@ -1,12 +1,13 @@
-// Every single call of the store fails, falls short or is overtaken by another process.
+// Every single call of the store fails, falls short, is its process's last, or is overtaken by another process.
+#include <sys/resource.h>
+
 #include <cerrno>
-#include <filesystem>
+#include <csignal>
 #include <string>
 
 #include "tests/store/StoreSupport.h"
 
 using namespace check;
-using Call = FileAccess::Call;
 
 namespace {
 
@@ -44,56 +45,62 @@ struct Stage {
                (now.empty() && isMovedAside());
     }
     bool isMovedAside() const {
-        for (const auto& entry : std::filesystem::directory_iterator(folder))
-            if (entry.path().filename().string().find(".damaged-") != std::string::npos)
-                return readFile(entry.path()) == "bplist00 cut";
+        for (const std::string& name : filesIn(folder))
+            if (name.find(".damaged-") != name.npos) return readFile(folder + "/" + name) == "bplist00 cut";
         return false;
     }
     void checkStored() {
         Store reader(folder);
         CHECK_EQ(reader["mine"].stringValue().size(), 10'000u);
         CHECK_EQ(static_cast<bool>(reader["theirs"]), expectTheirs);
-        CHECK(!std::filesystem::exists(folder + "/." + kDomain + ".plist.tmp"));
+        CHECK(!fs::exists(folder + "/." + kDomain + ".plist.tmp"));
         if (before == "bplist00 cut") CHECK(isMovedAside());
     }
 };
 
 }  // namespace
 
-TEST(AnyCallMayFail) {
+TEST(AnyCallMayFailOrBeTheLast) {
     struct Fault {
         const char* label;
         int error;
         bool lasting;  // every call from then on, until the synchronize has ended
     };
-    int refusals = 0;
+    constexpr int kDeath = 0;
+    int refusals = 0, deaths = 0;
     for (const Scenario& scenario : kScenarios)
         for (const Fault& fault :
              {Fault{"ENOSPC", ENOSPC, false}, Fault{"EIO", EIO, false}, Fault{"EACCES", EACCES, false},
-              Fault{"EMFILE", EMFILE, false}, Fault{"EIO for good", EIO, true}})
+              Fault{"EMFILE", EMFILE, false}, Fault{"EIO for good", EIO, true}, Fault{"killed", kDeath, false}})
             for (int failing = 1, reached = 1; failing <= reached; ++failing) {
                 Stage stage(scenario);
                 CONTEXT(std::string(scenario.label) + ", " + fault.label + " at call " + std::to_string(failing));
                 bool renamed = false;
                 stage.files.hook = [&](Call call, std::size_t&, int number) {
+                    if (number == failing && fault.error == kDeath) std::raise(SIGKILL);
                     if (number == failing) reached = failing + 1;
                     if (number == failing || (fault.lasting && number > failing)) return -fault.error;
                     renamed |= call == Call::Rename;
                     return 0;
                 };
-                bool stored = stage.store.synchronize();
+                auto synchronize = [&] { return stage.store.synchronize(); };
+                bool stored = fault.error == kDeath ? inAnotherProcess(synchronize) : synchronize();
                 stage.files.hook = nullptr;
                 CHECK(stage.isWhole());
                 CHECK_EQ(stage.store["mine"].stringValue().size(), 10'000u);
-                if (!stored) {
+                if (!stored && fault.error == kDeath) {
+                    ++deaths;
+                    reached = failing + 1;
+                } else if (!stored) {
                     ++refusals;
                     CHECK(!stage.store.log.lines.empty());
                     if (!renamed && !scenario.damaged) CHECK_EQ(readFile(stage.path), stage.before);
-                    CHECK(stage.store.synchronize());
+                    CHECK(fault.lasting || !fs::exists(stage.folder + "/." + kDomain + ".plist.tmp"));
                 }
+                CHECK(synchronize());
                 stage.checkStored();
             }
-    CHECK(refusals > 300);
+    CHECK(refusals > 300 && deaths > 60);
 }
 
 TEST(InterruptedAndShortCallsGoOn) {
@@ -119,48 +126,70 @@ TEST(ReadErrorsAreNeverTakenForAnEmptyDomain) {
         };
         PropertyList theirs = stage.store["theirs"];
         CHECK(!theirs || theirs == PropertyList("old"));
-        stage.files.hook = [&](Call call, std::size_t&, int) { return call == Call::Read && !theirs ? -EIO : 0; };
-        CHECK_EQ(stage.store.preferences.isReadable(kDomain), static_cast<bool>(theirs));
+        if (!theirs) stage.files.failAlways(Call::Read, EIO);
+        CHECK_EQ(stage.store.isReadable(), static_cast<bool>(theirs));
         stage.files.hook = nullptr;
-        CHECK(stage.store.preferences.isReadable(kDomain));
+        CHECK(stage.store.isReadable());
         CHECK_EQ(stage.store["theirs"].stringValue(), "old");
     }
 }
 
 // What others do between any two calls, as long as the lock is not held, is neither lost nor in the way.
 TEST(OvertakenAtAnyCall) {
-    struct Overtaking {
-        const char* label;
-        std::function<void(Stage&)> act;
-    };
-    const Overtaking overtakings[] = {
+    const std::pair<const char*, std::function<void(Stage&)>> overtakings[] = {
         {"another writer", [](Stage& stage) { CHECK(Store(stage.folder).write("theirs", "new")); }},
-        {"lock file removed",
-         [](Stage& stage) { std::filesystem::remove(stage.folder + "/." + kDomain + ".plist.lock"); }},
+        {"lock file removed", [](Stage& stage) { fs::remove(stage.folder + "/." + kDomain + ".plist.lock"); }},
         {"folder replaced",
          [](Stage& stage) {
-             std::filesystem::rename(stage.folder, stage.temporary / "old");
-             std::filesystem::copy(stage.temporary / "old", stage.folder, std::filesystem::copy_options::recursive);
+             fs::rename(stage.folder, stage.temporary / "old");
+             fs::copy(stage.temporary / "old", stage.folder, fs::copy_options::recursive);
          }},
         {"turned into a link",
          [](Stage& stage) {
-             std::filesystem::rename(stage.path, stage.temporary / "target");
-             std::filesystem::create_symlink(stage.temporary / "target", stage.path);
+             fs::rename(stage.path, stage.temporary / "target");
+             fs::create_symlink(stage.temporary / "target", stage.path);
          }},
     };
     for (const Scenario& scenario : {kScenarios[1], kScenarios[2]})
-        for (const Overtaking& overtaking : overtakings)
+        for (const auto& [label, act] : overtakings)
             for (int at = 1, calls = at; at <= calls; ++at) {
-                CONTEXT(std::string(scenario.label) + ", " + overtaking.label + " at call " + std::to_string(at));
+                CONTEXT(std::string(scenario.label) + ", " + label + " at call " + std::to_string(at));
                 Stage stage(scenario);
-                bool locked = false;
-                stage.files.hook = [&](Call call, std::size_t&, int number) {
-                    if (number == at && !locked) overtaking.act(stage);
+                bool locked = false, isLink = false;
+                stage.files.hook = [&, &act = act](Call call, std::size_t&, int number) {
+                    if (number == at && !locked) act(stage);
+                    if (number == at) isLink = fs::is_symlink(stage.path);
                     if (!locked) calls = number;
                     locked |= call == Call::Lock;
                     return 0;
                 };
                 CHECK(stage.store.synchronize());
                 stage.checkStored();
+                CHECK_EQ(fs::is_symlink(stage.path), isLink);
             }
+}
+
+// The kernel's own short writes and refusals.
+TEST(AFileMayGrowOnlySoFar) {
+    std::signal(SIGXFSZ, SIG_IGN);
+    for (const Scenario& scenario : kScenarios)
+        for (rlim_t size : {0, 1, 4096, 9999}) {
+            CONTEXT(std::string(scenario.label) + ", up to " + std::to_string(size) + " bytes");
+            Stage stage(scenario);
+            rlimit limits;
+            REQUIRE(::getrlimit(RLIMIT_FSIZE, &limits) == 0);
+            rlimit narrow{size, limits.rlim_max};
+            REQUIRE(::setrlimit(RLIMIT_FSIZE, &narrow) == 0);
+            bool isStored = stage.store.synchronize();
+            REQUIRE(::setrlimit(RLIMIT_FSIZE, &limits) == 0);
+            CHECK(!isStored && stage.isWhole() && stage.store.synchronize());
+            stage.checkStored();
+        }
+}
+
+// Run under a tracer that shows the calls of the kernel: see CMakeLists.txt.
+TEST(StepsOfAWrite) {
+    TemporaryFolder temporary;
+    CHECK(Store(temporary / "new").write("key", 1));
+    CHECK(writeFile(temporary / "new/" + kDomain + ".plist", "cut") && !Store(temporary / "new")["key"]);
 }

@@ -1,15 +1,14 @@
 // The store on real files: sharing, links, owners, obstacles, damage.
 #include <fcntl.h>
-#include <sys/file.h>
 #include <sys/stat.h>
 
-#include <filesystem>
+#include <fstream>
+#include <regex>
 
 #include "linux/system/SystemLog.h"
 #include "tests/store/StoreSupport.h"
 
 using namespace check;
-namespace fs = std::filesystem;
 
 namespace {
 
@@ -17,25 +16,14 @@ struct Stage {
     TemporaryFolder temporary;
     std::string folder = temporary / "preferences", path = folder + "/" + kDomain + ".plist";
     Stage() { fs::create_directory(folder); }
-    std::vector<std::string> files() const {
-        std::vector<std::string> names;
-        for (const auto& entry : fs::directory_iterator(folder))
-            if (!entry.path().filename().string().starts_with(".")) names.push_back(entry.path().filename());
-        return names;
-    }
 };
 
-std::string encoded(const PropertyList& value, bool xml = false) {
-    return encodePropertyList(value,
-                              xml ? propertylist::PropertyListFormat::XML : propertylist::PropertyListFormat::Binary);
+struct stat statusOf(const std::string& path) {
+    struct stat status = {};
+    CHECK_EQ(::stat(path.c_str(), &status), 0);
+    return status;
 }
-const PropertyList kTheirs = PropertyList::dictionary({{"theirs", 1}});
-
-ino_t inodeOf(const std::string& path) {
-    struct stat status;
-    return ::stat(path.c_str(), &status) == 0 ? status.st_ino : 0;
-}
-mode_t modeOf(const std::string& path) { return static_cast<mode_t>(fs::status(path).permissions()); }
+mode_t modeOf(const std::string& path) { return statusOf(path).st_mode & 07777; }
 
 }  // namespace
 
@@ -47,16 +35,14 @@ TEST(WhatIsStoredAlreadyIsNotWrittenAgain) {
     a.preferences.setSynchronizeObserver(kDomain, [&] { ++observed; });
     CHECK(a.write("none", {}) && !fs::exists(stage.path));
     CHECK(a.write("key", 1));
-    ino_t first = inodeOf(stage.path);
-    CHECK(a.write("key", 1) && inodeOf(stage.path) == first);
+    ino_t first = statusOf(stage.path).st_ino;
+    CHECK(a.write("key", 1) && statusOf(stage.path).st_ino == first);
     CHECK_EQ(observed, 3);
     CHECK(b.write("key", 2) && a.write("key", 1));
     CHECK_EQ(Store(stage.folder)["key"], PropertyList(1));
     // Of a write that failed nobody knows how far it came.
     int flushes = 0;
-    files.hook = [&](FileAccess::Call call, std::size_t&, int) {
-        return call == FileAccess::Call::Flush && ++flushes == 2 ? -EIO : 0;
-    };
+    files.hook = [&](Call call, std::size_t&, int) { return call == Call::Flush && ++flushes == 2 ? -EIO : 0; };
     CHECK(!a.write("key", 3) && a.synchronize());
     CHECK_EQ(flushes, 4);
     CHECK_EQ(observed, 5);
@@ -64,15 +50,16 @@ TEST(WhatIsStoredAlreadyIsNotWrittenAgain) {
 
 TEST(ServicesShareADomainKeyByKey) {
     TemporaryFolder temporary;
-    std::string folder = temporary / "new/preferences";
+    std::string folder = temporary / "new/preferences", path = folder + "/" + kDomain + ".plist";
     Store a(folder), b(folder);
+    CHECK(a.preferences.domains().empty() && a.log.lines.empty());
     for (const char* key : {"one", "two", "three"}) a.set(key, key);
     CHECK_EQ(a["two"].stringValue(), "two");
     CHECK(!b["two"]);
     CHECK(a.synchronize() && b.synchronize());
-    CHECK_EQ(modeOf(folder + "/" + kDomain + ".plist"), 0600u);
+    CHECK_EQ(modeOf(path), 0600u);
     CHECK_EQ(modeOf(folder), 0700u);
-    CHECK_EQ(b.preferences.domains(), std::vector<std::string>{kDomain});
+    CHECK_EQ(modeOf(folder + "/." + kDomain + ".plist.lock"), 0600u);
 
     a.set("two", {});
     a.set("four", 4);
@@ -81,16 +68,20 @@ TEST(ServicesShareADomainKeyByKey) {
     CHECK(!a["two"] && b["two"]);
     CHECK(a.synchronize() && b.synchronize() && a.synchronize());
     std::string keys;
-    for (const auto& entry : a.preferences.copyDomain(kDomain).entries())
-        keys += std::string(entry.key.stringValue()) + " ";
+    PropertyList all = a.preferences.copyDomain(kDomain);
+    for (const auto& entry : all.entries()) keys += std::string(entry.key.stringValue()) + " ";
     CHECK_EQ(keys, "one three four five ");
     CHECK_EQ(a["one"].stringValue(), "b's");
 
+    a.preferences.setValue("key", 1, "another");
+    a.preferences.synchronizeChanges();
+    CHECK(writeFile(folder + "/no property list", "") && writeFile(folder + "/cut.plist", "cut"));
+    CHECK_EQ(b.preferences.domains(), (std::vector<std::string>{"another", kDomain, "cut"}));
     for (const char* key : {"one", "three", "four", "five"}) a.set(key, {});
     CHECK(a.synchronize() && b.synchronize());
-    CHECK(!b["one"]);
-    CHECK(propertylist::decodePropertyList(readFile(folder + "/" + kDomain + ".plist")).isDictionary());
-    fs::remove(folder + "/" + kDomain + ".plist");
+    CHECK(!b["one"] && propertylist::decodePropertyList(readFile(path)).isDictionary());
+    CHECK_EQ(b.preferences.domains(), (std::vector<std::string>{"another", "cut"}));
+    fs::remove(path);
     CHECK(a.write("six", 6) && b.synchronize());
     CHECK_EQ(b["six"].integerValue(), 6);
 }
@@ -99,73 +90,71 @@ TEST(ChangesOfOthersAreNoticedWhateverTheTimeStampsSay) {
     Stage stage;
     auto values = [](int i) { return PropertyList::dictionary({{"n", 100 + i % 800}}); };
     REQUIRE(writeFile(stage.path, encoded(values(0))));
-    struct stat first;
-    REQUIRE(stat(stage.path.c_str(), &first) == 0);
+    fs::file_time_type first = fs::last_write_time(stage.path);
     Store store(stage.folder);
+    auto openFiles = [] { return std::distance(fs::directory_iterator("/proc/self/fd"), {}); };
+    auto openAtFirst = openFiles();
     for (int i = 1; i < 300; ++i) {
         CONTEXT(std::to_string(i));
         if (i % 2) CHECK(store.write("n", 100));
-        if (i % 3 == 0) fs::remove(stage.path);  // the next file is often given the same inode number
-        if (i % 3 == 1) {
-            std::string bytes = encoded(values(i));  // in place, and often within the same clock tick
-            int file = open(stage.path.c_str(), O_WRONLY | O_CLOEXEC);
-            CHECK(pwrite(file, bytes.data(), bytes.size(), 0) == static_cast<ssize_t>(bytes.size()));
-            close(file);
-        } else {
-            CHECK(writeFile(stage.path, encoded(values(i))));
-        }
-        timespec times[] = {first.st_atim, first.st_mtim};
-        CHECK_EQ(utimensat(AT_FDCWD, stage.path.c_str(), times, 0), 0);
+        if (i % 3 == 0) fs::remove(stage.path);       // the next file is often given the same inode number
+        auto inPlace = std::ios::in | std::ios::out;  // and often within the same clock tick
+        CHECK(std::fstream(stage.path, i % 3 == 1 ? inPlace : std::ios::out) << encoded(values(i)) << std::flush);
+        fs::last_write_time(stage.path, first);
         CHECK(store.synchronize());
         CHECK_EQ(store["n"].integerValue(), 100 + i % 800);
     }
+    CHECK(openFiles() <= openAtFirst + 1);
 }
 
 TEST(WhatCannotBeReadIsNotTakenForEmpty) {
     for (const char* obstacle :
          {"mkdir $P", "mkfifo $P", "ln -s $P $P", "ln -s /dev/zero $P", "touch $P-file; ln -s $P-file/x $P",
-          "printf bplist00 > $P; truncate -s 536870913 $P", "cp $V $P; chmod 0 $P"})
+          "printf bplist00 > $P; truncate -s 536870913 $P", "cp $V $P; chmod 0 $P"}) {
+        CONTEXT(obstacle);
         CHECK(inAnotherProcess(
             [&] {
-                CONTEXT(obstacle);
                 Stage stage;
                 ScopedEnvironment path("P", stage.path.c_str()), valid("V", (stage.temporary / "valid").c_str());
                 REQUIRE(writeFile(stage.temporary / "valid", encoded(kTheirs)) && std::system(obstacle) == 0);
-                auto before = stage.files();
+                auto before = filesIn(stage.folder);
                 Store store(stage.folder);
-                bool good = !store["theirs"] && !store.preferences.isReadable(kDomain) && store.log.lines.size() == 1;
-                good &= !store.write("mine", 2) && !store.preferences.isReadable(kDomain) &&
-                        store["mine"].integerValue() == 2;
-                good &= store.log.lines.size() == 2 && stage.files() == before;
+                CHECK(!store["theirs"] && !store.isReadable());
+                CHECK_EQ(store.log.lines.size(), 1u);
+                CHECK(!store.write("mine", 2) && !store.isReadable() && store["mine"].integerValue() == 2);
+                CHECK_EQ(store.log.lines.size(), 2u);
+                CHECK(filesIn(stage.folder) == before && !fs::exists(stage.folder + "/." + kDomain + ".plist.lock"));
+                CHECK_EQ(store.preferences.domains(), std::vector{kDomain});
                 fs::rename(stage.path, stage.temporary / "elsewhere");
-                writeFile(stage.path, encoded(kTheirs));
-                good &=
-                    store.preferences.isReadable(kDomain) && store["theirs"].integerValue() == 1 && store.synchronize();
+                CHECK(writeFile(stage.path, encoded(kTheirs)) && store.isReadable());
+                CHECK(store["theirs"].integerValue() == 1 && store.synchronize());
                 Store reader(stage.folder);
-                CHECK(good && reader["theirs"].integerValue() == 1 && reader["mine"].integerValue() == 2);
+                CHECK(reader["theirs"].integerValue() == 1 && reader["mine"].integerValue() == 2);
                 chmod((stage.temporary / "elsewhere").c_str(), 0700);
-                return good;
+                return true;
             },
             true));
+    }
 }
 
 TEST(DamagedFilesAreMovedAside) {
-    const std::string whole =
-        encoded(PropertyList::dictionary({{"theirs", 1}, {"list", PropertyList::array({1, "two"})}}));
-    std::vector<std::string> damaged = {encoded("a string"), encoded(kTheirs, true).substr(0, 150), "\n", "{}"};
+    std::string whole = encoded(PropertyList::dictionary({{"theirs", 1}, {"list", PropertyList::array({1, "two"})}}));
+    std::string xml = encodePropertyList(kTheirs, propertylist::PropertyListFormat::XML);
+    std::vector<std::string> damaged = {encoded("a string"), xml.substr(0, 150), "\n", "{}"};
     for (std::size_t length = 0; length < whole.size(); ++length) damaged.push_back(whole.substr(0, length));
     for (const std::string& bytes : damaged) {
         CONTEXT(std::to_string(bytes.size()) + " bytes");
         Stage stage;
         REQUIRE(writeFile(stage.path, bytes));
         Store store(stage.folder);
-        CHECK(!store["theirs"] && store.preferences.isReadable(kDomain));
-        auto files = stage.files();
-        REQUIRE(files.size() == 1 && files[0].starts_with(kDomain + ".plist.damaged-20"));
+        CHECK(!store["theirs"] && store.isReadable());
+        auto files = filesIn(stage.folder);
+        REQUIRE(files.size() == 1);
+        CHECK(std::regex_match(files[0], std::regex(kDomain + R"(\.plist\.damaged-20\d{6}T\d{6}Z)")));
         CHECK_EQ(readFile(stage.folder + "/" + files[0]), bytes);
         CHECK(store.log.lines.size() == 1 && store.log.lines[0].find(files[0]) != std::string::npos);
         REQUIRE(store.write("mine", 2) && writeFile(stage.path, bytes));
-        CHECK(store.write("mine", 3) && stage.files().size() == 3);  // the second one found a name of its own
+        CHECK(store.write("mine", 3) && filesIn(stage.folder).size() == 3);  // the second one found a name of its own
         CHECK_EQ(Store(stage.folder)["mine"].integerValue(), 3);
     }
 }
@@ -174,46 +163,44 @@ TEST(DamageThatCannotBeMovedOrHasBeenRepaired) {
     Stage stage;
     FaultyFileAccess files;
     REQUIRE(writeFile(stage.path, "cut"));
-    files.hook = [](auto call, std::size_t&, int) { return call == FileAccess::Call::RenameExclusive ? -EPERM : 0; };
+    files.failAlways(Call::RenameExclusive, EPERM);
     Store store(stage.folder, files);
-    CHECK(!store["theirs"] && !store.preferences.isReadable(kDomain) && !store.write("mine", 2));
+    CHECK(!store["theirs"] && !store.isReadable() && !store.write("mine", 2));
     CHECK_EQ(readFile(stage.path), "cut");
-    files.hook = [&](auto call, std::size_t&, int) {
-        if (call == FileAccess::Call::Lock) CHECK(writeFile(stage.path, encoded(kTheirs)));
+    files.hook = [&](Call call, std::size_t&, int) {
+        if (call == Call::Lock) CHECK(writeFile(stage.path, encoded(kTheirs)));
         return 0;
     };
     CHECK(store.synchronize());
-    CHECK_EQ(stage.files(), std::vector{kDomain + ".plist"});
+    CHECK_EQ(filesIn(stage.folder), std::vector{kDomain + ".plist"});
     CHECK(store["theirs"].integerValue() == 1 && store["mine"].integerValue() == 2);
-    // A file system without the exclusive rename.
-    files.hook = [](auto call, std::size_t&, int) { return call == FileAccess::Call::RenameExclusive ? -EINVAL : 0; };
-    REQUIRE(writeFile(stage.path, "cut"));
-    CHECK(store.write("mine", 3));
-    CHECK_EQ(stage.files().size(), 2u);
+    files.failAlways(Call::RenameExclusive, EINVAL);  // as a file system that knows no such rename
+    REQUIRE(writeFile(stage.path, "cut") && store.synchronize());
+    CHECK(filesIn(stage.folder).size() == 1 && !fs::exists(stage.path));
 }
 
 TEST(LinksModesAndOwnersAreKept) {
-    for (const auto& [label, link, targetExists, succeeds] : {std::tuple{"link", "../elsewhere/real", true, true},
-                                                              {"dangling", "../elsewhere/real", false, true},
-                                                              {"link to a link", "hop", true, true},
-                                                              {"no such folder", "../nowhere/real", false, false}}) {
-        CONTEXT(label);
+    for (auto [link, targetExists, succeeds] : {std::tuple{"../elsewhere/real", true, true},
+                                                {"../elsewhere/real", false, true},
+                                                {"hop", true, true},
+                                                {"../nowhere/real", false, false}}) {
+        CONTEXT(std::string(link) + (targetExists ? "" : ", dangling"));
         Stage stage;
         std::string target = stage.temporary / "elsewhere/real";
         fs::create_directory(stage.temporary / "elsewhere");
         fs::create_symlink("../elsewhere/real", stage.folder + "/hop");
         fs::create_symlink(link, stage.path);
-        if (targetExists) REQUIRE(writeFile(target, encoded(kTheirs, true)) && chmod(target.c_str(), 0640) == 0);
+        if (targetExists) REQUIRE(writeFile(target, encoded(kTheirs)) && chmod(target.c_str(), 0640) == 0);
         if (targetExists && geteuid() == 0) REQUIRE(chown(target.c_str(), 12345, 54321) == 0);
         Store store(stage.folder);
         CHECK_EQ(store["theirs"].integerValue(), targetExists ? 1 : 0);
         CHECK_EQ(store.write("mine", 2), succeeds);
         CHECK_EQ(store["mine"].integerValue(), 2);
         CHECK_EQ(fs::read_symlink(stage.path).string(), link);
+        CHECK_EQ(fs::exists(stage.temporary / "nowhere"), false);
         if (!succeeds) continue;
-        CHECK_EQ(modeOf(target), targetExists ? 0640u : 0600u);
-        struct stat status;
-        CHECK(stat(target.c_str(), &status) == 0 && S_ISREG(status.st_mode));
+        struct stat status = statusOf(target);
+        CHECK_EQ(status.st_mode, S_IFREG | (targetExists ? 0640u : 0600u));
         if (targetExists && geteuid() == 0) CHECK(status.st_uid == 12345 && status.st_gid == 54321);
         CHECK(!propertylist::decodePropertyList(readFile(target))["theirs"] == !targetExists);
     }
@@ -227,32 +214,36 @@ TEST(AnotherUsersFileAndAReadOnlyFolder) {
     CHECK(inAnotherProcess(
         [&] {
             Store store(stage.folder);
-            bool good =
-                store["theirs"].integerValue() == 1 && !store.write("mine", 2) && store["mine"].integerValue() == 2;
-            return good && store.preferences.isReadable(kDomain) && store.log.lines.size() == 1;
+            CHECK(store["theirs"].integerValue() == 1 && !store.write("mine", 2));
+            CHECK(store["mine"].integerValue() == 2 && store.isReadable());
+            return store.log.lines.size() == 1;
         },
         true));
     CHECK_EQ(readFile(stage.path), encoded(kTheirs));
     chmod(stage.folder.c_str(), 0777);
     CHECK(inAnotherProcess([&] { return Store(stage.folder).write("mine", 2); }, true));
-    struct stat status;
-    CHECK(stat(stage.path.c_str(), &status) == 0 && (status.st_mode & 0777) == 0644);
-    if (geteuid() == 0) CHECK(status.st_uid == 65534);  // it could not be given to its old owner
+    CHECK_EQ(modeOf(stage.path), 0644u);
+    if (geteuid() == 0) CHECK_EQ(statusOf(stage.path).st_uid, 65534u);  // it could not be given to its old owner
     CHECK_EQ(Store(stage.folder)["theirs"].integerValue(), 1);
-}
 
-TEST(RootLeavesAUsersFolderTheUsers) {
+    // What root makes in a user's folder is the user's, but for a file that has another name elsewhere.
     if (geteuid() != 0) return;
-    TemporaryFolder temporary;
-    REQUIRE(chown(temporary.path().c_str(), 65534, 65534) == 0);
-    CHECK(Store(temporary / "preferences").write("root's", 1));
-    CHECK(inAnotherProcess([&] { return Store(temporary / "preferences").write("mine", 2); }, true));
+    TemporaryFolder users;
+    std::string folder = users / "preferences", lock = folder + "/." + kDomain + ".plist.lock";
+    REQUIRE(chown(users.path().c_str(), 65534, 65534) == 0);
+    CHECK(Store(folder).write("root's", 1) && statusOf(folder).st_gid == 65534);
+    CHECK(inAnotherProcess([&] { return Store(folder).write("mine", 2); }, true));
+    fs::remove(lock);
+    REQUIRE(writeFile(stage.temporary / "root's", "") && chmod((stage.temporary / "root's").c_str(), 0600) == 0);
+    fs::create_hard_link(stage.temporary / "root's", lock);
+    CHECK(Store(folder).write("root's", 2) && statusOf(lock).st_uid == 0);
 }
 
-TEST(NamesThatAreNoDomains) {
+TEST(NamesKeysAndValuesThatAreNoneAreRefused) {
     Stage stage;
+    std::string longest(DiskPreferences::kLongestDomainName, 'x');
     for (const std::string& name : {std::string(), std::string("."), std::string(".."), std::string("../x"),
-                                    std::string("a\0b", 3), std::string(201, 'x')}) {
+                                    std::string("a\0b", 3), longest + "x"}) {
         CONTEXT(name);
         Store store(stage.folder);
         CHECK(store.preferences.synchronize(name));
@@ -261,26 +252,34 @@ TEST(NamesThatAreNoDomains) {
         CHECK_EQ(store.log.lines.size(), 1u);
     }
     Store store(stage.folder);
-    std::string longest(DiskPreferences::kLongestDomainName, 'x');
     store.preferences.setValue("key", 1, longest);
     CHECK(store.preferences.synchronize(longest));
     CHECK_EQ(store.preferences.domains(), std::vector{longest});
     REQUIRE(writeFile(stage.folder + "/" + longest + ".plist", "cut"));
     CHECK(store.preferences.synchronize(longest) && !store.preferences.copyValue("key", longest));
+
+    store.log.lines.clear();
+    CHECK(store.write("\xC3", 1) && store.log.lines.size() == 1 && !fs::exists(stage.path));
+    PropertyList deep = "x";
+    for (unsigned depth = 1; depth < PropertyList::kMaximumDepth; ++depth) deep = PropertyList::array({deep});
+    CHECK(!store.write("deep", deep) && !store.synchronize() && store["deep"] == deep);
+    CHECK(store.write("deep", 1) && Store(stage.folder)["deep"] == PropertyList(1));
 }
 
-TEST(AForkedCopyDoesNotFreeTheLock) {
+TEST(NoOtherProcessHoldsOrFreesTheLock) {
     TemporaryFolder temporary;
     auto transaction = std::make_unique<linux::Transaction>(FileAccess::system(), temporary / "x.plist");
     REQUIRE(!transaction->begin());
-    CHECK(inAnotherProcess([&] { return transaction.reset(), true; }));
-    auto isFree = [&] {
-        int file = open((temporary / ".x.plist.lock").c_str(), O_RDWR | O_CLOEXEC);
-        bool locked = flock(file, LOCK_EX | LOCK_NB) == 0;
-        return close(file), locked;
-    };
+    for (const auto& entry : fs::directory_iterator("/proc/self/fd"))
+        if (std::error_code error; fs::read_symlink(entry, error).string().starts_with(temporary.path()))
+            CHECK(::fcntl(std::stoi(entry.path().filename()), F_GETFD) & FD_CLOEXEC);
+    auto isFree = [&] { return std::system(("flock -n " + temporary / ".x.plist.lock" + " true").c_str()) == 0; };
+    CHECK(inAnotherProcess([&] {
+        transaction.reset();
+        return !isFree();
+    }));
     CHECK(!isFree());
-    CHECK(inAnotherProcess([&] { return transaction.release(), !isFree(); }));
+    CHECK(inAnotherProcess([&] { return transaction.release() && !isFree(); }));
     transaction.reset();
     CHECK(isFree());
 }

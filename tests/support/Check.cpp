@@ -57,7 +57,10 @@ void fail(const char* file, int line, const std::string& what) {
     std::printf("%s:%d: ", file, line);
     for (const std::string& context : contexts()) std::printf("[%s] ", context.c_str());
     std::printf("%s\n", what.c_str());
+    std::fflush(stdout);  // a child of the test may end without
 }
+
+int failures() { return failuresInTest; }
 
 Context::Context(std::string label) { contexts().push_back(std::move(label)); }
 Context::~Context() {

@@ -25,6 +25,7 @@ struct Abandoned {};  // thrown by REQUIRE
 
 bool add(const char* name, void (*body)());
 void fail(const char* file, int line, const std::string& what);
+int failures();  // of the test at hand
 
 class Context {
 public:
