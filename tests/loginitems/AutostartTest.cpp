@@ -1,5 +1,6 @@
 // Login items as real files in a real autostart folder.
 #include "linux/applications/DesktopEntry.h"
+#include "linux/applications/DesktopEntryCommand.h"
 #include "linux/loginitems/AutostartMirror.h"
 #include "platform/LoginItems.h"
 #include "tests/support/Check.h"
@@ -94,43 +95,48 @@ TEST(EntriesFollowTheItemsAndLeaveOthersAlone) {
 
 TEST(ApplicationsOfEachKindGetTheirCommand) {
     Session s;
-    const std::string editor = s.home / "Editor.app";
+    struct Case {
+        std::string path;
+        std::vector<std::string> words;
+        bool isOdd;  // some session would read the words themselves in another way
+    };
+    const std::string editor = s.home / "Editor.app", entry = s.home / "view.desktop";
     s.program("Editor.app/Contents/Linux/run");
     check::writeFile(editor + "/Contents/Info.plist",
                      "<plist><dict><key>CFBundleExecutable</key><string>run</string></dict></plist>");
-    const std::string entry = s.home / "view.desktop";
     check::writeFile(entry,
-                     "[Desktop Entry]\nType=Application\nName=V\nTerminal=true\nPath=/tmp\n"
+                     "[Desktop Entry]\nType=Application\nName=V\nTerminal=true\nPath=/tmp\nIcon=eye\n"
                      "Exec=view --name %c \"a 'b\" %U\n");
-    const std::string odd = s.program("100%=\n\t \\back \"q\" 'q' $HOME `id` \u00e9/run me ");
-    const std::string oddEntry = s.home / "odd.desktop";
-    check::writeFile(oddEntry, "[Desktop Entry]\nType=Application\nName=O\nExec=" + s.program("plain") +
-                                   " \"a \\\\$b\" \"\\\\\\\\c\"\n");
-    const std::pair<std::string, std::vector<std::string>> cases[] = {
-        {editor + "/", {editor + "/Contents/Linux/run"}},
-        {entry, {"view", "--name", "V", "a 'b"}},
-        {odd, {odd}},
-        {oddEntry, {s.home / "plain", "a $b", "\\c"}},
-    };
-    for (const auto& [path, words] : cases) {
+    std::vector<Case> cases = {{editor + "/", {editor + "/Contents/Linux/run"}, false},
+                               {entry, {"view", "--name", "V", "a 'b"}, false}};
+    for (char c : std::string("\\$`=%\"'\n\t\x7F ;&")) {
+        std::string text = std::string("a") + c + "b", plain = s.program("plain");
+        bool isMisread = c == '\\' || c == '$' || c == '`';
+        std::string odd = s.program(text);
+        cases.push_back({odd, {odd}, c != ' ' && c != ';' && c != '&'});
+        std::string caller = s.home / ("caller" + std::to_string(cases.size()) + ".desktop");
+        check::writeFile(caller, "[Desktop Entry]\nType=Application\nName=O\nExec=" +
+                                     escapedDesktopEntryValue(joinCommand({plain, text})) + "\n");
+        cases.push_back({caller, {plain, text}, isMisread});
+    }
+    for (const auto& [path, words, isOdd] : cases) {
         CONTEXT(path);
         REQUIRE(s.store({{path, false}}));
         REQUIRE(s.names().size() == 1);
-        auto read = desktopEntryRecord(path, "", s.content(s.names().front()), ApplicationEnvironment());
+        auto read = readDesktopEntry(s.content(s.names().front()), {});
         REQUIRE(read);
-        const std::vector<std::string>& started = read->words;
-        if (path == odd || path == oddEntry) {
-            // No session reads these in another way.
-            for (const std::string& word : started) CHECK(word.find_first_of("\\$`") == word.npos);
-            std::string expected;
-            for (const std::string& word : words) expected += "<" + word + ">";
-            CHECK_EQ(started.front(), "awk");
-            CHECK_EQ(outputOf(started), expected);
-        } else {
+        auto started = expandCommand(splitCommand(read->exec), {});
+        CHECK_EQ(started.front() == "awk", isOdd);
+        for (const std::string& word : started) CHECK(word.find_first_of("\\$`") == word.npos);
+        std::string expected;
+        for (const std::string& word : words) expected += "<" + word + ">";
+        if (path == entry)
             CHECK_EQ(started, words);
-        }
-        CHECK_EQ(read->isInTerminal, path == entry);
+        else
+            CHECK_EQ(outputOf(started), expected);
+        CHECK_EQ(read->isTerminal, path == entry);
         CHECK_EQ(read->workingFolder, path == entry ? "/tmp" : "");
+        CHECK_EQ(read->icon, path == entry ? "eye" : "");
     }
 }
 

@@ -1,11 +1,9 @@
-// The real helper in a session of the test's own, and the request to quit.
-#include "linux/preferences/DiskPreferences.h"
-#include "linux/processes/DetachedProcess.h"
+// The helper: its watch in this process, itself in a session of the test's own; and the request to quit.
+#include "host/helper/HelperLock.h"
+#include "host/helper/SettingsWatch.h"
 #include "linux/processes/LinuxProcesses.h"
 #include "settings/EntryList.h"
 #include "tests/support/Check.h"
-#include "tests/support/FakeLogind.h"
-#include "tests/support/FakePlatform.h"
 
 #include <fcntl.h>
 #include <sys/wait.h>
@@ -13,6 +11,7 @@
 
 #include <csignal>
 #include <filesystem>
+#include <fstream>
 
 using namespace platform;
 using namespace linux;
@@ -20,79 +19,119 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// Sleeps until it is killed.
-struct Sleeper {
-    explicit Sleeper(const std::string& program) : process(::fork()) {
-        if (process > 0) return;
-        ::execl(program.c_str(), "sleep", "1000", nullptr);
-        ::_exit(1);
+// A program, and what it writes to standard error.
+struct Child {
+    explicit Child(const std::string& program) {
+        int ends[2];
+        REQUIRE(::pipe2(ends, O_CLOEXEC) == 0);
+        process = ::fork();
+        if (process == 0) {
+            ::dup2(ends[1], STDERR_FILENO);
+            ::execl(program.c_str(), "sleep", "1000", nullptr);
+            ::_exit(1);
+        }
+        ::close(ends[1]);
+        errors = ends[0];
     }
-    ~Sleeper() {
-        if (!hasEnded) end(SIGKILL);
+    ~Child() {
+        if (process > 0) end(SIGKILL);
+        ::close(errors);
     }
     int end(int signal) {
         int status = 0;
-        hasEnded = true;
         ::kill(process, signal);
-        ::waitpid(process, &status, 0);
+        ::waitpid(std::exchange(process, -1), &status, 0);
         return status;
     }
-    const pid_t process;
-    bool hasEnded = false;
-};
-
-// A helper whose log is read line by line.
-class Helper {
-public:
-    Helper() {
-        int ends[2], own = ::dup(STDERR_FILENO);
-        REQUIRE(::pipe2(ends, O_CLOEXEC) == 0);
-        ::dup2(ends[1], STDERR_FILENO);
-        CHECK_EQ(startDetached({HELPER_PROGRAM}), kNoErr);
-        ::dup2(own, STDERR_FILENO);
-        for (int end : {own, ends[1]}) ::close(end);
-        reading_ = ends[0];
-    }
-    ~Helper() { ::close(reading_); }
-    // The next line; empty when the helper has left.
+    // The next line; empty when it has ended.
     std::string line() {
         std::string text;
-        for (char c = 0; ::read(reading_, &c, 1) == 1 && c != '\n';) text += c;
+        for (char c = 0; ::read(errors, &c, 1) == 1 && c != '\n';) text += c;
         return text;
     }
+    pid_t process = -1;
+    int errors = -1;
+};
 
-private:
-    int reading_ = -1;
+struct Home {
+    check::TemporaryFolder home;
+    check::ScopedEnvironment config{"XDG_CONFIG_HOME", (home / "config").c_str()},
+        root{"TYPESLATE_ROOT", home.path().c_str()}, session{"XDG_SESSION_ID", "t1"},
+        watched{"TYPESLATE_LOG", "stderr"};
+    check::RecordingLog log;
+    DiskPreferences preferences{preferencesFolder(), log};
+    std::string file = preferencesFolder() + "/com.tarnwick.typeslate.plist";
+
+    void set(std::string_view key, const PropertyList& value) {
+        preferences.setValue(key, value, settings::kSettingsDomain);
+        CHECK(preferences.synchronize(settings::kSettingsDomain));
+    }
 };
 
 }  // namespace
 
-TEST(OneHelperTakesInChangesUntilItsSessionEnds) {
-    check::TemporaryFolder home;
-    const check::ScopedEnvironment config("XDG_CONFIG_HOME", (home / "config").c_str()),
-        runtime("XDG_RUNTIME_DIR", home.path().c_str()), root("TYPESLATE_ROOT", home.path().c_str()),
-        watched("TYPESLATE_LOG", "stderr");
-    for (const std::string& folder : {home / "dotfiles", preferencesFolder()}) fs::create_directories(folder);
-    fs::create_symlink(home / "dotfiles/t.plist", preferencesFolder() + "/com.tarnwick.typeslate.plist");
-    fake::Log log;
-    DiskPreferences preferences(preferencesFolder(), log);
-    auto set = [&](std::string_view key, const PropertyList& value) {
-        preferences.setValue(key, value, settings::kSettingsDomain);
-        CHECK(preferences.synchronize(settings::kSettingsDomain));
-    };
-    set(settings::kLogStuffKey, true);
-    Sleeper leader("/bin/sleep");
-    check::FakeLogind logind(static_cast<std::uint32_t>(leader.process));
+TEST(TheWatchMissesNothing) {
+    for (const char* link : {"", "../../dotfiles/t", "hop"}) {
+        CONTEXT(link);
+        Home h;
+        fs::create_directories(h.home / "dotfiles");
+        fs::create_directories(preferencesFolder());
+        fs::create_symlink("../../dotfiles/t", preferencesFolder() + "/hop");
+        if (*link) fs::create_symlink(link, h.file);  // it leads nowhere yet
+        DiskPreferences own(preferencesFolder(), h.log);
+        helper::SettingsWatch watch(own, h.log);
+        // Another file's changes are no news, a change of the settings is, and is told once.
+        h.preferences.setValue("key", 1, "another");
+        CHECK(h.preferences.synchronize("another") && watch.takeIn() && h.log.lines.empty());
+        h.set(settings::kLogStuffKey, true);
+        CHECK(watch.takeIn() && watch.takeIn());
+        h.set(settings::kEntryListKey, PropertyList::array({1, 2, 3}));
+        CHECK(watch.takeIn());
+        // Far more events than the kernel keeps: the one about the settings is not among those that are kept.
+        std::size_t most = 0;
+        std::ifstream("/proc/sys/fs/inotify/max_queued_events") >> most;
+        for (std::size_t i = 0; i <= most; ++i) {
+            std::string name = preferencesFolder() + "/" + std::to_string(i % 2);
+            ::close(::open(name.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600));
+        }
+        h.set(settings::kDisabledKey, true);
+        CHECK(watch.takeIn());
+        fs::remove(h.file);
+        fs::create_symlink("../../dotfiles/u", h.file);
+        CHECK(watch.takeIn());
+        h.set(settings::kLogStuffKey, true);
+        CHECK(watch.takeIn());
+        std::string took = "[Typeslate] Took in the settings: ";
+        CHECK_EQ(h.log.lines, (std::vector{took + "0 entries, enabled", took + "3 entries, enabled",
+                                           took + "3 entries, disabled", took + "0 entries, enabled"}));
+        fs::rename(preferencesFolder(), h.home / "gone");
+        CHECK(!watch.takeIn());
+    }
+}
 
-    Helper helper;
-    CHECK_EQ(helper.line(), "[Typeslate] Took in the settings: 0 entries, enabled");
-    CHECK_EQ(Helper().line(), "");  // a second one leaves without a word
-    set(settings::kEntryListKey, PropertyList::array({1, 2, 3}));
-    CHECK_EQ(helper.line(), "[Typeslate] Took in the settings: 3 entries, enabled");
-    set(settings::kDisabledKey, true);
-    CHECK_EQ(helper.line(), "[Typeslate] Took in the settings: 3 entries, disabled");
-    leader.end(SIGKILL);
-    CHECK_EQ(helper.line(), "");
+TEST(OneHelperRunsUntilItsSessionEnds) {
+    for (const char* ending : {"session", "signal", "folder"}) {
+        CONTEXT(ending);
+        Home h;
+        bool isFolder = ending == std::string_view("folder"), isSession = ending == std::string_view("session");
+        check::ScopedEnvironment runtime{"XDG_RUNTIME_DIR", (isFolder ? h.home.path() : h.home / "none").c_str()};
+        Child leader("/bin/sleep");
+        check::writeFile(h.home / "run/systemd/sessions/t1", "LEADER=" + std::to_string(leader.process) + "\n");
+        h.set(settings::kLogStuffKey, true);
+        Child helper(HELPER_PROGRAM);
+        CHECK_EQ(helper.line(), "[Typeslate] Took in the settings: 0 entries, enabled");
+        CHECK_EQ(Child(HELPER_PROGRAM).line(), "");  // a second one leaves without a word
+        h.set(settings::kDisabledKey, true);
+        CHECK_EQ(helper.line(), "[Typeslate] Took in the settings: 0 entries, disabled");
+        for (auto [own, place] : {std::pair{"cwd", "/"}, {"fd/0", "/dev/null"}, {"fd/1", "/dev/null"}})
+            CHECK_EQ(fs::read_symlink("/proc/" + std::to_string(helper.process) + "/" + own).string(), place);
+        CHECK(fs::exists((isFolder ? h.home.path() : preferencesFolder()) + "/.com.tarnwick.typeslate.helper.lock"));
+        CHECK_EQ(helper::takeHelperLock().error(), EWOULDBLOCK);
+        if (isSession) leader.end(SIGKILL);
+        if (isFolder) fs::remove_all(preferencesFolder());
+        CHECK_EQ(helper.end(isSession || isFolder ? 0 : SIGHUP), 0);
+        CHECK(helper::takeHelperLock() && helper.line().empty());
+    }
 }
 
 TEST(AQuitRequestReachesNobodyElse) {
@@ -103,7 +142,7 @@ TEST(AQuitRequestReachesNobodyElse) {
                      "<plist><dict><key>CFBundleIdentifier</key><string>s</string></dict></plist>");
     LinuxApplications applications;
     LinuxProcesses processes(applications);
-    Sleeper sleeper(folder / "S.app/Contents/Linux/sleep");
+    Child sleeper(folder / "S.app/Contents/Linux/sleep");
     while (!processes.bundleFolder(sleeper.process)) sched_yield();
     auto number = processes.serialNumber(sleeper.process);
     REQUIRE(number);
@@ -111,7 +150,7 @@ TEST(AQuitRequestReachesNobodyElse) {
     CHECK(!processes.postQuitRequest(*number, "S"));
     CHECK(::waitpid(sleeper.process, nullptr, WNOHANG) == 0);
     CHECK(processes.postQuitRequest(*number, "s"));
-    int status = sleeper.end(0);
-    CHECK(WIFSIGNALED(status) && WTERMSIG(status) == SIGTERM);
-    CHECK(!processes.postQuitRequest(*number, "s") && !processes.serialNumber(sleeper.process));
+    pid_t process = sleeper.process;
+    CHECK_EQ(sleeper.end(0), SIGTERM);
+    CHECK(!processes.postQuitRequest(*number, "s") && !processes.serialNumber(process));
 }

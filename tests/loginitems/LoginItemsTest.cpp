@@ -6,8 +6,6 @@ using namespace platform;
 
 namespace {
 
-PropertyList item(const char* path, bool hide) { return PropertyList::dictionary({{"Path", path}, {"Hide", hide}}); }
-
 struct LoginItems : PaneFixture {
     LoginItems() {
         pane.emplace(world.platform());
@@ -20,72 +18,62 @@ struct LoginItems : PaneFixture {
         world.takeJournal();
     }
     PropertyList items() { return world.preferences.copyValue(kLoginItemsKey, kLoginWindowDomain); }
+
+    // In the words of login-items.txt.
+    static PropertyList read(const std::string& text) {
+        std::vector<PropertyList> items;
+        std::istringstream words(text);
+        for (std::string word; words >> word;) {
+            if (word == "none") return {};
+            if (word == "7") return 7;
+            char mark = word.back();
+            if (mark == '!' || mark == '+') word.pop_back();
+            std::pair path = std::pair<std::string_view, PropertyList>(kLoginItemPathKey, word);
+            items.push_back(mark == '?'   ? PropertyList("no item")
+                            : mark == '+' ? PropertyList::dictionary({path, {"Kind", 7}})
+                                          : PropertyList::dictionary({path, {kLoginItemHideKey, mark == '!'}}));
+        }
+        return PropertyList::array(std::move(items));
+    }
+    std::string perform(const std::string& operation) {
+        std::istringstream words(operation);
+        std::string name, first, second;
+        words >> name >> first >> second;
+        bool hide = first.ends_with('!');
+        if (name == "add") pane->addLoginItem_hide(first.substr(0, first.size() - hide), hide);
+        if (name == "remove") pane->removeLoginItem(first);
+        if (name == "removePath") pane->removeLoginItemWithPath(first);
+        return name != "check" ? "" : pane->isLoginItem_withPath(first, second) ? "yes" : "no";
+    }
 };
 
 const fake::Journal kOneWrite = {"set AutoLaunchedApplicationDictionary", "synchronize"};
 
 }  // namespace
 
-TEST(LoginItemsAreAddedAndRemovedWhole) {
-    const PropertyList a = item("/a/TS.app", true), b = item("/b/TS.app", false), other = item("/Other.app", false),
-                       gone = item("/gone/TS.app", true), nameless = item("/Nameless.app", false),
-                       more = PropertyList::dictionary({{"Path", "/Other.app"}, {"Kind", 7}}), odd = "no item";
-    auto array = [](std::vector<PropertyList> items) { return PropertyList::array(std::move(items)); };
-    const std::tuple<const char*, PropertyList, std::function<void(TSPreferencePane&)>, PropertyList> cases[] = {
-        {"first", {}, [](auto& p) { p.addLoginItem_hide("/a/TS.app", true); }, array({a})},
-        {"twice", array({a}), [](auto& p) { p.addLoginItem_hide("/a/TS.app", true); }, array({a, a})},
-        {"not an array", 7, [](auto& p) { p.addLoginItem_hide("/b/TS.app", false); }, array({b})},
-        {"by identifier", array({a, more, b, gone, nameless, odd}), [](auto& p) { p.removeLoginItem("ts"); },
-         array({more, gone, nameless, odd})},
-        {"no such identifier", array({more}), [](auto& p) { p.removeLoginItem("TS"); }, array({more})},
-        {"empty identifier", array({nameless}), [](auto& p) { p.removeLoginItem(""); }, array({nameless})},
-        {"none at all", {}, [](auto& p) { p.removeLoginItem("ts"); }, array({})},
-        {"by path", array({gone, a, gone, odd}), [](auto& p) { p.removeLoginItemWithPath("/gone/TS.app"); },
-         array({a, odd})},
-        {"by another path", array({a, odd}), [](auto& p) { p.removeLoginItemWithPath("/a/TS.app/"); }, array({a, odd})},
-    };
-    for (const auto& [label, before, operation, after] : cases) {
+TEST(OperationsOnTheList) {
+    for (const auto& [label, operation, before, expected] : check::casesIn(TEST_DATA "/login-items.txt")) {
         CONTEXT(label);
         LoginItems f;
-        f.set(before);
-        operation(*f.pane);
-        CHECK_EQ(f.items(), after);
-        CHECK_EQ(f.world.takeJournal(), kOneWrite);
+        f.set(LoginItems::read(before));
+        std::string answer = f.perform(operation);
+        if (!f.world.log.lines.empty()) answer += ", logged";
+        CHECK(expected.ends_with(answer));
+        CHECK_EQ(f.items(), LoginItems::read(expected.substr(0, expected.size() - answer.size())));
+        fake::Journal journal = f.world.takeJournal();  // of one write, or of two for a repair
+        CHECK_EQ(journal.size(), answer.empty() ? 2U : answer == "yes, logged" ? 4U : 0U);
+        if (!journal.empty()) CHECK_EQ(fake::Journal(journal.end() - 2, journal.end()), kOneWrite);
     }
     LoginItems f;
-    f.set(array({a}));
+    f.set(LoginItems::read("/a/TS.app!"));
     f.pane->addLoginItem_hide(std::nullopt, true);
     f.pane->removeLoginItem(std::nullopt);
     f.pane->removeLoginItemWithPath(std::nullopt);
+    CHECK(!f.pane->isLoginItem_withPath(std::nullopt, "/a/TS.app"));
     f.world.preferences.readable = false;  // unknown, not empty
     f.pane->addLoginItem_hide("/b/TS.app", true);
     CHECK_EQ(f.world.takeJournal(), fake::Journal{});
-}
-
-TEST(ALoginItemIsFoundFromTheEndAndRepaired) {
-    const PropertyList a = item("/a/TS.app", true), b = item("/b/TS.app", false), other = item("/Other.app", false);
-    const std::tuple<const char*, PropertyList, const char*, const char*, bool, PropertyList> cases[] = {
-        {"none stored", {}, "ts", "/a/TS.app", false, {}},
-        {"in place, behind an older one", PropertyList::array({b, a, other}), "ts", "/a/TS.app", true,
-         PropertyList::array({b, a, other})},
-        {"only the later one counts", PropertyList::array({a, b, other}), "ts", "/a/TS.app", true,
-         PropertyList::array({other, item("/a/TS.app", false)})},
-        {"elsewhere", PropertyList::array({a, other}), "ts", "/new/TS.app", true,
-         PropertyList::array({other, item("/new/TS.app", true)})},
-        {"its bundle is gone", PropertyList::array({item("/gone/TS.app", true)}), "ts", "/gone/TS.app", false,
-         PropertyList::array({item("/gone/TS.app", true)})},
-    };
-    for (const auto& [label, before, identifier, path, isOne, after] : cases) {
-        CONTEXT(label);
-        LoginItems f;
-        f.set(before);
-        CHECK_EQ(f.pane->isLoginItem_withPath(identifier, path), isOne);
-        CHECK_EQ(f.items(), after);
-        CHECK_EQ(f.world.log.lines.size(), std::size_t{before != after});
-    }
-    LoginItems f;
-    f.set(PropertyList::array({a}));
-    CHECK(!f.pane->isLoginItem_withPath(std::nullopt, "/a/TS.app"));
+    f.world.preferences.readable = true;
     CHECK(f.pane->isLoginItem_withPath("ts", "/new/TS.app"));
     CHECK_EQ(f.world.log.lines.back(),
              "[Quirklet Doctor] Login item ts found, but not in sync, repairing "
@@ -96,7 +84,7 @@ TEST(TheLoadedPaneIsNoLoginItemButOnVeryOldSystems) {
     for (bool isOld : {false, true}) {
         LoginItems f;
         f.world.bundles.onDisk["/TS.app"].identifierText = settings::kSettingsDomain;
-        f.set(PropertyList::array({item("/TS.app", false)}));
+        f.set(LoginItems::read("/TS.app"));
         f.world.system.known[fake::System::kVersion] = isOld ? 0x1014 : 0x1015;
         f.open();
         CHECK_EQ(f.items().size(), std::size_t{isOld});
