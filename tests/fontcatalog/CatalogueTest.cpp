@@ -144,6 +144,8 @@ TEST(FileSetsThatCountAsUnchanged) {
         {"empty lists too", array({}), array({}), 0},
         {"of different length", array({element("a")}), array({element("a"), element("b")}), 0},
         {"the first difference is logged", array({element("a"), element("b")}), array({element("c"), element("d")}), 1},
+        {"of another date", array({element("a")}), array({PropertyList::dictionary({{kPathKey, "a"}, {"Date", 1}})}),
+         1},
         {"not even a list", "text", array({element("a")}), 0},
         {"not even dictionaries", array({"a"}), array({element("a")}), 1},
     };
