@@ -11,8 +11,7 @@ namespace fake {
 
 // Adds the state that every control has to one of the inert classes.
 template <typename Base>
-class Control : public Base {
-public:
+struct Control : Base {
     bool isEnabled() const override { return enabled; }
     void setEnabled(bool value) override { enabled = value; }
     void setToolTip(std::string_view text) override { toolTip = text; }
@@ -35,8 +34,7 @@ public:
     platform::Rect rect;
 };
 
-class Button final : public Control<platform::Button> {
-public:
+struct Button final : Control<platform::Button> {
     bool state() const override { return on; }
     void setState(bool value) override { on = value; }
     std::int64_t integerValue() const override { return on; }
@@ -57,8 +55,7 @@ public:
     std::string titleText;
 };
 
-class TextField final : public Control<platform::TextField> {
-public:
+struct TextField final : Control<platform::TextField> {
     std::string stringValue() const override { return text; }
     void setStringValue(std::string_view value, platform::TextTone newTone) override {
         text = value;
@@ -78,8 +75,7 @@ public:
     platform::TextTone tone = platform::TextTone::Normal;
 };
 
-class PopUpButton final : public Control<platform::PopUpButton> {
-public:
+struct PopUpButton final : Control<platform::PopUpButton> {
     void selectItem(int index) override {
         if (index >= 0 && index < itemCount()) row = index;
     }
@@ -96,15 +92,13 @@ public:
     int row = 0;
 };
 
-class TabView final : public Control<platform::TabView> {
-public:
+struct TabView final : Control<platform::TabView> {
     void setControlTint(platform::ControlTint value) override { tint = value; }
     platform::ControlTint tint = platform::ControlTint::Default;
 };
 
 // Asks its source lazily, as a real table does, and keeps the selection within its rows.
-class TableView final : public Control<platform::TableView> {
-public:
+struct TableView final : Control<platform::TableView> {
     void setDataSource(platform::TableDataSource* value) override { source = value; }
     void setSelectionObserver(std::function<void(const platform::InterfaceNotification&)> value) override {
         observer = std::move(value);
@@ -135,8 +129,7 @@ public:
     int rows = -1, selected = -1, visible = -1;
 };
 
-class Panel final : public Control<platform::Panel> {
-public:
+struct Panel final : Control<platform::Panel> {
     platform::Size contentSize() const override { return content; }
     void setContentSize(const platform::Size& size) override { content = rect.size = size; }
     void beginSheet(std::function<void(int)> handler) override {
@@ -157,16 +150,14 @@ public:
     std::function<void(int)> didEnd;
 };
 
-class ProgressIndicator final : public Control<platform::ProgressIndicator> {
-public:
+struct ProgressIndicator final : Control<platform::ProgressIndicator> {
     void setIndeterminate(bool value) override { indeterminate = value; }
     void startAnimation() override { moving = true; }
     void stopAnimation() override { moving = false; }
     bool indeterminate = false, moving = false;
 };
 
-class TextView final : public Control<platform::TextView> {
-public:
+struct TextView final : Control<platform::TextView> {
     void setString(std::string_view value) override { text = value; }
     bool loadRichText(std::string_view path) override {
         if (isReadable) text = "rich " + std::string(path);

@@ -16,8 +16,7 @@ inline std::string imageName(const ImageRef& image) {
     return image ? static_cast<const NamedImage&>(*image).name : std::string();
 }
 
-class Toolkit final : public Noting<platform::InterfaceToolkit> {
-public:
+struct Toolkit final : Noting<platform::InterfaceToolkit> {
     using Noting::Noting;
     ImageRef imageAtPath(std::string_view path) override {
         return std::make_shared<NamedImage>("image " + std::string(path));
@@ -77,14 +76,12 @@ private:
     std::function<void(OpenPanel&, int)> panelDidEnd;
 };
 
-class Host final : public Noting<platform::PaneHost> {
-public:
+struct Host final : Noting<platform::PaneHost> {
     using Noting::Noting;
     void replyToShouldUnselect(bool may) override { journal_.push_back(may ? "reply yes" : "reply no"); }
 };
 
-class FakeAlias final : public CVAlias {
-public:
+struct FakeAlias final : CVAlias {
     FakeAlias(ApplicationServices& applications, std::string_view path) : applications_(applications), path_(path) {}
     std::string path() const override { return path_; }
     std::string displayName() const override { return applications_.displayName(path_); }
@@ -96,8 +93,7 @@ private:
     std::string path_;
 };
 
-class FakeAliasClass final : public AliasClass {
-public:
+struct FakeAliasClass final : AliasClass {
     std::unique_ptr<CVAlias> aliasWithPath(std::string_view path) override {
         return std::make_unique<FakeAlias>(*applications, path);
     }

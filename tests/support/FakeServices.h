@@ -21,8 +21,7 @@ using Log = check::RecordingLog;
 
 // What writes into the journal.
 template <typename Service>
-class Noting : public Service {
-public:
+struct Noting : Service {
     explicit Noting(Journal& journal) : journal_(journal) {}
 
 protected:
@@ -35,9 +34,19 @@ auto* valueIn(Map& map, std::string_view key) {
     auto found = map.find(key);
     return found == map.end() ? nullptr : &found->second;
 }
+inline std::optional<std::string> unlessEmpty(std::string text) {
+    return text.empty() ? std::nullopt : std::optional(std::move(text));
+}
 
-class Preferences final : public Noting<PreferenceService> {
-public:
+// Is in the list for as long as it lives.
+template <typename Kind, typename Base>
+struct Listed : Base {
+    explicit Listed(std::vector<Kind*>& all) : list(all) { list.push_back(static_cast<Kind*>(this)); }
+    ~Listed() override { std::erase(list, static_cast<Kind*>(this)); }
+    std::vector<Kind*>& list;
+};
+
+struct Preferences final : Noting<PreferenceService> {
     using Noting::Noting;
     PropertyList copyValue(std::string_view key, std::string_view domain) override {
         return readable ? copyDomain(domain)[key] : PropertyList();
@@ -68,8 +77,7 @@ private:
     std::map<std::string, PropertyList, std::less<>> domains_;
 };
 
-class Notifications final : public Noting<DistributedNotificationCenter> {
-public:
+struct Notifications final : Noting<DistributedNotificationCenter> {
     using Noting::Noting;
     void post(std::string_view name, std::string_view object, const PropertyList& userInfo,
               bool deliverImmediately) override {
@@ -78,35 +86,29 @@ public:
     }
     std::unique_ptr<Observation> addObserver(std::string_view name, std::string_view object,
                                              std::function<void(const Notification&)> handler) override {
-        struct Held final : Observation {
-            std::shared_ptr<Observer> observer;
-        };
-        auto held = std::make_unique<Held>();
-        held->observer =
-            std::make_shared<Observer>(Observer{std::string(name), std::string(object), std::move(handler)});
-        observers_.push_back(held->observer);
-        return held;
+        return std::make_unique<Observer>(observers_, std::string(name), std::string(object), std::move(handler));
     }
     // Hands a notification to those who observe it.
     void deliver(const Notification& notification) {
-        auto asked = observers_;
-        for (const auto& weak : asked)
-            if (auto observer = weak.lock(); observer && observer->name == notification.name)
+        for (Observer* observer : std::vector(observers_))
+            if (observer->name == notification.name)
                 if (observer->object.empty() || observer->object == notification.object)
                     observer->handler(notification);
     }
 
 private:
-    struct Observer {
-        std::string name, object;
-        std::function<void(const Notification&)> handler;
+    struct Observer final : Listed<Observer, Observation> {
+        Observer(std::vector<Observer*>& all, std::string n, std::string o,
+                 std::function<void(const Notification&)> whenPosted)
+            : Listed(all), name(std::move(n)), object(std::move(o)), handler(std::move(whenPosted)) {}
+        const std::string name, object;
+        const std::function<void(const Notification&)> handler;
     };
-    std::vector<std::weak_ptr<Observer>> observers_;
+    std::vector<Observer*> observers_;
 };
 
 // Time stands still until advance() moves it, firing what falls due on the way.
-class RunLoop final : public platform::RunLoop {
-public:
+struct RunLoop final : platform::RunLoop {
     Date now() const override { return now_; }
     std::unique_ptr<Timer> scheduleTimer(double seconds, bool repeats, std::function<void()> action) override {
         return std::make_unique<FakeTimer>(*this, seconds, repeats, std::move(action));
@@ -128,31 +130,30 @@ public:
     }
 
 private:
-    struct FakeTimer final : Timer {
-        FakeTimer(RunLoop& owner, double seconds, bool isRepeated, std::function<void()> whenDue)
-            : loop(owner), interval(seconds), repeats(isRepeated), action(std::move(whenDue)) {
-            loop.timers_.push_back(this);
-        }
-        ~FakeTimer() override { std::erase(loop.timers_, this); }
+    struct FakeTimer final : Listed<FakeTimer, Timer> {
+        FakeTimer(RunLoop& loop, double seconds, bool isRepeated, std::function<void()> whenDue)
+            : Listed(loop.timers_),
+              interval(seconds),
+              repeats(isRepeated),
+              action(std::move(whenDue)),
+              due(dateByAdding(loop.now_, seconds)) {}
         bool isValid() const override { return valid; }
         Date fireDate() const override { return due; }
         void setFireDate(Date date) override { due = date; }
         void invalidate() override { valid = false; }
         std::string description() const override { return "<timer>"; }
 
-        RunLoop& loop;
         const double interval;
         const bool repeats;
         const std::function<void()> action;
-        Date due = dateByAdding(loop.now_, interval);
+        Date due;
         bool valid = true;
     };
     Date now_{1'000'000'000'000'000};
     std::vector<FakeTimer*> timers_;
 };
 
-class Bundle final : public platform::Bundle {
-public:
+struct Bundle final : platform::Bundle {
     std::string path() const override { return pathText; }
     std::string identifier() const override { return identifierText; }
     PropertyList infoValue(std::string_view key) const override { return info[key]; }
@@ -178,8 +179,7 @@ public:
     std::map<std::string, void*, std::less<>> functions;
 };
 
-class Bundles final : public BundleServices {
-public:
+struct Bundles final : BundleServices {
     std::unique_ptr<platform::Bundle> openBundle(std::string_view path) override {
         const Bundle* found = valueIn(onDisk, path);
         return found ? std::make_unique<Bundle>(*found) : nullptr;
@@ -190,8 +190,7 @@ public:
     std::map<std::string, Bundle, std::less<>> loaded;
 };
 
-class Files final : public Noting<FileServices> {
-public:
+struct Files final : Noting<FileServices> {
     using Noting::Noting;
     bool fileExists(std::string_view path) override {
         if (path.find("Plinthworks") != std::string_view::npos) journal_.push_back("exists " + std::string(path));
@@ -203,11 +202,12 @@ public:
         return domain == FolderDomain::User ? "/home/user/Library" : "/Library";
     }
     std::unique_ptr<FolderIterator> openFolder(std::string_view path, FolderDetail, OSStatus& status) override {
-        struct Listed final : FolderIterator {
+        struct Listing final : FolderIterator {
             ItemIdentity identity() const override { return {7, number}; }
             void nextBatch(std::size_t most, std::vector<FolderEntry>& batch) override {
-                batch.assign(rest.begin(), rest.begin() + static_cast<std::ptrdiff_t>(std::min(most, rest.size())));
-                rest.erase(rest.begin(), rest.begin() + static_cast<std::ptrdiff_t>(batch.size()));
+                auto end = rest.begin() + static_cast<std::ptrdiff_t>(std::min(most, rest.size()));
+                batch.assign(rest.begin(), end);
+                rest.erase(rest.begin(), end);
             }
             std::vector<FolderEntry> rest;
             std::uint64_t number = 0;
@@ -215,10 +215,10 @@ public:
         const std::vector<FolderEntry>* found = valueIn(folders, path);
         status = found ? kNoErr : kFileNotFound;
         if (!found) return nullptr;
-        auto listed = std::make_unique<Listed>();
-        listed->rest = *found;
-        listed->number = path.size();
-        return listed;
+        auto listing = std::make_unique<Listing>();
+        listing->rest = *found;
+        listing->number = path.size();
+        return listing;
     }
     std::shared_ptr<const std::string> readFile(std::string_view path) override {
         const std::string* found = valueIn(contents, path);
@@ -230,8 +230,7 @@ public:
     std::map<std::string, std::vector<FolderEntry>, std::less<>> folders;
 };
 
-class Applications final : public ApplicationServices {
-public:
+struct Applications final : ApplicationServices {
     struct Item {
         std::string path, name;
         FourCharCode creator = kUnknownCreator;
@@ -254,7 +253,7 @@ public:
     }
     std::optional<std::string> bundleIdentifier(std::string_view path) override {
         const Item* item = at(path);
-        return item && !item->identifier.empty() ? std::optional(item->identifier) : std::nullopt;
+        return unlessEmpty(item ? item->identifier : "");
     }
     std::string displayName(std::string_view path) override {
         const Item* item = at(path);
@@ -276,8 +275,7 @@ private:
     }
 };
 
-class System final : public SystemServices {
-public:
+struct System final : SystemServices {
     std::optional<std::uint32_t> gestalt(FourCharCode selector) override {
         auto found = known.find(selector);
         return found == known.end() ? std::nullopt : std::optional(found->second);
@@ -289,8 +287,7 @@ public:
 };
 
 // Processes as the test lists them; the first stands for this one.
-class Processes final : public ProcessServices {
-public:
+struct Processes final : ProcessServices {
     struct Item {
         std::string path, identifier;
         std::optional<Date> launched;
@@ -303,22 +300,15 @@ public:
     }
     ProcessID currentProcess() override { return 0; }
     std::optional<ProcessSerialNumber> serialNumber(ProcessID process) override {
-        if (!at(process)) return std::nullopt;
-        return ProcessSerialNumber{1, static_cast<std::uint32_t>(process)};
+        bool isThere = static_cast<std::size_t>(process) < items.size();
+        return isThere ? std::optional(ProcessSerialNumber{1, static_cast<std::uint32_t>(process)}) : std::nullopt;
     }
     std::optional<std::string> bundleFolder(ProcessID process) override { return bundlePath(process); }
-    std::optional<std::string> bundlePath(ProcessID process) override {
-        const Item* item = at(process);
-        return item && !item->path.empty() ? std::optional(item->path) : std::nullopt;
-    }
+    std::optional<std::string> bundlePath(ProcessID process) override { return unlessEmpty(at(process).path); }
     std::optional<std::string> bundleIdentifier(ProcessID process) override {
-        const Item* item = at(process);
-        return item && !item->identifier.empty() ? std::optional(item->identifier) : std::nullopt;
+        return unlessEmpty(at(process).identifier);
     }
-    std::optional<Date> launchDate(ProcessID process) override {
-        const Item* item = at(process);
-        return item ? item->launched : std::nullopt;
-    }
+    std::optional<Date> launchDate(ProcessID process) override { return at(process).launched; }
     bool postQuitRequest(const ProcessSerialNumber& process, std::string_view) override {
         askedToQuit.push_back(process.low);
         return true;
@@ -328,14 +318,13 @@ public:
     int walks = 0;
 
 private:
-    const Item* at(ProcessID process) const {
+    Item at(ProcessID process) const {
         auto index = static_cast<std::size_t>(process);
-        return index < items.size() ? &items[index] : nullptr;
+        return index < items.size() ? items[index] : Item();
     }
 };
 
-class Launcher final : public Noting<platform::Launcher> {
-public:
+struct Launcher final : Noting<platform::Launcher> {
     using Noting::Noting;
     OSStatus makeFolder(std::string_view) override { return folderStatus; }
     std::unique_ptr<CreatedFile> createFile(std::string_view path, OSStatus& status) override {
@@ -359,8 +348,7 @@ public:
 };
 
 // "2001-09-09T01:46:40.000000Z (1/2)", the styles as numbers.
-class Dates final : public DateFormatter {
-public:
+struct Dates final : DateFormatter {
     std::optional<std::string> string(Date date, DateStyle dateStyle, DateStyle timeStyle) override {
         if (fails) return std::nullopt;
         return formatted("%@ (%d/%d)",
