@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <regex>
 
 using namespace platform;
 using namespace linux;
@@ -31,7 +32,8 @@ struct Session {
         ::chmod(path.c_str(), 0755);
         return path;
     }
-    bool store(const std::vector<std::pair<std::string, bool>>& items) {
+    bool store(const std::vector<std::pair<std::string, bool>>& items) { return store(items, preferences); }
+    static bool store(const std::vector<std::pair<std::string, bool>>& items, DiskPreferences& preferences) {
         std::vector<PropertyList> all;
         for (const auto& [path, hide] : items)
             all.push_back(PropertyList::dictionary({{kLoginItemPathKey, path}, {kLoginItemHideKey, hide}}));
@@ -67,7 +69,8 @@ TEST(EntriesFollowTheItemsAndLeaveOthersAlone) {
     Session s;
     CHECK(s.store({}) && !fs::exists(s.folder));
     const std::string tool = s.program("tool"), twin = s.program("b/tool");
-    check::writeFile(s.folder + "/login-item-tool.desktop", "[Desktop Entry]\nType=Application\nExec=theirs\n");
+    check::writeFile(s.folder + "/login-item-tool.desktop",
+                     "[Desktop Entry]\nType=Application\nExec=theirs\nX-Typeslate-LoginItems=1\n");
     check::writeFile(s.folder + "/theirs.desktop", "X-Typeslate-LoginItem=" + tool + "\n");
 
     CHECK(s.store({{tool, true}, {s.home / "missing", false}, {tool, false}, {twin, true}, {"relative", false}}));
@@ -90,11 +93,29 @@ TEST(EntriesFollowTheItemsAndLeaveOthersAlone) {
     CHECK(s.content(both[0]).find("StartupNotify=false\n") != std::string::npos);
     CHECK(s.store({}));
     CHECK_EQ(s.names(), (std::vector<std::string>{"login-item-tool.desktop", "theirs.desktop"}));
-    CHECK_EQ(s.content("login-item-tool.desktop"), "[Desktop Entry]\nType=Application\nExec=theirs\n");
+    CHECK_EQ(s.content("login-item-tool.desktop"),
+             "[Desktop Entry]\nType=Application\nExec=theirs\nX-Typeslate-LoginItems=1\n");
+}
+
+TEST(WhatIsStoredWhileTheLockIsWaitedForCounts) {
+    struct Overtaken : FileAccess {
+        std::function<void()> atLock;
+        int intercept(Call call, std::size_t&) override {
+            if (call == Call::Lock && atLock) std::exchange(atLock, nullptr)();
+            return 0;
+        }
+    } files;
+    Session s;
+    DiskPreferences own(preferencesFolder(), s.log), other(preferencesFolder(), s.log);
+    AutostartMirror mirror(own, s.log, files);
+    files.atLock = [&] { CHECK(Session::store({{s.program("later"), false}}, other)); };
+    CHECK(Session::store({{s.program("tool"), false}}, own));
+    CHECK_EQ(s.names(), std::vector<std::string>{"login-item-later.desktop"});
 }
 
 TEST(ApplicationsOfEachKindGetTheirCommand) {
     Session s;
+    check::ScopedEnvironment language("LC_ALL", "de_DE.UTF-8");  // of whoever comes by: no reason to write anew
     struct Case {
         std::string path;
         std::vector<std::string> words;
@@ -105,10 +126,12 @@ TEST(ApplicationsOfEachKindGetTheirCommand) {
     check::writeFile(editor + "/Contents/Info.plist",
                      "<plist><dict><key>CFBundleExecutable</key><string>run</string></dict></plist>");
     check::writeFile(entry,
-                     "[Desktop Entry]\nType=Application\nName=V\nTerminal=true\nPath=/tmp\nIcon=eye\n"
+                     "[Desktop Entry]\nType=Application\nName=V\nName[de]=Wer\nTerminal=true\nPath=/tmp\nIcon=eye\n"
                      "Exec=view --name %c \"a 'b\" %U\n");
     std::vector<Case> cases = {{editor + "/", {editor + "/Contents/Linux/run"}, false},
                                {entry, {"view", "--name", "V", "a 'b"}, false}};
+    std::string longest = s.program(std::string(200, 'l'));
+    cases.push_back({longest, {longest}, false});
     for (char c : std::string("\\$`=%\"'\n\t\x7F ;&")) {
         std::string text = std::string("a") + c + "b", plain = s.program("plain");
         bool isMisread = c == '\\' || c == '$' || c == '`';
@@ -123,6 +146,7 @@ TEST(ApplicationsOfEachKindGetTheirCommand) {
         CONTEXT(path);
         REQUIRE(s.store({{path, false}}));
         REQUIRE(s.names().size() == 1);
+        CHECK(std::regex_match(s.names().front(), std::regex("login-item-[-._A-Za-z0-9]{1,100}\\.desktop")));
         auto read = readDesktopEntry(s.content(s.names().front()), {});
         REQUIRE(read);
         auto started = expandCommand(splitCommand(read->exec), {});
@@ -149,7 +173,7 @@ TEST(AnAutostartFolderThatCannotBeUsedCostsNothing) {
             fs::create_symlink(other, s.folder);
         else
             check::writeFile(s.folder, "a file");
-        CHECK(s.store({{tool, isLink}}) && s.mirror.hasFailed());
+        CHECK(s.store({{tool, isLink}}) && s.store({{tool, isLink}}) && s.mirror.hasFailed());
         CHECK(s.log.lines.size() == 1 && s.log.lines.back().find("cannot") != std::string::npos);
         CHECK_EQ(DiskPreferences(preferencesFolder(), s.log).copyValue(kLoginItemsKey, kLoginWindowDomain).size(), 1U);
         s.log.lines.clear();

@@ -26,7 +26,7 @@ struct Child {
         REQUIRE(::pipe2(ends, O_CLOEXEC) == 0);
         process = ::fork();
         if (process == 0) {
-            ::dup2(ends[1], STDERR_FILENO);
+            for (int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) ::dup2(ends[1], stream);
             ::execl(program.c_str(), "sleep", "1000", nullptr);
             ::_exit(1);
         }
