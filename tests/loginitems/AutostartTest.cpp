@@ -1,6 +1,5 @@
 // Login items as real files in a real autostart folder.
 #include "linux/applications/DesktopEntry.h"
-#include "linux/applications/DesktopEntryCommand.h"
 #include "linux/loginitems/AutostartMirror.h"
 #include "platform/LoginItems.h"
 #include "tests/support/Check.h"
@@ -134,12 +133,13 @@ TEST(ApplicationsOfEachKindGetTheirCommand) {
     cases.push_back({longest, {longest}, false});
     for (char c : std::string("\\$`=%\"'\n\t\x7F ;&")) {
         std::string text = std::string("a") + c + "b", plain = s.program("plain");
+        std::string escape = c == '%' ? "%" : std::string("\"`$\\").find(c) != std::string::npos ? "\\" : "";
         bool isMisread = c == '\\' || c == '$' || c == '`';
         std::string odd = s.program(text);
         cases.push_back({odd, {odd}, c != ' ' && c != ';' && c != '&'});
         std::string caller = s.home / ("caller" + std::to_string(cases.size()) + ".desktop");
         check::writeFile(caller, "[Desktop Entry]\nType=Application\nName=O\nExec=" +
-                                     escapedDesktopEntryValue(joinCommand({plain, text})) + "\n");
+                                     escapedDesktopEntryValue(plain + " \"a" + escape + c + "b\"") + "\n");
         cases.push_back({caller, {plain, text}, isMisread});
     }
     for (const auto& [path, words, isOdd] : cases) {
@@ -147,9 +147,9 @@ TEST(ApplicationsOfEachKindGetTheirCommand) {
         REQUIRE(s.store({{path, false}}));
         REQUIRE(s.names().size() == 1);
         CHECK(std::regex_match(s.names().front(), std::regex("login-item-[-._A-Za-z0-9]{1,100}\\.desktop")));
-        auto read = readDesktopEntry(s.content(s.names().front()), {});
+        auto read = desktopEntryRecord(path, "", s.content(s.names().front()), ApplicationEnvironment());
         REQUIRE(read);
-        auto started = expandCommand(splitCommand(read->exec), {});
+        const std::vector<std::string>& started = read->words;
         CHECK_EQ(started.front() == "awk", isOdd);
         for (const std::string& word : started) CHECK(word.find_first_of("\\$`") == word.npos);
         std::string expected;
@@ -158,9 +158,9 @@ TEST(ApplicationsOfEachKindGetTheirCommand) {
             CHECK_EQ(started, words);
         else
             CHECK_EQ(outputOf(started), expected);
-        CHECK_EQ(read->isTerminal, path == entry);
+        CHECK_EQ(read->isInTerminal, path == entry);
         CHECK_EQ(read->workingFolder, path == entry ? "/tmp" : "");
-        CHECK_EQ(read->icon, path == entry ? "eye" : "");
+        CHECK_EQ(read->iconName, path == entry ? "eye" : "");
     }
 }
 

@@ -4,6 +4,7 @@
 #include "linux/processes/LinuxProcesses.h"
 #include "settings/EntryList.h"
 #include "tests/support/Check.h"
+#include "tests/support/FakeLogind.h"
 
 #include <fcntl.h>
 #include <sys/wait.h>
@@ -56,8 +57,7 @@ struct Child {
 struct Home {
     check::TemporaryFolder home;
     check::ScopedEnvironment config{"XDG_CONFIG_HOME", (home / "config").c_str()},
-        root{"TYPESLATE_ROOT", home.path().c_str()}, session{"XDG_SESSION_ID", "t1"},
-        watched{"TYPESLATE_LOG", "stderr"};
+        root{"TYPESLATE_ROOT", home.path().c_str()}, watched{"TYPESLATE_LOG", "stderr"};
     check::RecordingLog log;
     DiskPreferences preferences{preferencesFolder(), log};
     std::string file = preferencesFolder() + "/com.tarnwick.typeslate.plist";
@@ -116,7 +116,7 @@ TEST(OneHelperRunsUntilItsSessionEnds) {
         bool isFolder = ending == std::string_view("folder"), isSession = ending == std::string_view("session");
         check::ScopedEnvironment runtime{"XDG_RUNTIME_DIR", (isFolder ? h.home.path() : h.home / "none").c_str()};
         Child leader("/bin/sleep");
-        check::writeFile(h.home / "run/systemd/sessions/t1", "LEADER=" + std::to_string(leader.process) + "\n");
+        check::FakeLogind logind(static_cast<std::uint32_t>(leader.process));
         h.set(settings::kLogStuffKey, true);
         Child helper(HELPER_PROGRAM);
         CHECK_EQ(helper.line(), "[Typeslate] Took in the settings: 0 entries, enabled");
