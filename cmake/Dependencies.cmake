@@ -106,4 +106,11 @@ if(NOT ICU_FOUND)
   typeslate_left_out("dates in the user's language (ICU)")
 endif()
 
+find_library(UNISTRING unistring)
+find_path(UNISTRING_HEADERS uniwidth.h)
+if(NOT UNISTRING OR NOT UNISTRING_HEADERS)
+  set(UNISTRING "")
+  typeslate_left_out("columns and lines of ideographs on a terminal (libunistring)")
+endif()
+
 find_package(Python3 QUIET COMPONENTS Interpreter)

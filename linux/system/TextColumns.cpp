@@ -1,61 +1,32 @@
 #include "linux/system/TextColumns.h"
 
-#include "propertylist/Unicode.h"
-
-#include <locale.h>
-#include <wchar.h>
 #include <algorithm>
 
-namespace linux {
+#ifdef TYPESLATE_HAVE_UNISTRING
+#include <unilbrk.h>
+#include <uniwidth.h>
+#endif
 
-using namespace propertylist;
+namespace linux {
 
 namespace {
 
 constexpr std::size_t kGap = 2;             // blanks between two columns
 constexpr std::size_t kMeaningIndent = 30;  // where the second column of a help starts
 
-// What must not begin a line, and what must not end one.
-constexpr std::string_view kClosing = "、。，．：；？！）」』〉》】ーゝゞ々ぁぃぅぇぉっゃゅょァィゥェォッャュョ～";
-constexpr std::string_view kOpening = "（「『〈《【";
+#ifdef TYPESLATE_HAVE_UNISTRING
+// What is written here is always UTF-8, whatever the locale says.
+constexpr const char* kEncoding = "UTF-8";
 
-// The widths of characters belong to a character encoding in the C library; what is written here is always UTF-8.
-int widthOf(std::uint32_t codePoint) {
-    static const locale_t sUTF8 = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
-    const locale_t before = sUTF8 ? uselocale(sUTF8) : nullptr;
-    const int width = wcwidth(static_cast<wchar_t>(codePoint));
-    if (before) uselocale(before);
-    return width < 0 ? 1 : width;
+const std::uint8_t* bytesOf(std::string_view text) { return reinterpret_cast<const std::uint8_t*>(text.data()); }
+
+// For each byte one of unilbrk.h's marks: whether a line ends before it.
+std::vector<char> lineBreaks(std::string_view text, std::size_t columns) {
+    std::vector<char> marks(text.size());
+    u8_width_linebreaks(bytesOf(text), text.size(), static_cast<int>(columns), 0, 0, nullptr, kEncoding, marks.data());
+    return marks;
 }
-
-std::string_view takeCharacter(std::string_view& text) {
-    const std::string_view whole = text;
-    takeCodePoint(text);
-    return whole.substr(0, whole.size() - text.size());
-}
-
-bool isIdeograph(std::string_view character) { return character.size() > 1 && columnsOf(character) == 2; }
-
-bool mayBreakBetween(std::string_view before, std::string_view after) {
-    if (before == " ") return true;
-    if (after == " " || (!isIdeograph(before) && !isIdeograph(after))) return false;
-    return kOpening.find(before) == std::string_view::npos && kClosing.find(after) == std::string_view::npos;
-}
-
-// The pieces that stay whole, each with the blank after it.
-std::vector<std::string_view> unbreakablePieces(std::string_view text) {
-    std::vector<std::string_view> pieces;
-    std::string_view before;
-    while (!text.empty()) {
-        const std::string_view character = takeCharacter(text);
-        if (pieces.empty() || mayBreakBetween(before, character))
-            pieces.push_back(character);
-        else
-            pieces.back() = {pieces.back().data(), pieces.back().size() + character.size()};
-        before = character;
-    }
-    return pieces;
-}
+#endif
 
 void removeTrailingBlanks(std::string& text) { text.resize(text.find_last_not_of(' ') + 1); }
 
@@ -73,12 +44,34 @@ std::string padded(std::string_view text, std::size_t columns) {
 
 }  // namespace
 
+#ifdef TYPESLATE_HAVE_UNISTRING
+
 std::size_t columnsOf(std::string_view text) {
-    if (isASCII(text) || !isValidUTF8(text)) return text.size();
-    std::size_t columns = 0;
-    while (!text.empty()) columns += static_cast<std::size_t>(widthOf(takeCodePoint(text)));
-    return columns;
+    return static_cast<std::size_t>(u8_width(bytesOf(text), text.size(), kEncoding));
 }
+
+std::string wrapped(std::string_view text, std::size_t indent) {
+    const std::vector<char> marks = lineBreaks(text, kHelpColumns - indent);
+    std::string lines;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (marks[i] == UC_BREAK_POSSIBLE) {
+            removeTrailingBlanks(lines);
+            lines.append("\n").append(indent, ' ');
+        }
+        lines += text[i];
+    }
+    return lines;
+}
+
+#else
+
+std::size_t columnsOf(std::string_view text) {
+    return static_cast<std::size_t>(std::ranges::count_if(text, [](char c) { return (c & 0xC0) != 0x80; }));
+}
+
+std::string wrapped(std::string_view text, std::size_t) { return std::string(text); }
+
+#endif
 
 std::string tableText(const std::vector<std::vector<std::string>>& rows) {
     const std::vector<std::size_t> widths = columnWidths(rows);
@@ -90,22 +83,6 @@ std::string tableText(const std::vector<std::vector<std::string>>& rows) {
         text += line + "\n";
     }
     return text;
-}
-
-std::string wrapped(std::string_view text, std::size_t indent) {
-    std::string lines;
-    std::size_t column = indent;
-    for (std::string_view piece : unbreakablePieces(text)) {
-        const std::string_view word = piece.substr(0, piece.find_last_not_of(' ') + 1);
-        if (column > indent && column + columnsOf(word) > kHelpColumns) {
-            removeTrailingBlanks(lines);
-            lines.append("\n").append(indent, ' ');
-            column = indent;
-        }
-        lines += piece;
-        column += columnsOf(piece);
-    }
-    return lines;
 }
 
 std::string helpItem(std::string_view term, std::string_view meaning) {

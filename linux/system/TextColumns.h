@@ -1,4 +1,5 @@
-// Text laid out for a terminal, where some characters take two columns and some none.
+// Text laid out for a terminal, where some characters take two columns and some none. Built without libunistring, each
+// character counts as one, and nothing is broken into lines.
 #pragma once
 
 #include <cstddef>
@@ -16,8 +17,8 @@ std::size_t columnsOf(std::string_view text);
 inline constexpr std::size_t kWidestCell = 40;
 std::string tableText(const std::vector<std::vector<std::string>>& rows);
 
-// Broken between words, or between ideographs, so that no line has more than kHelpColumns if that can be. Each line
-// after the first starts with that many blanks, and the first is taken to start as far in.
+// Broken where Unicode's line breaking (UAX #14) allows it, so that no line has more than kHelpColumns if that can be.
+// Each line after the first starts with that many blanks, and the first is taken to start as far in.
 inline constexpr std::size_t kHelpColumns = 79;
 std::string wrapped(std::string_view text, std::size_t indent);
 
