@@ -1,4 +1,4 @@
-#include "tools/CatalogCommands.h"
+#include "tools/Commands.h"
 
 #include "linux/LinuxMachine.h"
 #include "linux/system/DisplayText.h"
@@ -6,7 +6,6 @@
 #include "pane/fontcatalog/FontListReader.h"
 #include "pane/fontcatalog/NameDatabaseReader.h"
 #include "pane/fontcatalog/TextEncoding.h"
-#include "tools/Json.h"
 #include "tools/Localized.h"
 #include "tools/Output.h"
 #include "tools/ProgressLine.h"
@@ -45,7 +44,7 @@ void parse(const Arguments& arguments) {
         const std::string path = std::filesystem::absolute(list).lexically_normal().string();
         FontListReader(listText(requireContent(files, list)), path, find, log).readInto(names);
     }
-    print(jsonText(std::move(names).freeze(), JsonLayout::Indented) + "\n");
+    printJson(std::move(names).freeze());
 }
 
 struct Store : linux::LinuxStore {
@@ -78,15 +77,14 @@ void build(const Arguments&) {
     const PropertyList names = check.isRebuilt ? catalogue.names : cache->dictionaryForKey(kAllNamesKey);
     const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - start;
     const std::string outcome = check.isRebuilt ? localized("rebuilt") : localized("up to date");
-    print(localizedFormat("%@: %d files, %d records, %.3f s", outcome, check.files.size(), names.size(),
-                          seconds.count()) +
-          "\n");
+    printLine(localizedFormat("%@: %d files, %d records, %.3f s", outcome, check.files.size(), names.size(),
+                              seconds.count()));
 }
 
 void show(const Arguments& arguments) {
     const PropertyList record = Store().requireNames()[arguments.name];
     if (!record) throw refused("there is no font \"%@\" in the catalogue", linux::displayText(arguments.name));
-    print(jsonText(record, JsonLayout::Indented) + "\n");
+    printJson(record);
 }
 
 void list(const Arguments& arguments) {
@@ -107,36 +105,29 @@ void stats(const Arguments&) {
     std::error_code error;
     const auto size = std::filesystem::file_size(path, error);
     if (error) throw Refusal(path + ": " + error.message());
-    print(localizedFormat("records: %d\nfiles: %d\nversion: %g\nsize: %d bytes", names.size(),
-                          store.value(kFilesKey).size(), store.value(kVersionKey).realValue(), size) +
-          "\n");
+    printLine(localizedFormat("records: %d\nfiles: %d\nversion: %g\nsize: %d bytes", names.size(),
+                              store.value(kFilesKey).size(), store.value(kVersionKey).realValue(), size));
 }
 
 }  // namespace
 
 void addCatalogCommands(CLI::App& app) {
-    auto* catalog = app.add_subcommand("catalog", localized("Build and show the catalogue of font names"));
-    catalog->require_subcommand(1);
-    auto arguments = std::make_shared<Arguments>();
-    auto add = [&](const char* name, const std::string& description, void (*run)(const Arguments&)) {
-        auto* command = catalog->add_subcommand(name, description);
-        command->callback([arguments, run] { run(*arguments); });
-        return command;
-    };
-
-    auto* parsing = add("parse", localized("Print the records of font lists as JSON; nothing is stored"), parse);
-    parsing->add_option("FILE", arguments->lists, localized("Font list; a later record takes an earlier one's place"))
+    CommandGroup<Arguments> catalog(app, "catalog", localized("Build and show the catalogue of font names"));
+    auto* parsing =
+        catalog.add("parse", localized("Print the records of font lists as JSON; nothing is stored"), parse);
+    parsing->add_option("FILE", catalog->lists, localized("Font list; a later record takes an earlier one's place"))
         ->required();
-    parsing->add_option("--database", arguments->database, localized("Font name database to read before the lists"))
+    parsing->add_option("--database", catalog->database, localized("Font name database to read before the lists"))
         ->type_name("FILE");
-    add("build", localized("Check the stored catalogue and rebuild it, as the window does when it starts"), build);
-    add("show", localized("Print the stored record of a font as JSON"), show)
-        ->add_option("NAME", arguments->name, localized("PostScript name"))
+    catalog.add("build", localized("Check the stored catalogue and rebuild it, as the window does when it starts"),
+                build);
+    catalog.add("show", localized("Print the stored record of a font as JSON"), show)
+        ->add_option("NAME", catalog->name, localized("PostScript name"))
         ->required();
-    add("list", localized("Print the PostScript names in the stored catalogue"), list)
-        ->add_option("--family", arguments->family, localized("Only those of this family, the record's \"FullName\""))
+    catalog.add("list", localized("Print the PostScript names in the stored catalogue"), list)
+        ->add_option("--family", catalog->family, localized("Only those of this family, the record's \"FullName\""))
         ->type_name("NAME");
-    add("stats", localized("Print the size of the stored catalogue"), stats);
+    catalog.add("stats", localized("Print the size of the stored catalogue"), stats);
 }
 
 }  // namespace tools

@@ -1,4 +1,4 @@
-#include "tools/DefaultsCommands.h"
+#include "tools/Commands.h"
 
 #include "linux/LinuxMachine.h"
 #include "propertylist/Codec.h"
@@ -55,7 +55,7 @@ void read(const Arguments& arguments) {
     PropertyList value = store.content(arguments.domain);
     if (arguments.keyIfAny) value = value[*arguments.keyIfAny];
     if (!value) throw noKey(arguments);
-    print(jsonText(value, JsonLayout::Indented) + "\n");
+    printJson(value);
 }
 
 void write(const Arguments& arguments) {
@@ -80,7 +80,7 @@ void remove(const Arguments& arguments) {
 
 void listDomains(const Arguments&) {
     Store store;
-    for (const std::string& domain : store.preferences.domains()) print(domain + "\n");
+    for (const std::string& domain : store.preferences.domains()) printLine(domain);
 }
 
 using File = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
@@ -129,41 +129,34 @@ void importDomain(const Arguments& arguments) {
 }  // namespace
 
 void addDefaultsCommands(CLI::App& app) {
-    auto* defaults = app.add_subcommand("defaults", localized("Read and change preference domains"));
-    defaults->require_subcommand(1);
-    auto arguments = std::make_shared<Arguments>();
-
-    auto add = [&](const char* name, const std::string& description, void (*run)(const Arguments&)) {
-        auto* command = defaults->add_subcommand(name, description);
-        command->callback([arguments, run] { run(*arguments); });
-        return command;
-    };
+    CommandGroup<Arguments> defaults(app, "defaults", localized("Read and change preference domains"));
     auto takeDomain = [&](CLI::App* command) {
-        command->add_option("DOMAIN", arguments->domain, localized("Domain, such as com.tarnwick.typeslate"))
+        command->add_option("DOMAIN", defaults->domain, localized("Domain, such as com.tarnwick.typeslate"))
             ->required();
         return command;
     };
     auto takeFormat = [&](CLI::App* command) {
-        command->add_option("--format", arguments->format, localized("binary (default) or xml"))
+        command->add_option("--format", defaults->format, localized("binary (default) or xml"))
             ->check(oneOf({kBinary, kXML}))
             ->type_name("FORMAT");
     };
     auto takeFile = [&](CLI::App* command, const std::string& description) {
-        command->add_option("FILE", arguments->file, description)->required();
+        command->add_option("FILE", defaults->file, description)->required();
         return command;
     };
 
-    takeDomain(add("read", localized("Print a domain, or one key of it, as JSON"), read))
-        ->add_option("KEY", arguments->keyIfAny, localized("Key; without one the whole domain"));
-    auto* writing = takeDomain(add("write", localized("Store one value"), write));
-    writing->add_option("KEY", arguments->key, localized("Key"))->required();
-    writing->add_option("JSON", arguments->json, localized("Value as JSON"))->required();
-    takeDomain(add("delete", localized("Remove a key, or every key of a domain"), remove))
-        ->add_option("KEY", arguments->keyIfAny, localized("Key; without one all of them"));
-    add("domains", localized("List the stored domains"), listDomains);
-    takeFormat(takeFile(takeDomain(add("export", localized("Write a domain into a property-list file"), exportDomain)),
-                        localized("File to write, - for standard output")));
-    takeFile(takeDomain(add("import", localized("Replace a domain by a property-list file"), importDomain)),
+    takeDomain(defaults.add("read", localized("Print a domain, or one key of it, as JSON"), read))
+        ->add_option("KEY", defaults->keyIfAny, localized("Key; without one the whole domain"));
+    auto* writing = takeDomain(defaults.add("write", localized("Store one value"), write));
+    writing->add_option("KEY", defaults->key, localized("Key"))->required();
+    writing->add_option("JSON", defaults->json, localized("Value as JSON"))->required();
+    takeDomain(defaults.add("delete", localized("Remove a key, or every key of a domain"), remove))
+        ->add_option("KEY", defaults->keyIfAny, localized("Key; without one all of them"));
+    defaults.add("domains", localized("List the stored domains"), listDomains);
+    takeFormat(takeFile(
+        takeDomain(defaults.add("export", localized("Write a domain into a property-list file"), exportDomain)),
+        localized("File to write, - for standard output")));
+    takeFile(takeDomain(defaults.add("import", localized("Replace a domain by a property-list file"), importDomain)),
              localized("File to read, - for standard input; its form is recognised"));
 }
 

@@ -1,4 +1,4 @@
-#include "tools/EntriesCommands.h"
+#include "tools/Commands.h"
 
 #include "linux/LinuxMachine.h"
 #include "linux/system/DisplayText.h"
@@ -6,10 +6,10 @@
 #include "tools/AbsolutePath.h"
 #include "tools/EntryListing.h"
 #include "tools/HeadlessPane.h"
-#include "tools/Json.h"
 #include "tools/Localized.h"
 #include "tools/Output.h"
 #include "tools/Refusal.h"
+#include "tools/UsageTexts.h"
 
 using namespace platform;
 using namespace settings;
@@ -37,8 +37,8 @@ std::vector<PropertyList> shownEntries() {
 
 void list(const Arguments& arguments) {
     std::vector<PropertyList> entries = shownEntries();
-    print(arguments.json ? jsonText(PropertyList::array(std::move(entries)), JsonLayout::Indented) + "\n"
-                         : entryTable(entries));
+    if (arguments.json) return printJson(PropertyList::array(std::move(entries)));
+    print(entryTable(entries));
 }
 
 PropertyList valueUnder(const PropertyList& entry, const std::string& key) {
@@ -52,7 +52,7 @@ void get(const Arguments& arguments) {
     PropertyList value = entries[static_cast<std::size_t>(arguments.index)];
     if (arguments.keyIfAny) value = valueUnder(value, *arguments.keyIfAny);
     if (!value) throw refused("there is no option or key \"%@\"", linux::displayText(*arguments.keyIfAny));
-    print(jsonText(value, JsonLayout::Indented) + "\n");
+    printJson(value);
 }
 
 void add(const Arguments& arguments) {
@@ -61,7 +61,7 @@ void add(const Arguments& arguments) {
     HeadlessPane pane;
     HeadlessPane::Added added = pane.addApplications(paths);
     for (const std::string& path : added.alreadyListed)
-        print(localizedFormat("%@ is in the list already", linux::displayText(path)) + "\n");
+        printLine(localizedFormat("%@ is in the list already", linux::displayText(path)));
     for (const std::string& path : added.noApplications)
         problems.push_back(localizedFormat("%@ is no application for this system", linux::displayText(path)));
     if (problems.size() < paths.size()) pane.finish();
@@ -103,40 +103,35 @@ std::string optionHelp() {
 }  // namespace
 
 void addEntriesCommands(CLI::App& app) {
-    auto* entries = app.add_subcommand("entries", localized("Show and change the list of entries"));
-    entries->require_subcommand(1);
-    auto arguments = std::make_shared<Arguments>();
-    auto command = [&](const char* name, const std::string& description, void (*run)(const Arguments&)) {
-        auto* added = entries->add_subcommand(name, description);
-        added->callback([arguments, run] { run(*arguments); });
-        return added;
-    };
+    CommandGroup<Arguments> entries(app, "entries", localized("Show and change the list of entries"));
     auto takeIndex = [&](CLI::App* to) {
-        to->add_option("INDEX", arguments->index, localized("Entry, as list numbers them; 0 is the Global entry"))
-            ->required();
+        to->add_option("INDEX", entries->index, localized("Entry, as list numbers them; 0 is the Global entry"))
+            ->required()
+            ->check(wholeNumber());
         return to;
     };
 
-    command("list", localized("Print the entries"), list)
-        ->add_flag("--json", arguments->json, localized("As JSON, with every key"));
-    command("add", localized("Add applications"), add)
-        ->add_option("PATH", arguments->paths, localized("Desktop file or .app folder"))
+    entries.add("list", localized("Print the entries"), list)
+        ->add_flag("--json", entries->json, localized("As JSON, with every key"));
+    entries.add("add", localized("Add applications"), add)
+        ->add_option("PATH", entries->paths, localized("Desktop file or .app folder"))
         ->required();
-    auto* regex =
-        command("add-regex", localized("Add an entry for applications that a regular expression matches"), addRegex);
-    regex->add_option("NAME", arguments->name, localized("Name of the entry"))->required();
-    regex->add_option("EXPRESSION", arguments->expression, localized("Regular expression"))->required();
+    auto* regex = entries.add("add-regex", localized("Add an entry for applications that a regular expression matches"),
+                              addRegex);
+    regex->add_option("NAME", entries->name, localized("Name of the entry"))->required();
+    regex->add_option("EXPRESSION", entries->expression, localized("Regular expression"))->required();
     regex
-        ->add_option("--kind", arguments->kind,
+        ->add_option("--kind", entries->kind,
                      localized("What it is held against: 0 name (default), 1 identifier, 2 path"))
+        ->check(wholeNumber())
         ->type_name("N");
-    takeIndex(command("remove", localized("Remove an entry"), remove));
-    auto* setting = takeIndex(command("set", localized("Change an option of an entry"), set));
-    setting->add_option("KEY", arguments->key, localized("Option"))->required();
-    setting->add_option("VALUE", arguments->value, localized("Value"))->required();
+    takeIndex(entries.add("remove", localized("Remove an entry"), remove));
+    auto* setting = takeIndex(entries.add("set", localized("Change an option of an entry"), set));
+    setting->add_option("KEY", entries->key, localized("Option"))->required();
+    setting->add_option("VALUE", entries->value, localized("Value"))->required();
     setting->footer(optionHelp());
-    takeIndex(command("get", localized("Print an entry, or one value of it, as JSON"), get))
-        ->add_option("KEY", arguments->keyIfAny,
+    takeIndex(entries.add("get", localized("Print an entry, or one value of it, as JSON"), get))
+        ->add_option("KEY", entries->keyIfAny,
                      localized("Option, shown even while it is not stored, or key of the entry"));
 }
 

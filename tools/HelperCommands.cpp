@@ -1,8 +1,7 @@
-#include "tools/HelperCommands.h"
+#include "tools/Commands.h"
 
 #include "settings/EntryList.h"
 #include "tools/HeadlessPane.h"
-#include "tools/Json.h"
 #include "tools/Localized.h"
 #include "tools/Output.h"
 
@@ -17,24 +16,28 @@ namespace {
 constexpr int kNotRunning = 1;
 constexpr std::chrono::milliseconds kLongestFarewell(5000), kPause(10);
 
+struct Arguments {
+    bool json = false;
+};
+
 std::optional<ProcessID> runningHelper(HeadlessPane& pane) {
     ProcessSerialNumber psn;
     bool isRunning = pane.operations().findProcessByID_withPSN(settings::kSettingsDomain, psn);
     return isRunning ? std::optional<ProcessID>(psn.low) : std::nullopt;
 }
 
-std::string runningText(ProcessID process) { return localizedFormat("running, process %d", process) + "\n"; }
+std::string runningText(ProcessID process) { return localizedFormat("running, process %d", process); }
 
-void start(bool) {
+void start(const Arguments&) {
     HeadlessPane pane;
     pane.operations().launchTSDaemon();
     std::optional<ProcessID> process = runningHelper(pane);
     if (!process) throw refused("the helper could not be started");
-    print(runningText(*process));
+    printLine(runningText(*process));
 }
 
 // The pane waits for nothing; a script that goes on wants it gone.
-void stop(bool) {
+void stop(const Arguments&) {
     HeadlessPane pane;
     pane.operations().killTSDaemon();
     const auto end = std::chrono::steady_clock::now() + kLongestFarewell;
@@ -44,16 +47,16 @@ void stop(bool) {
     }
 }
 
-void status(bool json) {
+void status(const Arguments& arguments) {
     HeadlessPane pane;
     std::optional<ProcessID> process = runningHelper(pane);
-    if (json) {
+    if (arguments.json) {
         MutableDictionary all;
         all.set("running", process.has_value());
         if (process) all.set("process", *process);
-        print(jsonText(std::move(all).freeze(), JsonLayout::Indented) + "\n");
+        printJson(std::move(all).freeze());
     } else {
-        print(process ? runningText(*process) : localized("not running") + "\n");
+        printLine(process ? runningText(*process) : localized("not running"));
     }
     if (!process) throw CLI::RuntimeError(kNotRunning);
 }
@@ -61,18 +64,12 @@ void status(bool json) {
 }  // namespace
 
 void addHelperCommands(CLI::App& app) {
-    auto* helper = app.add_subcommand("helper", localized("Start and stop the helper that takes in changed settings"));
-    helper->require_subcommand(1);
-    auto json = std::make_shared<bool>(false);
-    auto command = [&](const char* name, const std::string& description, void (*run)(bool)) {
-        auto* added = helper->add_subcommand(name, description);
-        added->callback([json, run] { run(*json); });
-        return added;
-    };
-    command("start", localized("Start the helper unless it is running"), start);
-    command("stop", localized("Ask the helper to quit, and wait until it has"), stop);
-    command("status", localized("Tell whether the helper is running; status 1: it is not"), status)
-        ->add_flag("--json", *json, localized("As JSON"));
+    CommandGroup<Arguments> helper(app, "helper",
+                                   localized("Start and stop the helper that takes in changed settings"));
+    helper.add("start", localized("Start the helper unless it is running"), start);
+    helper.add("stop", localized("Ask the helper to quit, and wait until it has"), stop);
+    helper.add("status", localized("Tell whether the helper is running; status 1: it is not"), status)
+        ->add_flag("--json", helper->json, localized("As JSON"));
 }
 
 }  // namespace tools

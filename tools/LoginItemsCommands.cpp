@@ -1,4 +1,4 @@
-#include "tools/LoginItemsCommands.h"
+#include "tools/Commands.h"
 
 #include "linux/applications/ApplicationRecord.h"
 #include "linux/system/DisplayText.h"
@@ -6,7 +6,6 @@
 #include "platform/LoginItems.h"
 #include "tools/AbsolutePath.h"
 #include "tools/HeadlessPane.h"
-#include "tools/Json.h"
 #include "tools/Localized.h"
 #include "tools/Output.h"
 
@@ -49,7 +48,8 @@ void list(const Arguments& arguments) {
     linux::LinuxStore store;
     linux::FolderBundles bundles;
     PropertyList items = PropertyList::array(mutableArray(storedItems(store.preferences)));
-    print(arguments.json ? jsonText(items, JsonLayout::Indented) + "\n" : itemTable(items, bundles));
+    if (arguments.json) return printJson(items);
+    print(itemTable(items, bundles));
 }
 
 // The pane's operations tell nobody whether they were stored.
@@ -78,8 +78,8 @@ void add(const Arguments& arguments) {
     pane.operations().addLoginItem_hide(path, arguments.hide);
     finish(pane);
     if (!linux::startDescription(path, linux::ApplicationEnvironment::current()))
-        print(localizedFormat("%@ is stored, but now there is nothing that can be started", linux::displayText(path)) +
-              "\n");
+        printLine(
+            localizedFormat("%@ is stored, but now there is nothing that can be started", linux::displayText(path)));
 }
 
 void remove(const Arguments& arguments) {
@@ -108,29 +108,22 @@ void check(const Arguments& arguments) {
 }  // namespace
 
 void addLoginItemsCommands(CLI::App& app) {
-    auto* group = app.add_subcommand("login-items", localized("Show and change what starts when you log in"));
-    group->require_subcommand(1);
-    auto arguments = std::make_shared<Arguments>();
-    auto command = [&](const char* name, const std::string& description, void (*run)(const Arguments&)) {
-        auto* added = group->add_subcommand(name, description);
-        added->callback([arguments, run] { run(*arguments); });
-        return added;
-    };
-    command("list", localized("Print the login items"), list)
-        ->add_flag("--json", arguments->json, localized("As JSON, with every key"));
-    auto* adding = command("add", localized("Add a login item, though there may be one already"), add);
-    adding->add_option("PATH", arguments->path, localized("Application: an .app folder, desktop file or program"))
+    CommandGroup<Arguments> group(app, "login-items", localized("Show and change what starts when you log in"));
+    group.add("list", localized("Print the login items"), list)
+        ->add_flag("--json", group->json, localized("As JSON, with every key"));
+    auto* adding = group.add("add", localized("Add a login item, though there may be one already"), add);
+    adding->add_option("PATH", group->path, localized("Application: an .app folder, desktop file or program"))
         ->required();
-    adding->add_flag("--hide", arguments->hide, localized("Start it quietly"));
-    auto* removing = command("remove", localized("Remove every login item of an application"), remove);
-    removing->add_option("IDENTIFIER", arguments->identifier, localized("Bundle identifier of the application"));
-    removing->add_option("--path", arguments->pathIfAny, localized("Remove those with exactly this path instead"));
+    adding->add_flag("--hide", group->hide, localized("Start it quietly"));
+    auto* removing = group.add("remove", localized("Remove every login item of an application"), remove);
+    removing->add_option("IDENTIFIER", group->identifier, localized("Bundle identifier of the application"));
+    removing->add_option("--path", group->pathIfAny, localized("Remove those with exactly this path instead"));
     removing->require_option(1);
-    auto* checking = command(
+    auto* checking = group.add(
         "check", localized("Tell whether an application is a login item, and correct the path of one that is"), check);
-    checking->add_option("IDENTIFIER", arguments->identifier, localized("Bundle identifier of the application"))
+    checking->add_option("IDENTIFIER", group->identifier, localized("Bundle identifier of the application"))
         ->required();
-    checking->add_option("PATH", arguments->path, localized("Where it should be started from"))->required();
+    checking->add_option("PATH", group->path, localized("Where it should be started from"))->required();
 }
 
 }  // namespace tools

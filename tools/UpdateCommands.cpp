@@ -1,11 +1,10 @@
-#include "tools/UpdateCommands.h"
+#include "tools/Commands.h"
 
 #include "TarnwickUpdater/Plinth Stuff/VersionChecking/UpdaterLaunch.h"
 #include "TarnwickUpdater/Plinth Stuff/VersionChecking/VersionChecking.h"
 #include "TarnwickUpdater/PrefPane Stuff/TWVCUpdateViewController/TWVCUpdateViewController.h"
 #include "linux/LinuxMachine.h"
 #include "settings/EntryList.h"
-#include "tools/Json.h"
 #include "tools/Localized.h"
 #include "tools/Output.h"
 #include "tools/UsageTexts.h"
@@ -63,7 +62,7 @@ PropertyList statusOf(Updates& updates, bool fromModule) {
 void status(const Arguments& arguments) {
     Updates updates;
     PropertyList all = statusOf(updates, arguments.fromModule);
-    if (arguments.json) return print(jsonText(all, JsonLayout::Indented) + "\n");
+    if (arguments.json) return printJson(all);
     std::string lines;
     for (const PropertyList::Entry& entry : all.entries())
         lines += linux::withVisibleControls(formatted("%@: %@", {entry.key, entry.value})) + "\n";
@@ -87,10 +86,10 @@ void check(const Arguments& arguments) {
     updates.save();
     if (result != kNoErr) throw refused("error %d: %@", result, localized(statusText(result)));
     if (!launched.path.empty())
-        return print(localizedFormat("launched %@", linux::withVisibleControls(launched.path)) + "\n");
+        return printLine(localizedFormat("launched %@", linux::withVisibleControls(launched.path)));
     if (arguments.now || before["due"].boolValue())
         throw refused("the updater could not be launched; the log says why");
-    print(localizedFormat("nothing is due (rule: %@)", before["rule"]) + "\n");
+    printLine(localizedFormat("nothing is due (rule: %@)", before["rule"]));
     throw CLI::RuntimeError(kNothingDue);
 }
 
@@ -109,42 +108,30 @@ void interval(const Arguments& arguments) {
 }  // namespace
 
 void addUpdateCommands(CLI::App& app) {
-    auto* update = app.add_subcommand("update", localized("Read and change the schedule of update checks, and check"));
-    update->require_subcommand(1);
-    auto arguments = std::make_shared<Arguments>();
-    auto add = [&](const char* name, const std::string& description, void (*run)(const Arguments&)) {
-        auto* command = update->add_subcommand(name, description);
-        command->callback([arguments, run] { run(*arguments); });
-        return command;
-    };
+    CommandGroup<Arguments> update(app, "update",
+                                   localized("Read and change the schedule of update checks, and check"));
     auto takeFromModule = [&](CLI::App* command) {
         command->add_flag(
-            "--from-module", arguments->fromModule,
+            "--from-module", update->fromModule,
             localized("As the module asks from within an application: soon after the login nothing is due"));
     };
 
-    auto* showing =
-        add("status", localized("Print the schedule, whether a check is due, and the rule that decides"), status);
-    showing->add_flag("--json", arguments->json, localized("As JSON"));
+    auto* showing = update.add(
+        "status", localized("Print the schedule, whether a check is due, and the rule that decides"), status);
+    showing->add_flag("--json", update->json, localized("As JSON"));
     takeFromModule(showing);
-    auto* checking = add("check", localized("Launch the updater if a check is due; status 3: nothing is due"), check);
-    checking->add_flag("--now", arguments->now, localized("Whether or not one is due"));
+    auto* checking =
+        update.add("check", localized("Launch the updater if a check is due; status 3: nothing is due"), check);
+    checking->add_flag("--now", update->now, localized("Whether or not one is due"));
     takeFromModule(checking);
-    add("schedule", localized("Switch automatic checks on or off"), schedule)
-        ->add_option("STATE", arguments->onOrOff, localized("on or off"))
+    update.add("schedule", localized("Switch automatic checks on or off"), schedule)
+        ->add_option("STATE", update->onOrOff, localized("on or off"))
         ->required()
         ->check(oneOf({"on", "off"}));
-    CLI::Validator seconds(
-        [](const std::string& text) {
-            double number = std::strtod(text.c_str(), nullptr);
-            bool isUsable = number >= kShortestInterval && number <= kLongestInterval;
-            return isUsable ? std::string() : localized("not a number of seconds from 1 to 1000000000");
-        },
-        "");
-    add("interval", localized("Set the time between two checks"), interval)
-        ->add_option("SECONDS", arguments->seconds, localized("At least 1; a day has 86400"))
+    update.add("interval", localized("Set the time between two checks"), interval)
+        ->add_option("SECONDS", update->seconds, localized("At least 1; a day has 86400"))
         ->required()
-        ->check(seconds);
+        ->check(secondsWithin(kShortestInterval, kLongestInterval));
 }
 
 }  // namespace tools

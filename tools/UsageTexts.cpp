@@ -1,43 +1,78 @@
 #include "tools/UsageTexts.h"
 
+#include "linux/system/SystemLog.h"
 #include "linux/system/TextColumns.h"
 #include "tools/Localized.h"
 
 #include <algorithm>
+#include <cstdlib>
+#include <functional>
+#include <utility>
 
 namespace tools {
 namespace {
 
-struct Sentence {
-    std::string_view before, between, after;  // around the names in the parser's text
-    std::string text;                         // with "%@" for each name
-};
-
-// The one with most to recognise it by comes first.
-std::vector<Sentence> sentences() {
-    return {{"A subcommand is required", "", "", localized("a subcommand is missing")},
-            {"The following argument was not expected: ", "", "", localized("unexpected argument: %@")},
-            {"The following arguments were not expected: ", "", "", localized("unexpected arguments: %@")},
-            {"Could not convert: ", " = ", "", localized("%@ cannot be %@")},
-            {"Exactly 1 option from [", "", ",] is required", localized("one of these is missing: %@")},
-            {"Exactly 1 option from [", ",] is required and ", " were given",
-             localized("only one of these can be given: %@")},
-            {"", ": 1 required ", " missing", localized("%@ needs a value")},
-            {"", " requires ", "", localized("%@ needs %@")},
-            {"", " excludes ", "", localized("%@ and %@ exclude each other")},
-            {"", "", " is required", localized("%@ is missing")}};
+CLI::Validator accepting(std::function<bool(const std::string&)> isGood, std::string complaint) {
+    return CLI::Validator([isGood = std::move(isGood), complaint = std::move(complaint)](
+                              const std::string& text) { return isGood(text) ? std::string() : complaint; },
+                          "");
 }
 
-// The names that the sentence was made with, in order; nothing when it is another sentence.
-std::optional<std::vector<std::string_view>> namesIn(std::string_view text, const Sentence& sentence) {
-    if (!text.starts_with(sentence.before)) return std::nullopt;
-    text.remove_prefix(sentence.before.size());
-    if (!text.ends_with(sentence.after)) return std::nullopt;
-    text.remove_suffix(sentence.after.size());
-    if (sentence.between.empty()) return {{text}};
-    const std::size_t middle = text.find(sentence.between);
-    if (middle == std::string_view::npos) return std::nullopt;
-    return {{text.substr(0, middle), text.substr(middle + sentence.between.size())}};
+// The command that was being read when the parser gave up.
+const CLI::App& innermostCommand(const CLI::App& app) {
+    const std::vector<CLI::App*> named = app.get_subcommands();
+    return named.empty() ? app : innermostCommand(*named.back());
+}
+
+// The names of the command's options that fulfil a condition, in their order.
+std::string namesOf(const CLI::App& command, const std::function<bool(const CLI::Option&)>& isMeant) {
+    std::string names;
+    for (const CLI::Option* option : command.get_options(
+             [&](const CLI::Option* option) { return option != command.get_help_ptr() && isMeant(*option); }))
+        names += (names.empty() ? "" : ", ") + option->get_name();
+    return names;
+}
+
+std::string whatIsMissing(const CLI::App& command) {
+    if (command.get_require_subcommand_min() > 0) return localized("a subcommand is missing");
+    const std::string missing =
+        namesOf(command, [](const CLI::Option& option) { return option.get_required() && option.count() == 0; });
+    if (!missing.empty()) return localizedFormat("%@ is missing", missing);
+    const auto isAny = [](const CLI::Option&) { return true; };
+    const auto isGiven = [](const CLI::Option& option) { return option.count() > 0; };
+    return localizedFormat(namesOf(command, isGiven).empty() ? localized("one of these is missing: %@")
+                                                             : localized("only one of these can be given: %@"),
+                           namesOf(command, isAny));
+}
+
+// An option without its value has not been counted yet.
+std::string whatHasNoValue(const CLI::App& command, const std::vector<std::string>& arguments) {
+    const std::string repeated = namesOf(command, [](const CLI::Option& option) {
+        return option.get_expected_max() > 0 && option.count() > static_cast<std::size_t>(option.get_expected_max());
+    });
+    if (!repeated.empty()) return localizedFormat("%@ can be given only once", repeated);
+    return localizedFormat("%@ needs a value", namesOf(command, [&](const CLI::Option& option) {
+                               return option.count() == 0 &&
+                                      std::ranges::find(arguments, option.get_name()) != arguments.end();
+                           }));
+}
+
+// A switch that was given as "--switch=value". Numbers are checked before they are converted.
+bool hasForeignValue(const CLI::Option& option) {
+    return option.get_expected_max() == 0 && option.count() > 0 && option.results().front() != "true";
+}
+
+// What is there too much says more than what is missing: a subcommand may be misspelt.
+std::string problemWith(const CLI::App& app, const CLI::Error& error, const std::vector<std::string>& arguments) {
+    const std::vector<std::string> extra = app.remaining(true);
+    if (extra.size() == 1) return localizedFormat("unexpected argument: %@", extra.front());
+    if (!extra.empty()) return localizedFormat("unexpected arguments: %@", CLI::detail::join(extra, " "));
+    const CLI::App& command = innermostCommand(app);
+    if (dynamic_cast<const CLI::RequiredError*>(&error)) return whatIsMissing(command);
+    if (dynamic_cast<const CLI::ArgumentMismatch*>(&error)) return whatHasNoValue(command, arguments);
+    if (dynamic_cast<const CLI::ConversionError*>(&error))
+        return localizedFormat("%@ takes no value", namesOf(command, hasForeignValue));
+    return error.what();
 }
 
 // Lists that line up in every language, with lines that fit the terminal.
@@ -82,19 +117,30 @@ void localizeUsage(CLI::App& app) {
 }
 
 CLI::Validator oneOf(std::vector<std::string> words) {
-    return CLI::Validator(
-        [words = std::move(words)](const std::string& text) {
-            const bool isKnown = std::ranges::find(words, text) != words.end();
-            return isKnown ? std::string() : localizedFormat("not one of these: %@", CLI::detail::join(words, ", "));
-        },
-        "");
+    std::string complaint = localizedFormat("not one of these: %@", CLI::detail::join(words, ", "));
+    return accepting(
+        [words = std::move(words)](const std::string& text) { return std::ranges::find(words, text) != words.end(); },
+        std::move(complaint));
 }
 
-std::string localizedUsageError(std::string_view english) {
-    for (const Sentence& sentence : sentences())
-        if (auto names = namesIn(english, sentence))
-            return platform::formatted(sentence.text, {names->front(), names->back()});
-    return std::string(english);
+CLI::Validator wholeNumber() {
+    return accepting([](const std::string& text) { return CLI::TypeValidator<int>("")(text).empty(); },
+                     localized("not a whole number"));
+}
+
+CLI::Validator secondsWithin(double shortest, double longest) {
+    const auto isGood = [=](const std::string& text) {
+        char* end = nullptr;
+        const double number = std::strtod(text.c_str(), &end);
+        return *end == '\0' && number >= shortest && number <= longest;  // not a number is neither
+    };
+    return accepting(isGood, localizedFormat("not a number of seconds from %d to %d", std::int64_t(shortest),
+                                             std::int64_t(longest)));
+}
+
+std::string usageProblem(const CLI::App& app, const CLI::Error& error, const std::vector<std::string>& arguments) {
+    const std::string problem = linux::withVisibleControls(problemWith(app, error, arguments));
+    return "typeslatectl: " + localizedFormat("%@ (--help tells more)", problem) + "\n";
 }
 
 }  // namespace tools

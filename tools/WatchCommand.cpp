@@ -1,4 +1,4 @@
-#include "tools/WatchCommand.h"
+#include "tools/Commands.h"
 
 #include "propertylist/Date.h"
 #include "tools/BusModule.h"
@@ -15,7 +15,7 @@ namespace tools {
 namespace {
 
 // Ends the watch when nobody reads it any more.
-void printLine(const PropertyList& message, BusModule& bus) {
+void printMessage(const PropertyList& message, BusModule& bus) {
     std::string line = jsonText(message, JsonLayout::OneLine) + "\n";
     std::fwrite(line.data(), 1, line.size(), stdout);
     if (std::fflush(stdout) != 0) bus.stop();
@@ -30,12 +30,12 @@ void watch() {
                                                          {"name", notification.name},
                                                          {"object", notification.object}}));
         line.set("userInfo", notification.userInfo);
-        printLine(std::move(line).freeze(), bus);
+        printMessage(std::move(line).freeze(), bus);
     });
     bus.observeBroadcasts([&](std::string_view module, std::string_view message) {
-        printLine(PropertyList::dictionary(
-                      {{"time", stamp()}, {"kind", "broadcast"}, {"module", module}, {"message", message}}),
-                  bus);
+        printMessage(PropertyList::dictionary(
+                         {{"time", stamp()}, {"kind", "broadcast"}, {"module", module}, {"message", message}}),
+                     bus);
     });
     std::fprintf(stderr, "typeslatectl: %s\n", localized("watching; Ctrl-C ends it").c_str());
     bus.run();

@@ -3,21 +3,14 @@
 // Exit status 0: done. 1: refused, with one line on standard error. 2: the call itself is wrong. A command may have
 // more.
 #include "linux/system/SystemLog.h"
-#include "tools/CatalogCommands.h"
-#include "tools/DefaultsCommands.h"
-#include "tools/EntriesCommands.h"
-#include "tools/HelperCommands.h"
+#include "tools/Commands.h"
 #include "tools/Localized.h"
-#include "tools/LoginItemsCommands.h"
 #include "tools/Output.h"
 #include "tools/Refusal.h"
-#include "tools/UpdateCommands.h"
 #include "tools/UsageTexts.h"
-#include "tools/WatchCommand.h"
 
 #include <CLI/CLI.hpp>
 
-#include <algorithm>
 #include <clocale>
 #include <csignal>
 #include <cstdio>
@@ -56,15 +49,6 @@ int runOrRefuse(CLI::App& app, int argc, char** argv) {
     return kRefused;
 }
 
-// What is there too much says more than what is missing: a subcommand may be misspelt.
-std::string usageProblem(const CLI::App* app, const CLI::Error& error) {
-    std::vector<std::string> extra = app->remaining(true);
-    std::ranges::reverse(extra);  // the sentence names the last first
-    const std::string problem = extra.empty() ? error.what() : CLI::ExtrasError(extra).what();
-    const std::string text = linux::withVisibleControls(tools::localizedUsageError(problem));
-    return "typeslatectl: " + tools::localizedFormat("%@ (--help tells more)", text) + "\n";
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -74,7 +58,10 @@ int main(int argc, char** argv) {
     CLI::App app(tools::localized("Reads and changes the settings of the Typeslate font-menu module."), "typeslatectl");
     app.require_subcommand(1);
     app.set_version_flag("--version", TYPESLATE_VERSION, tools::localized("Show the version and exit"));
-    app.failure_message(usageProblem);
+    app.failure_message(
+        [arguments = std::vector<std::string>(argv, argv + argc)](const CLI::App* parser, const CLI::Error& error) {
+            return tools::usageProblem(*parser, error, arguments);
+        });
     tools::addDefaultsCommands(app);
     tools::addEntriesCommands(app);
     tools::addCatalogCommands(app);

@@ -1,0 +1,44 @@
+// The commands of typeslatectl, a function for each group of them, and what they are made with.
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+#include <memory>
+#include <string>
+#include <utility>
+
+namespace tools {
+
+// "update check" ends with this status when no check was due, and with 0 when an updater was launched.
+inline constexpr int kNothingDue = 3;
+
+void addDefaultsCommands(CLI::App& app);
+void addEntriesCommands(CLI::App& app);
+void addCatalogCommands(CLI::App& app);
+void addLoginItemsCommands(CLI::App& app);
+void addHelperCommands(CLI::App& app);
+void addUpdateCommands(CLI::App& app);
+void addWatchCommand(CLI::App& app);
+
+// A command that consists of others, one of which must be named. They share their arguments, which live as long as the
+// parser does.
+template <typename Arguments>
+class CommandGroup {
+public:
+    CommandGroup(CLI::App& app, const char* name, const std::string& description)
+        : group_(app.add_subcommand(name, description)) {
+        group_->require_subcommand(1);
+    }
+    Arguments* operator->() const { return arguments_.get(); }
+    CLI::App* add(const char* name, const std::string& description, void (*run)(const Arguments&)) {
+        CLI::App* command = group_->add_subcommand(name, description);
+        command->callback([arguments = arguments_, run] { run(*arguments); });
+        return command;
+    }
+
+private:
+    CLI::App* group_;
+    std::shared_ptr<Arguments> arguments_ = std::make_shared<Arguments>();
+};
+
+}  // namespace tools
