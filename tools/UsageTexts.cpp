@@ -25,41 +25,43 @@ const CLI::App& innermostCommand(const CLI::App& app) {
 }
 
 // The names of the command's options that fulfil a condition, in their order.
-std::string namesOf(const CLI::App& command, const std::function<bool(const CLI::Option&)>& isMeant) {
-    std::string names;
-    for (const CLI::Option* option : command.get_options(
-             [&](const CLI::Option* option) { return option != command.get_help_ptr() && isMeant(*option); }))
-        names += (names.empty() ? "" : ", ") + option->get_name();
+std::vector<std::string> namesOf(const CLI::App& command, const std::function<bool(const CLI::Option&)>& isMeant) {
+    std::vector<std::string> names;
+    for (const CLI::Option* option : command.get_options({}))
+        if (option != command.get_help_ptr() && isMeant(*option)) names.push_back(option->get_name());
     return names;
 }
 
+// The sentence about the first of them; the parser has complained about one.
+std::string about(const std::vector<std::string>& names, const std::string& sentence) {
+    return platform::formatted(sentence, {names.empty() ? std::string() : names.front()});
+}
+
+bool isGiven(const CLI::Option& option) { return option.count() > 0; }
+
 std::string whatIsMissing(const CLI::App& command) {
     if (command.get_require_subcommand_min() > 0) return localized("a subcommand is missing");
-    const std::string missing =
-        namesOf(command, [](const CLI::Option& option) { return option.get_required() && option.count() == 0; });
-    if (!missing.empty()) return localizedFormat("%@ is missing", missing);
-    const auto isAny = [](const CLI::Option&) { return true; };
-    const auto isGiven = [](const CLI::Option& option) { return option.count() > 0; };
-    return localizedFormat(namesOf(command, isGiven).empty() ? localized("one of these is missing: %@")
-                                                             : localized("only one of these can be given: %@"),
-                           namesOf(command, isAny));
+    const auto missing = namesOf(command, [](auto& option) { return option.get_required() && !isGiven(option); });
+    if (!missing.empty()) return about(missing, localized("%@ is missing"));
+    const std::string any = CLI::detail::join(namesOf(command, [](auto&) { return true; }), ", ");
+    return namesOf(command, isGiven).empty() ? localizedFormat("one of these is missing: %@", any)
+                                             : localizedFormat("only one of these can be given: %@", any);
 }
 
 // An option without its value has not been counted yet.
 std::string whatHasNoValue(const CLI::App& command, const std::vector<std::string>& arguments) {
-    const std::string repeated = namesOf(command, [](const CLI::Option& option) {
-        return option.get_expected_max() > 0 && option.count() > static_cast<std::size_t>(option.get_expected_max());
+    const auto repeated =
+        namesOf(command, [](auto& option) { return option.count() > 1 && option.get_expected_max() == 1; });
+    if (!repeated.empty()) return about(repeated, localized("%@ can be given only once"));
+    const auto bare = namesOf(command, [&](auto& option) {
+        return !isGiven(option) && std::ranges::find(arguments, option.get_name()) != arguments.end();
     });
-    if (!repeated.empty()) return localizedFormat("%@ can be given only once", repeated);
-    return localizedFormat("%@ needs a value", namesOf(command, [&](const CLI::Option& option) {
-                               return option.count() == 0 &&
-                                      std::ranges::find(arguments, option.get_name()) != arguments.end();
-                           }));
+    return about(bare, localized("%@ needs a value"));
 }
 
 // A switch that was given as "--switch=value". Numbers are checked before they are converted.
 bool hasForeignValue(const CLI::Option& option) {
-    return option.get_expected_max() == 0 && option.count() > 0 && option.results().front() != "true";
+    return option.get_expected_max() == 0 && isGiven(option) && option.results().front() != "true";
 }
 
 // What is there too much says more than what is missing: a subcommand may be misspelt.
@@ -71,7 +73,7 @@ std::string problemWith(const CLI::App& app, const CLI::Error& error, const std:
     if (dynamic_cast<const CLI::RequiredError*>(&error)) return whatIsMissing(command);
     if (dynamic_cast<const CLI::ArgumentMismatch*>(&error)) return whatHasNoValue(command, arguments);
     if (dynamic_cast<const CLI::ConversionError*>(&error))
-        return localizedFormat("%@ takes no value", namesOf(command, hasForeignValue));
+        return about(namesOf(command, hasForeignValue), localized("%@ takes no value"));
     return error.what();
 }
 

@@ -4,19 +4,8 @@ import json, os, plistlib, pty, re, subprocess, sys, unittest
 
 from ctl import PROGRAM, Case
 
-TIMES = """%!Adobe-FontList 1.07
-
-%BeginFont
-FontName:Times-Bold
-FamilyName:Times
-FullName:Times Bold
-OutlineFileName:\\Sub\\TimesBol
-%EndFont
-
-%BeginFont
-FontName:NoFullName
-%EndFont
-"""
+TIMES = ("%!Adobe-FontList 1.07\n\n%BeginFont\nFontName:Times-Bold\nFamilyName:Times\nFullName:Times Bold\n"
+         "OutlineFileName:\\Sub\\TimesBol\n%EndFont\n\n%BeginFont\nFontName:NoFullName\n%EndFont\n")
 CAFE = b"%!Adobe-FontList 1.07\r%BeginFont\rFontName:Cafe\rFullName: Caf\x8e: \r%EndFont\r"
 DATABASE = "version=2.1\n[Times-Bold]\nf=replaced\n[Only-DB]\nf=1,Caf\\8E\ns=Bold\n[Last]\nf=never stored\n"
 
@@ -48,8 +37,8 @@ class CatalogTest(Case):
     def ok(self, *arguments):
         return super().ok("catalog", *map(str, arguments)).decode()
 
-    def refused(self, *arguments, status=1):
-        result = super().refused("catalog", *map(str, arguments), status=status)
+    def refused(self, *arguments):
+        result = super().refused("catalog", *map(str, arguments))
         self.assertEqual(result.stdout, b"", arguments)
         return result.stderr.decode()
 
@@ -91,8 +80,6 @@ class CatalogTest(Case):
         self.ok("build")
         for call in (("show", "none"), ("show", ""), ("list", "--family", "Times Bold")):
             self.refused(*call)
-        for call in ((), ("parse",), ("show",), ("build", "it"), ("list", "Times"), ("stats", "--nonsense")):
-            self.refused(*call, status=2)
         self.stored.unlink()
         self.stored.mkdir()
         for call in (("build",), ("list",), ("stats",), ("show", "Cafe")):

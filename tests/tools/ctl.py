@@ -1,12 +1,5 @@
 """A user of whom there is nothing but a home, without a session bus, and typeslatectl as a shell would call it."""
-import json
-import os
-import pathlib
-import plistlib
-import subprocess
-import sys
-import tempfile
-import unittest
+import json, os, pathlib, plistlib, subprocess, sys, tempfile, unittest
 
 PROGRAM = os.path.abspath(sys.argv[1])
 DOMAIN = "com.tarnwick.typeslate"

@@ -1,8 +1,6 @@
 #!/usr/bin/env python3
 """typeslatectl update, and a foreign caller of the same checker: update_test.py TYPESLATECTL CALLER PANE"""
-import subprocess
-import sys
-import unittest
+import subprocess, sys, unittest
 
 from ctl import DOMAIN, Case
 
@@ -40,14 +38,6 @@ class UpdateTest(Case):
         self.assertEqual(self.run_ctl("update", "check").returncode, 3)
         self.ok("update", "check", "--now")
         self.assertEqual(list(self.lock.parent.iterdir()), [])
-
-    def test_the_schedule(self):
-        for call, rule in (("interval 1", "date"), ("schedule off", "off"), ("schedule on", "date")):
-            self.ok("update", *call.split())
-            self.assertEqual(self.status()["rule"], rule)
-        for call in ("interval -1", "interval nan", "interval x", "schedule maybe", "schedule", ""):
-            self.refused("update", *call.split(), status=2)
-        self.assertEqual(self.status()["SUCheckInterval"], 1.0)
 
     def test_what_is_in_the_way(self):
         self.install()
