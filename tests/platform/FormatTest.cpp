@@ -2,6 +2,7 @@
 #include "tests/support/Check.h"
 
 using namespace platform;
+using propertylist::PropertyList;
 
 TEST(FormatsPrintEachArgumentByItsDirective) {
     const PropertyList list = PropertyList::array({1, "a b"}), nothing;

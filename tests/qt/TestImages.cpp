@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QImage>
 #include <QTextBrowser>
+#include <QTextDocument>
 
 #include <cmath>
 
@@ -142,7 +143,9 @@ TEST(ATextShowsPicturesOfItsOwnFolderAndOpensNothingElse) {
     QFile::link(QStringLiteral("own.png"), in(folder, "text.rtfd/inner.png"));
     QFile::link(QStringLiteral("../outside.png"), in(folder, "text.rtfd/outer.png"));
     QTextBrowser widget;
+    widget.setFont(QFont(widget.font().family(), 30));
     QtTextView view(widget);
+    CHECK(widget.document()->defaultFont() == widget.font());
     view.setString("before");
     CHECK(!view.loadRichText(folder / "text.rtfd"));
     CHECK_EQ(widget.toPlainText().toStdString(), "before");
@@ -165,5 +168,12 @@ TEST(ATextShowsPicturesOfItsOwnFolderAndOpensNothingElse) {
         REQUIRE(view.loadRichText(folder / "text.rtfd"));
         CHECK(widget.toPlainText().endsWith(QChar(0xE9)));
         CHECK_EQ(widget.grab().toImage().pixelColor(20, 20) == QColor(Qt::red), isShown);
+    }
+    // Nothing of the text before is kept.
+    REQUIRE(check::writeFile(folder / "text.rtfd/TXT.html", "<img src='own.png' width=40 height=40>"));
+    for (QColor colour : {Qt::red, Qt::blue}) {
+        writePicture(in(folder, "text.rtfd/own.png"), colour);
+        REQUIRE(view.loadRichText(folder / "text.rtfd"));
+        CHECK(widget.grab().toImage().pixelColor(20, 20) == colour);
     }
 }
