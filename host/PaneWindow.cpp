@@ -1,6 +1,6 @@
 #include "host/PaneWindow.h"
 
-#include "qt/texts/Text.h"
+#include "qt/texts/Utf8.h"
 
 #include <QCloseEvent>
 #include <QCoreApplication>

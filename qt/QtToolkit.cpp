@@ -1,7 +1,7 @@
 #include "qt/QtToolkit.h"
 
 #include "qt/images/FileIcons.h"
-#include "qt/texts/Text.h"
+#include "qt/texts/Utf8.h"
 
 #include <QApplication>
 #include <QFileInfo>

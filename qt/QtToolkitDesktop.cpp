@@ -2,7 +2,7 @@
 // that are held.
 #include "qt/QtToolkit.h"
 
-#include "qt/texts/Text.h"
+#include "qt/texts/Utf8.h"
 
 #include <QDesktopServices>
 #include <QDir>

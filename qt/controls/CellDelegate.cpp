@@ -2,7 +2,7 @@
 
 #include "qt/controls/CellModel.h"
 #include "qt/images/QtImage.h"
-#include "qt/texts/Text.h"
+#include "qt/texts/Utf8.h"
 
 #include <QApplication>
 #include <QPainter>

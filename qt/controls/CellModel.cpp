@@ -1,6 +1,6 @@
 #include "qt/controls/CellModel.h"
 
-#include "qt/texts/Text.h"
+#include "qt/texts/Utf8.h"
 
 #include <algorithm>
 

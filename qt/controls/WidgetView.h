@@ -2,7 +2,7 @@
 #pragma once
 
 #include "platform/Controls.h"
-#include "qt/texts/Text.h"
+#include "qt/texts/Utf8.h"
 
 #include <QVariant>
 #include <QWidget>

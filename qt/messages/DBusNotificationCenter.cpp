@@ -3,7 +3,7 @@
 #include "qt/messages/DBusValues.h"
 #include "qt/messages/SessionBus.h"
 #include "qt/messages/SignalReceiver.h"
-#include "qt/texts/Text.h"
+#include "qt/texts/Utf8.h"
 
 #include <QDBusMessage>
 

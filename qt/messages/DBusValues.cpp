@@ -1,6 +1,6 @@
 #include "qt/messages/DBusValues.h"
 
-#include "qt/texts/Text.h"
+#include "qt/texts/Utf8.h"
 
 #include <QDBusArgument>
 #include <QDBusMetaType>

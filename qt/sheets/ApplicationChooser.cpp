@@ -1,6 +1,6 @@
 #include "qt/sheets/ApplicationChooser.h"
 
-#include "qt/texts/Text.h"
+#include "qt/texts/Utf8.h"
 
 #include <QAbstractListModel>
 #include <QDialog>

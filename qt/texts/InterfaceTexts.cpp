@@ -1,6 +1,6 @@
 #include "qt/texts/InterfaceTexts.h"
 
-#include "qt/texts/Text.h"
+#include "qt/texts/Utf8.h"
 
 #include <QComboBox>
 #include <QTabWidget>
