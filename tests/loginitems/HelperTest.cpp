@@ -99,8 +99,9 @@ TEST(TheWatchMissesNothing) {
         fs::remove(h.file);
         fs::create_symlink("../../dotfiles/u", h.file);
         CHECK(watch.takeIn());
-        h.set(settings::kLogStuffKey, true);
-        CHECK(watch.takeIn());
+        DiskPreferences other(preferencesFolder(), h.log);  // which has nothing open whose closing would be an event
+        other.setValue(settings::kLogStuffKey, true, settings::kSettingsDomain);
+        CHECK(other.synchronize(settings::kSettingsDomain) && watch.takeIn());
         std::string took = "[Typeslate] Took in the settings: ";
         CHECK_EQ(h.log.lines, (std::vector{took + "0 entries, enabled", took + "3 entries, enabled",
                                            took + "3 entries, disabled", took + "0 entries, enabled"}));
