@@ -61,6 +61,7 @@ std::string_view plainNameIn(std::string_view bytes) {
     constexpr std::string_view kKey = "\nName=";
     std::size_t key = bytes.find(kKey);
     if (key == bytes.npos) return {};
+    if (bytes.find(kKey, key + 1) < bytes.find("\n[", key)) return {};  // the last counts
     std::string_view name = bytes.substr(key + kKey.size());
     name = name.substr(0, name.find('\n'));
     return name.starts_with(' ') || name.find_first_of("\\\t\r") != name.npos ? "" : name;
@@ -214,8 +215,7 @@ ApplicationIndex::Candidates ApplicationIndex::withFileName(std::string_view nam
     std::string plain(name.substr(0, name.size() - kBundleSuffix.size()));
     if (auto files = byName_.find(plain); files != byName_.end())
         for (File* file : files->second)
-            if (const ApplicationRecord* record = read(*file);
-                record && record->searchName == plain && entry(file->identifier) == record)
+            if (const ApplicationRecord* record = read(*file); record && entry(file->identifier) == record)
                 found.push_back(record);
     return found;
 }

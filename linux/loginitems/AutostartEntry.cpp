@@ -135,7 +135,7 @@ bool hasLinesOf(std::string_view file, std::string_view other) {
 
 std::string autostartFileName(std::string_view itemPath, int number) {
     std::string name = std::string(kFilePrefix) + stemOf(itemPath);
-    if (number > 1) name += "-" + std::to_string(number);
+    if (number > 1) name.append("-").append(std::to_string(number));
     return name.append(kDesktopEntrySuffix);
 }
 
