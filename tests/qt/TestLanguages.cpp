@@ -2,9 +2,11 @@
 #include "tests/qt/QtTest.h"
 
 #include <QAbstractButton>
+#include <QComboBox>
 #include <QKeySequence>
 #include <QLabel>
 #include <QTabWidget>
+#include <QTableView>
 
 #include <set>
 
@@ -13,6 +15,22 @@ using namespace platform;
 namespace {
 
 constexpr QSize kPage(760, 690);  // of the window as it first opens
+
+// A text that is shown and for which there is another one in this language was forgotten.
+void checkIsTranslated(QWidget& page, const Bundle& texts) {
+    QStringList shown;
+    for (QWidget* widget : page.findChildren<QWidget*>()) {
+        for (const char* property : {"text", "title", "toolTip", "accessibleName", "placeholderText"})
+            shown += widget->property(property).toString();
+        if (auto* menu = qobject_cast<QComboBox*>(widget))
+            for (int i = 0; i < menu->count(); ++i) shown += menu->itemText(i);
+        if (auto* table = qobject_cast<QTableView*>(widget))
+            for (int i = 0; i < table->model()->columnCount(); ++i)
+                shown += table->model()->headerData(i, Qt::Horizontal).toString();
+    }
+    CHECK(shown.size() > 20);
+    for (const QString& text : shown) CHECK_EQ(texts.localizedString(text.toStdString()), text.toStdString());
+}
 
 // A letter that two controls of one page answer to reaches neither at the first press.
 void checkMnemonics(QWidget& page, const QTabWidget* tabs) {
@@ -48,6 +66,7 @@ TEST(EveryLanguageFitsThePage) {
             PaneInterface pane(name, language);
             QWidget& page = *pane.file.interface->root();
             CHECK(page.minimumSizeHint().expandedTo(kPage) == kPage);
+            checkIsTranslated(page, *pane.file.bundle);
             auto* tabs = page.findChild<QTabWidget*>();
             for (int i = 0; i < (tabs ? tabs->count() : 1); ++i) {
                 if (tabs) tabs->setCurrentIndex(i);

@@ -47,7 +47,8 @@ class DefaultsTest(Case):
         self.assertEqual(list(self.value("defaults", "read", "d")), [f"key {99 - i}" for i in range(len(values))])
         for text in [*cases("malformed-json.txt"), "", b'"\xff"', "[" * 100000, "[" * (deepest + 1) + "]" * (deepest + 1)]:
             with self.subTest(text[:40]):
-                self.refused("defaults", "write", "d", "k", text)
+                said = self.refused("defaults", "write", "d", "k", text).stderr.decode()
+                self.assertIn("not JSON", said)
 
     def test_refusals_change_nothing(self):
         self.ok("defaults", "write", DOMAIN, "k", "1")
@@ -61,7 +62,8 @@ class DefaultsTest(Case):
                      ["import", DOMAIN, f"{self.home}/none"], ["import", DOMAIN, str(self.home)],
                      ["import", DOMAIN, f"{self.home}/array"], ["import", DOMAIN, "-"]):
             with self.subTest(call):
-                self.refused("defaults", *call, data=b"no property list")
+                said = self.refused("defaults", *call, data=b"no property list").stderr
+                self.assertEqual(b"cannot be read" in said, "folder" in call)
                 self.assertEqual(self.stored.read_bytes(), before)
 
     def test_files_and_streams(self):

@@ -37,6 +37,7 @@ class UpdateTest(Case):
         self.assertEqual((after["rule"], list(after["SULastCheckDate"])), ("none", ["$date"]))
         self.assertEqual(self.run_ctl("update", "check").returncode, 3)
         self.ok("update", "check", "--now")
+        self.assertGreater(self.status()["SULastCheckDate"]["$date"], after["SULastCheckDate"]["$date"])
         self.assertEqual(list(self.lock.parent.iterdir()), [])
 
     def test_what_is_in_the_way(self):
