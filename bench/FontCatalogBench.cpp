@@ -66,7 +66,7 @@ int parse(const char* path) {
                             }));
         NamesCollection names;
         parsing = std::min(
-            parsing, secondsOf([&] { FontListReader(listText(files.readFile(path)), path, {}, log).readInto(names); }));
+            parsing, secondsOf([&] { readFontList(listText(files.readFile(path)), path, {}, log, names); }));
         records = names.size();
     }
     std::printf("{\"bytes\": %zu, \"lines\": %zu, \"names\": %zu, \"scan\": %.6f, \"parse\": %.6f}\n", bytes, lines,
@@ -82,7 +82,7 @@ int memory(const char* path) {
     const double parsing = secondsOf([&] {
         auto text = files.readFile(path);
         bytes = text->size();
-        FontListReader(listText(std::move(text)), path, {}, log).readInto(collection);
+        readFontList(listText(std::move(text)), path, {}, log, collection);
     });
     const long parsed = peakMemory();
     const auto names = std::move(collection).freeze();

@@ -1,6 +1,7 @@
 #include "fuzz/Reference.h"
 
 #include "pane/fontcatalog/TextEncoding.h"
+#include "propertylist/Unicode.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -18,7 +19,7 @@ const std::u16string kWhiteSpace =
 
 std::vector<std::string> linesOf(std::string_view text) {
     std::vector<std::u16string> parts(1);
-    for (const char16_t unit : fontcatalog::utf16FromUtf8(text))
+    for (const char16_t unit : propertylist::utf16FromUTF8(text))
         if (unit == u'\r' || unit == u'\n')
             parts.emplace_back();
         else
@@ -27,7 +28,7 @@ std::vector<std::string> linesOf(std::string_view text) {
     for (std::u16string& part : parts) {
         while (!part.empty() && kWhiteSpace.find(part.front()) != part.npos) part.erase(0, 1);
         while (!part.empty() && kWhiteSpace.find(part.back()) != part.npos) part.pop_back();
-        if (!part.empty()) lines.push_back(fontcatalog::utf8FromUtf16(part));
+        if (!part.empty()) lines.push_back(propertylist::repairedUTF8FromUTF16(part));
     }
     return lines;
 }
@@ -117,7 +118,7 @@ void readNameDatabase(std::string_view text, NamesCollection& names) {
 }
 
 std::string escapedName(std::string_view text, bool isUnicode) {
-    const std::u16string input = fontcatalog::utf16FromUtf8(text);
+    const std::u16string input = propertylist::utf16FromUTF8(text);
     std::u16string result = input;
     for (std::size_t at = input.find(u'\\'); at != input.npos; at = input.find(u'\\', at + 1)) {
         const std::u16string span = input.substr(at + 1, isUnicode ? 4 : 2);
@@ -126,14 +127,14 @@ std::string escapedName(std::string_view text, bool isUnicode) {
         if (digits.substr(0, 2) == u"0x" || digits.substr(0, 2) == u"0X") digits.erase(0, 2);
         digits = digits.substr(0, digits.find_first_not_of(u"0123456789abcdefABCDEF"));
         if (digits.empty()) continue;
-        const unsigned long number = std::strtoul(fontcatalog::utf8FromUtf16(digits).c_str(), nullptr, 16);
+        const unsigned long number = std::strtoul(propertylist::repairedUTF8FromUTF16(digits).c_str(), nullptr, 16);
         const char16_t unit = isUnicode ? static_cast<char16_t>(number)
                                         : fontcatalog::macRomanCharacter(static_cast<unsigned char>(number));
         const std::u16string pattern = u"\\" + span;
         for (std::size_t hit = result.find(pattern); hit != result.npos; hit = result.find(pattern, hit + 1))
             result.replace(hit, pattern.size(), 1, unit);
     }
-    return fontcatalog::utf8FromUtf16(result);
+    return propertylist::repairedUTF8FromUTF16(result);
 }
 
 }  // namespace reference

@@ -6,7 +6,7 @@
 #include <cstdlib>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const fontcatalog::Text text =
+    const fontcatalog::FileText text =
         fontcatalog::decodedText(std::make_shared<const std::string>(reinterpret_cast<const char*>(data), size));
     fontcatalog::NamesCollection names, expected;
     fontcatalog::readNameDatabase(text, names);

@@ -17,12 +17,12 @@ std::optional<std::string> findEverySecond(std::string_view path) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     constexpr std::string_view kPath = "/Lists/AdobeFnt.lst";
     const auto bytes = std::make_shared<const std::string>(reinterpret_cast<const char*>(data), size);
-    const fontcatalog::Text text = fontcatalog::decodedText(bytes);
+    const fontcatalog::FileText text = fontcatalog::decodedText(bytes);
     if (!propertylist::isValidUTF8(text.characters)) std::abort();
 
     fontcatalog::NamesCollection names, expected;
     reference::RecordingLog log, expectedLog;
-    fontcatalog::FontListReader(fontcatalog::listText(bytes), kPath, findEverySecond, log).readInto(names);
+    fontcatalog::readFontList(fontcatalog::listText(bytes), kPath, findEverySecond, log, names);
     reference::readFontList(text.characters, kPath, findEverySecond, expected, expectedLog);
     const auto catalogue = std::move(names).freeze(), plain = std::move(expected).freeze();
     if (!(catalogue == plain) || catalogue.description() != plain.description()) std::abort();

@@ -6,7 +6,6 @@
 #pragma once
 
 #include "platform/PlatformTypes.h"
-#include "propertylist/Coercion.h"
 
 #include <string>
 #include <string_view>

@@ -1,10 +1,8 @@
-#include "propertylist/Binary.h"
 #include "propertylist/CodecParts.h"
 #include "propertylist/Date.h"
-#include "propertylist/Packed.h"
+#include "propertylist/Node.h"
 #include "propertylist/Unicode.h"
 
-#include <array>
 #include <bit>
 
 namespace propertylist {
@@ -15,7 +13,7 @@ using Node = PropertyList::Node;
 using Entry = PropertyList::Entry;
 using Type = PropertyList::Type;
 
-// Bits held in Node::flag of a container from when the references are followed.
+// In Node::flag: of a container, how far its references have been followed; of a text, whether its length is counted.
 enum State : std::uint8_t { kUnread = 0, kOpen = 1, kDone = 2 };
 
 struct Trailer {
@@ -26,10 +24,11 @@ struct Trailer {
     bool read(std::string_view file) {
         if (file.size() < kHeaderSize + kTrailerSize) return false;
         const char* p = file.data() + file.size() - kTrailerSize;
-        offsetWidth = static_cast<unsigned char>(p[6]), referenceWidth = static_cast<unsigned char>(p[7]);
-        std::memcpy(&objectCount, p + 8, 8), objectCount = swapped(objectCount);
-        std::memcpy(&topObject, p + 16, 8), topObject = swapped(topObject);
-        std::memcpy(&tableOffset, p + 24, 8), tableOffset = swapped(tableOffset);
+        offsetWidth = static_cast<unsigned char>(p[6]);
+        referenceWidth = static_cast<unsigned char>(p[7]);
+        objectCount = loadNumber(p + 8, 8);
+        topObject = loadNumber(p + 16, 8);
+        tableOffset = loadNumber(p + 24, 8);
         if (offsetWidth < 1 || offsetWidth > 8 || referenceWidth < 1 || referenceWidth > 8) return false;
         std::uint64_t end = file.size() - kTrailerSize;
         return tableOffset > kHeaderSize && tableOffset < end && topObject < objectCount &&
@@ -46,7 +45,7 @@ public:
     ObjectReader(PropertyListDocument& document, const Trailer& trailer)
         : document_(document),
           trailer_(trailer),
-          start_(document.buffer->data()),
+          start_(document.text->data()),
           end_(start_ + trailer.tableOffset),
           left_(trailer.tableOffset - kHeaderSize) {}
 
@@ -72,7 +71,7 @@ private:
         unsigned low = marker & 0xF;
         switch (marker >> 4) {
             case kASCIIKind:
-                return readBytes(node, Type::String, low) && readASCII(node);
+                return readBytes(node, Type::String, low) && isASCII(node.text());
             case kUTF16Kind:
                 return readUTF16(node, low);
             case kDictionaryKind:
@@ -115,38 +114,33 @@ private:
     }
 
     bool readBytes(Node& node, Type type, unsigned low) {
+        std::uint64_t length = 0;
+        if (!readLength(low, length) || length > Node::kMaximumSize) return false;
         node.type = type;
-        return readLength(low, node.length) && take(node.length, node.bytes);
-    }
-
-    static bool readASCII(Node& node) {
-        node.flag = Node::kASCII;
-        node.count = hashText(node.text());
-        return isASCII(node.text());
+        node.size = static_cast<std::uint32_t>(length);
+        return take(length, node.bytes);
     }
 
     bool readUTF16(Node& node, unsigned low) {
         std::uint64_t units = 0;
-        if (!readLength(low, units) || units > bytesLeft() / 2) return false;
+        if (!readLength(low, units) || units > std::min<std::uint64_t>(bytesLeft() / 2, Node::kMaximumSize / 3))
+            return false;
         char* text = document_.arena.allocate(units * 3);
-        auto length = writeUTF8({at_, units * 2}, ByteOrder::BigEndian, text);
-        if (!length) return false;
+        bool isWellFormed = true;
+        const char* end = writeUTF8({at_, units * 2}, ByteOrder::BigEndian, text, isWellFormed);
         at_ += units * 2;
         node.type = Type::String;
         node.bytes = text;
-        node.length = *length;
-        if (isASCII(node.text())) node.flag = Node::kASCII;
-        node.count = hashText(node.text());
-        return true;
+        node.size = static_cast<std::uint32_t>(end - text);
+        return isWellFormed;
     }
 
     bool readReferences(Node& node, Type type, unsigned low, unsigned each) {
         std::uint64_t count = 0;
         if (!readLength(low, count) || count > bytesLeft() / trailer_.referenceWidth / each) return false;
         node.type = type;
-        node.flag = kUnread;
-        node.count = static_cast<std::uint32_t>(count);
-        return count < HashTable::kMissing / 2 && take(count * each * trailer_.referenceWidth, node.bytes);
+        node.size = static_cast<std::uint32_t>(count);
+        return count < Node::kMaximumSize / 2 && take(count * each * trailer_.referenceWidth, node.bytes);
     }
 
     // 1, 2 and 4 bytes are without a sign, 8 and 16 with one.
@@ -188,209 +182,117 @@ private:
     std::uint64_t left_;
 };
 
-// Tells whether the keys of a dictionary are strings and all different. Most dictionaries of a file have the same keys
-// in the same order as one just before them, which costs one comparison of bytes to see.
-class KeyChecker {
-public:
-    KeyChecker(const PropertyListDocument& document, unsigned referenceWidth)
-        : document_(document), width_(referenceWidth) {}
-
-    enum class Keys { Invalid, Distinct, Repeated };
-
-    Keys check(const char* references, std::uint32_t count) {
-        std::string_view raw(references, std::size_t{count} * width_);
-        std::string_view& known = known_[slot(raw)];
-        if (known == raw) return Keys::Distinct;
-        Keys result = examine(references, count);
-        if (result == Keys::Distinct) known = raw;
-        return result;
-    }
-
-private:
-    static std::size_t slot(std::string_view raw) {
-        if (raw.empty()) return 0;
-        auto last = static_cast<unsigned char>(raw.back());
-        return (raw.size() * 31 + last) % 64;
-    }
-
-    Keys examine(const char* references, std::uint32_t count) {
-        seen_.clear(count);
-        Keys result = Keys::Distinct;
-        for (std::uint32_t i = 0; i < count; ++i, references += width_) {
-            std::uint64_t number = loadNumber(references, width_);
-            if (number >= document_.count || document_.nodes[number].type != Type::String) return Keys::Invalid;
-            const Node& key = document_.nodes[number];
-            auto same = [&](std::uint32_t other) { return document_.nodes[other].text() == key.text(); };
-            if (seen_.find(key.count, same) != HashTable::kMissing)
-                result = Keys::Repeated;
-            else
-                seen_.add(key.count, static_cast<std::uint32_t>(number));
-        }
-        return result;
-    }
-
-    const PropertyListDocument& document_;
-    unsigned width_;
-    std::array<std::string_view, 64> known_;
-    HashTable seen_;
-};
-
 // Second pass: follows the references from the top object, so that cycles, too deep nesting and values that expand
-// beyond all measure are found, and makes the arrays and entries of what can be reached.
+// beyond all measure are found, and makes the elements and entries of what can be reached.
 class ReferenceResolver {
 public:
     ReferenceResolver(PropertyListDocument& document, unsigned referenceWidth)
-        : document_(document), width_(referenceWidth), keys_(document, referenceWidth) {}
+        : document_(document), width_(referenceWidth) {}
 
     bool resolve(Node& top) {
         if (!top.isContainer()) return true;
         if (!open(top)) return false;
         while (!path_.empty())
             if (!step()) return false;
-        return top.height <= PropertyList::kMaximumDepth && PropertyListStorage::warrants(stored_, top.weight);
+        return top.height <= PropertyList::kMaximumDepth && PropertyListStorage::warrants(stored_, top.head().weight);
     }
 
 private:
     struct Place {
         Node* container;
-        std::uint32_t next;
+        std::size_t next;  // of its children
     };
 
     bool step() {
         Place& place = path_.back();
-        Node& container = *place.container;
-        while (place.next < childCount(container)) {
-            Node& next = child(container, place.next++);
-            if (!next.isContainer() || (next.flag & kDone)) continue;
+        const auto children = place.container->children();
+        while (place.next < children.size()) {
+            auto& next = const_cast<Node&>(*children[place.next++].node());
+            if (!next.isContainer() || next.flag == kDone) continue;
             return next.flag == kUnread && open(next);
         }
-        finish(container);
+        finish(*place.container);
         path_.pop_back();
         return true;
     }
 
     bool open(Node& container) {
         if (path_.size() == PropertyList::kMaximumDepth) return false;
-        bool read = container.type == Type::Array ? readElements(container) : readEntries(container);
-        if (!read) return false;
-        if (container.flag & kDone) return true;
+        if (!(container.type == Type::Array ? readElements(container) : readEntries(container))) return false;
         container.flag = kOpen;
         path_.push_back({&container, 0});
         return true;
     }
 
-    static std::uint32_t childCount(const Node& container) {
-        return container.type == Type::Array ? container.count : 2 * container.count;
-    }
-    static Node& child(const Node& container, std::uint32_t i) {
-        auto* children = container.type == Type::Array ? container.elements
-                                                       : reinterpret_cast<const PropertyList*>(container.entries);
-        return const_cast<Node&>(*children[i].node());
-    }
-
-    Node* nodeAt(const char* reference) const {
-        std::uint64_t number = loadNumber(reference, width_);
-        return number < document_.count ? &document_.nodes[number] : nullptr;
+    // The references within a document are not counted, and nobody ever destroys these.
+    bool place(PropertyList* where, const char* reference) const {
+        const std::uint64_t number = loadNumber(reference, width_);
+        if (number >= document_.nodeCount) return false;
+        new (where) PropertyList(PropertyListStorage::adopt(&document_.nodes[number]));
+        return true;
     }
 
     bool readElements(Node& array) {
         const char* reference = array.bytes;
-        auto* elements = reinterpret_cast<PropertyList*>(document_.arena.allocate(array.count * sizeof(PropertyList)));
-        for (std::uint32_t i = 0; i < array.count; ++i, reference += width_) {
-            Node* element = nodeAt(reference);
-            if (!element) return false;
-            place(elements + i, element);
-        }
+        PropertyList* elements = document_.allocateChildren(array.size);
+        for (std::uint32_t i = 0; i < array.size; ++i, reference += width_)
+            if (!place(elements + i, reference)) return false;
         array.elements = elements;
         return true;
     }
 
+    // First come the references to all keys, then those to the values.
     bool readEntries(Node& dictionary) {
-        KeyChecker::Keys keys = keys_.check(dictionary.bytes, dictionary.count);
-        if (keys == KeyChecker::Keys::Invalid) return false;
-        if (keys == KeyChecker::Keys::Distinct && hasOnlyStrings(dictionary)) return leaveAsItIs(dictionary), true;
-        const char* key = dictionary.bytes;
-        const char* value = key + std::size_t{dictionary.count} * width_;
-        Entry* entries = allocateEntries(dictionary.count);
-        for (std::uint32_t i = 0; i < dictionary.count; ++i, key += width_, value += width_) {
-            Node* node = nodeAt(value);
-            if (!node) return false;
-            place(&entries[i].key, nodeAt(key));
-            place(&entries[i].value, node);
+        const std::string_view keys(dictionary.bytes, std::size_t{dictionary.size} * width_);
+        const char *key = keys.data(), *value = key + keys.size();
+        PropertyList* children = document_.allocateChildren(2 * std::size_t{dictionary.size});
+        for (std::uint32_t i = 0; i < dictionary.size; ++i, key += width_, value += width_) {
+            if (!place(children + 2 * std::size_t{i}, key) || !place(children + 2 * std::size_t{i} + 1, value))
+                return false;
+            if (children[2 * std::size_t{i}].node()->type != Type::String) return false;
         }
-        dictionary.entries = entries;
-        if (keys == KeyChecker::Keys::Repeated) mergeRepeatedKeys(dictionary, entries);
+        dictionary.elements = children;
+        mergeRepeatedKeys(dictionary, keys);
         return true;
     }
 
-    bool hasOnlyStrings(const Node& dictionary) const {
-        const char* value = dictionary.bytes + std::size_t{dictionary.count} * width_;
-        for (std::uint32_t i = 0; i < dictionary.count; ++i, value += width_) {
-            const Node* node = nodeAt(value);
-            if (!node || node->type != Type::String) return false;
-        }
-        return dictionary.count > 0;
-    }
-
-    void leaveAsItIs(Node& dictionary) {
-        auto* place = document_.arena.allocate(sizeof(ReferringDictionary));
-        const char* reference = dictionary.bytes;
-        dictionary.late = new (place) ReferringDictionary(reference);
-        PropertyListStorage::beginMeasure(dictionary);
-        for (std::uint32_t i = 0; i < 2 * dictionary.count; ++i, reference += width_)
-            measureChild(dictionary, *nodeAt(reference));
-        stored_ += PropertyListStorage::storedWeight(dictionary);
-        dictionary.flag = kDone | Node::kReferring;
-    }
-
-    Entry* allocateEntries(std::uint32_t count) {
-        char* space = document_.arena.allocate(sizeof(PropertyListStorage::Index) + count * sizeof(Entry));
-        new (space) PropertyListStorage::Index(nullptr);
-        return reinterpret_cast<Entry*>(space + sizeof(PropertyListStorage::Index));
-    }
-
-    void place(PropertyList* where, Node* node) {
-        // The references within a document are not counted, and nobody ever destroys these.
-        new (where) PropertyList(PropertyListStorage::adopt(node));
-    }
-
-    // The last value of a key stands where the key came first.
-    static void mergeRepeatedKeys(Node& dictionary, Entry* entries) {
-        HashTable seen(dictionary.count);
+    // The last value of a key stands where the key came first. Most dictionaries of a file have the same keys in the
+    // same order as one just before them, which costs one comparison of bytes to see.
+    void mergeRepeatedKeys(Node& dictionary, std::string_view references) {
+        std::string_view& known = withDifferentKeys_[dictionary.size % std::size(withDifferentKeys_)];
+        if (known == references) return;
+        seen_.clear(dictionary.size);
+        auto* entries = const_cast<Entry*>(dictionary.entries);
         std::uint32_t kept = 0;
-        for (std::uint32_t i = 0; i < dictionary.count; ++i) {
-            const Node& key = *entries[i].key.node();
-            auto same = [&](std::uint32_t other) { return entries[other].key.node()->text() == key.text(); };
-            std::uint32_t at = seen.find(key.count, same);
-            if (at == HashTable::kMissing) seen.add(key.count, at = kept++);
+        for (std::uint32_t i = 0; i < dictionary.size; ++i) {
+            const std::string_view key = entries[i].key.node()->text();
+            const std::uint32_t hash = hashText(key);
+            auto same = [&](std::uint32_t other) { return entries[other].key.node()->text() == key; };
+            std::uint32_t at = seen_.find(hash, same);
+            if (at == HashTable::kMissing) seen_.add(hash, at = kept++);
             // As bytes: the entries of a document hold nothing.  NOLINTNEXTLINE(bugprone-undefined-memory-manipulation)
             if (at != i) std::memcpy(static_cast<void*>(entries + at), entries + i, sizeof(Entry));
         }
-        dictionary.count = kept;
+        if (kept == dictionary.size) known = references;
+        dictionary.size = kept;
     }
 
     void finish(Node& container) {
-        std::uint32_t count = childCount(container);
-        PropertyListStorage::beginMeasure(container);
-        for (std::uint32_t i = 0; i < count; ++i) measureChild(container, child(container, i));
+        PropertyListStorage::measure(container);
         stored_ += PropertyListStorage::storedWeight(container);
+        for (const PropertyList& child : container.children()) {
+            auto& text = const_cast<Node&>(*child.node());
+            if (!text.hasBytes() || text.size < PropertyListStorage::kBytesPerWeight || text.flag == kDone) continue;
+            stored_ += PropertyListStorage::storedWeight(text);
+            text.flag = kDone;
+        }
         container.flag = kDone;
-    }
-
-    void measureChild(Node& container, Node& next) {
-        PropertyListStorage::measureChild(container, next);
-        if (next.hasBytes() && next.length >= PropertyListStorage::kBytesPerWeight) countOnce(next);
-    }
-
-    void countOnce(Node& longText) {
-        if (longText.flag & Node::kCounted) return;
-        longText.flag |= Node::kCounted;
-        stored_ += PropertyListStorage::storedWeight(longText);
     }
 
     PropertyListDocument& document_;
     unsigned width_;
-    KeyChecker keys_;
+    std::string_view withDifferentKeys_[64];  // the references to the keys of dictionaries, by their number
+    HashTable seen_;
     std::vector<Place> path_;
     std::uint64_t stored_ = 0;
 };
@@ -400,8 +302,9 @@ private:
 PropertyList decodeBinaryPropertyList(std::shared_ptr<const std::string> bytes) {
     Trailer trailer;
     if (!trailer.read(*bytes)) return {};
-    auto document = std::make_unique<PropertyListDocument>(std::move(bytes), trailer.objectCount);
-    document->referenceWidth = trailer.referenceWidth;
+    auto document = std::make_unique<PropertyListDocument>(std::move(bytes));
+    document->nodeCount = trailer.objectCount;
+    document->nodes = reinterpret_cast<Node*>(document->arena.allocate(document->nodeCount * sizeof(Node)));
     if (!ObjectReader(*document, trailer).readAll()) return {};
     Node& top = document->nodes[trailer.topObject];
     if (!ReferenceResolver(*document, trailer.referenceWidth).resolve(top)) return {};

@@ -1,5 +1,7 @@
 #include "propertylist/Date.h"
 
+#include "propertylist/ASCII.h"
+
 #include <cmath>
 #include <cstdio>
 #include <limits>
@@ -69,7 +71,7 @@ struct FieldReader {
     std::int64_t digits(std::size_t least, std::size_t most) {
         std::int64_t value = 0;
         std::size_t count = 0;
-        for (; count < most && count < text.size() && text[count] >= '0' && text[count] <= '9'; ++count)
+        for (; count < most && count < text.size() && isASCIIDigit(text[count]); ++count)
             value = value * 10 + (text[count] - '0');
         good = good && count >= least;
         text.remove_prefix(count);
@@ -88,7 +90,7 @@ struct FieldReader {
         std::size_t before = text.size();
         auto value = digits(1, 6);
         for (std::size_t count = before - text.size(); count < 6; ++count) value *= 10;
-        while (good && !text.empty() && text[0] >= '0' && text[0] <= '9') text.remove_prefix(1);
+        while (good && !text.empty() && isASCIIDigit(text[0])) text.remove_prefix(1);
         return static_cast<int>(value);
     }
 };

@@ -1,19 +1,18 @@
+#include "propertylist/ASCII.h"
 #include "propertylist/Date.h"
-#include "propertylist/Packed.h"
 
+#include <algorithm>
 #include <charconv>
 
 namespace propertylist {
 namespace {
 
-using Node = PropertyList::Node;
 using Type = PropertyList::Type;
 
 constexpr char kHexDigits[] = "0123456789abcdef";
 
 bool isPlain(char c) {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
-           std::string_view("_./-").find(c) != std::string_view::npos;
+    return isASCIILetter(c) || isASCIIDigit(c) || std::string_view("_./-").find(c) != std::string_view::npos;
 }
 
 void appendEscaped(std::string& text, char c) {
@@ -51,18 +50,6 @@ void appendNumber(std::string& text, Number value) {
 }
 
 void appendValue(std::string& text, const PropertyList& value, unsigned depth);
-
-void appendPacked(std::string& text, const PackedView& dictionary) {
-    text += '{';
-    for (std::uint32_t i = 0; i < dictionary.count(); ++i) {
-        if (i > 0) text += ' ';
-        appendQuoted(text, dictionary.key(i));
-        text += " = ";
-        appendQuoted(text, dictionary.value(i));
-        text += ';';
-    }
-    text += '}';
-}
 
 void appendContainer(std::string& text, const PropertyList& value, unsigned depth) {
     bool isArray = value.isArray();
@@ -105,11 +92,20 @@ void appendValue(std::string& text, const PropertyList& value, unsigned depth) {
             // Values that were built may be nested deeper than the stack allows to follow.
             if (depth == PropertyList::kMaximumDepth)
                 text += "...";
-            else if (value.node()->isPacked())
-                appendPacked(text, PackedView(*value.node()));
             else
                 appendContainer(text, value, depth + 1);
     }
+}
+
+std::int64_t decimalInteger(std::string_view text) {
+    if (text.starts_with('+')) text.remove_prefix(1);
+    std::int64_t value = 0;
+    auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    return error == std::errc() && end == text.data() + text.size() ? value : 0;
+}
+
+bool isTrueText(std::string_view text) {
+    return equalIgnoringASCIICase(text, "true") || equalIgnoringASCIICase(text, "yes") || text == "1";
 }
 
 }  // namespace
@@ -120,6 +116,15 @@ std::string PropertyList::description() const {
     std::string text;
     appendValue(text, *this, 0);
     return text;
+}
+
+bool coercedBoolean(const PropertyList& value) {
+    return value.isString() ? isTrueText(value.stringValue()) : value.boolValue();
+}
+
+std::int64_t coercedInteger(const PropertyList& value) {
+    if (!value.isString()) return value.integerValue();
+    return isTrueText(value.stringValue()) ? 1 : decimalInteger(value.stringValue());
 }
 
 }  // namespace propertylist

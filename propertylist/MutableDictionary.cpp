@@ -10,11 +10,6 @@ using Entry = PropertyList::Entry;
 
 const PropertyList kNothing;
 
-bool isKey(const Entry& entry, std::uint32_t hash, std::string_view key) {
-    const PropertyList::Node* node = entry.key.node();
-    return node && node->count == hash && node->text() == key;
-}
-
 }  // namespace
 
 // Removed entries stay as entries without a key until they are too many, so that the positions hold.
@@ -27,50 +22,51 @@ void MutableDictionary::IndexDeleter::operator()(Index* index) const noexcept { 
 MutableDictionary::MutableDictionary(const PropertyList& source)
     : entries_(source.entries().begin(), source.entries().end()) {}
 
-std::size_t MutableDictionary::find(std::uint32_t hash, std::string_view key) const {
+std::size_t MutableDictionary::find(std::string_view key) const {
+    const auto isThere = [&](std::size_t i) { return entries_[i].key && entries_[i].key.node()->text() == key; };
     if (entries_.size() > kLargeDictionary) {
         if (!index_) makeIndex();
-        auto at = index_->table.find(hash, [&](std::uint32_t i) { return isKey(entries_[i], hash, key); });
+        auto at = index_->table.find(hashText(key), isThere);
         return at == HashTable::kMissing ? entries_.size() : at;
     }
     std::size_t at = 0;
-    while (at < entries_.size() && !isKey(entries_[at], hash, key)) ++at;
+    while (at < entries_.size() && !isThere(at)) ++at;
     return at;
 }
 
 void MutableDictionary::makeIndex() const {
     index_.reset(new Index{HashTable(entries_.size())});
     for (std::size_t i = 0; i < entries_.size(); ++i)
-        if (entries_[i].key) index_->table.add(entries_[i].key.node()->count, static_cast<std::uint32_t>(i));
+        if (entries_[i].key) index_->table.add(hashText(entries_[i].key.node()->text()), static_cast<std::uint32_t>(i));
+}
+
+void MutableDictionary::append(PropertyList key, PropertyList value) {
+    if (index_) index_->table.add(hashText(key.node()->text()), static_cast<std::uint32_t>(entries_.size()));
+    entries_.push_back({std::move(key), std::move(value)});
 }
 
 void MutableDictionary::set(std::string_view key, PropertyList value) {
     if (!value) return remove(key);
-    std::uint32_t hash = hashText(key);
-    std::size_t at = find(hash, key);
-    if (at < entries_.size()) {
+    std::size_t at = find(key);
+    if (at < entries_.size())
         entries_[at].value = std::move(value);
-    } else if (PropertyList made = key) {
-        entries_.push_back({std::move(made), std::move(value)});
-        if (index_) index_->table.add(hash, static_cast<std::uint32_t>(at));
-    }
+    else if (PropertyList made = key)
+        append(std::move(made), std::move(value));
 }
 
 PropertyList MutableDictionary::exchange(PropertyList key, PropertyList value) {
     if (!key.isString() || !value) return {};
-    const PropertyList::Node& node = *key.node();
-    const std::size_t at = find(node.count, node.text());
+    std::size_t at = find(key.node()->text());
     if (at < entries_.size()) {
         entries_[at].key = std::move(key);
         return std::exchange(entries_[at].value, std::move(value));
     }
-    if (index_) index_->table.add(node.count, static_cast<std::uint32_t>(at));
-    entries_.push_back({std::move(key), std::move(value)});
+    append(std::move(key), std::move(value));
     return {};
 }
 
 void MutableDictionary::remove(std::string_view key) {
-    std::size_t at = find(hashText(key), key);
+    std::size_t at = find(key);
     if (at == entries_.size()) return;
     entries_[at] = {};
     if (++removed_ > kLargeDictionary && removed_ > entries_.size() / 2) compact();
@@ -83,7 +79,7 @@ void MutableDictionary::compact() {
 }
 
 const PropertyList& MutableDictionary::operator[](std::string_view key) const noexcept {
-    std::size_t at = find(hashText(key), key);
+    std::size_t at = find(key);
     return at < entries_.size() ? entries_[at].value : kNothing;
 }
 

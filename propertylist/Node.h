@@ -1,14 +1,11 @@
 // How property-list values are stored: shared by the value and its codecs, of no concern to anybody else.
 //
-// Every value is a node. A node that was built is alone in its block and its block is what holders are counted for. The
-// nodes of a decoded document are one array with one count for all of them, so that the references among them need no
-// counting and the whole is freed at once.
+// Every value is a node. A node that was built alone has a block of memory, and a count of its holders, of its own. The
+// nodes of a document share one count: references among them need no counting, and the whole is freed at once.
 #pragma once
 
-#include "propertylist/Arena.h"
 #include "propertylist/Hash.h"
 #include "propertylist/PropertyList.h"
-#include "propertylist/Texts.h"
 
 #include <algorithm>
 #include <atomic>
@@ -21,6 +18,7 @@
 
 namespace propertylist {
 
+// What the holders of a value are counted for.
 struct StorageOwner {
     enum class Kind : std::uint8_t { Leaf, Array, Dictionary, Document };
     explicit StorageOwner(Kind k) noexcept : kind(k) {}
@@ -28,49 +26,103 @@ struct StorageOwner {
     Kind kind;
 };
 
-// The look-up table of a large dictionary, made by the first look-up.
+// The look-up table of a large dictionary, made by the first look-up: positions by the hashes of the keys.
 struct DictionaryIndex {
     HashTable table;
     DictionaryIndex* next = nullptr;  // in its document's list
 };
 
-struct LateDictionary;
+// Stands before the elements or entries of every container.
+struct ContainerHead {
+    std::atomic<DictionaryIndex*> index{nullptr};
+    // What somebody who walks all of the value meets, itself included: see PropertyListStorage::weight().
+    std::uint64_t weight = 1;
+};
 
 struct PropertyList::Node {
     StorageOwner* owner = nullptr;  // null in the nodes that live forever
-    Type type = Type::Nothing;
-    std::uint8_t flag = 0;     // of those below; in a container, the decoder's
-    std::uint16_t height = 1;  // 1 + the highest child, held at its maximum
-    std::uint32_t count = 0;   // of elements or entries; a string's hash
     union {
         std::int64_t integer = 0;  // of a boolean, an integer (the bits of an unsigned one), a date
         double real;
-        const char* bytes;
-        const PropertyList* elements;
-        const Entry* entries;  // just behind an std::atomic<DictionaryIndex*>
-        const LateDictionary* late;
+        const char* bytes;             // of a string or data
+        const PropertyList* elements;  // of an array, behind a ContainerHead
+        const Entry* entries;          // of a dictionary, likewise
     };
-    union {
-        std::uint64_t length = 0;  // of a string or data
-        std::uint64_t weight;      // of a container: its own plus that of its children, held at its maximum
-    };
+    std::uint32_t size = 0;  // bytes, elements or entries
+    Type type = Type::Nothing;
+    std::uint8_t flag = 0;     // kUnsigned, or what a decoder needs to remember
+    std::uint16_t height = 1;  // 1 + the highest child, held at its maximum
 
-    static constexpr std::uint8_t kASCII = 1, kUnsigned = 1, kCounted = 2, kPacked = 4, kReferring = 8;
+    static constexpr std::uint8_t kUnsigned = 1;  // an integer above INT64_MAX
+    static constexpr std::size_t kMaximumSize = std::numeric_limits<std::uint32_t>::max() - 1;
 
     bool isContainer() const { return type == Type::Array || type == Type::Dictionary; }
-    bool isPacked() const { return type == Type::Dictionary && (flag & kPacked); }
-    bool isReferring() const { return type == Type::Dictionary && (flag & kReferring); }
     bool hasBytes() const { return type == Type::String || type == Type::Data; }
-    std::string_view text() const { return {bytes, length}; }
+    std::string_view text() const { return {bytes, size}; }
+    // The elements, or keys and values in turn.
+    std::span<const PropertyList> children() const {
+        if (type == Type::Array) return {elements, size};
+        return {reinterpret_cast<const PropertyList*>(entries), 2 * std::size_t{size}};
+    }
+    ContainerHead& head() const { return *(reinterpret_cast<ContainerHead*>(const_cast<PropertyList*>(elements)) - 1); }
+};
+
+// Memory that is freed as a whole.
+class Arena {
+public:
+    Arena() = default;
+    Arena(const Arena&) = delete;
+    ~Arena() {
+        for (void* block : blocks_) std::free(block);
+    }
+    // Aligned for pointers.
+    char* allocate(std::size_t size) {
+        size = (size + 7) & ~std::size_t{7};
+        if (size > left_) addBlock(size);
+        left_ -= size;
+        return std::exchange(next_, next_ + size);
+    }
+
+private:
+    void addBlock(std::size_t atLeast) {
+        std::size_t size = std::max(atLeast, blockSize_);
+        blocks_.push_back(nullptr);
+        blocks_.back() = std::malloc(size);
+        if (!blocks_.back()) throw std::bad_alloc();
+        blockSize_ = std::min<std::size_t>(blockSize_ * 2, std::size_t{1} << 22);
+        next_ = static_cast<char*>(blocks_.back());
+        left_ = size;
+    }
+
+    std::vector<void*> blocks_;
+    char* next_ = nullptr;
+    std::size_t left_ = 0, blockSize_ = 1024;
+};
+
+// A decoded file, or what a PropertyListArena has made.
+struct PropertyListDocument : StorageOwner {
+    explicit PropertyListDocument(std::shared_ptr<const std::string> keptText)
+        : StorageOwner(Kind::Document), text(std::move(keptText)) {}
+    ~PropertyListDocument() {
+        for (DictionaryIndex* index = indexes.load(std::memory_order_acquire); index;)
+            delete std::exchange(index, index->next);
+    }
+
+    // Room for the children of a container, with a head before it.
+    PropertyList* allocateChildren(std::size_t count) {
+        auto* head = new (arena.allocate(sizeof(ContainerHead) + count * sizeof(PropertyList))) ContainerHead;
+        return reinterpret_cast<PropertyList*>(head + 1);
+    }
+
+    std::shared_ptr<const std::string> text;  // of which the strings may be parts
+    PropertyList::Node* nodes = nullptr;      // of a decoded file, by object number, in the arena
+    std::size_t nodeCount = 0;
+    Arena arena;
+    std::atomic<DictionaryIndex*> indexes{nullptr};
 };
 
 struct PropertyListStorage {
     using Node = PropertyList::Node;
-    using Entry = PropertyList::Entry;
-    using Index = std::atomic<DictionaryIndex*>;
-
-    static constexpr std::uint64_t kMaximumWeight = std::numeric_limits<std::uint64_t>::max() / 4;
-    static constexpr std::uint16_t kMaximumHeight = std::numeric_limits<std::uint16_t>::max();
 
     static PropertyList adopt(const Node* node) noexcept { return PropertyList(node); }
     static void retain(const Node* node) noexcept {
@@ -81,86 +133,37 @@ struct PropertyListStorage {
             dispose(node->owner);
     }
     static void dispose(StorageOwner* owner) noexcept;
-
-    static PropertyList dictionary(std::vector<Entry>&& entries);
-    // The entries of a dictionary. Those that are made when somebody asks for them are then kept.
-    static const Entry* entriesOf(const Node& dictionary) {
-        return dictionary.isPacked() || dictionary.isReferring() ? lateEntries(dictionary) : dictionary.entries;
-    }
-    static const Entry* lateEntries(const Node& dictionary);
-    static Index& indexOf(const Entry* entries) {
-        return *std::launder(reinterpret_cast<Index*>(const_cast<Entry*>(entries)) - 1);
-    }
+    static PropertyList dictionary(std::vector<PropertyList::Entry>&& entries);
 
     // A document may hold a value at several places, so that a small file can stand for a vast one. The weight of a
     // value is what somebody who walks all of it meets: one for each value, and more for long texts.
     static constexpr std::uint64_t kBytesPerWeight = 32;
-    static std::uint64_t weightOfText(std::uint64_t length) { return 1 + length / kBytesPerWeight; }
+    static constexpr std::uint64_t kMaximumWeight = std::numeric_limits<std::uint64_t>::max() / 4;
     static std::uint64_t weight(const Node& node) {
-        if (node.isContainer()) return node.weight;
-        return node.hasBytes() ? weightOfText(node.length) : 1;
+        if (node.isContainer()) return node.head().weight;
+        return node.hasBytes() ? 1 + node.size / kBytesPerWeight : 1;
     }
-    // What one of the distinct values of a document adds to the weight that is stored: its references or its text.
+    // What one of the distinct values adds to the weight that is stored: its references or its text.
     static std::uint64_t storedWeight(const Node& node) {
-        if (node.hasBytes()) return node.length / kBytesPerWeight;
-        return node.isContainer() ? 1 + (node.type == PropertyList::Type::Array ? 1 : 2) * std::uint64_t{node.count}
-                                  : 0;
+        if (node.hasBytes()) return node.size / kBytesPerWeight;
+        return node.isContainer() ? 1 + std::uint64_t{node.children().size()} : 0;
     }
+    // Whether that much may stand for a value of that weight.
     static bool warrants(std::uint64_t stored, std::uint64_t weight) {
         return weight <= std::max(std::uint64_t{1} << 22, stored * 64);
     }
-    static void beginMeasure(Node& node) { node.height = 1, node.weight = 1; }
-    static void measureChild(Node& node, const Node& child) {
-        std::uint16_t above =
-            child.height == kMaximumHeight ? kMaximumHeight : static_cast<std::uint16_t>(child.height + 1);
-        node.height = std::max(node.height, above);
-        node.weight = std::min(kMaximumWeight, node.weight + weight(child));
+    // Sets the height and the weight of a container whose children have theirs.
+    static void measure(Node& container) {
+        constexpr std::uint16_t kMaximumHeight = std::numeric_limits<std::uint16_t>::max();
+        std::uint16_t highest = 0;
+        std::uint64_t sum = 1;
+        for (const PropertyList& child : container.children()) {
+            highest = std::max(highest, child.node()->height);
+            sum = std::min(kMaximumWeight, sum + weight(*child.node()));
+        }
+        container.height = highest == kMaximumHeight ? kMaximumHeight : static_cast<std::uint16_t>(highest + 1);
+        container.head().weight = sum;
     }
-    static void measure(Node& node) {
-        beginMeasure(node);
-        if (node.type == PropertyList::Type::Array)
-            for (std::uint32_t i = 0; i < node.count; ++i) measureChild(node, *node.elements[i].node());
-        else
-            for (std::uint32_t i = 0; i < node.count; ++i) {
-                measureChild(node, *node.entries[i].key.node());
-                measureChild(node, *node.entries[i].value.node());
-            }
-    }
-};
-
-// A decoded file: the nodes by object number, the arrays and entries, and the file's own bytes. Or the values of a
-// PropertyListArena: no nodes by number, and the text that its strings are parts of.
-struct PropertyListDocument : StorageOwner {
-    PropertyListDocument(std::shared_ptr<const std::string> fileBytes, std::size_t nodeCount)
-        : StorageOwner(Kind::Document), buffer(std::move(fileBytes)), count(nodeCount), texts(arena, buffer) {
-        constexpr std::size_t kLine = 64;
-        nodes = static_cast<PropertyList::Node*>(
-            std::aligned_alloc(kLine, (nodeCount * sizeof *nodes / kLine + 1) * kLine));
-        if (!nodes) throw std::bad_alloc();
-    }
-    ~PropertyListDocument() {
-        std::free(nodes);
-        for (DictionaryIndex* index = indexes.load(std::memory_order_acquire); index;)
-            delete std::exchange(index, index->next);
-        for (void* block = blocks.load(std::memory_order_acquire); block;)
-            std::free(std::exchange(block, *static_cast<void**>(block)));
-    }
-
-    // Takes a block from malloc whose first word is free for a link; from any thread.
-    void keepBlock(void* block) noexcept {
-        void* next = blocks.load(std::memory_order_relaxed);
-        do *static_cast<void**>(block) = next;
-        while (!blocks.compare_exchange_weak(next, block, std::memory_order_acq_rel, std::memory_order_relaxed));
-    }
-
-    std::shared_ptr<const std::string> buffer;
-    std::size_t count;
-    unsigned referenceWidth = 0;  // of the file
-    PropertyList::Node* nodes = nullptr;
-    Arena arena;
-    PackedTexts texts;
-    std::atomic<DictionaryIndex*> indexes{nullptr};
-    std::atomic<void*> blocks{nullptr};
 };
 
 }  // namespace propertylist

@@ -1,8 +1,11 @@
 #include "propertylist/PropertyList.h"
 
-#include "propertylist/Packed.h"
+#include "propertylist/Date.h"
+#include "propertylist/Node.h"
+#include "propertylist/Unicode.h"
 
 #include <cmath>
+#include <cstring>
 
 namespace propertylist {
 namespace {
@@ -13,20 +16,87 @@ using Type = PropertyList::Type;
 
 const PropertyList kNothing;
 
+struct LeafBlock : StorageOwner {
+    LeafBlock() noexcept : StorageOwner(Kind::Leaf) { node.owner = this; }
+    Node node;
+};
+
+struct ContainerBlock : StorageOwner {
+    explicit ContainerBlock(Kind k) noexcept : StorageOwner(k) { node.owner = this; }
+    Node node;
+    ContainerBlock* nextToDispose = nullptr;
+    ContainerHead head;  // last: the children follow
+};
+static_assert(sizeof(ContainerBlock) ==
+              sizeof(StorageOwner) + sizeof(Node) + sizeof(ContainerBlock*) + sizeof(ContainerHead));
+static_assert(sizeof(Entry) == 2 * sizeof(PropertyList));
+
+LeafBlock* makeLeaf(Type type, std::size_t trailing = 0) {
+    auto* block = new (::operator new(sizeof(LeafBlock) + trailing)) LeafBlock;
+    block->node.type = type;
+    return block;
+}
+
+PropertyList makeNumber(Type type, std::int64_t integer) {
+    LeafBlock* block = makeLeaf(type);
+    block->node.integer = integer;
+    return PropertyListStorage::adopt(&block->node);
+}
+
+PropertyList makeBytes(Type type, std::string_view bytes) {
+    if (bytes.size() > Node::kMaximumSize) return {};
+    LeafBlock* block = makeLeaf(type, bytes.size());
+    auto* copy = reinterpret_cast<char*>(block + 1);
+    if (!bytes.empty()) std::memcpy(copy, bytes.data(), bytes.size());
+    block->node.bytes = copy;
+    block->node.size = static_cast<std::uint32_t>(bytes.size());
+    return PropertyListStorage::adopt(&block->node);
+}
+
+template <typename Child>
+PropertyList makeContainer(StorageOwner::Kind kind, std::vector<Child>& children) {
+    auto* block = new (::operator new(sizeof(ContainerBlock) + children.size() * sizeof(Child))) ContainerBlock(kind);
+    auto* place = reinterpret_cast<Child*>(block + 1);
+    block->node.type = kind == StorageOwner::Kind::Array ? Type::Array : Type::Dictionary;
+    block->node.size = static_cast<std::uint32_t>(children.size());
+    block->node.elements = reinterpret_cast<const PropertyList*>(place);
+    for (Child& child : children) new (place++) Child(std::move(child));
+    PropertyListStorage::measure(block->node);
+    return PropertyListStorage::adopt(&block->node);
+}
+
+void destroyContainer(ContainerBlock* block) noexcept {
+    std::ranges::destroy(block->node.children());
+    delete block->head.index.load(std::memory_order_acquire);
+    block->~ContainerBlock();
+    ::operator delete(block);
+}
+
+// The children of a container may be containers whose last holder it is. They wait in a list instead of being destroyed
+// from within, so that no depth of nesting can use up the stack.
+void disposeContainer(ContainerBlock* block) noexcept {
+    thread_local ContainerBlock* waiting = nullptr;
+    thread_local bool busy = false;
+    block->nextToDispose = std::exchange(waiting, block);
+    if (busy) return;
+    busy = true;
+    while (waiting) {
+        ContainerBlock* next = waiting;
+        waiting = next->nextToDispose;
+        destroyContainer(next);
+    }
+    busy = false;
+}
+
 // Larger dictionaries are looked up through an index.
 constexpr std::uint32_t kLargeDictionary = 24;
 
-bool isKey(const Entry& entry, std::uint32_t hash, std::string_view key) {
-    const Node& node = *entry.key.node();
-    return node.count == hash && node.text() == key;
-}
-
 // Another thread may have come first; then its index is used.
-const DictionaryIndex* publish(const Node& dictionary, const Entry* entries, std::unique_ptr<DictionaryIndex> made) {
-    auto& place = PropertyListStorage::indexOf(entries);
+const DictionaryIndex& publish(const Node& dictionary, std::unique_ptr<DictionaryIndex> made) {
     DictionaryIndex* first = nullptr;
-    if (!place.compare_exchange_strong(first, made.get(), std::memory_order_acq_rel, std::memory_order_acquire))
-        return first;
+    if (!dictionary.head().index.compare_exchange_strong(first, made.get(), std::memory_order_acq_rel,
+                                                         std::memory_order_acquire))
+        return *first;
     DictionaryIndex* index = made.release();
     if (dictionary.owner->kind == StorageOwner::Kind::Document) {
         auto& list = static_cast<PropertyListDocument*>(dictionary.owner)->indexes;
@@ -34,53 +104,25 @@ const DictionaryIndex* publish(const Node& dictionary, const Entry* entries, std
         while (!list.compare_exchange_weak(index->next, index, std::memory_order_acq_rel, std::memory_order_relaxed)) {
         }
     }
-    return index;
+    return *index;
 }
 
-// Null when there is no memory for one.
-const DictionaryIndex* indexOf(const Node& dictionary, const Entry* entries) noexcept {
-    if (auto* index = PropertyListStorage::indexOf(entries).load(std::memory_order_acquire)) return index;
-    try {
-        auto made = std::make_unique<DictionaryIndex>(DictionaryIndex{HashTable(dictionary.count)});
-        for (std::uint32_t i = 0; i < dictionary.count; ++i) made->table.add(entries[i].key.node()->count, i);
-        return publish(dictionary, entries, std::move(made));
-    } catch (const std::bad_alloc&) {
-        return nullptr;
-    }
+const DictionaryIndex& indexOf(const Node& dictionary) {
+    if (auto* index = dictionary.head().index.load(std::memory_order_acquire)) return *index;
+    auto made = std::make_unique<DictionaryIndex>(DictionaryIndex{HashTable(dictionary.size)});
+    for (std::uint32_t i = 0; i < dictionary.size; ++i)
+        made->table.add(hashText(dictionary.entries[i].key.node()->text()), i);
+    return publish(dictionary, std::move(made));
 }
 
-const PropertyList& lookUp(const Node& dictionary, std::uint32_t hash, std::string_view key) noexcept {
-    const Entry* entries = PropertyListStorage::entriesOf(dictionary);
-    if (dictionary.count > kLargeDictionary)
-        if (const DictionaryIndex* index = indexOf(dictionary, entries)) {
-            auto at = index->table.find(hash, [&](std::uint32_t i) { return isKey(entries[i], hash, key); });
-            return at == HashTable::kMissing ? kNothing : entries[at].value;
-        }
-    for (std::uint32_t i = 0; i < dictionary.count; ++i)
-        if (isKey(entries[i], hash, key)) return entries[i].value;
-    return kNothing;
-}
-
-std::string_view textOf(std::string_view text) { return text; }
-std::string_view textOf(const Node* string) { return string->text(); }
-
-// Nothing when the keys do not come in the same order.
-template <typename A, typename B>
-std::optional<bool> areSameInOrder(const A& a, const B& b) {
-    for (std::uint32_t i = 0; i < a.count(); ++i)
-        if (textOf(a.key(i)) != textOf(b.key(i))) return std::nullopt;
-    for (std::uint32_t i = 0; i < a.count(); ++i)
-        if (textOf(a.value(i)) != textOf(b.value(i))) return false;
-    return true;
-}
-
-// Two dictionaries of strings in a compact form, which keep it.
-std::optional<bool> areSameCompact(const Node& a, const Node& b) {
-    if (a.isReferring() && b.isPacked()) return areSameInOrder(ReferringView(a), PackedView(b));
-    if (a.isPacked() && b.isReferring()) return areSameInOrder(PackedView(a), ReferringView(b));
-    if (a.isPacked() && b.isPacked()) return areSameInOrder(PackedView(a), PackedView(b));
-    if (a.isReferring() && b.isReferring()) return areSameInOrder(ReferringView(a), ReferringView(b));
-    return std::nullopt;
+const PropertyList& lookUp(const Node& dictionary, std::string_view key) noexcept {
+    const auto isThere = [&](std::uint32_t i) { return dictionary.entries[i].key.node()->text() == key; };
+    std::uint32_t at = 0;
+    if (dictionary.size > kLargeDictionary)
+        at = indexOf(dictionary).table.find(hashText(key), isThere);
+    else
+        while (at < dictionary.size && !isThere(at)) ++at;
+    return at < dictionary.size ? dictionary.entries[at].value : kNothing;
 }
 
 // Equality walks pairs of containers with a list of its own: values that were built may be nested as deep as they like.
@@ -103,37 +145,30 @@ private:
         if (!a || !b || a->type != b->type) return false;
         switch (a->type) {
             case Type::String:
-                return a->count == b->count && a->text() == b->text();
             case Type::Data:
                 return a->text() == b->text();
             case Type::Real:
                 return a->real == b->real || (std::isnan(a->real) && std::isnan(b->real));
-            case Type::Integer:
-                return a->integer == b->integer && a->flag == b->flag;
             case Type::Array:
             case Type::Dictionary:
-                if (a->count != b->count || a->height != b->height) return false;
+                if (a->size != b->size || a->height != b->height) return false;
                 pending_.emplace_back(a, b);
                 return true;
             default:
-                return a->integer == b->integer;
+                return a->integer == b->integer && a->flag == b->flag;
         }
     }
     bool sameElements(const Node& a, const Node& b) {
-        for (std::uint32_t i = 0; i < a.count; ++i)
+        for (std::uint32_t i = 0; i < a.size; ++i)
             if (!same(a.elements[i].node(), b.elements[i].node())) return false;
         return true;
     }
     bool sameEntries(const Node& a, const Node& b) {
-        if (const auto areSame = areSameCompact(a, b)) return *areSame;
-        const Entry* own = PropertyListStorage::entriesOf(a);
-        const Entry* others = PropertyListStorage::entriesOf(b);
-        for (std::uint32_t i = 0; i < a.count; ++i) {
-            const Node* key = own[i].key.node();
-            // Mostly the order is the same.
-            const Node* other = isKey(others[i], key->count, key->text()) ? others[i].value.node()
-                                                                          : lookUp(b, key->count, key->text()).node();
-            if (!same(own[i].value.node(), other)) return false;
+        for (std::uint32_t i = 0; i < a.size; ++i) {
+            std::string_view key = a.entries[i].key.node()->text();
+            const Entry& atSamePlace = b.entries[i];  // where it mostly is
+            const PropertyList& other = atSamePlace.key.node()->text() == key ? atSamePlace.value : lookUp(b, key);
+            if (!same(a.entries[i].value.node(), other.node())) return false;
         }
         return true;
     }
@@ -153,6 +188,81 @@ Integer limited(double real) {
 
 }  // namespace
 
+void PropertyListStorage::dispose(StorageOwner* owner) noexcept {
+    switch (owner->kind) {
+        case StorageOwner::Kind::Document:
+            delete static_cast<PropertyListDocument*>(owner);
+            return;
+        case StorageOwner::Kind::Leaf:
+            static_cast<LeafBlock*>(owner)->~LeafBlock();
+            ::operator delete(owner);
+            return;
+        default:
+            disposeContainer(static_cast<ContainerBlock*>(owner));
+    }
+}
+
+PropertyList PropertyListStorage::dictionary(std::vector<Entry>&& entries) {
+    return makeContainer(StorageOwner::Kind::Dictionary, entries);
+}
+
+PropertyList PropertyList::array(std::vector<PropertyList> elements) {
+    std::erase_if(elements, [](const PropertyList& element) { return !element; });
+    return makeContainer(StorageOwner::Kind::Array, elements);
+}
+
+PropertyList::PropertyList(std::string_view text) {
+    if (isValidUTF8(text)) *this = makeBytes(Type::String, text);
+}
+
+PropertyList PropertyList::data(std::string_view bytes) { return makeBytes(Type::Data, bytes); }
+
+PropertyList PropertyList::makeBoolean(bool value) noexcept {
+    static const auto make = [](bool is) {
+        Node node;
+        node.type = Type::Boolean;
+        node.integer = is;
+        return node;
+    };
+    static const Node kFalse = make(false), kTrue = make(true);
+    return PropertyList(value ? &kTrue : &kFalse);
+}
+
+PropertyList PropertyList::makeSigned(std::int64_t value) { return makeNumber(Type::Integer, value); }
+
+PropertyList PropertyList::makeUnsigned(std::uint64_t value) {
+    LeafBlock* block = makeLeaf(Type::Integer);
+    block->node.integer = static_cast<std::int64_t>(value);
+    if (value > static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max()))
+        block->node.flag = Node::kUnsigned;
+    return PropertyList(&block->node);
+}
+
+PropertyList::PropertyList(double value) {
+    LeafBlock* block = makeLeaf(Type::Real);
+    block->node.real = value;
+    node_ = &block->node;
+}
+
+PropertyList::PropertyList(Date value) {
+    double seconds = secondsSince2001(value);
+    auto kept = dateFromSecondsSince2001(seconds);
+    // At the very ends the nearest double may lie outside what a Date holds.
+    if (!kept) kept = dateFromSecondsSince2001(std::nextafter(seconds, 0));
+    *this = makeNumber(Type::Date, kept->microseconds);
+}
+
+PropertyList::PropertyList(const PropertyList& other) noexcept : node_(other.node_) {
+    PropertyListStorage::retain(node_);
+}
+PropertyList& PropertyList::operator=(const PropertyList& other) noexcept { return *this = PropertyList(other); }
+PropertyList& PropertyList::operator=(PropertyList&& other) noexcept {
+    const Node* taken = std::exchange(other.node_, nullptr);
+    PropertyListStorage::release(std::exchange(node_, taken));
+    return *this;
+}
+PropertyList::~PropertyList() { PropertyListStorage::release(node_); }
+
 PropertyList::Type PropertyList::type() const noexcept { return node_ ? node_->type : Type::Nothing; }
 
 bool PropertyList::isNumber() const noexcept {
@@ -163,10 +273,10 @@ std::string_view PropertyList::stringValue() const noexcept { return isString() 
 std::string_view PropertyList::dataValue() const noexcept { return isData() ? node_->text() : std::string_view(); }
 
 std::span<const PropertyList> PropertyList::elements() const noexcept {
-    return isArray() ? std::span(node_->elements, node_->count) : std::span<const PropertyList>();
+    return isArray() ? std::span(node_->elements, node_->size) : std::span<const PropertyList>();
 }
 std::span<const Entry> PropertyList::entries() const noexcept {
-    return isDictionary() ? std::span(PropertyListStorage::entriesOf(*node_), node_->count) : std::span<const Entry>();
+    return isDictionary() ? std::span(node_->entries, node_->size) : std::span<const Entry>();
 }
 
 bool PropertyList::isUnsigned() const noexcept { return type() == Type::Integer && node_->flag != 0; }
@@ -193,13 +303,13 @@ std::optional<Date> PropertyList::dateValue() const noexcept {
     return isDate() ? std::optional(Date{node_->integer}) : std::nullopt;
 }
 
-std::size_t PropertyList::size() const noexcept { return node_ && node_->isContainer() ? node_->count : 0; }
+std::size_t PropertyList::size() const noexcept { return node_ && node_->isContainer() ? node_->size : 0; }
 
 const PropertyList& PropertyList::operator[](std::size_t index) const noexcept {
-    return isArray() && index < node_->count ? node_->elements[index] : kNothing;
+    return isArray() && index < node_->size ? node_->elements[index] : kNothing;
 }
 const PropertyList& PropertyList::operator[](std::string_view key) const noexcept {
-    return isDictionary() ? lookUp(*node_, hashText(key), key) : kNothing;
+    return isDictionary() ? lookUp(*node_, key) : kNothing;
 }
 
 bool PropertyList::equal(const PropertyList& a, const PropertyList& b) noexcept {

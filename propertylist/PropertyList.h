@@ -151,7 +151,8 @@ private:
     struct IndexDeleter {
         void operator()(Index* index) const noexcept;
     };
-    std::size_t find(std::uint32_t hash, std::string_view key) const;  // entries_.size() when missing
+    std::size_t find(std::string_view key) const;  // entries_.size() when missing
+    void append(PropertyList key, PropertyList value);
     void makeIndex() const;
     void compact();
 
@@ -159,6 +160,12 @@ private:
     std::size_t removed_ = 0;
     mutable std::unique_ptr<Index, IndexDeleter> index_;  // made when the dictionary has grown large
 };
+
+// Values that people or scripts may have stored as text: booleans and numbers as they are; of strings true/yes/1 and
+// false/no/0 in any case of letters, and for integers decimal numbers that fit into 64 bits, too. Anything else reads
+// as false and 0.
+bool coercedBoolean(const PropertyList& value);
+std::int64_t coercedInteger(const PropertyList& value);
 
 // A mutable copy of an array's elements; empty unless the source is an array.
 std::vector<PropertyList> mutableArray(const PropertyList& source);

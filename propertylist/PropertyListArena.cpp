@@ -1,20 +1,20 @@
 #include "propertylist/PropertyListArena.h"
 
-#include "propertylist/Packed.h"
-#include "propertylist/Unicode.h"
+#include "propertylist/Node.h"
 
 #include <cstring>
-#include <numeric>
+#include <functional>
 
 namespace propertylist {
 namespace {
 
 using Node = PropertyList::Node;
 
-Node* makeNode(PropertyListDocument& document, PropertyList::Type type) {
+Node* makeNode(PropertyListDocument& document, PropertyList::Type type, std::size_t size) {
     Node* node = new (document.arena.allocate(sizeof(Node))) Node;
     node->owner = &document;
     node->type = type;
+    node->size = static_cast<std::uint32_t>(size);
     return node;
 }
 
@@ -23,59 +23,50 @@ PropertyList holding(const Node* node) {
     return PropertyListStorage::adopt(node);
 }
 
+bool isPartOf(const std::string* text, std::string_view part) {
+    const std::less_equal<const char*> isNotAfter;
+    return text && isNotAfter(text->data(), part.data()) &&
+           isNotAfter(part.data() + part.size(), text->data() + text->size());
+}
+
+const char* copied(Arena& arena, std::string_view text) {
+    char* place = arena.allocate(text.size());
+    if (!text.empty()) std::memcpy(place, text.data(), text.size());
+    return place;
+}
+
 }  // namespace
 
+std::string_view PropertyListArena::String::text() const { return node_->text(); }
+
 PropertyListArena::PropertyListArena(std::shared_ptr<const std::string> text)
-    : document_(new PropertyListDocument(std::move(text), 0)),
-      holder_(PropertyListStorage::adopt(makeNode(*document_, PropertyList::Type::Nothing))),
-      texts_(document_->texts) {}
+    : document_(new PropertyListDocument(std::move(text))),
+      holder_(PropertyListStorage::adopt(makeNode(*document_, PropertyList::Type::Nothing, 0))) {}
 
 PropertyListArena::~PropertyListArena() = default;
 
-PropertyListArena::Keys PropertyListArena::keys(std::span<const Text> different) {
-    char* place = document_->arena.allocate(sizeof(PackedKeys) + different.size_bytes());
-    auto* texts = reinterpret_cast<PackedText*>(place + sizeof(PackedKeys));
-    std::uninitialized_copy(different.begin(), different.end(), texts);
-    std::uint64_t weight = 0;
-    for (const Text text : different) weight += PropertyListStorage::weightOfText(texts_.length(text));
-    return new (place) PackedKeys{texts, static_cast<std::uint32_t>(different.size()), weight};
+PropertyListArena::String PropertyListArena::string(std::string_view validUTF8) {
+    const std::uint32_t hash = hashText(validUTF8);
+    Recent& recent = recent_[hash % kRecent];
+    if (recent.node && recent.hash == hash && recent.node->text() == validUTF8) return String(recent.node);
+    Node* node = makeNode(*document_, PropertyList::Type::String, validUTF8.size());
+    const bool isPart = isPartOf(document_->text.get(), validUTF8);
+    node->bytes = isPart ? validUTF8.data() : copied(document_->arena, validUTF8);
+    recent = {hash, node};
+    return String(node);
 }
 
-PropertyList PropertyListArena::dictionary(Keys keys, std::span<const Text> values) {
-    char* place = document_->arena.allocate(sizeof(Node) + sizeof(PackedDictionary) + values.size_bytes());
-    auto* packed = new (place + sizeof(Node)) PackedDictionary(keys);
-    std::uninitialized_copy(values.begin(), values.end(), const_cast<PackedText*>(packed->values()));
-    Node* node = new (place) Node;
-    node->owner = document_;
-    node->type = PropertyList::Type::Dictionary;
-    node->flag = Node::kPacked;
-    node->height = values.empty() ? 1 : 2;
-    node->count = keys->count;
-    node->late = packed;
-    node->weight = 1 + keys->weight;
-    for (const Text text : values) node->weight += PropertyListStorage::weightOfText(texts_.length(text));
+PropertyList PropertyListArena::dictionary(std::span<const Field> fields) {
+    Node* node = makeNode(*document_, PropertyList::Type::Dictionary, fields.size());
+    PropertyList* place = document_->allocateChildren(2 * fields.size());
+    node->elements = place;
+    for (const Field& field : fields)
+        for (const String& string : {field.key, field.value})
+            new (place++) PropertyList(PropertyListStorage::adopt(string.node_));
+    PropertyListStorage::measure(*node);
     return holding(node);
 }
 
-PropertyList PropertyListArena::string(Text text) {
-    Node* node = makeNode(*document_, PropertyList::Type::String);
-    const std::string_view bytes = view(text);
-    node->bytes = bytes.data();
-    node->length = bytes.size();
-    node->flag = isASCII(bytes) ? Node::kASCII : 0;
-    node->count = hashText(bytes);
-    return holding(node);
-}
-
-std::optional<std::string_view> PropertyListArena::textIn(const PropertyList& dictionary, std::string_view key) {
-    if (!dictionary.isDictionary()) return std::nullopt;
-    if (!dictionary.node()->isPacked()) {
-        const PropertyList& found = dictionary[key];
-        return found ? std::optional(found.stringValue()) : std::nullopt;
-    }
-    const PackedView view(*dictionary.node());
-    const std::uint32_t at = view.find(key);
-    return at < view.count() ? std::optional(view.value(at)) : std::nullopt;
-}
+PropertyList PropertyListArena::value(String string) const { return holding(string.node_); }
 
 }  // namespace propertylist

@@ -1,11 +1,15 @@
 #include "propertylist/Unicode.h"
 
+#include <algorithm>
+#include <bit>
 #include <cstring>
 
 namespace propertylist {
 namespace {
 
 using Byte = unsigned char;
+
+constexpr std::uint32_t kReplacement = 0xFFFD;
 
 bool isContinuation(char c) { return (static_cast<Byte>(c) & 0xC0) == 0x80; }
 
@@ -58,6 +62,36 @@ std::uint32_t unitAt(std::string_view utf16, std::size_t at, ByteOrder order) {
                                          : static_cast<std::uint32_t>(b << 8 | a);
 }
 
+// The next code point, U+FFFD where there is none; `at` is moved behind it.
+std::uint32_t codePointAt(std::string_view utf16, ByteOrder order, std::size_t& at, bool& isWellFormed) {
+    if (utf16.size() - at < 2) {
+        at = utf16.size();
+        isWellFormed = false;
+        return kReplacement;
+    }
+    const std::uint32_t unit = unitAt(utf16, at, order);
+    at += 2;
+    if (isUnicodeScalar(unit)) return unit;
+    const std::uint32_t low = utf16.size() - at < 2 ? 0 : unitAt(utf16, at, order);
+    if (unit >= 0xDC00 || low < 0xDC00 || low >= 0xE000) {
+        isWellFormed = false;
+        return kReplacement;
+    }
+    at += 2;
+    return 0x10000 + ((unit - 0xD800) << 10) + (low - 0xDC00);
+}
+
+// The length of the white space at the front, or at the back, of a text that is not empty; 0 when there is none.
+std::size_t whiteSpaceAtFront(std::string_view text) {
+    std::string_view rest = text;
+    return isWhiteSpace(takeCodePoint(rest)) ? text.size() - rest.size() : 0;
+}
+std::size_t whiteSpaceAtBack(std::string_view text) {
+    std::size_t length = 1;
+    while (length < text.size() && isContinuation(text[text.size() - length])) ++length;
+    return whiteSpaceAtFront(text.substr(text.size() - length));
+}
+
 char* putUnit(char* out, std::uint32_t unit) {
     *out++ = static_cast<char>(unit >> 8);
     *out++ = static_cast<char>(unit & 0xFF);
@@ -96,28 +130,59 @@ std::uint32_t takeCodePoint(std::string_view& text) noexcept {
     return c;
 }
 
-std::optional<std::size_t> writeUTF8(std::string_view utf16, ByteOrder order, char* out) noexcept {
-    if (utf16.size() % 2) return std::nullopt;
-    char* end = out;
-    for (std::size_t i = 0; i < utf16.size(); i += 2) {
-        std::uint32_t unit = unitAt(utf16, i, order);
-        if (unit >= 0xD800 && unit < 0xE000) {
-            std::uint32_t low = i + 2 < utf16.size() ? unitAt(utf16, i + 2, order) : 0;
-            if (unit >= 0xDC00 || low < 0xDC00 || low >= 0xE000) return std::nullopt;
-            unit = 0x10000 + ((unit - 0xD800) << 10) + (low - 0xDC00);
-            i += 2;
-        }
-        end = put(end, unit);
+bool isWhiteSpace(std::uint32_t c) noexcept {
+    if (c < 0x80) return c == ' ' || (c >= '\t' && c <= '\r');
+    if (c < 0x2000) return c == 0x85 || c == 0xA0 || c == 0x1680;
+    return c <= 0x200A || c == 0x2028 || c == 0x2029 || c == 0x202F || c == 0x205F || c == 0x3000;
+}
+
+std::string_view trimmed(std::string_view text) noexcept {
+    while (!text.empty()) {
+        const std::size_t length = whiteSpaceAtFront(text);
+        if (length == 0) break;
+        text.remove_prefix(length);
     }
-    return static_cast<std::size_t>(end - out);
+    while (!text.empty()) {
+        const std::size_t length = whiteSpaceAtBack(text);
+        if (length == 0) break;
+        text.remove_suffix(length);
+    }
+    return text;
+}
+
+std::string repairedUTF8(std::string_view bytes) {
+    std::string text;
+    text.reserve(bytes.size());
+    while (!bytes.empty()) {
+        const std::size_t length = sequenceLength(bytes.data(), bytes.size());
+        length > 0 ? void(text.append(bytes.substr(0, length))) : appendUTF8(text, kReplacement);
+        bytes.remove_prefix(std::max<std::size_t>(length, 1));
+    }
+    return text;
+}
+
+char* writeUTF8(std::string_view utf16, ByteOrder order, char* out, bool& isWellFormed) noexcept {
+    for (std::size_t at = 0; at < utf16.size();) out = put(out, codePointAt(utf16, order, at, isWellFormed));
+    return out;
 }
 
 std::optional<std::string> utf8FromUTF16(std::string_view utf16, ByteOrder order) {
-    std::string text(utf16.size() / 2 * 3, '\0');
-    auto length = writeUTF8(utf16, order, text.data());
-    if (!length) return std::nullopt;
-    text.resize(*length);
+    std::string text((utf16.size() + 1) / 2 * 3, '\0');
+    bool isWellFormed = true;
+    text.resize(static_cast<std::size_t>(writeUTF8(utf16, order, text.data(), isWellFormed) - text.data()));
+    return isWellFormed ? std::optional(std::move(text)) : std::nullopt;
+}
+
+std::string repairedUTF8FromUTF16(std::string_view utf16, ByteOrder order) {
+    std::string text((utf16.size() + 1) / 2 * 3, '\0');
+    bool ignored = true;
+    text.resize(static_cast<std::size_t>(writeUTF8(utf16, order, text.data(), ignored) - text.data()));
     return text;
+}
+
+std::string repairedUTF8FromUTF16(std::u16string_view units) {
+    constexpr auto kNative = std::endian::native == std::endian::big ? ByteOrder::BigEndian : ByteOrder::LittleEndian;
+    return repairedUTF8FromUTF16({reinterpret_cast<const char*>(units.data()), units.size() * 2}, kNative);
 }
 
 std::size_t utf16Units(std::string_view validUTF8) noexcept {
@@ -136,6 +201,17 @@ char* writeUTF16BigEndian(std::string_view validUTF8, char* out) noexcept {
         out = putUnit(out, c);
     }
     return out;
+}
+
+std::u16string utf16FromUTF8(std::string_view validUTF8) {
+    std::u16string units;
+    units.reserve(validUTF8.size());
+    while (!validUTF8.empty()) {
+        const std::uint32_t c = takeCodePoint(validUTF8);
+        if (c >= 0x10000) units += static_cast<char16_t>(0xD7C0 + (c >> 10));
+        units += static_cast<char16_t>(c >= 0x10000 ? 0xDC00 + (c & 0x3FF) : c);
+    }
+    return units;
 }
 
 }  // namespace propertylist

@@ -1,11 +1,8 @@
 #include "propertylist/Base64.h"
 #include "propertylist/CodecParts.h"
 #include "propertylist/Date.h"
-#include "propertylist/Packed.h"
-#include "propertylist/XMLScanner.h"
 
 #include <charconv>
-#include <cmath>
 
 namespace propertylist {
 namespace {
@@ -108,26 +105,16 @@ private:
         line("</data>");
     }
 
-    void entries(const PropertyList& dictionary) {
-        for (const auto& [key, child] : dictionary.entries()) {
-            leaf("key", key.stringValue());
-            element(child);
-        }
-    }
-    void packedEntries(const PackedView& dictionary) {
-        for (std::uint32_t i = 0; i < dictionary.count(); ++i) {
-            leaf("key", dictionary.key(i));
-            leaf("string", dictionary.value(i));
-        }
-    }
-
     void container(std::string_view name, const PropertyList& value) {
         indent();
         if (value.size() == 0) return tag("<", name, "/>\n");
         tag("<", name, ">\n");
         ++depth_;
         for (const PropertyList& child : value.elements()) element(child);
-        value.node()->isPacked() ? packedEntries(PackedView(*value.node())) : entries(value);
+        for (const auto& [key, child] : value.entries()) {
+            leaf("key", key.stringValue());
+            element(child);
+        }
         --depth_;
         indent();
         tag("</", name, ">\n");

@@ -42,7 +42,7 @@ void parse(const Arguments& arguments) {
     if (arguments.database) readNameDatabase(decodedText(requireContent(files, *arguments.database)), names);
     for (const std::string& list : arguments.lists) {
         const std::string path = std::filesystem::absolute(list).lexically_normal().string();
-        FontListReader(listText(requireContent(files, list)), path, find, log).readInto(names);
+        readFontList(listText(requireContent(files, list)), path, find, log, names);
     }
     printJson(std::move(names).freeze());
 }

@@ -51,7 +51,7 @@ void scanFontList_forNames(const Context& context, std::optional<std::string_vie
     auto bytes = context.files.readFile(*path);
     if (!bytes) return;
     const FontFileFinder find = [&](std::string_view relative) { return lookup.getFontFileForSubpath(relative); };
-    FontListReader(listText(std::move(bytes)), *path, find, context.log).readInto(*names);
+    readFontList(listText(std::move(bytes)), *path, find, context.log, *names);
 }
 
 NamesCollection scanAdobeFontLists(const Context& context, std::optional<NamesCollection> names) {

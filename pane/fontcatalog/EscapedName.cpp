@@ -1,7 +1,6 @@
 #include "pane/fontcatalog/EscapedName.h"
 
 #include "pane/fontcatalog/TextEncoding.h"
-#include "pane/fontcatalog/TextLines.h"
 #include "propertylist/Unicode.h"
 
 #include <algorithm>
@@ -24,7 +23,7 @@ std::optional<std::uint32_t> hexDigit(char16_t unit) {
 }
 
 std::optional<std::uint32_t> hexNumber(std::u16string_view span) {
-    while (!span.empty() && isWhiteSpace(span.front())) span.remove_prefix(1);
+    while (!span.empty() && propertylist::isWhiteSpace(span.front())) span.remove_prefix(1);
     if (span.starts_with(u"0x") || span.starts_with(u"0X")) span.remove_prefix(2);
     if (span.empty() || !hexDigit(span.front())) return std::nullopt;
     std::uint32_t number = 0;
@@ -178,7 +177,7 @@ std::string escapedNameForString_isUnicode(std::string_view text, bool isUnicode
     std::string result;
     result.reserve(text.size());
     if (decodeInOnePass(text, isUnicode, result)) return result;
-    return utf8FromUtf16(decodeInTurn(utf16FromUtf8(text), isUnicode));
+    return propertylist::repairedUTF8FromUTF16(decodeInTurn(propertylist::utf16FromUTF8(text), isUnicode));
 }
 
 }  // namespace fontcatalog

@@ -1,5 +1,6 @@
 #include "pane/fontcatalog/FontFileLookup.h"
 
+#include "propertylist/ASCII.h"
 #include "propertylist/Unicode.h"
 
 #include <algorithm>
@@ -39,8 +40,7 @@ bool hasDots(std::string_view path) {
 }
 
 std::string withCaseOfFirstLetterChanged(std::string name) {
-    const auto letter =
-        std::find_if(name.begin(), name.end(), [](unsigned char c) { return (c | 0x20) >= 'a' && (c | 0x20) <= 'z'; });
+    const auto letter = std::ranges::find_if(name, propertylist::isASCIILetter);
     if (letter == name.end()) return {};
     *letter ^= 0x20;
     return name;

@@ -1,175 +1,200 @@
 #include "pane/fontcatalog/FontListReader.h"
 
-#include "pane/fontcatalog/RecordFields.h"
 #include "pane/fontcatalog/TextLines.h"
-#include "propertylist/Unicode.h"
+#include "propertylist/Hash.h"
+#include "propertylist/PropertyListArena.h"
 
 #include <algorithm>
-#include <cstring>
+#include <vector>
 
 namespace fontcatalog {
 namespace {
 
 using platform::PropertyList;
 using propertylist::PropertyListArena;
+using String = PropertyListArena::String;
 
 constexpr std::string_view kRecordStart = "%BeginFont";
 constexpr std::string_view kRecordEnd = "%EndFont";
 
-template <typename Word>
-bool areEndsSame(const char* a, const char* b, std::size_t size) {
-    Word words[4];
-    std::memcpy(&words[0], a, sizeof(Word));
-    std::memcpy(&words[1], b, sizeof(Word));
-    std::memcpy(&words[2], a + size - sizeof(Word), sizeof(Word));
-    std::memcpy(&words[3], b + size - sizeof(Word), sizeof(Word));
-    return words[0] == words[1] && words[2] == words[3];
-}
+// Numbers of the keys that have a meaning here.
+enum KnownKey : std::uint32_t {
+    kNoKey,
+    kFontName,
+    kFullName,
+    kFamilyName,
+    kRealFullName,
+    kOutlineFileName,
+    kFontListFilePath,
+    kFontFilePath,
+};
+// No line begins with a line end, so that "no key" is never found.
+constexpr std::string_view kKnownKeys[] = {"\n",           "FontName",        "FullName",         "FamilyName",
+                                           "RealFullName", "OutlineFileName", "FontListFilePath", "FontFilePath"};
 
-// Keys are short, and for two million of them the call of a library function is worth saving: up to sixteen bytes are
-// two words, which may overlap.
-bool isSame(const char* a, const char* b, std::size_t size) {
-    if (size > 16 || size < 4) return std::memcmp(a, b, size) == 0;
-    return size < 8 ? areEndsSame<std::uint32_t>(a, b, size) : areEndsSame<std::uint64_t>(a, b, size);
-}
+// The keys and values of the record at hand, in the order in which the keys came first. The keys of a list are few and
+// come in few orders: they have numbers, and the one that followed a key the last time is tried first.
+class RecordFields {
+public:
+    explicit RecordFields(PropertyListArena& arena) : arena_(arena) { forgetKeys(); }
 
-std::size_t distance(const char* from, const char* to) { return static_cast<std::size_t>(to - from); }
+    void clear() {
+        fields_.clear();
+        last_ = kNoKey;
+        if (keys_.size() > kMostKept) forgetKeys();
+    }
 
-}  // namespace
+    // The key of the line that most likely comes next.
+    std::string_view likelyKey() const { return keys_[keys_[last_].next].string.text(); }
+    void addLikely(String value) { add(keys_[last_].next, value); }
+    // A line of the record. The last value of a key counts.
+    void add(std::string_view key, String value) { add(numberOf(key), value); }
 
-struct FontListReader::Impl {
-    using Text = PropertyListArena::Text;
+    // Without a word on what comes next.
+    void set(std::uint32_t number, String value) {
+        Key& key = keys_[number];
+        if (isThere(key)) {
+            fields_[key.place].value = value;
+            return;
+        }
+        key.place = static_cast<std::uint32_t>(fields_.size());
+        fields_.push_back({key.string, value});
+    }
+    String value(KnownKey key) const { return isThere(keys_[key]) ? fields_[keys_[key].place].value : String(); }
+    // The keys of a vast record make room.
+    PropertyList dictionary() {
+        if (keys_.size() > kMostKept) forgetKeys();
+        return arena_.dictionary(fields_);
+    }
 
-    Impl(fontcatalog::Text list, std::string_view listPath, const FontFileFinder& findFontFile, platform::Log& theLog)
-        : text(list.characters),
-          isMacRoman(list.isMacRoman),
-          path(listPath),
-          find(findFontFile),
-          log(theLog),
-          arena(std::move(list.owner)),
-          fields(arena) {}
+private:
+    struct Key {
+        String string;
+        std::uint32_t place = 0;  // in the record, if it is there
+        std::uint32_t next = kNoKey;
+    };
+    static constexpr std::size_t kMostKept = 4096;
 
-    // Mostly a line has the key that followed the last one in an earlier record, and a value without white space at its
-    // end: that is seen with one comparison. For the others readWithCare() goes by the rules.
-    void readLines(std::string_view record) {
-        fields.clear();
-        const char* at = record.data();
-        for (const char* const end = at + record.size(); at != end;) {
-            if (*at == '\n' || *at == '\r') {
-                ++at;
-                continue;
-            }
-            const std::size_t start = fields.likelyKey().size() + 1;
-            const bool isLikely = distance(at, end) > start && isSame(at, fields.likelyKey().data(), start);
-            const char* const last = lineEnd(isLikely ? at + start : at, end);
-            if (isLikely && last != at + start && isSurelyNoWhiteSpace(last[-1]) && isAsItIs(last))
-                setLikely({at + start, distance(at + start, last)});
-            else
-                readWithCare({at, distance(at, last)});
-            at = last;
+    bool isThere(const Key& key) const { return key.place < fields_.size() && fields_[key.place].key == key.string; }
+
+    void add(std::uint32_t number, String value) {
+        keys_[last_].next = number;
+        last_ = number;
+        set(number, value);
+    }
+
+    std::uint32_t numberOf(std::string_view key) {
+        const std::uint32_t hash = propertylist::hashText(key);
+        const auto isSame = [&](std::uint32_t other) { return keys_[other].string.text() == key; };
+        std::uint32_t number = numbers_.find(hash, isSame);
+        if (number == propertylist::HashTable::kMissing) {
+            numbers_.add(hash, number = static_cast<std::uint32_t>(keys_.size()));
+            keys_.push_back({arena_.string(key)});
+        }
+        return number;
+    }
+
+    void forgetKeys() {
+        keys_ = {};
+        numbers_.clear(0);
+        last_ = kNoKey;
+        for (const std::string_view key : kKnownKeys) numberOf(key);
+    }
+
+    PropertyListArena& arena_;
+    std::vector<PropertyListArena::Field> fields_;
+    std::vector<Key> keys_;            // of the list, by number
+    propertylist::HashTable numbers_;  // by text
+    std::uint32_t last_ = kNoKey;      // the key of the line before
+};
+
+class ListReader {
+public:
+    ListReader(const FileText& list, std::string_view path, const FontFileFinder& find, platform::Log& log,
+               NamesCollection& names)
+        : text_(list.characters),
+          isMacRoman_(list.isMacRoman),
+          path_(path),
+          find_(find),
+          log_(log),
+          names_(names),
+          arena_(list.owner) {}
+
+    void readAll() {
+        for (std::size_t start = text_.find(kRecordStart); start != std::string_view::npos;) {
+            const std::size_t end = std::min(text_.find(kRecordEnd, start), text_.size());
+            fields_.clear();
+            for (std::string_view record = text_.substr(start, end - start); !record.empty();)
+                readLine(trimmedLine(inUTF8(takeLine(record))));
+            deriveFields();
+            keep();
+            start = text_.find(kRecordStart, end);
         }
     }
 
-    void setLikely(std::string_view value) {
-        trace(value);
-        fields.setLikely(arena.part(value));
+private:
+    std::string_view inUTF8(std::string_view line) {
+        if (!isMacRoman_ || propertylist::isASCII(line)) return line;
+        converted_.clear();
+        appendMacRoman(converted_, line);
+        return converted_;
     }
 
-    void readWithCare(std::string_view segment) {
-        const std::string_view line = trimmed(converted(segment));
-        const std::size_t colon = line.find(':');
+    void readLine(std::string_view line) {
+        const std::string_view likely = fields_.likelyKey();
+        const bool isLikely = line.size() > likely.size() && line[likely.size()] == ':' && line.starts_with(likely);
+        const std::size_t colon = isLikely ? likely.size() : line.find(':');
         if (colon == std::string_view::npos || colon + 1 == line.size()) return;
-        const std::string_view key = line.substr(0, colon), value = line.substr(colon + 1);
-        trace(value);
-        fields.set(key, stored(value), [&] { return stored(key); });
+        const std::string_view value = line.substr(colon + 1);
+        if (value == "ITC New Baskerville") log_("What");
+        isLikely ? fields_.addLikely(arena_.string(value)) : fields_.add(line.substr(0, colon), arena_.string(value));
     }
 
-    // True when no byte up to there is in need of conversion.
-    bool isAsItIs(const char* last) const { return !isMacRoman || last <= nextHighByte; }
-
-    std::string_view converted(std::string_view segment) {
-        const char* const last = segment.data() + segment.size();
-        if (isAsItIs(last)) return segment;
-        if (nextHighByte < segment.data())
-            nextHighByte = segment.data() +
-                           lengthOfAsciiRun({segment.data(), distance(segment.data(), text.data() + text.size())});
-        if (last <= nextHighByte) return segment;
-        convertedLine.clear();
-        appendMacRoman(convertedLine, segment);
-        return convertedLine;
-    }
-
-    Text stored(std::string_view part) {
-        const bool isInText = part.data() >= text.data() && part.data() < text.data() + text.size();
-        return isInText ? arena.part(part) : arena.copy(part);
-    }
-
-    void trace(std::string_view value) {
-        if (value == "ITC New Baskerville") log("What");
+    void setPath(KnownKey key, std::string_view path) {
+        if (propertylist::isValidUTF8(path)) fields_.set(key, arena_.string(path));
     }
 
     void deriveFields() {
-        const auto fullName = fields.value(kFullName), familyName = fields.value(kFamilyName);
+        const String fullName = fields_.value(kFullName), familyName = fields_.value(kFamilyName);
         if (fullName && familyName) {
-            fields.derive("RealFullName", *fullName);
-            fields.derive("FullName", *familyName);
+            fields_.set(kRealFullName, fullName);
+            fields_.set(kFullName, familyName);
         }
-        const auto outline = fields.value(kOutlineFileName);
+        const String outline = fields_.value(kOutlineFileName);
         if (!outline) return;
-        if (isPathText) fields.derive("FontListFilePath", listPathText());
-        relativePath = arena.view(*outline);
-        std::replace(relativePath.begin(), relativePath.end(), '\\', '/');
-        const auto found = find ? find(relativePath) : std::nullopt;
-        if (found && propertylist::isValidUTF8(*found)) fields.derive("FontFilePath", arena.copy(*found));
+        setPath(kFontListFilePath, path_);
+        std::string relative(outline.text());
+        std::ranges::replace(relative, '\\', '/');
+        if (const auto found = find_ ? find_(relative) : std::nullopt) setPath(kFontFilePath, *found);
     }
 
-    Text listPathText() {
-        if (!pathText) pathText = arena.copy(path);
-        return *pathText;
-    }
-
-    void keep(NamesCollection& names) {
-        const auto fontName = fields.value(kFontName), fullName = fields.value(kFullName);
+    void keep() {
+        const String fontName = fields_.value(kFontName), fullName = fields_.value(kFullName);
         if (!fontName || !fullName) return;
-        const PropertyList name = arena.string(*fontName), made = fields.dictionary();
-        const PropertyList old = names.exchange(name, made);
-        if (!old) return;
-        const auto oldFullName = PropertyListArena::textIn(old, "FullName");
-        if (oldFullName == arena.view(*fullName)) return;
-        log("Multiple entries for font %@. Old one is %@. New one is %@", name,
-            oldFullName ? PropertyList(*oldFullName) : PropertyList(), arena.view(*fullName));
-        log("%@ vs %@", old, made);
+        const PropertyList name = arena_.value(fontName), made = fields_.dictionary();
+        const PropertyList old = names_.exchange(name, made);
+        const PropertyList& oldFullName = old["FullName"];
+        if (!old || (oldFullName && oldFullName.stringValue() == fullName.text())) return;
+        log_("Multiple entries for font %@. Old one is %@. New one is %@", name, oldFullName, fullName.text());
+        log_("%@ vs %@", old, made);
     }
 
-    const std::string_view text;
-    const bool isMacRoman;
-    const std::string_view path;
-    const bool isPathText = propertylist::isValidUTF8(path);
-    const FontFileFinder& find;
-    platform::Log& log;
-    PropertyListArena arena;
-    RecordFields fields;  // of the record at hand
-
-    const char* nextHighByte = text.data();  // at or after the last place where one was looked for
-    std::string convertedLine, relativePath;
-    std::optional<Text> pathText;
+    const std::string_view text_;
+    const bool isMacRoman_;
+    const std::string_view path_;
+    const FontFileFinder& find_;
+    platform::Log& log_;
+    NamesCollection& names_;
+    PropertyListArena arena_;
+    RecordFields fields_{arena_};
+    std::string converted_;
 };
 
-FontListReader::FontListReader(Text list, std::string_view path, const FontFileFinder& findFontFile, platform::Log& log)
-    : impl_(std::make_unique<Impl>(std::move(list), path, findFontFile, log)) {}
+}  // namespace
 
-FontListReader::~FontListReader() = default;
-
-void FontListReader::readInto(NamesCollection& names) {
-    const std::string_view text = impl_->text;
-    std::size_t start = text.find(kRecordStart);
-    while (start != std::string_view::npos) {
-        const std::size_t end = std::min(text.find(kRecordEnd, start), text.size());
-        impl_->readLines(text.substr(start, end - start));
-        impl_->deriveFields();
-        impl_->keep(names);
-        start = text.find(kRecordStart, end);
-    }
+void readFontList(const FileText& list, std::string_view listPath, const FontFileFinder& find, platform::Log& log,
+                  NamesCollection& names) {
+    ListReader(list, listPath, find, log, names).readAll();
 }
 
 }  // namespace fontcatalog

@@ -1,5 +1,7 @@
 #include "pane/fontcatalog/FontListSearch.h"
 
+#include "propertylist/ASCII.h"
+
 #include <algorithm>
 #include <set>
 #include <string>
@@ -15,10 +17,8 @@ using platform::PropertyList;
 constexpr std::size_t kBatch = 40;
 constexpr std::string_view kListFolder = "/Adobe/TypeSpt/";
 
-char asciiLower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c | 0x20) : c; }
-
 bool containsIgnoringCase(std::string_view text, std::string_view part) {
-    const auto same = [](char a, char b) { return asciiLower(a) == asciiLower(b); };
+    const auto same = [](char a, char b) { return propertylist::lowerASCII(a) == propertylist::lowerASCII(b); };
     return std::search(text.begin(), text.end(), part.begin(), part.end(), same) != text.end();
 }
 

@@ -5,9 +5,7 @@
 #include "propertylist/PropertyListArena.h"
 
 #include <charconv>
-#include <initializer_list>
 #include <limits>
-#include <optional>
 #include <string>
 #include <system_error>
 #include <vector>
@@ -16,17 +14,18 @@ namespace fontcatalog {
 namespace {
 
 using propertylist::PropertyListArena;
+using String = PropertyListArena::String;
 
 struct Section {
     std::string name;  // empty: nothing is collected
-    std::optional<PropertyListArena::Text> fullName, styleName;
+    String fullName, styleName;
 };
 
 struct NameLine {
     std::string_view prefix;
     bool isUnicode;
     bool replaces;
-    std::optional<PropertyListArena::Text> Section::*slot;
+    String Section::*slot;
 };
 
 // In the order in which a line is tried: "f=1," is also an "f=" line, "s=," also an "s=" line.
@@ -43,45 +42,50 @@ std::string sectionName(std::string_view header) {
     return name.substr(1);
 }
 
-// The records of a database, which have one of three sequences of keys.
-class Records {
+class DatabaseReader {
 public:
-    Records(NamesCollection& names, std::shared_ptr<const std::string> text) : names_(names), arena_(std::move(text)) {}
+    DatabaseReader(const FileText& text, NamesCollection& names)
+        : text_(text.characters), names_(names), arena_(text.owner) {}
 
+    void readAll() {
+        Section section;
+        for (std::string_view rest = text_; !rest.empty();) {
+            const std::string_view line = trimmedLine(takeLine(rest));
+            if (line.starts_with('[')) {
+                store(section);
+                section = {sectionName(line), {}, {}};
+            } else if (!line.starts_with(';') && !section.name.empty()) {
+                readNameLine(line, section);
+            }
+        }
+    }
+
+private:
     void readNameLine(std::string_view line, Section& section) {
         for (const NameLine& form : kNameLines) {
-            auto& slot = section.*form.slot;
+            String& slot = section.*form.slot;
             if (!line.starts_with(form.prefix) || (slot && !form.replaces)) continue;
-            slot = nameIn(line.substr(form.prefix.size()), form.isUnicode);
+            slot = decodedName(line.substr(form.prefix.size()), form.isUnicode);
             return;
         }
     }
 
+    String decodedName(std::string_view escaped, bool isUnicode) {
+        if (escaped.find('\\') == std::string_view::npos) return arena_.string(escaped);
+        return arena_.string(escapedNameForString_isUnicode(escaped, isUnicode));
+    }
+
     void store(const Section& section) {
         if (section.name.empty() || (!section.fullName && !section.styleName)) return;
-        PropertyListArena::Text values[2];
-        std::size_t count = 0;
-        for (const auto& value : {section.fullName, section.styleName})
-            if (value) values[count++] = *value;
-        const auto keys = !section.styleName ? fullName_ : section.fullName ? both_ : styleName_;
-        names_.exchange(arena_.string(arena_.copy(section.name)), arena_.dictionary(keys, {values, count}));
+        std::vector<PropertyListArena::Field> fields;
+        if (section.fullName) fields.push_back({arena_.string("FullName"), section.fullName});
+        if (section.styleName) fields.push_back({arena_.string("StyleName"), section.styleName});
+        names_.exchange(arena_.value(arena_.string(section.name)), arena_.dictionary(fields));
     }
 
-private:
-    PropertyListArena::Text nameIn(std::string_view escaped, bool isUnicode) {
-        if (escaped.find('\\') == std::string_view::npos) return arena_.part(escaped);
-        return arena_.copy(escapedNameForString_isUnicode(escaped, isUnicode));
-    }
-    PropertyListArena::Keys keysOf(std::initializer_list<std::string_view> names) {
-        std::vector<PropertyListArena::Text> texts;
-        for (const std::string_view name : names) texts.push_back(arena_.copy(name));
-        return arena_.keys(texts);
-    }
-
+    const std::string_view text_;
     NamesCollection& names_;
     PropertyListArena arena_;
-    PropertyListArena::Keys fullName_ = keysOf({"FullName"}), styleName_ = keysOf({"StyleName"}),
-                            both_ = keysOf({"FullName", "StyleName"});
 };
 
 // Tells a number too large for a float from one too small.
@@ -93,25 +97,13 @@ bool isLarge(std::string_view number) {
 
 }  // namespace
 
-void readNameDatabase(const Text& text, NamesCollection& names) {
-    Records records(names, text.owner);
-    Section section;
-    TextLines lines(text.characters);
-    for (std::string_view line; lines.next(line);) {
-        if (line.front() == '[') {
-            records.store(section);
-            section = {sectionName(line), {}, {}};
-        } else if (line.front() != ';' && !section.name.empty()) {
-            records.readNameLine(line, section);
-        }
-    }
-}
+void readNameDatabase(const FileText& text, NamesCollection& names) { DatabaseReader(text, names).readAll(); }
 
 float nameDatabaseVersion(std::string_view text) {
     constexpr std::string_view kMark = "version=";
     const std::size_t found = text.find(kMark);
     if (found == std::string_view::npos) return 0;
-    std::string_view number = trimmed(text.substr(found + kMark.size()));
+    std::string_view number = propertylist::trimmed(text.substr(found + kMark.size()));
     const bool isNegative = number.starts_with('-');
     if (isNegative || number.starts_with('+')) number.remove_prefix(1);
     // The library would also read "inf", "nan" and a second sign.

@@ -20,7 +20,7 @@ namespace fontcatalog {
 // any earlier value. A section is stored when the next header closes it; the last one of the file therefore never is.
 // Sections without a name or without a value are not stored either. The text is
 // kept as long as any of the records.
-void readNameDatabase(const Text& text, NamesCollection& names);
+void readNameDatabase(const FileText& text, NamesCollection& names);
 
 // The decimal number behind the first "version=", white space before it skipped; 0 when there is none. Infinite where a
 // float is too small for it.

@@ -11,23 +11,21 @@
 
 namespace fontcatalog {
 
-struct Text {
+// What a file holds, as its reader gets it.
+struct FileText {
     std::shared_ptr<const std::string> owner;
     std::string_view characters;  // valid UTF-8 without a byte-order mark, within *owner
     bool isMacRoman = false;      // the characters are Mac OS Roman instead, as only listText() leaves them
 };
 
 // Plain UTF-8 is not copied. An empty text for a null pointer.
-Text decodedText(std::shared_ptr<const std::string> bytes);
+FileText decodedText(std::shared_ptr<const std::string> bytes);
 // Leaves Mac OS Roman as it is, for readers that convert no more than they keep.
-Text listText(std::shared_ptr<const std::string> bytes);
-void appendMacRoman(std::string& text, std::string_view macRoman);
-// How many bytes at the front are ASCII.
-std::size_t lengthOfAsciiRun(std::string_view bytes);
+FileText listText(std::shared_ptr<const std::string> bytes);
 
-// Two surrogates in the right order are one character; a lone one becomes U+FFFD.
-std::string utf8FromUtf16(std::u16string_view units);
-std::u16string utf16FromUtf8(std::string_view validText);
+// Every byte is a character: U+F8FF, in the private use area, stands for 0xF0.
 char16_t macRomanCharacter(unsigned char byte);
+// Appends the characters as UTF-8.
+void appendMacRoman(std::string& text, std::string_view macRoman);
 
 }  // namespace fontcatalog

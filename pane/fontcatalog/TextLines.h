@@ -1,33 +1,21 @@
-// Lines of text as the font list and the name database have them.
+// Lines of text as the font list and the name database have them: they end at any run of "\r" and "\n".
 #pragma once
 
+#include "propertylist/Unicode.h"
+
 #include <bit>
-#include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <string_view>
 
 namespace fontcatalog {
 
-// What Unicode counts as white space: tab to carriage return, space, no-break space, the typographic spaces, the line
-// and paragraph separators.
-bool isWhiteSpace(std::uint32_t codePoint);
-std::string_view trimmedWithCare(std::string_view validUtf8);
-
-inline bool isSurelyNoWhiteSpace(char c) { return static_cast<signed char>(c) > ' '; }
-
-// Without white space at both ends.
-inline std::string_view trimmed(std::string_view validUtf8) {
-    if (!validUtf8.empty() && isSurelyNoWhiteSpace(validUtf8.front()) && isSurelyNoWhiteSpace(validUtf8.back()))
-        return validUtf8;
-    return trimmedWithCare(validUtf8);
-}
-
-// The first "\r" or "\n" from `at`, or `end`.
-inline const char* lineEnd(const char* at, const char* end) {
+// The first "\r" or "\n", or the end.
+inline const char* lineEnd(std::string_view text) {
     const auto isLineEnd = [](char c) { return c == '\n' || c == '\r'; };
-    // Lines are short, and for two million of them the call of a library function is worth saving. The highest bit of
-    // a byte of `low` tells that the text's byte is below 14; above the first such byte it may err.
+    const char *at = text.data(), *end = at + text.size();
+    // Eight bytes at a time, for there are two million lines. The highest bit of a byte of `low` tells that the text's
+    // byte is below 14; above the first such byte it may err.
     if constexpr (std::endian::native == std::endian::little) {
         constexpr std::uint64_t kEach = 0x0101010101010101;
         for (std::uint64_t word; end - at >= 8; at += 8) {
@@ -41,23 +29,19 @@ inline const char* lineEnd(const char* at, const char* end) {
     return at;
 }
 
-// Lines end at any run of "\r" and "\n"; they come trimmed at both ends, and those with nothing left are passed over.
-class TextLines {
-public:
-    explicit TextLines(std::string_view validUtf8) : at_(validUtf8.data()), end_(at_ + validUtf8.size()) {}
+// The first line, without its end, which are both taken off the front. Empty between two line ends.
+inline std::string_view takeLine(std::string_view& text) {
+    const auto length = static_cast<std::size_t>(lineEnd(text) - text.data());
+    const std::string_view line = text.substr(0, length);
+    text.remove_prefix(length == text.size() ? length : length + 1);
+    return line;
+}
 
-    bool next(std::string_view& line) {
-        while (at_ != end_) {
-            const char* last = lineEnd(at_, end_);
-            line = trimmed({at_, static_cast<std::size_t>(last - at_)});
-            at_ = last == end_ ? end_ : last + 1;
-            if (!line.empty()) return true;
-        }
-        return false;
-    }
-
-private:
-    const char *at_, *end_;
-};
+// Without white space at both ends. Most lines have none, which two comparisons tell.
+inline std::string_view trimmedLine(std::string_view validUTF8) {
+    const auto isNone = [](char c) { return static_cast<signed char>(c) > ' '; };
+    if (!validUTF8.empty() && isNone(validUTF8.front()) && isNone(validUTF8.back())) return validUTF8;
+    return propertylist::trimmed(validUTF8);
+}
 
 }  // namespace fontcatalog

@@ -19,7 +19,7 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
-Text textOf(std::string_view bytes) { return decodedText(std::make_shared<const std::string>(bytes)); }
+FileText textOf(std::string_view bytes) { return decodedText(std::make_shared<const std::string>(bytes)); }
 
 struct Reading {
     PropertyList names;
@@ -34,7 +34,7 @@ Reading readList(std::string_view bytes, NamesCollection names = {}) {
         if (path == "gone") return std::nullopt;
         return "/F/" + std::string(path);
     };
-    FontListReader(listText(std::make_shared<const std::string>(bytes)), "/L", find, log).readInto(names);
+    readFontList(listText(std::make_shared<const std::string>(bytes)), "/L", find, log, names);
     reading.names = std::move(names).freeze();
     reading.log = log.lines;
     return reading;

@@ -1,8 +1,11 @@
 #include "Samples.h"
 
+#include "propertylist/PropertyListArena.h"
+
 #include <algorithm>
-#include <cmath>
+#include <atomic>
 #include <limits>
+#include <thread>
 
 using propertylist::Date;
 using propertylist::MutableDictionary;
@@ -150,6 +153,56 @@ TEST(DescriptionIsReadable) {
         {PropertyList::dictionary({{"a", false}, {"b c", PropertyList::dictionary({})}}), "{a = 0; \"b c\" = {};}"},
     };
     for (const auto& [value, text] : kCases) CHECK_EQ(value.description(), text);
+}
+
+// What an arena makes is like any other value, and outlives it.
+TEST(ArenasMakeDictionariesOfStrings) {
+    const std::pair<std::string, std::string> kPairs[] = {
+        {"key", "value"}, {"", ""}, {"cl\u00e9", "\U0001F600"}, {"again", "value"}, {"long", std::string(70'000, 'l')}};
+    const auto text = std::make_shared<const std::string>("key = value");
+    MutableDictionary expected;
+    PropertyList made, string;
+    {
+        propertylist::PropertyListArena arena(text);
+        std::vector<propertylist::PropertyListArena::Field> fields;
+        for (const auto& [key, value] : kPairs) {
+            fields.push_back({arena.string(key), arena.string(value)});
+            expected.set(key, value);
+        }
+        string = arena.value(arena.string(std::string_view(*text).substr(6)));
+        made = arena.dictionary(fields);
+    }
+    CHECK_EQ(string.stringValue().data() == text->data() + 6 || string.stringValue() == "value", true);
+    CHECK_EQ(made, std::move(expected).freeze());
+    CHECK_EQ(propertylist::decodePropertyList(encodePropertyList(made, propertylist::PropertyListFormat::Binary)),
+             made);
+    made = made["long"];
+    CHECK_EQ(made.stringValue().size(), 70'000U);
+}
+
+// For the thread sanitizer: the first look-ups race to make the index, and the last holder frees the value.
+TEST(ThreadsShareAValue) {
+    std::vector<std::string> keys;
+    MutableDictionary built;
+    for (int i = 0; i < 500; ++i) {
+        keys.push_back("key " + std::to_string(i));
+        built.set(keys.back(), keys.back());
+    }
+    PropertyList forms[] = {std::move(built).freeze(), {}};
+    forms[1] = propertylist::decodePropertyList(encodePropertyList(forms[0], propertylist::PropertyListFormat::Binary));
+    for (PropertyList& shared : forms) {
+        std::atomic<int> wrong{0};
+        std::vector<std::thread> threads;
+        for (std::size_t thread = 0; thread < 4; ++thread)
+            threads.emplace_back([copy = shared, thread, &keys, &wrong]() mutable {
+                for (std::size_t i = thread; i < keys.size(); i += 3)
+                    if (copy[keys[i]].stringValue() != keys[i]) ++wrong;
+                copy = {};
+            });
+        shared = {};
+        for (std::thread& thread : threads) thread.join();
+        CHECK_EQ(wrong.load(), 0);
+    }
 }
 
 }  // namespace

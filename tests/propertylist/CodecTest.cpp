@@ -1,0 +1,198 @@
+#include "Samples.h"
+
+#include <functional>
+
+using namespace std::string_literals;
+using propertylist::decodePropertyList;
+using propertylist::PropertyList;
+using propertylist::PropertyListFormat;
+
+namespace {
+
+constexpr PropertyListFormat kFormats[] = {PropertyListFormat::Binary, PropertyListFormat::XML};
+
+std::string binary(const PropertyList& value) { return encodePropertyList(value, PropertyListFormat::Binary); }
+std::string xml(const PropertyList& value) { return encodePropertyList(value, PropertyListFormat::XML); }
+
+std::string number(std::uint64_t value, unsigned width) {
+    std::string bytes;
+    for (unsigned i = width; i-- > 0;) bytes += static_cast<char>(i < 8 ? value >> (8 * i) : 0);
+    return bytes;
+}
+
+struct File {
+    std::vector<std::string> objects;
+    unsigned referenceWidth = 1;
+
+    std::string bytes(std::function<void(std::vector<std::uint64_t>&)> changeOffsets = {}) const {
+        std::string file = "bplist00";
+        std::vector<std::uint64_t> offsets;
+        for (const std::string& object : objects) {
+            offsets.push_back(file.size());
+            file += object;
+        }
+        std::uint64_t table = file.size();
+        if (changeOffsets) changeOffsets(offsets);
+        for (std::uint64_t offset : offsets) file += number(offset, 2);
+        return file + std::string(6, '\0') + number(2, 1) + number(referenceWidth, 1) + number(offsets.size(), 8) +
+               number(0, 8) + number(table, 8);
+    }
+    PropertyList value() const { return decodePropertyList(bytes()); }
+};
+
+std::string document(const std::string& content) { return "<plist version=\"1.0\">" + content + "</plist>"; }
+
+std::string utf16(std::string_view ascii, bool isBigEndian) {
+    std::string bytes = isBigEndian ? "\xFE\xFF" : "\xFF\xFE";
+    for (char c : ascii) isBigEndian ? bytes.append({'\0', c}) : bytes.append({c, '\0'});
+    return bytes;
+}
+
+// "type description"
+std::string told(const PropertyList& value) {
+    constexpr const char* kTypes[] = {"nothing", "string ", "boolean ", "integer ",   "real ",
+                                      "date ",   "data ",   "array ",   "dictionary "};
+    return kTypes[static_cast<int>(value.type())] + value.description();
+}
+
+PropertyList withoutControls() {
+    propertylist::MutableDictionary changed(samples::everything());
+    changed.remove("zero inside");
+    changed.set("date", propertylist::Date{-1'000'000});
+    changed.set("characters", "\r\n\t \r<&>\"'\u0085\u2028]]>");
+    changed.set("key\rwith <&>", true);
+    return std::move(changed).freeze();
+}
+
+}  // namespace
+
+TEST(BytesAndWhatTheyDecodeTo) {
+    const auto cases = check::casesIn(TEST_DATA "/decoding.txt");
+    for (const auto& c : cases) {
+        CONTEXT(c.label);
+        const std::string bytes = c.argument == "object"    ? File{{c.text}}.bytes()
+                                  : c.argument == "element" ? document(c.text)
+                                                            : c.text;
+        CHECK_EQ(told(decodePropertyList(bytes)), c.expected);
+        // What nothing refers to must be sound, too.
+        if (c.argument == "object" && c.expected == "nothing") CHECK(!File{{"\x51\x61"s, c.text}}.value());
+    }
+    CHECK(cases.size() > 120);
+    const std::string plain = "<plist><string>text</string></plist>", declared = "<?xml version='1.0' encoding='UTF-";
+    for (const std::string& good : {utf16(plain, true), utf16(declared + "16'?>" + plain, false)})
+        CHECK_EQ(decodePropertyList(good), PropertyList("text"));
+    for (const std::string& bad :
+         {utf16(declared + "8'?>" + plain, true), utf16(plain, true).substr(1), utf16(plain, true) + "x"})
+        CHECK(!decodePropertyList(bad));
+}
+
+TEST(EveryValueIsKept) {
+    for (PropertyListFormat format : kFormats) {
+        const bool isXML = format == PropertyListFormat::XML;
+        const PropertyList value = isXML ? withoutControls() : samples::everything();
+        const PropertyList back = decodePropertyList(encodePropertyList(value, format));
+        CHECK_EQ(back, value);
+        for (std::size_t i = 0; i < value.size(); ++i) CHECK_EQ(back.entries()[i].key, value.entries()[i].key);
+        for (const auto& [key, each] : value.entries())
+            CHECK_EQ(decodePropertyList(encodePropertyList(each, format)), each);
+        CHECK_EQ(encodePropertyList(back, format), encodePropertyList(value, format));
+        CHECK(encodePropertyList({}, format).empty());
+    }
+}
+
+TEST(XMLRefusesWhatItCannotExpress) {
+    for (const PropertyList& value :
+         {PropertyList("\x01"), PropertyList("\uFFFE"), PropertyList(std::string_view("\0", 1)),
+          PropertyList(propertylist::Date{INT64_MIN}), PropertyList::dictionary({{"\x1B", 1}}),
+          PropertyList::array({propertylist::Date{253'402'300'800'000'000}}), samples::doubled(40)})
+        CHECK_EQ(xml(value), "");
+}
+
+TEST(EqualTextsAndNumbersAreWrittenOnce) {
+    const auto list = [] { return PropertyList::array({"some text"s, 1'000'000, 0.5, true, std::string(2000, 'x')}); };
+    std::vector<PropertyList> many(100, list());
+    for (int i = 0; i < 100; ++i) many.push_back(list());
+    const std::string once = binary(PropertyList::array(many));
+    CHECK(once.size() < 3500);
+    // What was read from several files meets what was built.
+    std::vector<PropertyList> edited = propertylist::mutableArray(decodePropertyList(once));
+    edited.push_back(list());
+    edited.push_back(decodePropertyList(binary(list())));
+    CHECK(binary(PropertyList::array(edited)).size() < once.size() + 40);
+    CHECK_EQ(decodePropertyList(binary(PropertyList::array(edited))), PropertyList::array(edited));
+    CHECK_EQ(told(decodePropertyList(binary(PropertyList::array({1, true, 1.0, "1", propertylist::Date{1}})))),
+             "array (1, 1, 1, 1, \"1970-01-01 00:00:00 +0000\")");
+}
+
+TEST(FileTruncatedAtAnyByteIsNothing) {
+    const PropertyList value =
+        PropertyList::dictionary({{"a", PropertyList::array({1, "b<&", 0.5, true})}, {"c", PropertyList::data("d")}});
+    for (PropertyListFormat format : kFormats) {
+        std::string bytes = encodePropertyList(value, format);
+        if (format == PropertyListFormat::XML) bytes.pop_back();  // the line end
+        for (std::size_t size = 0; size < bytes.size(); ++size)
+            CHECK(!decodePropertyList(std::string_view(bytes).substr(0, size)));
+    }
+    CHECK(!decodePropertyList(binary(value) + '\0'));
+}
+
+TEST(ReferencesAndTablesMustBeSound) {
+    File file{{"\xA2\x01\x01"s, "\x51\x61"s}};
+    REQUIRE(file.value().size() == 2);
+    for (const File& bad : {File{{"\xA1\0"s}}, File{{"\xA1\x01"s}}, File{{"\xD1\x01\x01"s, "\x10\x01"s}},
+                            File{{"\xA1\x01"s, "\xD1\x02\0"s, "\x51k"s}}, File{{"\xD1\x01\x02"s, "\x51k"s}}})
+        CHECK(!bad.value());
+    using Offsets = std::vector<std::uint64_t>;
+    CHECK(!decodePropertyList(file.bytes([](Offsets& offsets) { offsets[1] = 7; })));
+    CHECK(!decodePropertyList(file.bytes([](Offsets& offsets) { offsets[1] = 13; })));
+    // Many objects on the same bytes would take memory out of proportion.
+    CHECK(!decodePropertyList(file.bytes([](Offsets& offsets) { offsets.resize(20'000, 8); })));
+    const std::pair<std::size_t, char> kTrailerBytes[] = {
+        {6, 0}, {6, 1}, {6, 9}, {7, 0}, {7, 9}, {15, 1}, {15, 3}, {8, '\xFF'}, {23, 2}, {16, 1}, {31, 4}, {24, '\xFF'}};
+    for (auto [at, value] : kTrailerBytes) {
+        std::string bytes = file.bytes();
+        bytes[bytes.size() - 32 + at] = value;
+        CONTEXT("trailer byte " + std::to_string(at) + " is " + std::to_string(value));
+        CHECK(!decodePropertyList(bytes));
+    }
+}
+
+TEST(LastValueOfARepeatedKeyStandsAtTheFirstPlace) {
+    const PropertyList value = File{
+        {"\xA2\x01\x01"s, "\xD3\x02\x03\x04\x05\x06\x06"s, "\x51\x61"s, "\x51\x62"s, "\x51\x61"s, "\x10\x01"s,
+         "\x10\x02"s}}.value();
+    CHECK_EQ(told(value), "array ({a = 2; b = 2;}, {a = 2; b = 2;})");
+}
+
+TEST(NestingIsReadToTheLimitAndNoFurther) {
+    const PropertyList deepest = samples::nested(PropertyList::kMaximumDepth);
+    for (PropertyListFormat format : kFormats) {
+        CHECK_EQ(decodePropertyList(encodePropertyList(deepest, format)), deepest);
+        CHECK(encodePropertyList(samples::nested(PropertyList::kMaximumDepth + 1), format).empty());
+    }
+    for (unsigned depth : {PropertyList::kMaximumDepth, PropertyList::kMaximumDepth + 1, 30'000U}) {
+        File file{{}, 2};
+        for (unsigned i = 1; i < depth; ++i) file.objects.push_back(std::string("\xA1").append(number(i, 2)));
+        file.objects.push_back("\xA0");
+        CHECK_EQ(static_cast<bool>(file.value()), depth <= PropertyList::kMaximumDepth);
+    }
+    std::string opening, tooDeep = xml(deepest);
+    for (int i = 0; i < 100'000; ++i) opening += "<array>";
+    CHECK(!decodePropertyList("<plist>" + opening));
+    tooDeep.replace(tooDeep.find("<array/>"), 8, "<array><array/></array>");
+    CHECK(!decodePropertyList(tooDeep));
+}
+
+TEST(SharedValuesExpandOnlySoFar) {
+    const PropertyList some = samples::doubled(10);
+    CHECK_EQ(decodePropertyList(binary(some)), some);
+    CHECK(binary(some).size() < 150);
+    for (unsigned levels : {30U, 200U}) {
+        CHECK(binary(samples::doubled(levels)).empty());
+        File file;
+        for (unsigned i = 1; i <= levels; ++i)
+            file.objects.push_back(std::string("\xA2").append(2, static_cast<char>(i)));
+        file.objects.push_back("\x51\x61");
+        CHECK(!file.value());
+    }
+}
