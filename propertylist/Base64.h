@@ -1,4 +1,4 @@
-// Base64 with padding, RFC 4648.
+// Base64 with padding, RFC 4648, without line breaks.
 #pragma once
 
 #include <optional>

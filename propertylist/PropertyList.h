@@ -1,7 +1,10 @@
 // An immutable property-list value: a string, boolean, integer, real, date, data, array or dictionary, or nothing.
 //
 // Copying a value copies one pointer; the storage is shared and freed with its last holder. A value may be read from
-// several threads at once, and copies of it made and dropped in each.
+// several threads at once, and copies of it made and dropped in each. A value that is part of a decoded file or of an
+// arena keeps all of it in memory.
+//
+// Nothing here throws but std::bad_alloc; what cannot be made is nothing.
 //
 // "Nothing" (a default-constructed PropertyList) stands for a missing value. Every reader accepts it and answers as for
 // an empty or zero value, so look-ups can be chained without a test at each step:
@@ -45,7 +48,8 @@ public:
     PropertyList& operator=(PropertyList&& other) noexcept;
     ~PropertyList();
 
-    // Strings are UTF-8, may hold U+0000, and are nothing when the bytes are not valid UTF-8.
+    // Strings are UTF-8, may hold U+0000, and are copied. Nothing when the bytes are not valid UTF-8 or take 4 GiB. A
+    // `const char*` must not be null.
     PropertyList(std::string_view text);
     PropertyList(const std::string& text) : PropertyList(std::string_view(text)) {}
     PropertyList(const char* text) : PropertyList(std::string_view(text)) {}
@@ -53,17 +57,20 @@ public:
     template <std::integral Number>
         requires(!std::same_as<Number, bool>)
     PropertyList(Number value) : PropertyList(makeInteger(value)) {}
+    // Any double, infinities and NaN too; -0 stays what it is.
     PropertyList(double value);
     // Kept to the microsecond where the binary form's seconds since 2001 can tell microseconds apart (some 270 years to
     // either side), else to the nearest value that it can hold: what is written always equals what is read back.
     PropertyList(Date value);
+    // Copies the bytes; nothing when they take 4 GiB.
     static PropertyList data(std::string_view bytes);
-    // Elements that are nothing are left out.
+    // Elements that are nothing are left out. Nesting has no limit but that of the codecs.
     static PropertyList array(std::vector<PropertyList> elements);
-    // As if the pairs were set one after the other in a MutableDictionary.
+    // As if the pairs were set one after the other in a MutableDictionary: the last value of a key counts.
     static PropertyList dictionary(std::initializer_list<std::pair<std::string_view, PropertyList>> pairs);
 
     Type type() const noexcept;
+    // False for nothing alone: an empty string, false and 0 are values.
     explicit operator bool() const noexcept { return node_ != nullptr; }
     bool isString() const noexcept { return type() == Type::String; }
     bool isBoolean() const noexcept { return type() == Type::Boolean; }
@@ -87,22 +94,24 @@ public:
     double realValue() const noexcept;
     // Only an integer above INT64_MAX has a value here that integerValue() cannot give.
     bool isUnsigned() const noexcept;
-    std::uint64_t unsignedValue() const noexcept;
+    std::uint64_t unsignedValue() const noexcept;  // 0 for what is negative
     std::optional<Date> dateValue() const noexcept;
 
     std::size_t size() const noexcept;  // elements of an array, entries of a dictionary, else 0
-    // Nothing beyond the end, for a missing key and for a value of another type. Look-up by key takes constant time in
-    // a large dictionary; the index behind it is built by the first look-up.
+    // Nothing beyond the end, for a missing key and for a value of another type. The reference lives as long as some
+    // holder of this value. Look-up by key takes constant time in a dictionary of more than 24 entries; the index
+    // behind it, some 16 bytes for an entry, is built by the first look-up and kept.
     const PropertyList& operator[](std::size_t index) const noexcept;
     const PropertyList& operator[](int index) const noexcept { return (*this)[static_cast<std::size_t>(index)]; }
     const PropertyList& operator[](std::string_view key) const noexcept;
     const PropertyList& operator[](const char* key) const noexcept { return (*this)[std::string_view(key)]; }
 
     // Same type and value; dictionaries compare without regard to order. Numbers of different kinds differ. NaN equals
-    // itself. Nothing equals nothing.
+    // itself. Nothing equals nothing. Takes no stack for deep nesting.
     friend bool operator==(const PropertyList& a, const PropertyList& b) noexcept { return equal(a, b); }
 
-    // A readable form for logs: strings as they are at the top level, containers as {key = value; } and (a, b).
+    // A readable form for logs: strings as they are at the top level, containers as {key = value;} and (a, b), data in
+    // hexadecimal, "..." for what is nested deeper than 512. Empty for nothing. Not meant to be read back.
     std::string description() const;
 
     const Node* node() const noexcept { return node_; }  // for the codecs
@@ -130,7 +139,8 @@ struct PropertyList::Entry {
     PropertyList value;
 };
 
-// A dictionary under construction: a mutable copy. Setting and finding take constant time in a large one.
+// A dictionary under construction: a mutable copy. Setting and finding take constant time in a large one. Belongs to
+// one thread at a time, for reading too.
 class MutableDictionary {
 public:
     MutableDictionary() = default;
@@ -142,8 +152,10 @@ public:
     // As set(), but keeps the very key, which must be a string, and returns the value that it had. One search does
     // both.
     PropertyList exchange(PropertyList key, PropertyList value);
+    // Nothing when the key is missing. The reference is good until the next change.
     const PropertyList& operator[](std::string_view key) const noexcept;
     std::size_t size() const noexcept { return entries_.size() - removed_; }
+    // The dictionary as a value, an empty one too; this one is empty from then on.
     PropertyList freeze() &&;
 
 private:

@@ -2,6 +2,7 @@
 
 #include "linux/system/DisplayText.h"
 #include "linux/system/TextColumns.h"
+#include "propertylist/ASCII.h"
 #include "settings/EntryList.h"
 #include "tools/Localized.h"
 
@@ -46,8 +47,7 @@ Refusal noEntry(int index, std::size_t count) {
 std::optional<std::int64_t> optionValueFromText(const Option& option, std::string_view text) {
     if (option.type == OptionType::Boolean) {
         std::string word(text);
-        for (char& c : word)
-            if (c >= 'A' && c <= 'Z') c += 'a' - 'A';
+        for (char& c : word) c = propertylist::lowerASCII(c);
         for (std::string_view on : {"true", "yes", "on", "1"})
             if (word == on) return 1;
         for (std::string_view off : {"false", "no", "off", "0"})

@@ -1,5 +1,6 @@
-// Which of three other font managers are installed. Each question is asked of the system once in a process; the answer
-// is kept.
+// Which of three other font managers are installed: whether the system finds an application by the manager's creator
+// code, bundle identifier or name. Each question is asked of the system once in a process, by whoever comes first; the
+// answer is kept. For one thread.
 #pragma once
 
 #include "platform/Applications.h"

@@ -7,6 +7,8 @@
 //     f=Times\0020Bold     full name, Unicode codes: only where the section has none
 //     s=,Bold              style name, Unicode codes: replaces what the section has
 //     s=Bold               style name, Unicode codes: only where the section has none
+//
+// EscapedName.h tells what the codes are.
 #pragma once
 
 #include "pane/fontcatalog/NamesCollection.h"
@@ -18,8 +20,7 @@ namespace fontcatalog {
 
 // Sets each section, a dictionary with "FullName" and "StyleName" as far as it has them, in the collection in place of
 // any earlier value. A section is stored when the next header closes it; the last one of the file therefore never is.
-// Sections without a name or without a value are not stored either. The text is
-// kept as long as any of the records.
+// Sections without a name or without a value are not stored either. The records keep the text in memory.
 void readNameDatabase(const FileText& text, NamesCollection& names);
 
 // The decimal number behind the first "version=", white space before it skipped; 0 when there is none. Infinite where a

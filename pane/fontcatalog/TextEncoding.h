@@ -18,7 +18,8 @@ struct FileText {
     bool isMacRoman = false;      // the characters are Mac OS Roman instead, as only listText() leaves them
 };
 
-// Plain UTF-8 is not copied. An empty text for a null pointer.
+// Never fails: every byte becomes some character. Plain UTF-8 is not copied, and the text shares its owner; an empty
+// text without one for a null pointer.
 FileText decodedText(std::shared_ptr<const std::string> bytes);
 // Leaves Mac OS Roman as it is, for readers that convert no more than they keep.
 FileText listText(std::shared_ptr<const std::string> bytes);

@@ -136,21 +136,21 @@ TEST(CatalogueOfDatabaseAndLists) {
 }
 
 TEST(FileSetsThatCountAsUnchanged) {
-    const auto element = [](const char* path) { return PropertyList::dictionary({{kPathKey, path}}); };
+    const auto a = PropertyList::dictionary({{kPathKey, "a"}}), b = PropertyList::dictionary({{kPathKey, "b"}});
+    const auto dated = PropertyList::dictionary({{kPathKey, "a"}, {kModificationDateKey, 1}});
     const auto array = [](std::vector<PropertyList> elements) { return PropertyList::array(std::move(elements)); };
-    const std::tuple<const char*, PropertyList, PropertyList, std::size_t> cases[] = {
-        {"nothing stored", {}, array({element("a")}), 0},
-        {"equal lists count as changed", array({element("a")}), array({element("a")}), 0},
-        {"empty lists too", array({}), array({}), 0},
-        {"of different length", array({element("a")}), array({element("a"), element("b")}), 0},
-        {"the first difference is logged", array({element("a"), element("b")}), array({element("c"), element("d")}), 1},
-        {"of another date", array({element("a")}), array({PropertyList::dictionary({{kPathKey, "a"}, {"Date", 1}})}),
-         1},
-        {"not even a list", "text", array({element("a")}), 0},
-        {"not even dictionaries", array({"a"}), array({element("a")}), 1},
+    const std::tuple<PropertyList, PropertyList, std::size_t> cases[] = {
+        {{}, array({a}), 0},                // nothing is stored
+        {array({a}), array({a}), 0},        // equal lists count as changed
+        {array({}), array({}), 0},          // empty ones, too
+        {array({a}), array({a, b}), 0},     // of different length
+        {array({a, b}), array({b, a}), 1},  // the first difference is logged
+        {array({a}), array({dated}), 1},    // of another date
+        {"text", array({a}), 0},            // not even a list
+        {array({"a"}), array({a}), 1},      // not even dictionaries
     };
-    for (const auto& [label, stored, current, lines] : cases) {
-        CONTEXT(label);
+    for (const auto& [stored, current, lines] : cases) {
+        CONTEXT(stored.description());
         fake::Log log;
         CHECK_EQ(isFileSetUnchanged(stored, current, log), false);
         CHECK_EQ(log.lines.size(), lines);

@@ -2,38 +2,34 @@
 
 #include <sys/stat.h>
 
+#include <map>
+#include <sstream>
+
 using namespace platform;
 using fontcatalogtest::Machine;
 
 TEST(WellKnownFolders) {
+    const std::map<std::string, FolderDomain> domains = {{"User", FolderDomain::User},
+                                                         {"Local", FolderDomain::Local},
+                                                         {"Network", FolderDomain::Network},
+                                                         {"Classic", FolderDomain::Classic},
+                                                         {"System", FolderDomain::System}};
+    const std::map<std::string, FolderKind> kinds = {{"Library", FolderKind::Library},
+                                                     {"ApplicationSupport", FolderKind::ApplicationSupport},
+                                                     {"Temporary", FolderKind::Temporary}};
     const check::ScopedEnvironment home("HOME", "/h/me/");
-    using enum FolderDomain;
-    using enum FolderKind;
-    const std::string common = "/drive_c/Program Files/Common Files";
-    const std::tuple<FolderDomain, FolderKind, const char*, const char*, const char*, std::string> cases[] = {
-        {User, Library, "/r", nullptr, nullptr, "/h/me/Library"},
-        {Local, Library, nullptr, nullptr, nullptr, "/Library"},
-        {Local, Library, "/r/", nullptr, nullptr, "/r/Library"},
-        {Network, Library, "/r", nullptr, nullptr, "/r/Network/Library"},
-        {User, ApplicationSupport, "/r", nullptr, nullptr, "/h/me/.local/share"},
-        {User, ApplicationSupport, "/r", "/d/", nullptr, "/d"},
-        {User, ApplicationSupport, nullptr, "relative", nullptr, "/h/me/.local/share"},
-        {Local, ApplicationSupport, "relative", nullptr, nullptr, "/usr/local/share"},
-        {Network, ApplicationSupport, "/r", "/d", nullptr, "/r/usr/share"},
-        {Classic, ApplicationSupport, "/r", nullptr, nullptr, "/h/me/.wine" + common},
-        {Classic, ApplicationSupport, "/r", nullptr, "/w", "/r/w" + common},
-        {Classic, ApplicationSupport, "/r", nullptr, "/h/me/w", "/h/me/w" + common},
-        {System, Temporary, "/r", nullptr, nullptr, "/r/tmp"},
-        {User, Temporary, nullptr, nullptr, nullptr, ""},
-        {Classic, Library, nullptr, nullptr, nullptr, ""},
-        {System, ApplicationSupport, nullptr, nullptr, nullptr, ""},
-    };
-    for (const auto& [domain, kind, rootPath, dataPath, winePath, path] : cases) {
-        CONTEXT(path);
-        const check::ScopedEnvironment root("TYPESLATE_ROOT", rootPath), data("XDG_DATA_HOME", dataPath),
-            wine("WINEPREFIX", winePath);
-        CHECK_EQ(linux::LinuxFiles().folder(domain, kind).value_or(""), path);
+    const auto cases = check::casesIn(TEST_DATA "/folders.txt");
+    for (const auto& c : cases) {
+        CONTEXT(c.label + " " + c.argument + " " + c.text);
+        std::istringstream words(c.text);
+        std::string values[3];
+        words >> values[0] >> values[1] >> values[2];
+        const auto setting = [&](int i) { return values[i] == "-" ? nullptr : values[i].c_str(); };
+        const check::ScopedEnvironment root("TYPESLATE_ROOT", setting(0)), data("XDG_DATA_HOME", setting(1)),
+            wine("WINEPREFIX", setting(2));
+        CHECK_EQ(linux::LinuxFiles().folder(domains.at(c.label), kinds.at(c.argument)).value_or(""), c.expected);
     }
+    CHECK(cases.size() == 16);
     CHECK_EQ(linux::LinuxFiles().expandTilde("~/a~"), "/h/me/a~");
     CHECK_EQ(linux::LinuxFiles().expandTilde("~"), "/h/me");
     CHECK_EQ(linux::LinuxFiles().expandTilde("~you/a"), "~you/a");

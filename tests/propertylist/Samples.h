@@ -9,20 +9,16 @@ namespace samples {
 using propertylist::PropertyList;
 
 inline PropertyList everything() {
+    const PropertyList integers = PropertyList::array({0, 255, 256, -1, 65536, 1LL << 40, INT64_MIN, UINT64_MAX}),
+                       twice = PropertyList::array({"a", "a"}), none = PropertyList::array({});
+    // clang-format off
     return PropertyList::dictionary({
-        {"string", "plain"},
-        {"wide", "h\u00e9llo \U0001F600"},
-        {"empty", ""},
-        {"zero inside", std::string_view("a\0b", 3)},
-        {"true", true},
-        {"integers", PropertyList::array({0, 255, 256, -1, 65536, std::int64_t{1} << 40, INT64_MIN, UINT64_MAX})},
-        {"real", -0.25},
-        {"date", propertylist::Date{1'769'860'800'123'456}},
+        {"string", "plain"}, {"wide", "h\u00e9llo \U0001F600"}, {"empty", ""},
+        {"zero inside", std::string_view("a\0b", 3)}, {"long", std::string(70'000, 'x')}, {"true", true},
+        {"integers", integers}, {"real", -0.25}, {"date", propertylist::Date{1'769'860'800'123'456}},
         {"data", PropertyList::data(std::string(300, '\x7F'))},
-        {"long", std::string(70'000, 'x')},
-        {"nested",
-         PropertyList::dictionary({{"none", PropertyList::array({})}, {"", PropertyList::array({"a", "a"})}})},
-    });
+        {"nested", PropertyList::dictionary({{"none", none}, {"", twice}})}});
+    // clang-format on
 }
 
 // Arrays in arrays; the depth counts the innermost one too.

@@ -4,6 +4,7 @@
 usage: interop.py PLCONVERT
 """
 import datetime
+import itertools
 import math
 import plistlib
 import shutil
@@ -11,6 +12,7 @@ import subprocess
 import sys
 
 FORMATS = {"binary": plistlib.FMT_BINARY, "xml": plistlib.FMT_XML}
+THEIRS = {"binary": "bin", "xml": "xml"}
 EDGES = [0, 1, 127, 128, 255, 256, 65535, 65536, 2**31 - 1, 2**31, 2**32 - 1, 2**32, 2**63 - 1]
 
 VALUES = {
@@ -50,21 +52,15 @@ def same(a, b):
     return a == b
 
 
-def check_plistlib(plconvert, name, value):
-    for source, source_format in FORMATS.items():
-        for target in FORMATS:
-            data = plistlib.dumps(value, fmt=source_format, sort_keys=False)
-            result = run([plconvert, target], data)
-            if result.returncode != 0 or not same(plistlib.loads(result.stdout), value):
-                failures.append("%s: plistlib's %s through our %s" % (name, source, target))
-
-
-def check_plistutil(plconvert, plistutil, name, value):
-    theirs = {"binary": "bin", "xml": "xml"}
-    for source in FORMATS:
-        for target in FORMATS:
-            ours = run([plconvert, source], plistlib.dumps(value, sort_keys=False)).stdout
-            between = run([plistutil, "-i", "-", "-f", theirs[target], "-o", "-"], ours)
+def exchange(plconvert, plistutil, name, value):
+    for source, target in itertools.product(FORMATS, FORMATS):
+        data = plistlib.dumps(value, fmt=FORMATS[source], sort_keys=False)
+        result = run([plconvert, target], data)
+        if result.returncode != 0 or not same(plistlib.loads(result.stdout), value):
+            failures.append("%s: plistlib's %s through our %s" % (name, source, target))
+        if plistutil and name not in NOT_FOR_PLISTUTIL:
+            ours = run([plconvert, source], data).stdout
+            between = run([plistutil, "-i", "-", "-f", THEIRS[target], "-o", "-"], ours)
             result = run([plconvert, "binary"], between.stdout)
             if result.returncode != 0 or plistlib.loads(result.stdout) != value:
                 failures.append("%s: our %s through plistutil's %s" % (name, source, target))
@@ -74,9 +70,7 @@ def main():
     plconvert = sys.argv[1]
     plistutil = shutil.which("plistutil")
     for name, value in VALUES.items():
-        check_plistlib(plconvert, name, value)
-        if plistutil and name not in NOT_FOR_PLISTUTIL:
-            check_plistutil(plconvert, plistutil, name, value)
+        exchange(plconvert, plistutil, name, value)
     if run([plconvert, "xml"], b"bplist00").returncode != 1:
         failures.append("a malformed list is refused")
     print("%d values, plistlib%s" % (len(VALUES), " and plistutil" if plistutil else " only"))

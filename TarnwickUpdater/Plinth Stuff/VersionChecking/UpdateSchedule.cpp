@@ -1,6 +1,6 @@
 #include "TarnwickUpdater/Plinth Stuff/VersionChecking/UpdateSchedule.h"
 
-#include "propertylist/Coercion.h"
+#include "propertylist/ASCII.h"
 
 #include <algorithm>
 
@@ -9,11 +9,10 @@ using namespace platform;
 namespace twvc {
 namespace {
 
-char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
-
 std::optional<std::string_view> ignoredHost(std::string_view identifier) {
-    auto found = std::ranges::find_if(kTWVCBundleIDsToIgnore,
-                                      [identifier](auto entry) { return equalIgnoringCase(identifier, entry); });
+    auto found = std::ranges::find_if(kTWVCBundleIDsToIgnore, [identifier](auto entry) {
+        return propertylist::equalIgnoringASCIICase(identifier, entry);
+    });
     return found == kTWVCBundleIDsToIgnore.end() ? std::nullopt : std::optional(*found);
 }
 
@@ -35,8 +34,6 @@ bool isSystemNew(const ScheduleState& state) {
 
 }  // namespace
 
-bool equalIgnoringCase(std::string_view a, std::string_view b) { return std::ranges::equal(a, b, {}, lower, lower); }
-
 std::string_view ruleName(Rule rule) {
     static constexpr std::array<std::string_view, 7> kNames{"runtime", "host",   "off", "login",
                                                             "date",    "system", "none"};
@@ -47,7 +44,7 @@ std::string_view ruleName(Rule rule) {
 std::optional<bool> storedBoolean(const PropertyList& value) {
     if (value.isNumber() || propertylist::coercedBoolean(value)) return propertylist::coercedBoolean(value);
     for (std::string_view no : {"false", "no", "0"})
-        if (equalIgnoringCase(value.stringValue(), no)) return false;
+        if (propertylist::equalIgnoringASCIICase(value.stringValue(), no)) return false;
     return std::nullopt;
 }
 

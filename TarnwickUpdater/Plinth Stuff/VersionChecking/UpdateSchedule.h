@@ -50,7 +50,6 @@ struct Decision {
     bool isDue() const { return rule == Rule::Date || rule == Rule::System; }
 };
 
-bool equalIgnoringCase(std::string_view a, std::string_view b);  // of ASCII letters
 // What is stored under kCheckForUpdatesKey; nothing when it is missing or is nothing that reads as a boolean.
 std::optional<bool> storedBoolean(const platform::PropertyList& value);
 bool isBetaVersion(std::string_view version);                         // holds "b" or "fc"

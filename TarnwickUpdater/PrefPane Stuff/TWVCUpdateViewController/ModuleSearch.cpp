@@ -1,6 +1,7 @@
 // Finding the module that the controls are for.
 #include "TarnwickUpdater/Plinth Stuff/VersionChecking/VersionChecking.h"
 #include "TarnwickUpdater/PrefPane Stuff/TWVCUpdateViewController/TWVCUpdateViewController.h"
+#include "propertylist/ASCII.h"
 
 using namespace platform;
 using twvc::UpdateServices;
@@ -19,7 +20,7 @@ bool hasIdentifier(const UpdateServices& services, const std::string& path, std:
         return false;
     }
     if (twvc::gLogStuff) twvc::log(services, "%@ vs %@", wanted, identifier);
-    return twvc::equalIgnoringCase(identifier, wanted);
+    return propertylist::equalIgnoringASCIICase(identifier, wanted);
 }
 
 }  // namespace
