@@ -120,15 +120,16 @@ TEST(CatalogueOfDatabaseAndLists) {
     World::write(world.local + "TypeSpt/FntNames.db", "[A]\nf=from database\n[B]\nf=only here\n[C]\nf=last");
     World::write(world.user + "TypeSpt/AdobeFnt1.lst", listOf("A") + listOf("D"));
     World::write(world.local + "TypeSpt/AdobeFnt2.lst", listOf("D"));
+    World::write(world.network + "TypeSpt/AdobeFnt0.lst", listOf("D"));
     World::write(world.local + "Fonts/D");
     std::vector<std::size_t> progress;
     world.context.progress = [&](std::size_t done, std::size_t all) { progress.insert(progress.end(), {done, all}); };
     adobeNames(world.context, world.catalogue);
     const PropertyList names = world.catalogue.names;
     CHECK_EQ(names.size(), 3U);
-    CHECK_EQ(names["D"]["FontListFilePath"].stringValue(), world.local + "TypeSpt/AdobeFnt2.lst");
+    CHECK_EQ(names["D"]["FontListFilePath"].stringValue(), world.network + "TypeSpt/AdobeFnt0.lst");
     CHECK_EQ(names["D"]["FontFilePath"].stringValue(), world.local + "Fonts/D");
-    CHECK_EQ(progress, std::vector<std::size_t>{1, 2, 2, 2});
+    CHECK_EQ(progress, std::vector<std::size_t>{1, 3, 2, 3, 3, 3});
 
     World::write(world.local + "TypeSpt/FntNames.db", "[E]\nf=e\n[");
     adobeNames(world.context, world.catalogue);

@@ -15,6 +15,7 @@ class Files final : public platform::FileServices {
 public:
     bool fileExists(std::string_view path) override {
         ++existenceTests;
+        if (!closed.empty() && path.starts_with(closed)) return false;
         if (real.fileExists(path)) return true;
         return ignoresCase && real.fileExists(lowerCase(path));
     }
@@ -36,6 +37,7 @@ public:
     int existenceTests = 0, listings = 0;
     bool ignoresCase = false;
     std::set<std::string, std::less<>> unreadable;
+    std::string closed;  // a folder that may be listed, but not entered
 
 private:
     // Of the last component only: the folders' own names may have capitals.

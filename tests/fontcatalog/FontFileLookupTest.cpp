@@ -41,10 +41,11 @@ TEST(LookUpAnswersAsExistenceTestsDo) {
     fillFonts(machine);
     const std::string fonts = machine.local + "Fonts/";
     for (const bool ignoresCase : {false, true})
-        for (const char* refused : {"", "Sub/"}) {
+        for (const std::string_view refusal : {"", "unreadable", "closed"}) {
             Files files;
             files.ignoresCase = ignoresCase;
-            if (*refused) files.unreadable.insert(fonts + refused);
+            if (refusal == "unreadable") files.unreadable.insert(fonts + "Sub/");
+            if (refusal == "closed") files.closed = fonts + "Sub/";
             FontFileLookup lookup(files);
             for (const std::string& path : paths()) {
                 CONTEXT("\"" + path.substr(0, 40) + "\"" + (ignoresCase ? ", case ignored" : ""));

@@ -115,6 +115,9 @@ TEST(EqualTextsAndNumbersAreWrittenOnce) {
     edited.push_back(decodePropertyList(binary(list())));
     CHECK(binary(PropertyList::array(edited)).size() < once.size() + 40);
     CHECK_EQ(decodePropertyList(binary(PropertyList::array(edited))), PropertyList::array(edited));
+    many.clear();
+    for (int i = 0; i < 100; ++i) many.emplace_back(1'000'000);
+    CHECK(binary(PropertyList::array(many)).size() < 200);
     CHECK_EQ(told(decodePropertyList(binary(PropertyList::array({1, true, 1.0, "1", propertylist::Date{1}})))),
              "array (1, 1, 1, 1, \"1970-01-01 00:00:00 +0000\")");
 }
@@ -137,11 +140,15 @@ TEST(ReferencesAndTablesMustBeSound) {
     for (const File& bad : {File{{"\xA1\0"s}}, File{{"\xA1\x01"s}}, File{{"\xD1\x01\x01"s, "\x10\x01"s}},
                             File{{"\xA1\x01"s, "\xD1\x02\0"s, "\x51k"s}}, File{{"\xD1\x01\x02"s, "\x51k"s}}})
         CHECK(!bad.value());
+    File cycle{std::vector<std::string>(300, "\x51\x61")};
+    cycle.objects[0] = "\xA1\0"s;
+    CHECK(!cycle.value());
     using Offsets = std::vector<std::uint64_t>;
     CHECK(!decodePropertyList(file.bytes([](Offsets& offsets) { offsets[1] = 7; })));
     CHECK(!decodePropertyList(file.bytes([](Offsets& offsets) { offsets[1] = 13; })));
     // Many objects on the same bytes would take memory out of proportion.
     CHECK(!decodePropertyList(file.bytes([](Offsets& offsets) { offsets.resize(20'000, 8); })));
+    CHECK(!decodePropertyList(file.bytes().insert(file.bytes().size() - 32, 2, '\0')));
     const std::pair<std::size_t, char> kTrailerBytes[] = {
         {6, 0}, {6, 1}, {6, 9}, {7, 0}, {7, 9}, {15, 1}, {15, 3}, {8, '\xFF'}, {23, 2}, {16, 1}, {31, 4}, {24, '\xFF'}};
     for (auto [at, value] : kTrailerBytes) {
@@ -153,8 +160,9 @@ TEST(ReferencesAndTablesMustBeSound) {
 }
 
 TEST(LastValueOfARepeatedKeyStandsAtTheFirstPlace) {
+    const std::string dictionary = "\xD3\x03\x04\x05\x06\x07\x07";
     const PropertyList value = File{
-        {"\xA2\x01\x01"s, "\xD3\x02\x03\x04\x05\x06\x06"s, "\x51\x61"s, "\x51\x62"s, "\x51\x61"s, "\x10\x01"s,
+        {"\xA2\x01\x02"s, dictionary, dictionary, "\x51\x61"s, "\x51\x62"s, "\x51\x61"s, "\x10\x01"s,
          "\x10\x02"s}}.value();
     CHECK_EQ(told(value), "array ({a = 2; b = 2;}, {a = 2; b = 2;})");
 }

@@ -13,7 +13,7 @@ inline PropertyList everything() {
                        twice = PropertyList::array({"a", "a"}), none = PropertyList::array({});
     // clang-format off
     return PropertyList::dictionary({
-        {"string", "plain"}, {"wide", "h\u00e9llo \U0001F600"}, {"empty", ""},
+        {"string", "plain"}, {"wide", "h\u00e9llo \U0001F600"}, {"empty", ""}, {"fifteen", "123456789012345"},
         {"zero inside", std::string_view("a\0b", 3)}, {"long", std::string(70'000, 'x')}, {"true", true},
         {"integers", integers}, {"real", -0.25}, {"date", propertylist::Date{1'769'860'800'123'456}},
         {"data", PropertyList::data(std::string(300, '\x7F'))},

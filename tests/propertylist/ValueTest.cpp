@@ -76,13 +76,15 @@ TEST(MutableCopyLeavesTheSourceAlone) {
     MutableDictionary copy(before);
     copy.set("string", 1);
     copy.remove("real");
+    copy.set("true", {});
     CHECK_EQ(copy.exchange("string", 2).integerValue(), 1);
     CHECK(!copy.exchange(3, 4) && !copy.exchange("new", 5));
     std::vector<PropertyList> elements = propertylist::mutableArray(before["integers"]);
     elements[0] = "changed";
     CHECK_EQ(before, samples::everything());
     const PropertyList changed = std::move(copy).freeze();
-    CHECK(changed["string"].integerValue() == 2 && changed["new"].integerValue() == 5 && !changed["real"]);
+    CHECK(changed["string"].integerValue() == 2 && changed["new"].integerValue() == 5 && !changed["real"] &&
+          !changed["true"]);
     CHECK(propertylist::mutableArray("not an array").empty());
 }
 
@@ -96,16 +98,18 @@ TEST(BuiltValuesMayBeNestedAsDeepAsTheyLike) {
 // What an arena makes is like any other value, and outlives it.
 TEST(ArenasMakeDictionariesOfStrings) {
     const auto text = std::make_shared<const std::string>("key = value");
+    const std::string l(70'000, 'l');
     PropertyList made, string;
     {
         propertylist::PropertyListArena arena(text);
         const auto value = arena.string(std::string_view(*text).substr(6));
-        const auto empty = arena.string(""), longKey = arena.string(std::string(70'000, 'l'));
+        std::string passing = l;
+        const auto empty = arena.string(""), longKey = arena.string(passing);
+        passing.assign(passing.size(), '-');
         string = arena.value(value);
         made = arena.dictionary({{{arena.string("cl\u00e9"), value}, {empty, longKey}, {longKey, empty}}});
     }
     CHECK(string.stringValue().data() == text->data() + 6 && string.stringValue() == "value");
-    const std::string l(70'000, 'l');
     CHECK_EQ(made, PropertyList::dictionary({{l, ""}, {"cl\u00e9", "value"}, {"", l}}));
     CHECK_EQ(propertylist::decodePropertyList(encodePropertyList(made, propertylist::PropertyListFormat::Binary)),
              made);
