@@ -73,12 +73,10 @@ void build(const Arguments&) {
     progress.clear();
     if (catalogue.state == Catalogue::State::Unavailable)
         throw refused("there is no font name database (FntNames.db), and without it no catalogue");
-    if (check.isRebuilt && !check.isStored) throw refused("the catalogue could not be written; the log says why");
-    const PropertyList names = check.isRebuilt ? catalogue.names : cache->dictionaryForKey(kAllNamesKey);
+    if (!check.isStored) throw refused("the catalogue could not be written; the log says why");
     const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - start;
-    const std::string outcome = check.isRebuilt ? localized("rebuilt") : localized("up to date");
-    printLine(localizedFormat("%@: %d files, %d records, %.3f s", outcome, check.files.size(), names.size(),
-                              seconds.count()));
+    printLine(localizedFormat("%@: %d files, %d records, %.3f s", localized("rebuilt"), check.files.size(),
+                              catalogue.names.size(), seconds.count()));
 }
 
 void show(const Arguments& arguments) {

@@ -5,11 +5,11 @@
 #include "settings/EntryList.h"
 #include "tools/AbsolutePath.h"
 #include "tools/EntryListing.h"
-#include "tools/HeadlessPane.h"
 #include "tools/Localized.h"
 #include "tools/Output.h"
 #include "tools/Refusal.h"
 #include "tools/UsageTexts.h"
+#include "tools/headless/HeadlessPane.h"
 
 using namespace platform;
 using namespace settings;

@@ -1,9 +1,9 @@
 #include "tools/Commands.h"
 
 #include "settings/EntryList.h"
-#include "tools/HeadlessPane.h"
 #include "tools/Localized.h"
 #include "tools/Output.h"
+#include "tools/headless/HeadlessPane.h"
 
 #include <chrono>
 #include <thread>

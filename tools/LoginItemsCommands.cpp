@@ -5,9 +5,9 @@
 #include "linux/system/TextColumns.h"
 #include "platform/LoginItems.h"
 #include "tools/AbsolutePath.h"
-#include "tools/HeadlessPane.h"
 #include "tools/Localized.h"
 #include "tools/Output.h"
+#include "tools/headless/HeadlessPane.h"
 
 #include <algorithm>
 

@@ -1,10 +1,10 @@
 #include "tools/Commands.h"
 
 #include "propertylist/Date.h"
-#include "tools/BusModule.h"
 #include "tools/Json.h"
 #include "tools/Localized.h"
 #include "tools/Output.h"
+#include "tools/headless/BusModule.h"
 
 #include <cstdio>
 

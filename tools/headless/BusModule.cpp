@@ -1,4 +1,4 @@
-#include "tools/BusModule.h"
+#include "tools/headless/BusModule.h"
 
 #include "linux/system/Installation.h"
 #include "tools/Localized.h"

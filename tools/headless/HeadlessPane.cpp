@@ -1,4 +1,4 @@
-#include "tools/HeadlessPane.h"
+#include "tools/headless/HeadlessPane.h"
 
 #include "linux/system/Installation.h"
 #include "settings/EntryList.h"

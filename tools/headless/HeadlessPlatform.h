@@ -3,7 +3,7 @@
 
 #include "linux/LinuxMachine.h"
 #include "platform/Platform.h"
-#include "tools/BusModule.h"
+#include "tools/headless/BusModule.h"
 
 namespace tools {
 

@@ -1,4 +1,4 @@
-#include "tools/HeadlessPlatform.h"
+#include "tools/headless/HeadlessPlatform.h"
 
 #include "propertylist/Date.h"
 

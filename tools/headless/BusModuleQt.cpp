@@ -5,7 +5,7 @@
 #include "qt/messages/DBusNotificationCenter.h"
 #include "qt/messages/RuntimeMessages.h"
 #include "qt/messages/SessionBus.h"
-#include "tools/BusModule.h"
+#include "tools/headless/BusModule.h"
 
 #include <QCoreApplication>
 

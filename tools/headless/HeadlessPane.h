@@ -4,8 +4,8 @@
 
 #include "pane/TSPreferencePane.h"
 #include "settings/SettingsSchema.h"
-#include "tools/HeadlessControls.h"
-#include "tools/HeadlessPlatform.h"
+#include "tools/headless/HeadlessControls.h"
+#include "tools/headless/HeadlessPlatform.h"
 
 #include <string>
 #include <vector>
