@@ -4,6 +4,7 @@
 #include "linux/files/ErrnoStatus.h"
 #include "linux/files/Paths.h"
 #include "linux/processes/DetachedProcess.h"
+#include "propertylist/ASCII.h"
 
 #include <algorithm>
 #include <array>
@@ -53,7 +54,7 @@ void sortByName(std::vector<ApplicationRecord>& applications) {
     std::multimap<std::string, ApplicationRecord> sorted;
     for (ApplicationRecord& application : applications) {
         std::string name = application.name;
-        std::ranges::transform(name, name.begin(), [](char c) { return c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c; });
+        std::ranges::transform(name, name.begin(), propertylist::lowerASCII);
         sorted.emplace(collation.transform(name.data(), name.data() + name.size()), std::move(application));
     }
     std::ranges::transform(sorted, applications.begin(), [](auto& item) { return std::move(item.second); });

@@ -1,5 +1,7 @@
 #include "linux/loginitems/AutostartEntry.h"
 
+#include "propertylist/ASCII.h"
+
 #include <algorithm>
 
 namespace linux {
@@ -75,9 +77,7 @@ std::string joinCommand(const std::vector<std::string>& words) {
     return command;
 }
 
-bool isPlain(char c) {
-    return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '.' || c == '-';
-}
+bool isPlain(char c) { return propertylist::isASCIIDigit(c) || propertylist::isASCIILetter(c) || c == '.' || c == '-'; }
 
 std::string stemOf(std::string_view path) {
     while (path.size() > 1 && path.ends_with('/')) path.remove_suffix(1);
