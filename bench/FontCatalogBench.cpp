@@ -65,8 +65,8 @@ int parse(const char* path) {
                                 lines = countLines(*text, text->substr(0, 200).find('\n') < 200 ? '\n' : '\r');
                             }));
         NamesCollection names;
-        parsing = std::min(
-            parsing, secondsOf([&] { readFontList(listText(files.readFile(path)), path, {}, log, names); }));
+        parsing =
+            std::min(parsing, secondsOf([&] { readFontList(listText(files.readFile(path)), path, {}, log, names); }));
         records = names.size();
     }
     std::printf("{\"bytes\": %zu, \"lines\": %zu, \"names\": %zu, \"scan\": %.6f, \"parse\": %.6f}\n", bytes, lines,

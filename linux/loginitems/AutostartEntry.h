@@ -1,5 +1,5 @@
-// The desktop entry by which a session starts a login item: a file in the folder "autostart" of freedesktop.org's
-// Desktop Application Autostart Specification 0.5, in the form of its Desktop Entry Specification 1.5.
+// The desktop entry by which a session starts a login item: a file in the folder "autostart", as freedesktop.org's rules
+// for autostart have it (version 0.5), in the form of their desktop entries (version 1.5).
 #pragma once
 
 #include "linux/applications/ApplicationRecord.h"

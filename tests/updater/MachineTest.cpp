@@ -126,7 +126,8 @@ TEST(AnUpdaterGetsThePathAndIsNobodysChild) {
     REQUIRE(::mkfifo(fifo.c_str(), 0600) == 0);
     updater.write(
         "#!/bin/sh\nstate=$(readlink /proc/$$/fd/0 /proc/$$/fd/1 /proc/$$/fd/9; grep SigIgn /proc/$$/status)\n"
-        "printf '%s|%s|%s|%s' \"$#\" \"$1\" \"$(cut -d' ' -f6 /proc/$$/stat)\" \"$state\" > '" + fifo + "'\n");
+        "printf '%s|%s|%s|%s' \"$#\" \"$1\" \"$(cut -d' ' -f6 /proc/$$/stat)\" \"$state\" > '" +
+        fifo + "'\n");
     std::signal(SIGUSR1, SIG_IGN);
     int inherited = ::fcntl(::fileno(stderr), F_DUPFD, 9);  // not to be closed by a mere execve
     const std::string argument = updater.folder / "a module; $(exit) \"quoted\"\nline";

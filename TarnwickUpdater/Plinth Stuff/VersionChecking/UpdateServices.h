@@ -21,9 +21,7 @@ struct UpdateServices {
     static UpdateServices of(const platform::Platform& platform) { return from(platform, platform.runLoop); }
     template <typename Machine>
         requires requires(Machine& machine) { machine.clock; }
-    static UpdateServices of(Machine& machine) {
-        return from(machine, machine.clock);
-    }
+    static UpdateServices of(Machine& machine) { return from(machine, machine.clock); }
 
 private:
     template <typename Machine>
