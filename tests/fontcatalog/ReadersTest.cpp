@@ -168,7 +168,7 @@ TEST(MemoryIsASmallMultipleOfTheList) {
     const double idle = peakOf([] {});
     for (const std::string* list : {&keys, &values, &records}) {
         const double multiple = (peakOf([&] { readList(*list); }) - idle) / static_cast<double>(list->size());
-        CHECK(multiple > 1 && multiple < 12);  // 1 or less: nothing was measured
+        CHECK(multiple > 1 && multiple < 14);  // 1 or less: nothing was measured
     }
 }
 
