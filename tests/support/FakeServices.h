@@ -41,9 +41,11 @@ inline std::optional<std::string> unlessEmpty(std::string text) {
 // Is in the list for as long as it lives.
 template <typename Kind, typename Base>
 struct Listed : Base {
-    explicit Listed(std::vector<Kind*>& all) : list(all) { list.push_back(static_cast<Kind*>(this)); }
-    ~Listed() override { std::erase(list, static_cast<Kind*>(this)); }
-    std::vector<Kind*>& list;
+    using List = std::vector<Listed*>;
+    explicit Listed(List& all) : list(all) { list.push_back(this); }
+    ~Listed() override { std::erase(list, this); }
+    Kind* whole() { return static_cast<Kind*>(this); }  // of a complete object only
+    List& list;
 };
 
 struct Preferences final : Noting<PreferenceService> {
@@ -90,21 +92,20 @@ struct Notifications final : Noting<DistributedNotificationCenter> {
     }
     // Hands a notification to those who observe it.
     void deliver(const Notification& notification) {
-        for (Observer* observer : std::vector(observers_))
-            if (observer->name == notification.name)
+        for (auto* listed : std::vector(observers_))
+            if (Observer* observer = listed->whole(); observer->name == notification.name)
                 if (observer->object.empty() || observer->object == notification.object)
                     observer->handler(notification);
     }
 
 private:
     struct Observer final : Listed<Observer, Observation> {
-        Observer(std::vector<Observer*>& all, std::string n, std::string o,
-                 std::function<void(const Notification&)> whenPosted)
+        Observer(List& all, std::string n, std::string o, std::function<void(const Notification&)> whenPosted)
             : Listed(all), name(std::move(n)), object(std::move(o)), handler(std::move(whenPosted)) {}
         const std::string name, object;
         const std::function<void(const Notification&)> handler;
     };
-    std::vector<Observer*> observers_;
+    Observer::List observers_;
 };
 
 // Time stands still until advance() moves it, firing what falls due on the way.
@@ -117,8 +118,9 @@ struct RunLoop final : platform::RunLoop {
         Date end = dateByAdding(now_, seconds);
         while (true) {
             FakeTimer* next = nullptr;
-            for (FakeTimer* timer : timers_)
-                if (timer->valid && timer->due <= end && (!next || timer->due < next->due)) next = timer;
+            for (auto* listed : timers_)
+                if (FakeTimer* timer = listed->whole(); timer->valid && timer->due <= end)
+                    if (!next || timer->due < next->due) next = timer;
             if (!next) break;
             now_ = next->due;
             next->valid = next->repeats;
@@ -150,7 +152,7 @@ private:
         bool valid = true;
     };
     Date now_{1'000'000'000'000'000};
-    std::vector<FakeTimer*> timers_;
+    FakeTimer::List timers_;
 };
 
 struct Bundle final : platform::Bundle {
