@@ -1,5 +1,5 @@
-// The desktop entry by which a session starts a login item: a file in the folder "autostart", as freedesktop.org's rules
-// for autostart have it (version 0.5), in the form of their desktop entries (version 1.5).
+// The desktop entry by which a session starts a login item: a file in the folder "autostart", as the autostart rules of
+// freedesktop.org have it (version 0.5), in the form of their desktop entries (version 1.5).
 #pragma once
 
 #include "linux/applications/ApplicationRecord.h"
