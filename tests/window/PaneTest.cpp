@@ -198,10 +198,11 @@ TEST(APageThatIsTakenAwayWaitsBehindItsSheet) {
 TEST(AWindowKeepsItsPlaceOnTheScreenThatThereIs) {
     useApplication();
     fake::World world;
+    std::vector<std::unique_ptr<host::WindowPlace>> places;  // outlive their windows
     auto opened = [&](QSize size) {
         auto window = std::make_unique<QWidget>();
         window->resize(size);
-        new host::WindowPlace(*window, world.preferences, "d", "k");
+        places.push_back(std::make_unique<host::WindowPlace>(*window, world.preferences, "d", "k"));
         return window;
     };
     const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
