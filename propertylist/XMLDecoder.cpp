@@ -6,6 +6,8 @@
 
 #include <charconv>
 #include <cmath>
+#include <locale>
+#include <sstream>
 
 namespace propertylist {
 namespace {
@@ -49,6 +51,14 @@ std::optional<std::string> fromUTF16(std::string_view bytes, ByteOrder order) {
     return encoding.empty() || isOneOf(encoding, {"utf-16"}) ? text : std::nullopt;
 }
 
+// Whether bytes of valid UTF-8 may be read as such where their declaration names this encoding. Of one that is not
+// known here the bytes below 128 are taken for ASCII, which they are in all that text files come in.
+bool fitsUTF8(std::string_view encoding, std::string_view bytes) {
+    if (encoding.empty() || isOneOf(encoding, {"utf-8", "utf8"})) return true;
+    bool isName = isASCIILetter(encoding.front()) && std::ranges::all_of(encoding, isNameCharacter);
+    return isName && !isOneOf(encoding, {"utf-16"}) && isASCII(bytes);
+}
+
 // The text of an XML file as UTF-8 without byte-order mark: UTF-8 and, with a byte-order mark, UTF-16 are read. Nothing
 // when it is not valid, holds a character that XML does not allow, or declares another encoding than it has.
 std::optional<std::string> xmlText(std::string_view bytes) {
@@ -56,10 +66,7 @@ std::optional<std::string> xmlText(std::string_view bytes) {
     if (bytes.starts_with("\xFF\xFE")) return fromUTF16(bytes.substr(2), ByteOrder::LittleEndian);
     if (bytes.starts_with("\uFEFF")) bytes.remove_prefix(3);
     if (!isValidUTF8(bytes) || !isXMLText(bytes)) return std::nullopt;
-    std::string_view encoding = declaredEncoding(bytes);
-    bool fits = encoding.empty() || isOneOf(encoding, {"utf-8", "utf8"}) ||
-                (isOneOf(encoding, {"us-ascii", "ascii"}) && isASCII(bytes));
-    return fits ? std::optional(std::string(bytes)) : std::nullopt;
+    return fitsUTF8(declaredEncoding(bytes), bytes) ? std::optional(std::string(bytes)) : std::nullopt;
 }
 
 // Reads the XML that property lists are written in: elements, character data, comments and processing instructions. No
@@ -256,12 +263,6 @@ bool XMLScanner::reference(std::string& data) {
     return take(";");
 }
 
-template <typename... Options>
-bool parseWhole(std::string_view text, auto& value, Options... options) {
-    auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value, options...);
-    return error == std::errc() && end == text.data() + text.size();
-}
-
 // "+" or "-" is taken off the front; true for "-".
 bool takeSign(std::string_view& text) {
     bool negative = text.starts_with('-');
@@ -275,18 +276,29 @@ PropertyList integerFromText(std::string_view text) {
     bool isHex = text.starts_with("0x") || text.starts_with("0X");
     if (isHex) text.remove_prefix(2);
     std::uint64_t value = 0;
-    if (!parseWhole(text, value, isHex ? 16 : 10)) return {};
+    auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value, isHex ? 16 : 10);
+    if (error != std::errc() || end != text.data() + text.size()) return {};
     if (!negative) return value;
     constexpr std::uint64_t kLowest = std::uint64_t{1} << 63;
     return value <= kLowest ? PropertyList(static_cast<std::int64_t>(0 - value)) : PropertyList();
+}
+
+// from_chars does not tell a number that is too small for a double from one that is too large; the stream fails for the
+// latter alone.
+bool parseNumber(std::string_view text, double& value) {
+    auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (end != text.data() + text.size() || error != std::errc::result_out_of_range)
+        return end == text.data() + text.size() && error == std::errc();
+    std::istringstream number{std::string(text)};
+    number.imbue(std::locale::classic());
+    return static_cast<bool>(number >> value);
 }
 
 PropertyList realFromText(std::string_view text) {
     text = trimmedASCII(text);
     double sign = takeSign(text) ? -1.0 : 1.0, value = 0;
     bool isNumber = !text.starts_with('-') && text.find('(') == std::string_view::npos;
-    return isNumber && parseWhole(text, value, std::chars_format::general) ? PropertyList(std::copysign(value, sign))
-                                                                           : PropertyList();
+    return isNumber && parseNumber(text, value) ? PropertyList(std::copysign(value, sign)) : PropertyList();
 }
 
 PropertyList dateFromText(std::string_view text) {
