@@ -3,6 +3,7 @@
 #include "propertylist/CodecParts.h"
 #include "propertylist/Date.h"
 #include "propertylist/Unicode.h"
+#include "propertylist/XMLScanner.h"
 
 #include <charconv>
 #include <cmath>
@@ -11,16 +12,6 @@
 
 namespace propertylist {
 namespace {
-
-bool isNameCharacter(char c) {
-    return isASCIILetter(c) || isASCIIDigit(c) || static_cast<unsigned char>(c) >= 0x80 ||
-           std::string_view("_-.:").find(c) != std::string_view::npos;
-}
-bool isNameStart(char c) { return isNameCharacter(c) && !isASCIIDigit(c) && c != '-' && c != '.'; }
-
-bool isOneOf(std::string_view name, std::initializer_list<std::string_view> names) {
-    return std::ranges::any_of(names, [&](auto other) { return equalIgnoringASCIICase(name, other); });
-}
 
 // The encoding that the XML declaration names; empty when it names none.
 std::string_view declaredEncoding(std::string_view text) {
@@ -31,17 +22,6 @@ std::string_view declaredEncoding(std::string_view text) {
     if (open == std::string_view::npos) return {};
     std::size_t close = declaration.find(declaration[open], open + 1);
     return close == std::string_view::npos ? "?" : declaration.substr(open + 1, close - open - 1);
-}
-
-void appendWithLineEnds(std::string& data, std::string_view raw) {
-    while (!raw.empty()) {
-        std::size_t length = raw.find('\r');
-        data += raw.substr(0, length);
-        if (length == std::string_view::npos) return;
-        data += '\n';
-        raw.remove_prefix(length + 1);
-        if (raw.starts_with('\n')) raw.remove_prefix(1);
-    }
 }
 
 std::optional<std::string> fromUTF16(std::string_view bytes, ByteOrder order) {
@@ -55,7 +35,7 @@ std::optional<std::string> fromUTF16(std::string_view bytes, ByteOrder order) {
 // known here the bytes below 128 are taken for ASCII, which they are in all that text files come in.
 bool fitsUTF8(std::string_view encoding, std::string_view bytes) {
     if (encoding.empty() || isOneOf(encoding, {"utf-8", "utf8"})) return true;
-    bool isName = isASCIILetter(encoding.front()) && std::ranges::all_of(encoding, isNameCharacter);
+    bool isName = isASCIILetter(encoding.front()) && std::ranges::all_of(encoding, isXMLNameCharacter);
     return isName && !isOneOf(encoding, {"utf-16"}) && isASCII(bytes);
 }
 
@@ -67,200 +47,6 @@ std::optional<std::string> xmlText(std::string_view bytes) {
     if (bytes.starts_with("\uFEFF")) bytes.remove_prefix(3);
     if (!isValidUTF8(bytes) || !isXMLText(bytes)) return std::nullopt;
     return fitsUTF8(declaredEncoding(bytes), bytes) ? std::optional(std::string(bytes)) : std::nullopt;
-}
-
-// Reads the XML that property lists are written in: elements, character data, comments and processing instructions. No
-// document type with an internal subset, hence no entities but the five that XML defines, and nothing to expand. The
-// text must be one that xmlText() gave, in which all blanks of ASCII are blanks of XML.
-class XMLScanner {
-public:
-    explicit XMLScanner(std::string_view text) : text_(text) {}
-
-    struct Tag {
-        std::string_view name;
-        bool isEmpty = false;  // <name/>
-    };
-
-    // The XML declaration, comments, white space and the document type that may come first.
-    bool skipProlog();
-    // White space, comments and processing instructions.
-    bool skipMisc();
-    bool atEnd() const { return text_.empty(); }
-    bool atEndTag() const { return text_.starts_with("</"); }
-    bool startTag(Tag& tag);
-    bool endTag(std::string_view name);
-    // Everything up to the next start or end tag: character data, references, CDATA sections; line ends as "\n".
-    bool characterData(std::string& data);
-
-private:
-    bool take(std::string_view expected);
-    bool skipPast(std::string_view end);
-    void skipSpace();
-    bool skipComment();
-    bool skipInstruction();
-    bool skipDoctype();
-    bool skipAttributes();
-    bool takeQuoted();
-    std::string_view takeName();
-    bool reference(std::string& data);
-    bool cdataSection(std::string& data);
-    bool plainText(std::string& data);
-
-    std::string_view text_;
-};
-
-bool XMLScanner::take(std::string_view expected) {
-    if (!text_.starts_with(expected)) return false;
-    text_.remove_prefix(expected.size());
-    return true;
-}
-
-bool XMLScanner::skipPast(std::string_view end) {
-    std::size_t at = text_.find(end);
-    if (at == std::string_view::npos) return false;
-    text_.remove_prefix(at + end.size());
-    return true;
-}
-
-void XMLScanner::skipSpace() {
-    while (!text_.empty() && isASCIISpace(text_.front())) text_.remove_prefix(1);
-}
-
-bool XMLScanner::skipComment() { return skipPast("--") && take(">"); }
-
-bool XMLScanner::skipInstruction() {
-    std::string_view target = takeName();
-    return !target.empty() && !isOneOf(target, {"xml"}) && skipPast("?>");
-}
-
-bool XMLScanner::skipMisc() {
-    for (;;) {
-        skipSpace();
-        if (take("<!--")) {
-            if (!skipComment()) return false;
-        } else if (take("<?")) {
-            if (!skipInstruction()) return false;
-        } else {
-            return true;
-        }
-    }
-}
-
-bool XMLScanner::skipProlog() {
-    if (text_.starts_with("<?xml") && text_.size() > 5 && isASCIISpace(text_[5]) && !skipPast("?>")) return false;
-    if (!skipMisc()) return false;
-    return !take("<!DOCTYPE") || (skipDoctype() && skipMisc());
-}
-
-bool XMLScanner::skipDoctype() {
-    for (;;) {
-        std::size_t at = text_.find_first_of("\"'[<>");
-        if (at == std::string_view::npos) return false;
-        text_.remove_prefix(at);
-        if (text_.front() == '[' || text_.front() == '<') return false;
-        if (take(">")) return true;
-        if (!takeQuoted()) return false;
-    }
-}
-
-bool XMLScanner::takeQuoted() {
-    if (text_.empty() || (text_.front() != '"' && text_.front() != '\'')) return false;
-    std::size_t close = text_.find(text_.front(), 1);
-    if (close == std::string_view::npos || text_.substr(0, close).find('<') != std::string_view::npos) return false;
-    text_.remove_prefix(close + 1);
-    return true;
-}
-
-std::string_view XMLScanner::takeName() {
-    if (text_.empty() || !isNameStart(text_.front())) return {};
-    auto length = static_cast<std::size_t>(std::ranges::find_if_not(text_, isNameCharacter) - text_.begin());
-    std::string_view name = text_.substr(0, length);
-    text_.remove_prefix(length);
-    return name;
-}
-
-// Attributes say nothing that matters here, but they must be well-formed.
-bool XMLScanner::skipAttributes() {
-    for (;;) {
-        bool spaced = !text_.empty() && isASCIISpace(text_.front());
-        skipSpace();
-        if (text_.empty() || text_.front() == '>' || text_.front() == '/') return !text_.empty();
-        if (!spaced || takeName().empty()) return false;
-        skipSpace();
-        if (!take("=")) return false;
-        skipSpace();
-        if (!takeQuoted()) return false;
-    }
-}
-
-bool XMLScanner::startTag(Tag& tag) {
-    if (!take("<")) return false;
-    tag.name = takeName();
-    if (tag.name.empty() || !skipAttributes()) return false;
-    tag.isEmpty = take("/");
-    return take(">");
-}
-
-bool XMLScanner::endTag(std::string_view name) {
-    if (!take("</") || takeName() != name) return false;
-    skipSpace();
-    return take(">");
-}
-
-bool XMLScanner::characterData(std::string& data) {
-    while (!text_.empty()) {
-        bool good = true;
-        if (text_.front() == '&') {
-            good = reference(data);
-        } else if (text_.front() != '<') {
-            good = plainText(data);
-        } else if (take("<![CDATA[")) {
-            good = cdataSection(data);
-        } else if (take("<!--")) {
-            good = skipComment();
-        } else if (take("<?")) {
-            good = skipInstruction();
-        } else {
-            return true;
-        }
-        if (!good) return false;
-    }
-    return false;
-}
-
-bool XMLScanner::plainText(std::string& data) {
-    std::size_t length = text_.find_first_of("<&");
-    std::string_view raw = text_.substr(0, length);
-    if (raw.find("]]>") != std::string_view::npos) return false;
-    appendWithLineEnds(data, raw);
-    text_.remove_prefix(raw.size());
-    return true;
-}
-
-bool XMLScanner::cdataSection(std::string& data) {
-    std::size_t length = text_.find("]]>");
-    if (length == std::string_view::npos) return false;
-    appendWithLineEnds(data, text_.substr(0, length));
-    text_.remove_prefix(length + 3);
-    return true;
-}
-
-bool XMLScanner::reference(std::string& data) {
-    constexpr std::pair<std::string_view, char> kEntities[] = {
-        {"&amp;", '&'}, {"&lt;", '<'}, {"&gt;", '>'}, {"&quot;", '"'}, {"&apos;", '\''}};
-    for (const auto& [entity, character] : kEntities)
-        if (take(entity)) {
-            data += character;
-            return true;
-        }
-    if (!take("&#")) return false;
-    int base = take("x") ? 16 : 10;
-    std::uint32_t c = 0;
-    auto [end, error] = std::from_chars(text_.data(), text_.data() + text_.size(), c, base);
-    if (error != std::errc() || !isXMLCharacter(c)) return false;
-    text_.remove_prefix(static_cast<std::size_t>(end - text_.data()));
-    appendUTF8(data, c);
-    return take(";");
 }
 
 // "+" or "-" is taken off the front; true for "-".
