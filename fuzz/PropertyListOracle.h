@@ -9,6 +9,14 @@ inline void expect(bool holds) {
     if (!holds) std::abort();
 }
 
+// What is nothing has a problem, which stands somewhere in the input.
+inline propertylist::PropertyList decoded(std::string_view bytes) {
+    propertylist::DecodeProblem problem;
+    propertylist::PropertyList value = propertylist::decodePropertyList(bytes, &problem);
+    expect(static_cast<bool>(value) == !problem.reason && problem.position <= bytes.size());
+    return value;
+}
+
 // What was read can be written, and reads as the same value.
 inline void expectRoundTrip(const propertylist::PropertyList& value, propertylist::PropertyListFormat format) {
     std::string bytes = encodePropertyList(value, format);

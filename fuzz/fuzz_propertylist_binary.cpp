@@ -4,7 +4,7 @@
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     std::string bytes = "bplist0";
     bytes.append(reinterpret_cast<const char*>(data), size);
-    propertylist::PropertyList value = propertylist::decodePropertyList(bytes);
+    propertylist::PropertyList value = decoded(bytes);
     if (!value) return 0;
     expectRoundTrip(value, propertylist::PropertyListFormat::Binary);
     expectLookUps(value);

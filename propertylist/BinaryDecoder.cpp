@@ -21,8 +21,21 @@ struct Trailer {
     std::uint64_t objectCount = 0, topObject = 0, tableOffset = 0;
 
     // The table must fill the space between its offset and the trailer, so that a truncated file is found out.
+    bool read(std::string_view file, DecodeProblem& problem) {
+        if (file.size() < kHeaderSize + kTrailerSize)
+            problem = {file.size(), "unexpected end"};
+        else if (read(file))
+            return true;
+        else
+            problem = {file.size() - kTrailerSize, "trailer that does not fit the file"};
+        return false;
+    }
+
+    // Where the table has the offset of an object.
+    std::size_t placeOfOffset(std::size_t object) const { return tableOffset + object * offsetWidth; }
+
+private:
     bool read(std::string_view file) {
-        if (file.size() < kHeaderSize + kTrailerSize) return false;
         const char* p = file.data() + file.size() - kTrailerSize;
         offsetWidth = static_cast<unsigned char>(p[6]);
         referenceWidth = static_cast<unsigned char>(p[7]);
@@ -42,9 +55,10 @@ struct Trailer {
 // lengths is compared.
 class ObjectReader {
 public:
-    ObjectReader(PropertyListDocument& document, const Trailer& trailer)
+    ObjectReader(PropertyListDocument& document, const Trailer& trailer, DecodeProblem& problem)
         : document_(document),
           trailer_(trailer),
+          problem_(problem),
           start_(document.text->data()),
           end_(start_ + trailer.tableOffset),
           left_(trailer.tableOffset - kHeaderSize) {}
@@ -53,25 +67,36 @@ public:
         const char* table = end_;
         for (std::size_t i = 0; i < trailer_.objectCount; ++i, table += trailer_.offsetWidth) {
             std::uint64_t offset = loadNumber(table, trailer_.offsetWidth);
-            if (offset < kHeaderSize || offset >= trailer_.tableOffset) return false;
+            if (offset < kHeaderSize || offset >= trailer_.tableOffset)
+                return refuse("offset outside the objects", trailer_.placeOfOffset(i));
             at_ = start_ + offset;
             Node* node = new (&document_.nodes[i]) Node;
             node->owner = &document_;
-            if (!read(*node)) return false;
+            if (!read(*node)) return refuse(reason_, offset);
             auto length = static_cast<std::uint64_t>(at_ - start_) - offset;
-            if (length > left_) return false;
+            if (length > left_) return refuse("objects that share bytes", offset);
             left_ -= length;
         }
         return true;
     }
 
 private:
+    bool refuse(const char* reason, std::uint64_t position) {
+        problem_ = {position, reason};
+        return false;
+    }
+    // Why the object at hand is malformed.
+    bool refuse(const char* reason) {
+        reason_ = reason;
+        return false;
+    }
+
     bool read(Node& node) {
         auto marker = static_cast<unsigned char>(*at_++);
         unsigned low = marker & 0xF;
         switch (marker >> 4) {
             case kASCIIKind:
-                return readBytes(node, Type::String, low) && isASCII(node.text());
+                return readBytes(node, Type::String, low) && (isASCII(node.text()) || refuse("text that is not ASCII"));
             case kUTF16Kind:
                 return readUTF16(node, low);
             case kDictionaryKind:
@@ -84,19 +109,21 @@ private:
                 return readReal(node, low);
             case kDataKind:
                 return readBytes(node, Type::Data, low);
-            case kDateMarker >> 4:
-                return marker == kDateMarker && readDate(node);
             default:
-                node.type = Type::Boolean;
-                node.integer = marker == kTrueMarker;
-                return marker == kTrueMarker || marker == kFalseMarker;
+                return marker == kDateMarker ? readDate(node) : readBoolean(node, marker);
         }
+    }
+
+    bool readBoolean(Node& node, unsigned marker) {
+        node.type = Type::Boolean;
+        node.integer = marker == kTrueMarker;
+        return marker == kTrueMarker || marker == kFalseMarker || refuse("unknown kind of object");
     }
 
     std::uint64_t bytesLeft() const { return static_cast<std::uint64_t>(end_ - at_); }
 
     bool take(std::uint64_t size, const char*& bytes) {
-        if (size > bytesLeft()) return false;
+        if (size > bytesLeft()) return refuse(kTooLong);
         bytes = at_;
         at_ += size;
         return true;
@@ -105,9 +132,10 @@ private:
     bool readLength(unsigned low, std::uint64_t& length) {
         length = low;
         if (low != 0xF) return true;
-        if (at_ == end_ || (static_cast<unsigned char>(*at_) & 0xF8) != kIntegerKind << 4) return false;
+        if (at_ == end_ || (static_cast<unsigned char>(*at_) & 0xF8) != kIntegerKind << 4)
+            return refuse("malformed length");
         unsigned width = 1U << (*at_++ & 0x7);
-        if (width > 8 || width > bytesLeft()) return false;
+        if (width > 8 || width > bytesLeft()) return refuse("malformed length");
         length = loadNumber(at_, width);
         at_ += width;
         return true;
@@ -115,7 +143,8 @@ private:
 
     bool readBytes(Node& node, Type type, unsigned low) {
         std::uint64_t length = 0;
-        if (!readLength(low, length) || length > Node::kMaximumSize) return false;
+        if (!readLength(low, length)) return false;
+        if (length > Node::kMaximumSize) return refuse(kTooLong);
         node.type = type;
         node.size = static_cast<std::uint32_t>(length);
         return take(length, node.bytes);
@@ -123,8 +152,8 @@ private:
 
     bool readUTF16(Node& node, unsigned low) {
         std::uint64_t units = 0;
-        if (!readLength(low, units) || units > std::min<std::uint64_t>(bytesLeft() / 2, Node::kMaximumSize / 3))
-            return false;
+        if (!readLength(low, units)) return false;
+        if (units > std::min<std::uint64_t>(bytesLeft() / 2, Node::kMaximumSize / 3)) return refuse(kTooLong);
         char* text = document_.arena.allocate(units * 3);
         bool isWellFormed = true;
         const char* end = writeUTF8({at_, units * 2}, ByteOrder::BigEndian, text, isWellFormed);
@@ -132,34 +161,38 @@ private:
         node.type = Type::String;
         node.bytes = text;
         node.size = static_cast<std::uint32_t>(end - text);
-        return isWellFormed;
+        return isWellFormed || refuse("invalid UTF-16");
     }
 
     bool readReferences(Node& node, Type type, unsigned low, unsigned each) {
         std::uint64_t count = 0;
-        if (!readLength(low, count) || count > bytesLeft() / trailer_.referenceWidth / each) return false;
+        if (!readLength(low, count)) return false;
+        if (count > bytesLeft() / trailer_.referenceWidth / each || count >= Node::kMaximumSize / 2)
+            return refuse(kTooLong);
         node.type = type;
         node.size = static_cast<std::uint32_t>(count);
-        return count < Node::kMaximumSize / 2 && take(count * each * trailer_.referenceWidth, node.bytes);
+        return take(count * each * trailer_.referenceWidth, node.bytes);
     }
 
     // 1, 2 and 4 bytes are without a sign, 8 and 16 with one.
     bool readInteger(Node& node, unsigned low) {
         const char* bytes = nullptr;
         unsigned width = 1U << low;
-        if (low > 4 || !take(width, bytes)) return false;
+        if (low > 4) return refuse(kWideInteger);
+        if (!take(width, bytes)) return false;
         node.type = Type::Integer;
         std::uint64_t value = loadNumber(width == 16 ? bytes + 8 : bytes, std::min(width, 8U));
         node.integer = static_cast<std::int64_t>(value);
         if (width < 16) return true;
         std::uint64_t high = loadNumber(bytes, 8);
         if (high == 0 && node.integer < 0) node.flag = Node::kUnsigned;
-        return high == 0 || (high == ~std::uint64_t{0} && node.integer < 0);
+        return high == 0 || (high == ~std::uint64_t{0} && node.integer < 0) || refuse(kWideInteger);
     }
 
     bool readReal(Node& node, unsigned low) {
         const char* bytes = nullptr;
-        if ((low != 2 && low != 3) || !take(std::uint64_t{1} << low, bytes)) return false;
+        if (low != 2 && low != 3) return refuse("real of an unknown width");
+        if (!take(std::uint64_t{1} << low, bytes)) return false;
         node.type = Type::Real;
         node.real = low == 3 ? std::bit_cast<double>(loadNumber(bytes, 8))
                              : std::bit_cast<float>(static_cast<std::uint32_t>(loadNumber(bytes, 4)));
@@ -170,14 +203,19 @@ private:
         const char* bytes = nullptr;
         if (!take(8, bytes)) return false;
         auto date = dateFromSecondsSince2001(std::bit_cast<double>(loadNumber(bytes, 8)));
-        if (!date) return false;
+        if (!date) return refuse("date out of range");
         node.type = Type::Date;
         node.integer = date->microseconds;
         return true;
     }
 
+    static constexpr const char* kTooLong = "object that is longer than the file";
+    static constexpr const char* kWideInteger = "integer that 64 bits cannot hold";
+
     PropertyListDocument& document_;
     const Trailer& trailer_;
+    DecodeProblem& problem_;
+    const char* reason_ = nullptr;
     const char *start_, *end_, *at_ = nullptr;
     std::uint64_t left_;
 };
@@ -186,18 +224,30 @@ private:
 // beyond all measure are found, and makes the elements and entries of what can be reached.
 class ReferenceResolver {
 public:
-    ReferenceResolver(PropertyListDocument& document, unsigned referenceWidth)
-        : document_(document), width_(referenceWidth) {}
+    ReferenceResolver(PropertyListDocument& document, const Trailer& trailer, DecodeProblem& problem)
+        : document_(document), trailer_(trailer), width_(trailer.referenceWidth), problem_(problem) {}
 
     bool resolve(Node& top) {
         if (!top.isContainer()) return true;
         if (!open(top)) return false;
         while (!path_.empty())
             if (!step()) return false;
-        return top.height <= PropertyList::kMaximumDepth && PropertyListStorage::warrants(stored_, top.head().weight);
+        if (top.height > PropertyList::kMaximumDepth) return refuse(kTooDeep, top);
+        return PropertyListStorage::warrants(stored_, top.head().weight) || refuse("far more values than bytes", top);
     }
 
 private:
+    bool refuse(const char* reason, const Node& object) {
+        const auto number = static_cast<std::size_t>(&object - document_.nodes);
+        const char* offset = document_.text->data() + trailer_.placeOfOffset(number);
+        problem_ = {loadNumber(offset, trailer_.offsetWidth), reason};
+        return false;
+    }
+    bool refuse(const char* reason, const char* where) {
+        problem_ = {static_cast<std::size_t>(where - document_.text->data()), reason};
+        return false;
+    }
+
     struct Place {
         Node* container;
         std::size_t next;  // of its children
@@ -209,7 +259,7 @@ private:
         while (place.next < children.size()) {
             auto& next = const_cast<Node&>(*children[place.next++].node());
             if (!next.isContainer() || next.flag == kDone) continue;
-            return next.flag == kUnread && open(next);
+            return next.flag == kUnread ? open(next) : refuse("array or dictionary that holds itself", next);
         }
         finish(*place.container);
         path_.pop_back();
@@ -217,7 +267,7 @@ private:
     }
 
     bool open(Node& container) {
-        if (path_.size() == PropertyList::kMaximumDepth) return false;
+        if (path_.size() == PropertyList::kMaximumDepth) return refuse(kTooDeep, container);
         if (!(container.type == Type::Array ? readElements(container) : readEntries(container))) return false;
         container.flag = kOpen;
         path_.push_back({&container, 0});
@@ -225,9 +275,9 @@ private:
     }
 
     // The references within a document are not counted, and nobody ever destroys these.
-    bool place(PropertyList* where, const char* reference) const {
+    bool place(PropertyList* where, const char* reference) {
         const std::uint64_t number = loadNumber(reference, width_);
-        if (number >= document_.nodeCount) return false;
+        if (number >= document_.nodeCount) return refuse("reference to no object", reference);
         new (where) PropertyList(PropertyListStorage::adopt(&document_.nodes[number]));
         return true;
     }
@@ -249,7 +299,7 @@ private:
         for (std::uint32_t i = 0; i < dictionary.size; ++i, key += width_, value += width_) {
             if (!place(children + 2 * std::size_t{i}, key) || !place(children + 2 * std::size_t{i} + 1, value))
                 return false;
-            if (children[2 * std::size_t{i}].node()->type != Type::String) return false;
+            if (children[2 * std::size_t{i}].node()->type != Type::String) return refuse("key that is no text", key);
         }
         dictionary.elements = children;
         mergeRepeatedKeys(dictionary, keys);
@@ -290,7 +340,9 @@ private:
     }
 
     PropertyListDocument& document_;
-    unsigned width_;
+    const Trailer& trailer_;
+    unsigned width_;  // of a reference
+    DecodeProblem& problem_;
     std::string_view withDifferentKeys_[64];  // the references to the keys of dictionaries, by their number
     HashTable seen_;
     std::vector<Place> path_;
@@ -299,15 +351,15 @@ private:
 
 }  // namespace
 
-PropertyList decodeBinaryPropertyList(std::shared_ptr<const std::string> bytes) {
+PropertyList decodeBinaryPropertyList(std::shared_ptr<const std::string> bytes, DecodeProblem& problem) {
     Trailer trailer;
-    if (!trailer.read(*bytes)) return {};
+    if (!trailer.read(*bytes, problem)) return {};
     auto document = std::make_unique<PropertyListDocument>(std::move(bytes));
     document->nodeCount = trailer.objectCount;
     document->nodes = reinterpret_cast<Node*>(document->arena.allocate(document->nodeCount * sizeof(Node)));
-    if (!ObjectReader(*document, trailer).readAll()) return {};
+    if (!ObjectReader(*document, trailer, problem).readAll()) return {};
     Node& top = document->nodes[trailer.topObject];
-    if (!ReferenceResolver(*document, trailer.referenceWidth).resolve(top)) return {};
+    if (!ReferenceResolver(*document, trailer, problem).resolve(top)) return {};
     (void)document.release();  // the value holds it from here on
     return PropertyListStorage::adopt(&top);
 }

@@ -5,15 +5,17 @@
 
 namespace propertylist {
 
-PropertyList decodePropertyList(std::string_view bytes) {
-    if (!bytes.starts_with(kBinaryMagic)) return decodeXMLPropertyList(bytes);
-    return decodeBinaryPropertyList(std::make_shared<const std::string>(bytes));
+PropertyList decodePropertyList(std::string_view bytes, DecodeProblem* problem) {
+    DecodeProblem ignored;
+    if (!bytes.starts_with(kBinaryMagic)) return decodeXMLPropertyList(bytes, problem ? *problem : ignored);
+    return decodeBinaryPropertyList(std::make_shared<const std::string>(bytes), problem ? *problem : ignored);
 }
 
-PropertyList decodePropertyList(std::shared_ptr<const std::string> bytes) {
-    if (!bytes) return {};
-    if (!bytes->starts_with(kBinaryMagic)) return decodeXMLPropertyList(*bytes);
-    return decodeBinaryPropertyList(std::move(bytes));
+PropertyList decodePropertyList(std::shared_ptr<const std::string> bytes, DecodeProblem* problem) {
+    DecodeProblem ignored;
+    if (!bytes || !bytes->starts_with(kBinaryMagic))
+        return decodePropertyList(bytes ? std::string_view(*bytes) : std::string_view(), problem);
+    return decodeBinaryPropertyList(std::move(bytes), problem ? *problem : ignored);
 }
 
 std::string encodePropertyList(const PropertyList& value, PropertyListFormat format) {

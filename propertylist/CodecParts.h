@@ -16,20 +16,23 @@ namespace propertylist {
 
 // Nothing, or an empty text, for what the other form of the same name in Codec.h says; no value is nothing or deeper
 // than the limit.
-PropertyList decodeBinaryPropertyList(std::shared_ptr<const std::string> bytes);
+PropertyList decodeBinaryPropertyList(std::shared_ptr<const std::string> bytes, DecodeProblem& problem);
 std::string encodeBinaryPropertyList(const PropertyList& value);
-PropertyList decodeXMLPropertyList(std::string_view bytes);
+PropertyList decodeXMLPropertyList(std::string_view bytes, DecodeProblem& problem);
 std::string encodeXMLPropertyList(const PropertyList& value);
 
 // True for a value that holds the same values at so many places that walking it all would never end.
 bool expandsTooFar(const PropertyList& value);
 
-// Whether XML 1.0 allows the character, and all of a text.
+// Whether XML 1.0 allows the character, and how many bytes at the front of a text hold only such.
 constexpr bool isXMLCharacter(char32_t c) {
     return c >= 0x20 ? c < 0xD800 || (c >= 0xE000 && c <= 0x10FFFF && c != 0xFFFE && c != 0xFFFF)
                      : c == '\t' || c == '\n' || c == '\r';
 }
-bool isXMLText(std::string_view validUTF8);
+std::size_t xmlTextPrefix(std::string_view validUTF8);
+
+// What both readers say of a value.
+constexpr const char* kTooDeep = "nested too deeply";
 
 constexpr std::string_view kBinaryMagic = "bplist0";
 

@@ -106,15 +106,18 @@ bool isASCII(std::string_view text) noexcept {
     return true;
 }
 
-bool isValidUTF8(std::string_view text) noexcept {
-    for (std::size_t i = asciiPrefix(text); i < text.size();) {
+std::size_t validUTF8Prefix(std::string_view text) noexcept {
+    std::size_t i = asciiPrefix(text);
+    while (i < text.size()) {
         std::size_t length = sequenceLength(text.data() + i, text.size() - i);
-        if (length == 0) return false;
+        if (length == 0) return i;
         i += length;
         if (length > 1) i += asciiPrefix(text.substr(i));
     }
-    return true;
+    return i;
 }
+
+bool isValidUTF8(std::string_view text) noexcept { return validUTF8Prefix(text) == text.size(); }
 
 void appendUTF8(std::string& text, std::uint32_t codePoint) {
     char bytes[4];

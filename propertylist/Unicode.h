@@ -16,6 +16,8 @@ enum class ByteOrder { BigEndian, LittleEndian };
 bool isASCII(std::string_view text) noexcept;
 // No overlong forms, no surrogates, nothing above U+10FFFF; U+0000 is valid.
 bool isValidUTF8(std::string_view text) noexcept;
+// How many bytes at the front are valid: all of them, or those before the first sequence that is not.
+std::size_t validUTF8Prefix(std::string_view text) noexcept;
 // The text with U+FFFD for every byte that belongs to no valid sequence.
 std::string repairedUTF8(std::string_view bytes);
 

@@ -13,7 +13,7 @@
 namespace propertylist {
 namespace {
 
-// The encoding that the XML declaration names; empty when it names none.
+// The encoding that the XML declaration names; empty when it names none, no name when it has no end.
 std::string_view declaredEncoding(std::string_view text) {
     if (!text.starts_with("<?xml")) return {};
     std::string_view declaration = text.substr(0, text.find("?>"));
@@ -21,14 +21,7 @@ std::string_view declaredEncoding(std::string_view text) {
     std::size_t open = at == std::string_view::npos ? at : declaration.find_first_of("'\"", at);
     if (open == std::string_view::npos) return {};
     std::size_t close = declaration.find(declaration[open], open + 1);
-    return close == std::string_view::npos ? "?" : declaration.substr(open + 1, close - open - 1);
-}
-
-std::optional<std::string> fromUTF16(std::string_view bytes, ByteOrder order) {
-    auto text = utf8FromUTF16(bytes, order);
-    if (!text || !isXMLText(*text)) return std::nullopt;
-    std::string_view encoding = declaredEncoding(*text);
-    return encoding.empty() || isOneOf(encoding, {"utf-16"}) ? text : std::nullopt;
+    return close == std::string_view::npos ? declaration.substr(open) : declaration.substr(open + 1, close - open - 1);
 }
 
 // Whether bytes of valid UTF-8 may be read as such where their declaration names this encoding. Of one that is not
@@ -39,14 +32,64 @@ bool fitsUTF8(std::string_view encoding, std::string_view bytes) {
     return isName && !isOneOf(encoding, {"utf-16"}) && isASCII(bytes);
 }
 
-// The text of an XML file as UTF-8 without byte-order mark: UTF-8 and, with a byte-order mark, UTF-16 are read. Nothing
-// when it is not valid, holds a character that XML does not allow, or declares another encoding than it has.
-std::optional<std::string> xmlText(std::string_view bytes) {
-    if (bytes.starts_with("\xFE\xFF")) return fromUTF16(bytes.substr(2), ByteOrder::BigEndian);
-    if (bytes.starts_with("\xFF\xFE")) return fromUTF16(bytes.substr(2), ByteOrder::LittleEndian);
-    if (bytes.starts_with("\uFEFF")) bytes.remove_prefix(3);
-    if (!isValidUTF8(bytes) || !isXMLText(bytes)) return std::nullopt;
-    return fitsUTF8(declaredEncoding(bytes), bytes) ? std::optional(std::string(bytes)) : std::nullopt;
+// Half a surrogate pair is what can be wrong, and half a unit at the end.
+std::size_t validUTF16Prefix(std::string_view bytes, ByteOrder order) {
+    std::size_t at = 0;
+    while (at < bytes.size()) {
+        std::size_t length = utf8FromUTF16(bytes.substr(at, 2), order) ? 2 : 4;
+        if (length == 4 && !utf8FromUTF16(bytes.substr(at, 4), order)) break;
+        at += length;
+    }
+    return at;
+}
+
+// The text of an XML file as UTF-8 without byte-order mark: UTF-8 and, with a byte-order mark, UTF-16 are read.
+class XMLFile {
+public:
+    // False when the text is not valid, holds a character that XML does not allow, or declares another encoding than it
+    // has.
+    bool read(std::string_view bytes, DecodeProblem& problem);
+    std::string_view text() const { return text_; }
+    // In the file, of a byte of the text.
+    std::size_t position(std::size_t at) const {
+        return mark_ + (isUTF16_ ? 2 * utf16Units(text().substr(0, at)) : at);
+    }
+
+private:
+    bool convert(std::string_view bytes, ByteOrder order, DecodeProblem& problem);
+
+    std::string text_;
+    bool isUTF16_ = false;
+    std::size_t mark_ = 0;  // how many bytes it has
+};
+
+bool XMLFile::convert(std::string_view bytes, ByteOrder order, DecodeProblem& problem) {
+    if (!isUTF16_) {
+        text_ = bytes.substr(0, validUTF8Prefix(bytes));
+        if (text_.size() < bytes.size()) problem = {mark_ + text_.size(), "invalid UTF-8"};
+        return text_.size() == bytes.size();
+    }
+    auto text = utf8FromUTF16(bytes, order);
+    if (!text) problem = {mark_ + validUTF16Prefix(bytes, order), "invalid UTF-16"};
+    text_ = std::move(text).value_or("");
+    return text.has_value();
+}
+
+bool XMLFile::read(std::string_view bytes, DecodeProblem& problem) {
+    const bool isBigEndian = bytes.starts_with("\xFE\xFF");
+    isUTF16_ = isBigEndian || bytes.starts_with("\xFF\xFE");
+    mark_ = isUTF16_ ? 2 : bytes.starts_with("\uFEFF") ? 3 : 0;
+    if (!convert(bytes.substr(mark_), isBigEndian ? ByteOrder::BigEndian : ByteOrder::LittleEndian, problem))
+        return false;
+    if (std::size_t good = xmlTextPrefix(text_); good < text_.size()) {
+        problem = {position(good), "character that XML does not allow"};
+        return false;
+    }
+    const std::string_view encoding = declaredEncoding(text_);
+    if (isUTF16_ ? encoding.empty() || isOneOf(encoding, {"utf-16"}) : fitsUTF8(encoding, text_)) return true;
+    problem = {position(static_cast<std::size_t>(encoding.data() - text_.data())),
+               "encoding that the text does not have"};
+    return false;
 }
 
 // "+" or "-" is taken off the front; true for "-".
@@ -109,35 +152,56 @@ PropertyList booleanFromText(std::string_view text) {
 struct LeafElement {
     std::string_view name;
     PropertyList (*fromText)(std::string_view);
+    const char* problem;
 };
 constexpr LeafElement kLeafElements[] = {
-    {"string", stringFromText},   {"true", booleanFromText<true>}, {"false", booleanFromText<false>},
-    {"integer", integerFromText}, {"real", realFromText},          {"date", dateFromText},
-    {"data", dataFromText},
+    {"string", stringFromText, "text that is too long"},
+    {"true", booleanFromText<true>, "boolean that is not empty"},
+    {"false", booleanFromText<false>, "boolean that is not empty"},
+    {"integer", integerFromText, "malformed or too large integer"},
+    {"real", realFromText, "malformed or too large real"},
+    {"date", dateFromText, "malformed date"},
+    {"data", dataFromText, "malformed base64"},
 };
 
-// Each reader gives nothing when the element is malformed.
+// Each reader gives nothing when the element is malformed, and problem() tells why.
 class XMLReader {
 public:
     explicit XMLReader(std::string_view text) : scanner_(text) {}
 
     PropertyList document() {
         XMLScanner::Tag root;
-        if (!scanner_.skipProlog() || !scanner_.startTag(root) || root.name != "plist" || root.isEmpty) return {};
+        if (!scanner_.skipProlog() || !scanner_.startTag(root)) return {};
+        if (root.name != "plist" || root.isEmpty) return refuse("no property list", root);
         PropertyList value = element(1);
-        bool ended = scanner_.skipMisc() && scanner_.endTag("plist") && scanner_.skipMisc() && scanner_.atEnd();
+        bool ended = value && scanner_.skipMisc() && scanner_.endTag("plist") && scanner_.skipMisc() &&
+                     (scanner_.atEnd() || scanner_.fail("more behind the list"));
         return ended ? value : PropertyList();
     }
+    const DecodeProblem& problem() const { return scanner_.problem(); }
 
 private:
+    PropertyList refuse(const char* reason, const XMLScanner::Tag& tag) {
+        scanner_.fail(reason, tag.name.data() - 1);
+        return {};
+    }
+
     PropertyList element(unsigned depth) {
         XMLScanner::Tag tag;
-        if (depth > PropertyList::kMaximumDepth || !scanner_.skipMisc() || !scanner_.startTag(tag)) return {};
+        if (!scanner_.skipMisc() || !scanner_.startTag(tag)) return {};
+        if (depth > PropertyList::kMaximumDepth) return refuse(kTooDeep, tag);
         if (tag.name == "dict") return dictionary(tag, depth);
         if (tag.name == "array") return array(tag, depth);
-        for (const LeafElement& leaf : kLeafElements)
-            if (leaf.name == tag.name) return text(tag) ? leaf.fromText(text_) : PropertyList();
-        return {};
+        for (const LeafElement& kind : kLeafElements)
+            if (kind.name == tag.name) return leaf(kind, tag);
+        return refuse("unknown element", tag);
+    }
+
+    PropertyList leaf(const LeafElement& kind, const XMLScanner::Tag& tag) {
+        if (!text(tag)) return {};
+        PropertyList value = kind.fromText(text_);
+        if (!value) refuse(kind.problem, tag);
+        return value;
     }
 
     bool text(const XMLScanner::Tag& tag) {
@@ -158,7 +222,9 @@ private:
         MutableDictionary entries;
         while (!tag.isEmpty && scanner_.skipMisc() && !scanner_.atEndTag()) {
             XMLScanner::Tag keyTag;
-            if (!scanner_.startTag(keyTag) || keyTag.name != "key" || !text(keyTag)) return {};
+            if (!scanner_.startTag(keyTag)) return {};
+            if (keyTag.name != "key") return refuse("key expected", keyTag);
+            if (!text(keyTag)) return {};
             std::string key = text_;
             PropertyList value = element(depth + 1);
             if (!value) return {};
@@ -173,18 +239,22 @@ private:
 
 }  // namespace
 
-bool isXMLText(std::string_view validUTF8) {
+std::size_t xmlTextPrefix(std::string_view validUTF8) {
     for (std::size_t i = 0; i < validUTF8.size(); ++i) {
         auto c = static_cast<unsigned char>(validUTF8[i]);
-        if (c < 0x20 && !isXMLCharacter(c)) return false;
-        if (c == 0xEF && (validUTF8.substr(i, 3) == "\uFFFE" || validUTF8.substr(i, 3) == "\uFFFF")) return false;
+        if (c < 0x20 && !isXMLCharacter(c)) return i;
+        if (c == 0xEF && (validUTF8.substr(i, 3) == "\uFFFE" || validUTF8.substr(i, 3) == "\uFFFF")) return i;
     }
-    return true;
+    return validUTF8.size();
 }
 
-PropertyList decodeXMLPropertyList(std::string_view bytes) {
-    auto text = xmlText(bytes);
-    return text ? XMLReader(*text).document() : PropertyList();
+PropertyList decodeXMLPropertyList(std::string_view bytes, DecodeProblem& problem) {
+    XMLFile file;
+    if (!file.read(bytes, problem)) return {};
+    XMLReader reader(file.text());
+    PropertyList value = reader.document();
+    if (!value) problem = {file.position(reader.problem().position), reader.problem().reason};
+    return value;
 }
 
 }  // namespace propertylist

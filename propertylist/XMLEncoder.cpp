@@ -76,7 +76,7 @@ private:
 
     // Readers turn a bare carriage return into a line feed.
     void escape(std::string_view content) {
-        isExpressible_ = isExpressible_ && isXMLText(content);
+        isExpressible_ = isExpressible_ && xmlTextPrefix(content) == content.size();
         while (!content.empty()) {
             std::size_t length = content.find_first_of("&<>\r");
             text_ += content.substr(0, length);

@@ -23,6 +23,17 @@ void appendWithLineEnds(std::string& data, std::string_view raw) {
 
 }  // namespace
 
+bool XMLScanner::fail(const char* reason, const char* where) {
+    bool isAtEnd = where == text_.data() + text_.size();
+    problem_ = {static_cast<std::size_t>(where - begin_), isAtEnd ? "unexpected end" : reason};
+    return false;
+}
+
+bool XMLScanner::endsTooEarly() {
+    text_.remove_prefix(text_.size());
+    return fail("unexpected end");
+}
+
 bool XMLScanner::take(std::string_view expected) {
     if (!text_.starts_with(expected)) return false;
     text_.remove_prefix(expected.size());
@@ -31,7 +42,7 @@ bool XMLScanner::take(std::string_view expected) {
 
 bool XMLScanner::skipPast(std::string_view end) {
     std::size_t at = text_.find(end);
-    if (at == std::string_view::npos) return false;
+    if (at == std::string_view::npos) return endsTooEarly();
     text_.remove_prefix(at + end.size());
     return true;
 }
@@ -40,11 +51,12 @@ void XMLScanner::skipSpace() {
     while (!text_.empty() && isASCIISpace(text_.front())) text_.remove_prefix(1);
 }
 
-bool XMLScanner::skipComment() { return skipPast("--") && take(">"); }
+bool XMLScanner::skipComment() { return skipPast("--") && (take(">") || fail("\"--\" in a comment")); }
 
 bool XMLScanner::skipInstruction() {
     std::string_view target = takeName();
-    return !target.empty() && !isOneOf(target, {"xml"}) && skipPast("?>");
+    if (target.empty() || isOneOf(target, {"xml"})) return fail("malformed instruction");
+    return skipPast("?>");
 }
 
 bool XMLScanner::skipMisc() {
@@ -69,18 +81,19 @@ bool XMLScanner::skipProlog() {
 bool XMLScanner::skipDoctype() {
     for (;;) {
         std::size_t at = text_.find_first_of("\"'[<>");
-        if (at == std::string_view::npos) return false;
+        if (at == std::string_view::npos) return endsTooEarly();
         text_.remove_prefix(at);
-        if (text_.front() == '[' || text_.front() == '<') return false;
+        if (text_.front() == '[' || text_.front() == '<') return fail("document type with declarations");
         if (take(">")) return true;
         if (!takeQuoted()) return false;
     }
 }
 
 bool XMLScanner::takeQuoted() {
-    if (text_.empty() || (text_.front() != '"' && text_.front() != '\'')) return false;
+    if (text_.empty() || (text_.front() != '"' && text_.front() != '\'')) return fail("quotation mark expected");
     std::size_t close = text_.find(text_.front(), 1);
-    if (close == std::string_view::npos || text_.substr(0, close).find('<') != std::string_view::npos) return false;
+    if (close == std::string_view::npos) return endsTooEarly();
+    if (text_.substr(0, close).find('<') != std::string_view::npos) return fail("\"<\" in an attribute");
     text_.remove_prefix(close + 1);
     return true;
 }
@@ -98,27 +111,29 @@ bool XMLScanner::skipAttributes() {
     for (;;) {
         bool spaced = !text_.empty() && isASCIISpace(text_.front());
         skipSpace();
-        if (text_.empty() || text_.front() == '>' || text_.front() == '/') return !text_.empty();
-        if (!spaced || takeName().empty()) return false;
+        if (text_.empty() || text_.front() == '>' || text_.front() == '/') return !text_.empty() || endsTooEarly();
+        if (!spaced || takeName().empty()) return fail("malformed tag");
         skipSpace();
-        if (!take("=")) return false;
+        if (!take("=")) return fail("malformed tag");
         skipSpace();
         if (!takeQuoted()) return false;
     }
 }
 
 bool XMLScanner::startTag(Tag& tag) {
-    if (!take("<")) return false;
-    tag.name = takeName();
-    if (tag.name.empty() || !skipAttributes()) return false;
+    const char* where = text_.data();
+    tag.name = take("<") ? takeName() : std::string_view();
+    if (tag.name.empty()) return fail("element expected", where);
+    if (!skipAttributes()) return false;
     tag.isEmpty = take("/");
-    return take(">");
+    return take(">") || fail("malformed tag");
 }
 
 bool XMLScanner::endTag(std::string_view name) {
-    if (!take("</") || takeName() != name) return false;
+    const char* where = text_.data();
+    if (!take("</") || takeName() != name) return fail("end tag of the element expected", where);
     skipSpace();
-    return take(">");
+    return take(">") || fail("malformed tag");
 }
 
 bool XMLScanner::characterData(std::string& data) {
@@ -139,23 +154,23 @@ bool XMLScanner::characterData(std::string& data) {
         }
         if (!good) return false;
     }
-    return false;
+    return endsTooEarly();
 }
 
 bool XMLScanner::plainText(std::string& data) {
     std::size_t length = text_.find_first_of("<&");
     std::string_view raw = text_.substr(0, length);
-    if (raw.find("]]>") != std::string_view::npos) return false;
+    if (std::size_t at = raw.find("]]>"); at != std::string_view::npos)
+        return fail("\"]]>\" in a text", raw.data() + at);
     appendWithLineEnds(data, raw);
     text_.remove_prefix(raw.size());
     return true;
 }
 
 bool XMLScanner::cdataSection(std::string& data) {
-    std::size_t length = text_.find("]]>");
-    if (length == std::string_view::npos) return false;
-    appendWithLineEnds(data, text_.substr(0, length));
-    text_.remove_prefix(length + 3);
+    const std::string_view text = text_;
+    if (!skipPast("]]>")) return false;
+    appendWithLineEnds(data, text.substr(0, text.size() - text_.size() - 3));
     return true;
 }
 
@@ -167,14 +182,14 @@ bool XMLScanner::reference(std::string& data) {
             data += character;
             return true;
         }
-    if (!take("&#")) return false;
+    if (!take("&#")) return fail("unknown entity");
     int base = take("x") ? 16 : 10;
     std::uint32_t c = 0;
     auto [end, error] = std::from_chars(text_.data(), text_.data() + text_.size(), c, base);
-    if (error != std::errc() || !isXMLCharacter(c)) return false;
+    if (error != std::errc() || !isXMLCharacter(c)) return fail("malformed reference to a character");
     text_.remove_prefix(static_cast<std::size_t>(end - text_.data()));
     appendUTF8(data, c);
-    return take(";");
+    return take(";") || fail("malformed reference to a character");
 }
 
 }  // namespace propertylist

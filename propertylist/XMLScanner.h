@@ -3,6 +3,7 @@
 #pragma once
 
 #include "propertylist/ASCII.h"
+#include "propertylist/Codec.h"
 
 #include <algorithm>
 #include <initializer_list>
@@ -22,10 +23,11 @@ inline bool isOneOf(std::string_view name, std::initializer_list<std::string_vie
 }
 
 // The text must be valid UTF-8 and hold only characters that XML allows, so that all blanks of ASCII are blanks of XML.
-// Each function takes what it reads off the front; false for what is malformed, and then nothing else is to be read.
+// Each function takes what it reads off the front; false for what is malformed, and then problem() tells what was, and
+// nothing else is to be read.
 class XMLScanner {
 public:
-    explicit XMLScanner(std::string_view text) : text_(text) {}
+    explicit XMLScanner(std::string_view text) : text_(text), begin_(text.data()) {}
 
     struct Tag {
         std::string_view name;
@@ -43,9 +45,16 @@ public:
     // Everything up to the next start or end tag: character data, references, CDATA sections; line ends as "\n".
     bool characterData(std::string& data);
 
+    // False, and problem() tells this reason: here, or at a place of the text.
+    bool fail(const char* reason) { return fail(reason, text_.data()); }
+    bool fail(const char* reason, const char* where);
+    // Its position is one in the text.
+    const DecodeProblem& problem() const { return problem_; }
+
 private:
     bool take(std::string_view expected);
     bool skipPast(std::string_view end);
+    bool endsTooEarly();
     void skipSpace();
     bool skipComment();
     bool skipInstruction();
@@ -58,6 +67,8 @@ private:
     bool plainText(std::string& data);
 
     std::string_view text_;
+    const char* begin_;
+    DecodeProblem problem_;
 };
 
 }  // namespace propertylist

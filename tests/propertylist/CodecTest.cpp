@@ -48,6 +48,14 @@ std::string told(const PropertyList& value) {
     return kTypes[static_cast<int>(value.type())] + value.description();
 }
 
+// The same, or "nothing: reason at position".
+std::string toldOf(const std::string& bytes) {
+    propertylist::DecodeProblem problem;
+    const PropertyList value = decodePropertyList(bytes, &problem);
+    CHECK_EQ(!value, problem.reason != nullptr);
+    return value ? told(value) : propertylist::formatted("nothing: %s at %d", {problem.reason, problem.position});
+}
+
 std::string asNumbers(const PropertyList& value) {
     std::ostringstream text;
     text << std::boolalpha << value.boolValue() << ' ' << value.integerValue() << ' ' << value.realValue() << ' '
@@ -73,10 +81,9 @@ TEST(BytesAndWhatTheyDecodeTo) {
         const std::string bytes = c.argument == "object"     ? File{{c.text}}.bytes()
                                   : c.argument == "document" ? c.text
                                                              : "<plist>" + c.text + "</plist>";
-        const PropertyList value = decodePropertyList(bytes);
-        CHECK_EQ(c.argument == "numbers" ? asNumbers(value) : told(value), c.expected);
+        CHECK_EQ(c.argument == "numbers" ? asNumbers(decodePropertyList(bytes)) : toldOf(bytes), c.expected);
         // What nothing refers to must be sound, too.
-        if (c.argument == "object" && c.expected == "nothing") CHECK(!File{{"\x51\x61"s, c.text}}.value());
+        if (c.argument == "object" && c.expected.starts_with("nothing")) CHECK(!File{{"\x51\x61"s, c.text}}.value());
     }
     CHECK(cases.size() > 120);
 }
@@ -129,7 +136,8 @@ TEST(FileTruncatedAtAnyByteIsNothing) {
         std::string bytes = encodePropertyList(value, format);
         if (format == PropertyListFormat::XML) bytes.pop_back();  // the line end
         for (std::size_t size = 0; size < bytes.size(); ++size)
-            CHECK(!decodePropertyList(std::string_view(bytes).substr(0, size)));
+            CHECK(toldOf(bytes.substr(0, size)).starts_with("nothing: "));
+        CHECK_EQ(toldOf(bytes.substr(0, 20)), "nothing: unexpected end at 20");
     }
     CHECK(!decodePropertyList(binary(value) + '\0'));
 }
@@ -137,15 +145,20 @@ TEST(FileTruncatedAtAnyByteIsNothing) {
 TEST(ReferencesAndTablesMustBeSound) {
     File file{{"\xA2\x01\x01"s, "\x51\x61"s}};
     REQUIRE(file.value().size() == 2);
-    for (const File& bad : {File{{"\xA1\0"s}}, File{{"\xA1\x01"s}}, File{{"\xD1\x01\x01"s, "\x10\x01"s}},
-                            File{{"\xA1\x01"s, "\xD1\x02\0"s, "\x51k"s}}, File{{"\xD1\x01\x02"s, "\x51k"s}}})
-        CHECK(!bad.value());
+    const std::pair<const char*, File> kBad[] = {
+        {"array or dictionary that holds itself at 8", {{"\xA1\0"s}}},
+        {"reference to no object at 9", {{"\xA1\x01"s}}},
+        {"key that is no text at 9", {{"\xD1\x01\x01"s, "\x10\x01"s}}},
+        {"array or dictionary that holds itself at 8", {{"\xA1\x01"s, "\xD1\x02\0"s, "\x51k"s}}},
+        {"reference to no object at 10", {{"\xD1\x01\x02"s, "\x51k"s}}}};
+    for (const auto& [problem, bad] : kBad) CHECK_EQ(toldOf(bad.bytes()), "nothing: "s + problem);
     File cycle{std::vector<std::string>(300, "\x51\x61")};
     cycle.objects[0] = "\xA1\0"s;
     CHECK(!cycle.value());
     using Offsets = std::vector<std::uint64_t>;
-    CHECK(!decodePropertyList(file.bytes([](Offsets& offsets) { offsets[1] = 7; })));
-    CHECK(!decodePropertyList(file.bytes([](Offsets& offsets) { offsets[1] = 13; })));
+    for (std::uint64_t outside : {7, 13})
+        CHECK_EQ(toldOf(file.bytes([=](Offsets& offsets) { offsets[1] = outside; })),
+                 "nothing: offset outside the objects at 15");
     // Many objects on the same bytes would take memory out of proportion.
     CHECK(!decodePropertyList(file.bytes([](Offsets& offsets) { offsets.resize(20'000, 8); })));
     CHECK(!decodePropertyList(file.bytes().insert(file.bytes().size() - 32, 2, '\0')));
@@ -155,7 +168,7 @@ TEST(ReferencesAndTablesMustBeSound) {
         std::string bytes = file.bytes();
         bytes[bytes.size() - 32 + at] = value;
         CONTEXT("trailer byte " + std::to_string(at) + " is " + std::to_string(value));
-        CHECK(!decodePropertyList(bytes));
+        CHECK_EQ(toldOf(bytes), "nothing: trailer that does not fit the file at 17");
     }
 }
 
