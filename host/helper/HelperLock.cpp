@@ -1,8 +1,8 @@
 #include "host/helper/HelperLock.h"
 
+#include "linux/files/FileSteps.h"
 #include "linux/files/Paths.h"
 #include "linux/preferences/DiskPreferences.h"
-#include "linux/preferences/FileSteps.h"
 #include "settings/EntryList.h"
 
 #include <sys/file.h>

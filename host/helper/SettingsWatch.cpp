@@ -1,7 +1,7 @@
 #include "host/helper/SettingsWatch.h"
 
+#include "linux/files/FileSteps.h"
 #include "linux/files/Paths.h"
-#include "linux/preferences/FileSteps.h"
 #include "settings/EntryList.h"
 
 #include <sys/inotify.h>

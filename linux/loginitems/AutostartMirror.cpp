@@ -1,9 +1,9 @@
 #include "linux/loginitems/AutostartMirror.h"
 
+#include "linux/files/FileSteps.h"
 #include "linux/files/LinuxFiles.h"
 #include "linux/files/Paths.h"
 #include "linux/files/WholeFile.h"
-#include "linux/preferences/FileSteps.h"
 #include "platform/LoginItems.h"
 
 #include <algorithm>

@@ -1,8 +1,8 @@
 #include "linux/preferences/DomainFile.h"
 
+#include "linux/files/FileSteps.h"
 #include "linux/files/Paths.h"
 #include "linux/files/WholeFile.h"
-#include "linux/preferences/FileSteps.h"
 
 #include <unistd.h>
 

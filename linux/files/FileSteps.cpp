@@ -1,4 +1,4 @@
-#include "linux/preferences/FileSteps.h"
+#include "linux/files/FileSteps.h"
 
 #include "linux/files/Paths.h"
 
