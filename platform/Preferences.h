@@ -7,6 +7,7 @@
 
 #include "platform/PlatformTypes.h"
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -32,8 +33,9 @@ public:
     // ask for different deeds. A domain that could not be read is tried again here.
     virtual bool isReadable(std::string_view domain) = 0;
 
-    // The names of all stored domains that hold a key, or may hold one, sorted.
-    virtual std::vector<std::string> domains() = 0;
+    // The names of all stored domains that hold a key, or may hold one, sorted. Nothing when there may be some that
+    // cannot be listed, for a reason that is logged.
+    virtual std::optional<std::vector<std::string>> domains() = 0;
 
     // What the platform's boolean and integer reads accept; false and 0 otherwise.
     bool getBooleanValue(std::string_view key, std::string_view domain) {

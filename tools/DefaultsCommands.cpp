@@ -80,7 +80,9 @@ void remove(const Arguments& arguments) {
 
 void listDomains(const Arguments&) {
     Store store;
-    for (const std::string& domain : store.preferences.domains()) printLine(domain);
+    const auto domains = store.preferences.domains();
+    if (!domains) throw refused("the domains in %@ cannot be listed; the log says why", store.preferences.folder());
+    for (const std::string& domain : *domains) printLine(domain);
 }
 
 using File = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;

@@ -89,7 +89,7 @@ bool DiskPreferences::isReadable(std::string_view domain) {
     return !found || found->isReadable();
 }
 
-std::vector<std::string> DiskPreferences::domains() {
+std::optional<std::vector<std::string>> DiskPreferences::domains() {
     std::vector<std::string> names;
     std::error_code error;
     for (std::filesystem::directory_iterator entry(folder_, error), end; !error && entry != end;
@@ -99,8 +99,10 @@ std::vector<std::string> DiskPreferences::domains() {
         name.resize(name.size() - kExtension.size());
         if (isDomainName(name) && !holdsNothing(files_, entry->path())) names.push_back(std::move(name));
     }
-    if (error && error != std::errc::no_such_file_or_directory)
+    if (error && error != std::errc::no_such_file_or_directory) {
         log_("Preference domains: cannot list %@: %@", folder_, error.message());
+        return std::nullopt;
+    }
     std::ranges::sort(names);
     return names;
 }

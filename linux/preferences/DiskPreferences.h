@@ -8,6 +8,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
@@ -33,7 +34,7 @@ public:
     void setValue(std::string_view key, platform::PropertyList value, std::string_view domain) override;
     bool synchronize(std::string_view domain) override;
     bool isReadable(std::string_view domain) override;
-    std::vector<std::string> domains() override;
+    std::optional<std::vector<std::string>> domains() override;
     // Synchronises every domain that has changes in memory: for a program that is about to end. What fails is logged,
     // and lost with the program.
     void synchronizeChanges();

@@ -52,7 +52,7 @@ TEST(ServicesShareADomainKeyByKey) {
     TemporaryFolder temporary;
     std::string folder = temporary / "new/preferences", path = folder + "/" + kDomain + ".plist";
     Store a(folder), b(folder);
-    CHECK(a.preferences.domains().empty() && a.log.lines.empty());
+    CHECK(a.preferences.domains().value().empty() && a.log.lines.empty());
     for (const char* key : {"one", "two", "three"}) a.set(key, key);
     CHECK_EQ(a["two"].stringValue(), "two");
     CHECK(!b["two"]);
@@ -76,11 +76,11 @@ TEST(ServicesShareADomainKeyByKey) {
     a.preferences.setValue("key", 1, "another");
     a.preferences.synchronizeChanges();
     CHECK(writeFile(folder + "/no property list", "") && writeFile(folder + "/cut.plist", "cut"));
-    CHECK_EQ(b.preferences.domains(), (std::vector<std::string>{"another", kDomain, "cut"}));
+    CHECK_EQ(b.preferences.domains().value(), (std::vector<std::string>{"another", kDomain, "cut"}));
     for (const char* key : {"one", "three", "four", "five"}) a.set(key, {});
     CHECK(a.synchronize() && b.synchronize());
     CHECK(!b["one"] && propertylist::decodePropertyList(readFile(path)).isDictionary());
-    CHECK_EQ(b.preferences.domains(), (std::vector<std::string>{"another", "cut"}));
+    CHECK_EQ(b.preferences.domains().value(), (std::vector<std::string>{"another", "cut"}));
     fs::remove(path);
     CHECK(a.write("six", 6) && b.synchronize());
     CHECK_EQ(b["six"].integerValue(), 6);
@@ -124,7 +124,7 @@ TEST(WhatCannotBeReadIsNotTakenForEmpty) {
                 CHECK(!store.write("mine", 2) && !store.isReadable() && store["mine"].integerValue() == 2);
                 CHECK_EQ(store.log.lines.size(), 2u);
                 CHECK(filesIn(stage.folder) == before && !fs::exists(stage.folder + "/." + kDomain + ".plist.lock"));
-                CHECK_EQ(store.preferences.domains(), std::vector{kDomain});
+                CHECK_EQ(store.preferences.domains().value(), std::vector{kDomain});
                 fs::rename(stage.path, stage.temporary / "elsewhere");
                 CHECK(writeFile(stage.path, encoded(kTheirs)) && store.isReadable());
                 CHECK(store["theirs"].integerValue() == 1 && store.synchronize());
@@ -254,7 +254,7 @@ TEST(NamesKeysAndValuesThatAreNoneAreRefused) {
     Store store(stage.folder);
     store.preferences.setValue("key", 1, longest);
     CHECK(store.preferences.synchronize(longest));
-    CHECK_EQ(store.preferences.domains(), std::vector{longest});
+    CHECK_EQ(store.preferences.domains().value(), std::vector{longest});
     REQUIRE(writeFile(stage.folder + "/" + longest + ".plist", "cut"));
     CHECK(store.preferences.synchronize(longest) && !store.preferences.copyValue("key", longest));
 

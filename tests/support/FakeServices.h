@@ -70,7 +70,7 @@ struct Preferences final : Noting<PreferenceService> {
         return readable;
     }
     bool isReadable(std::string_view) override { return readable; }
-    std::vector<std::string> domains() override { return {}; }
+    std::optional<std::vector<std::string>> domains() override { return std::vector<std::string>(); }
 
     bool readable = true;
     std::function<void()> duringSynchronize;  // another process's change, taken in by the next synchronize
