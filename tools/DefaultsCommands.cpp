@@ -1,12 +1,16 @@
 #include "tools/Commands.h"
 
 #include "linux/LinuxMachine.h"
+#include "linux/files/WholeFile.h"
 #include "propertylist/Codec.h"
 #include "tools/Json.h"
 #include "tools/Localized.h"
 #include "tools/Output.h"
 #include "tools/Refusal.h"
 #include "tools/UsageTexts.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <cstdio>
@@ -22,6 +26,7 @@ namespace {
 
 constexpr const char* kBinary = "binary";
 constexpr const char* kXML = "xml";
+constexpr const char* kStandardStream = "-";
 
 struct Arguments {
     std::string domain, key, json, file;
@@ -58,6 +63,19 @@ void read(const Arguments& arguments) {
     printJson(value);
 }
 
+using File = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
+
+// Of the file, or of standard input for "-".
+std::string readInput(const std::string& name) {
+    File file(name == kStandardStream ? stdin : std::fopen(name.c_str(), "rb"), std::fclose);
+    if (!file) throw Refusal(name + ": " + std::strerror(errno));
+    std::string bytes;
+    char buffer[1 << 16];
+    while (std::size_t count = std::fread(buffer, 1, sizeof buffer, file.get())) bytes.append(buffer, count);
+    if (std::ferror(file.get())) throw Refusal(name + ": " + std::strerror(errno));
+    return bytes;
+}
+
 void write(const Arguments& arguments) {
     JsonResult parsed = parseJson(arguments.json);
     if (!parsed.error.empty()) throw refused("the value is not JSON that a property list can hold: %@", parsed.error);
@@ -85,13 +103,11 @@ void listDomains(const Arguments&) {
     for (const std::string& domain : *domains) printLine(domain);
 }
 
-using File = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
-
-File openFile(const std::string& name, const char* mode, std::FILE* standardStream) {
-    if (name == "-") return {standardStream, [](std::FILE* file) { return std::fflush(file); }};
-    File file(std::fopen(name.c_str(), mode), std::fclose);
-    if (!file) throw Refusal(name + ": " + std::strerror(errno));
-    return file;
+// Also by a path: /dev/stdout, for which a file that it was sent to must not be replaced.
+bool isStandardOutput(const std::string& name) {
+    struct stat named, own;
+    return name == kStandardStream || (::stat(name.c_str(), &named) == 0 && ::fstat(STDOUT_FILENO, &own) == 0 &&
+                                       named.st_dev == own.st_dev && named.st_ino == own.st_ino);
 }
 
 void exportDomain(const Arguments& arguments) {
@@ -99,23 +115,13 @@ void exportDomain(const Arguments& arguments) {
     auto format = arguments.format == kXML ? PropertyListFormat::XML : PropertyListFormat::Binary;
     std::string bytes = encodePropertyList(store.content(arguments.domain), format);
     if (bytes.empty()) throw refused("the domain holds a value that this format cannot express");
-    File file = openFile(arguments.file, "wb", stdout);
-    bool isWhole = std::fwrite(bytes.data(), 1, bytes.size(), file.get()) == bytes.size();
-    auto close = file.get_deleter();
-    if (close(file.release()) != 0 || !isWhole) throw Refusal(arguments.file + ": " + std::strerror(errno));
-}
-
-std::string readWhole(const std::string& name) {
-    File file = openFile(name, "rb", stdin);
-    std::string bytes;
-    char buffer[1 << 16];
-    while (std::size_t count = std::fread(buffer, 1, sizeof buffer, file.get())) bytes.append(buffer, count);
-    if (std::ferror(file.get())) throw Refusal(name + ": " + std::strerror(errno));
-    return bytes;
+    if (isStandardOutput(arguments.file)) return print(bytes);
+    if (linux::Failure failure = linux::writeWhole(linux::FileAccess::system(), arguments.file, bytes))
+        throw Refusal(arguments.file + ": " + std::strerror(failure.error));
 }
 
 void importDomain(const Arguments& arguments) {
-    PropertyList content = decodePropertyList(readWhole(arguments.file));
+    PropertyList content = decodePropertyList(readInput(arguments.file));
     if (!content.isDictionary()) throw refused("%@: not a property list with a dictionary at its root", arguments.file);
     Store store;
     store.requireReadable(arguments.domain);

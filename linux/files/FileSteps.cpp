@@ -77,6 +77,22 @@ void giveToOwnerOf(FileAccess& files, int folder, int file) {
     if (model.st_uid != own.st_uid && !hasOtherNames) (void)files.changeOwner(file, model.st_uid, model.st_gid);
 }
 
+Failure takeOverOwnerAndMode(FileAccess& files, int folder, const std::string& path, int file) {
+    struct stat old = {}, own = {};
+    int error = files.stat(path.c_str(), old);
+    if (error == -ENOENT) {
+        giveToOwnerOf(files, folder, file);
+        return {};
+    }
+    if (error == 0) error = files.statDescriptor(file, own);
+    if (error < 0) return {"look at", -error};
+    // Whoever may not give the file away keeps it, if possible in its group.
+    if ((old.st_uid != own.st_uid || old.st_gid != own.st_gid) && files.changeOwner(file, old.st_uid, old.st_gid) < 0)
+        (void)files.changeOwner(file, static_cast<uid_t>(-1), old.st_gid);
+    error = files.changeMode(file, old.st_mode & 0777);
+    return error < 0 ? Failure{"set the mode of the new file", -error} : Failure{};
+}
+
 Failure makeTemporary(FileAccess& files, int folder, const std::string& name, mode_t mode, Descriptor& file) {
     int error = files.remove(folder, name.c_str());
     if (error < 0 && error != -ENOENT) return {"remove old temporary file", -error};
@@ -84,13 +100,18 @@ Failure makeTemporary(FileAccess& files, int folder, const std::string& name, mo
     return file ? Failure{} : Failure{"create temporary file", file.error()};
 }
 
-Failure writeAndFlush(FileAccess& files, int file, std::string_view bytes) {
+Failure writeAll(FileAccess& files, int file, std::string_view bytes) {
     while (!bytes.empty()) {
         ssize_t count = files.write(file, bytes.data(), bytes.size());
         if (count < 0) return {"write", static_cast<int>(-count)};
         if (count == 0) return {"write", ENOSPC};
         bytes.remove_prefix(static_cast<std::size_t>(count));
     }
+    return {};
+}
+
+Failure writeAndFlush(FileAccess& files, int file, std::string_view bytes) {
+    if (Failure failure = writeAll(files, file, bytes)) return failure;
     int error = files.flush(file);
     return error < 0 ? Failure{"flush", -error} : Failure{};
 }

@@ -24,11 +24,17 @@ Failure openFolder(FileAccess& files, const std::string& path, bool make, Descri
 // users, for a file that has the folder's owner, and for one that has further names, perhaps in places of others.
 void giveToOwnerOf(FileAccess& files, int folder, int file);
 
+// A new file that is to take the place of the one at the path gets its mode and, as far as this process may, its owner;
+// where there is none yet, the owner that giveToOwnerOf() gives.
+Failure takeOverOwnerAndMode(FileAccess& files, int folder, const std::string& path, int file);
+
 // An empty file for reading and writing, in place of whatever lies there under the name. Two writers of one name must
 // keep each other out, as what lies there counts as left behind by a writer that was killed.
 Failure makeTemporary(FileAccess& files, int folder, const std::string& name, mode_t mode, Descriptor& file);
 
-// Every byte is on the disk afterwards, or a failure tells why not. A file that takes no more bytes fails with ENOSPC.
+// Every byte is handed to the system, or a failure tells why not. A file that takes no more bytes fails with ENOSPC.
+Failure writeAll(FileAccess& files, int file, std::string_view bytes);
+// The same, and every byte is on the disk afterwards.
 Failure writeAndFlush(FileAccess& files, int file, std::string_view bytes);
 
 // 0, or the negative error number: -EEXIST when anything is called `to`. Where the file system cannot do it in one step

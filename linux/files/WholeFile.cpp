@@ -1,5 +1,8 @@
 #include "linux/files/WholeFile.h"
 
+#include "linux/files/FileSteps.h"
+#include "linux/files/Paths.h"
+
 #include <sys/mman.h>
 #include <unistd.h>
 
@@ -35,6 +38,16 @@ Failure readToTheEnd(FileAccess& files, const Descriptor& file, std::size_t stat
     }
 }
 
+Failure replaceBy(FileAccess& files, const std::string& path, int folder, const std::string& temporary,
+                  std::string_view bytes) {
+    Descriptor file;
+    if (Failure failure = makeTemporary(files, folder, temporary, 0666, file)) return failure;
+    if (Failure failure = takeOverOwnerAndMode(files, folder, path, file.number())) return failure;
+    if (Failure failure = writeAndFlush(files, file.number(), bytes)) return failure;
+    int error = files.rename(folder, temporary.c_str(), std::string(nameOf(path)).c_str());
+    return error < 0 ? Failure{"rename", -error} : Failure{};
+}
+
 }  // namespace
 
 Descriptor openForReading(FileAccess& files, int folder, const char* path) {
@@ -62,6 +75,24 @@ Failure readDescription(FileAccess& files, int folder, const char* path, std::st
     if (!file) return {"open", file.error()};
     FileIdentity identity;
     return readWhole(files, file, kLargestDescription, bytes, identity);
+}
+
+Failure writeWhole(FileAccess& files, std::string path, std::string_view bytes) {
+    struct stat status;
+    Descriptor old(files, files.open(AT_FDCWD, path.c_str(), O_WRONLY | O_NOCTTY));
+    if (!old && old.error() != ENOENT) return {"open", old.error()};
+    if (old && files.statDescriptor(old.number(), status) == 0 && !S_ISREG(status.st_mode))
+        return writeAll(files, old.number(), bytes);
+    if (Failure failure = resolveLinks(files, path)) return failure;
+    Descriptor folder;
+    if (Failure failure = openFolder(files, std::string(folderOf(path)), false, folder)) return failure;
+    const std::string temporary = ".typeslate-" + std::to_string(::getpid()) + ".tmp";
+    if (Failure failure = replaceBy(files, path, folder.number(), temporary, bytes)) {
+        (void)files.remove(folder.number(), temporary.c_str());
+        return failure;
+    }
+    int error = files.flush(folder.number());
+    return error < 0 ? Failure{"flush folder", -error} : Failure{};
 }
 
 }  // namespace linux

@@ -1,4 +1,4 @@
-// Reading a file whole or not at all.
+// Reading and writing a file whole or not at all.
 #pragma once
 
 #include "linux/files/Failure.h"
@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 
 namespace linux {
 
@@ -22,5 +23,12 @@ Failure readWhole(FileAccess& files, const Descriptor& file, std::size_t limit, 
 // Both in one, for files that a person may have written: a description, a desktop entry.
 inline constexpr std::size_t kLargestDescription = std::size_t{1} << 20;  // bytes
 Failure readDescription(FileAccess& files, int folder, const char* path, std::string& bytes);
+
+// The bytes in place of all that the file holds, links followed; a failure leaves a file what it was. They are on the
+// disk afterwards. A file that is there must be writable, and keeps its mode and, as far as this process may, its
+// owner, while its other names keep what it held; a new one has mode 0666 without the umask. Meanwhile a hidden file of
+// this process's lies in the folder. What is no regular file, such as a FIFO or a device, is written into instead, and
+// may have to be waited for.
+Failure writeWhole(FileAccess& files, std::string path, std::string_view bytes);
 
 }  // namespace linux

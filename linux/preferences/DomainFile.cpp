@@ -116,24 +116,8 @@ void Transaction::releaseLock() noexcept {
     lock_.reset();
 }
 
-Failure Transaction::adoptOwnerAndMode(int file) {
-    struct stat old = {}, own = {};
-    int error = files_.stat(target_.c_str(), old);
-    if (error == -ENOENT) {
-        giveToOwnerOf(files_, folder_.number(), file);
-        return {};
-    }
-    if (error == 0) error = files_.statDescriptor(file, own);
-    if (error < 0) return {"look at", -error};
-    // Whoever may not give the file away keeps it, if possible in its group.
-    if ((old.st_uid != own.st_uid || old.st_gid != own.st_gid) && files_.changeOwner(file, old.st_uid, old.st_gid) < 0)
-        (void)files_.changeOwner(file, static_cast<uid_t>(-1), old.st_gid);
-    error = files_.changeMode(file, old.st_mode & 0777);
-    return error < 0 ? Failure{"set the mode of the new file", -error} : Failure{};
-}
-
 Failure Transaction::install(int file, std::string_view bytes) {
-    if (Failure failure = adoptOwnerAndMode(file)) return failure;
+    if (Failure failure = takeOverOwnerAndMode(files_, folder_.number(), target_, file)) return failure;
     if (Failure failure = writeAndFlush(files_, file, bytes)) return failure;
     int error = files_.rename(folder_.number(), temporary_.c_str(), name_.c_str());
     return error < 0 ? Failure{"rename", -error} : Failure{};

@@ -58,7 +58,6 @@ private:
     Failure takeLock();
     bool lockIsAtItsPath();
     void releaseLock() noexcept;
-    Failure adoptOwnerAndMode(int file);
     Failure install(int file, std::string_view bytes);
     void identify(Snapshot& written, std::string_view bytes);
     Failure flushFolder();
