@@ -77,7 +77,7 @@ std::string readInput(const std::string& name) {
 }
 
 void write(const Arguments& arguments) {
-    JsonResult parsed = parseJson(arguments.json);
+    JsonResult parsed = parseJson(arguments.json == kStandardStream ? readInput(arguments.json) : arguments.json);
     if (!parsed.error.empty()) throw refused("the value is not JSON that a property list can hold: %@", parsed.error);
     if (!PropertyList(arguments.key)) throw refused("the key is not UTF-8");
     Store store;
@@ -121,8 +121,12 @@ void exportDomain(const Arguments& arguments) {
 }
 
 void importDomain(const Arguments& arguments) {
-    PropertyList content = decodePropertyList(readInput(arguments.file));
-    if (!content.isDictionary()) throw refused("%@: not a property list with a dictionary at its root", arguments.file);
+    DecodeProblem problem;
+    PropertyList content = decodePropertyList(readInput(arguments.file), &problem);
+    if (!content.isDictionary())
+        throw problem.reason
+            ? refused("%@: not a property list (byte %d: %@)", arguments.file, problem.position, problem.reason)
+            : refused("%@: not a property list with a dictionary at its root", arguments.file);
     Store store;
     store.requireReadable(arguments.domain);
     PropertyList old = store.preferences.copyDomain(arguments.domain);
@@ -157,7 +161,7 @@ void addDefaultsCommands(CLI::App& app) {
         ->add_option("KEY", defaults->keyIfAny, localized("Key; without one the whole domain"));
     auto* writing = takeDomain(defaults.add("write", localized("Store one value"), write));
     writing->add_option("KEY", defaults->key, localized("Key"))->required();
-    writing->add_option("JSON", defaults->json, localized("Value as JSON"))->required();
+    writing->add_option("JSON", defaults->json, localized("Value as JSON, - for standard input"))->required();
     takeDomain(defaults.add("delete", localized("Remove a key, or every key of a domain"), remove))
         ->add_option("KEY", defaults->keyIfAny, localized("Key; without one all of them"));
     defaults.add("domains", localized("List the stored domains"), listDomains);
