@@ -14,7 +14,9 @@ namespace platform {
 struct Notification {
     std::string name;
     std::string object;
-    PropertyList userInfo;  // a dictionary, or nothing
+    PropertyList userInfo;            // a dictionary, or nothing
+    bool deliverImmediately = false;  // as it was posted
+    std::string sender = {};          // the transport's name for the process that posted it; empty where it has none
 };
 
 // Stops observing when it is destroyed. It must not outlive its notification centre.

@@ -28,8 +28,11 @@ void watch() {
         MutableDictionary line(PropertyList::dictionary({{"time", stamp()},
                                                          {"kind", "notification"},
                                                          {"name", notification.name},
-                                                         {"object", notification.object}}));
-        line.set("userInfo", notification.userInfo);
+                                                         {"object", notification.object},
+                                                         {"userInfo", notification.userInfo},
+                                                         {"deliverImmediately", notification.deliverImmediately},
+                                                         {"sender", notification.sender}}));
+        if (auto process = bus.processOf(notification.sender)) line.set("senderProcess", *process);
         printMessage(std::move(line).freeze(), bus);
     });
     bus.observeBroadcasts([&](std::string_view module, std::string_view message) {

@@ -33,7 +33,7 @@ private:
 Notification notificationOf(const QDBusMessage& message) {
     const QList<QVariant> arguments = message.arguments();
     return {arguments.at(0).toString().toStdString(), arguments.at(1).toString().toStdString(),
-            propertyListFromDBus(arguments.at(2))};
+            propertyListFromDBus(arguments.at(2)), arguments.at(3).toBool(), message.service().toStdString()};
 }
 
 // Null, not empty, where any text will do.
@@ -69,17 +69,9 @@ void DBusNotificationCenter::post(std::string_view name, std::string_view object
 
 std::unique_ptr<Observation> DBusNotificationCenter::addObserver(std::string_view name, std::string_view object,
                                                                  std::function<void(const Notification&)> handler) {
-    return addFullObserver(name, object, [handler = std::move(handler)](const Notification& notification, bool) {
-        handler(notification);
-    });
-}
-
-std::unique_ptr<Observation> DBusNotificationCenter::addFullObserver(std::string_view name, std::string_view object,
-                                                                     Handler handler) {
-    return std::make_unique<SignalObservation>(bus(), QStringList{argumentToMatch(name), argumentToMatch(object)},
-                                               [handler = std::move(handler)](const QDBusMessage& message) {
-                                                   handler(notificationOf(message), message.arguments().at(3).toBool());
-                                               });
+    return std::make_unique<SignalObservation>(
+        bus(), QStringList{argumentToMatch(name), argumentToMatch(object)},
+        [handler = std::move(handler)](const QDBusMessage& message) { handler(notificationOf(message)); });
 }
 
 }  // namespace qt

@@ -13,6 +13,8 @@ inline constexpr const char* kNotificationPath = "/com/tarnwick/DistributedNotif
 inline constexpr const char* kNotificationInterface = "com.tarnwick.DistributedNotificationCenter";
 inline constexpr const char* kNotificationMember = "Notification";
 
+// A notification's sender is the unique name of a connection to the bus.
+//
 // Connects at the first use, which waits for the bus to answer; posting itself only queues. Where no bus can be reached
 // posts are lost and nothing is heard, which one line in the log says. A bus that went away is looked for again at the
 // next use; observations made before it went end with it. For the main thread; handlers are called there.
@@ -28,10 +30,6 @@ public:
     std::unique_ptr<platform::Observation> addObserver(
         std::string_view name, std::string_view object,
         std::function<void(const platform::Notification&)> handler) override;
-    // The same with the flag that the sender gave.
-    using Handler = std::function<void(const platform::Notification&, bool deliverImmediately)>;
-    std::unique_ptr<platform::Observation> addFullObserver(std::string_view name, std::string_view object,
-                                                           Handler handler);
 
 private:
     QDBusConnection bus();

@@ -69,6 +69,7 @@ TEST(UserInformationComesBackAsItWasSent) {
                  false});
     REQUIRE(waitFor([&] { return !heard.empty(); }));
     CHECK_EQ(heard.size(), 1u);
+    CHECK_EQ(heard[0].sender, sessionBusConnection(QStringLiteral("foreign")).baseService().toStdString());
     CHECK_EQ(heard[0].userInfo,
              PropertyList::dictionary(
                  {{"strings", PropertyList::array({"a", "b"})}, {"int", 7}, {"short", -2}, {"path", "/a"}}));
@@ -79,11 +80,10 @@ TEST(ObserversHearWhatTheyAskedForUntilTheyEnd) {
     check::RecordingLog log;
     DBusNotificationCenter center(log);
     std::string all, one;
-    std::unique_ptr<Observation> everything =
-        center.addFullObserver("", "", [&](const Notification& n, bool immediately) {
-            all += n.name + n.object + (immediately ? "!" : ".");
-            if (n.name == "end") everything.reset();
-        });
+    std::unique_ptr<Observation> everything = center.addObserver("", "", [&](const Notification& n) {
+        all += n.name + n.object + (n.deliverImmediately ? "!" : ".");
+        if (n.name == "end") everything.reset();
+    });
     auto single = center.addObserver("a", "x", [&](const Notification& n) { one += n.name + n.object; });
     for (auto [name, object] : {std::pair{"a", "x"}, {"a", "y"}, {"b", "x"}, {"end", ""}, {"a", "x"}})
         center.post(name, object, {}, object[0] != 'y');

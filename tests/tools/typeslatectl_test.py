@@ -187,7 +187,10 @@ class WatchTest(Case):
         times = {"notification": [], "broadcast": []}
         for line in lines:
             times[line["kind"]].append(datetime.strptime(line.pop("time"), "%Y-%m-%dT%H:%M:%S.%fZ"))
-        notification = {"kind": "notification", "name": DOMAIN, "object": "PrefsChanged", "userInfo": {}}
+        notification = {"kind": "notification", "name": DOMAIN, "object": "PrefsChanged", "userInfo": {},
+                        "deliverImmediately": True}
+        senders = [(line.pop("sender")[0], line.pop("senderProcess")) for line in lines if "sender" in line]
+        self.assertEqual(senders, [(":", writer.pid) for writer in writers])
         broadcast = {"kind": "broadcast", "module": DOMAIN, "message": "PrefChanged"}
         self.assertEqual((lines[0], lines[-1]), (notification, broadcast))
         self.assertEqual((lines.count(notification), lines.count(broadcast)), (2, 2))

@@ -5,7 +5,10 @@
 #include "platform/Notifications.h"
 #include "platform/RunLoop.h"
 
+#include <cstdint>
 #include <functional>
+#include <optional>
+#include <string>
 #include <string_view>
 
 namespace tools {
@@ -17,6 +20,9 @@ public:
     virtual bool isConnected() = 0;  // false: there is no session bus
     virtual platform::DistributedNotificationCenter& notifications() = 0;
     virtual platform::RunLoop& runLoop() = 0;
+    // The process behind a notification's sender. Nothing when it has left the bus, or the bus cannot tell. Waits for
+    // the bus to answer.
+    virtual std::optional<std::int64_t> processOf(const std::string& sender) = 0;
     // Calls the handler for each message that the runtime broadcasts to modules, until the process ends.
     virtual void observeBroadcasts(std::function<void(std::string_view module, std::string_view message)> handler) = 0;
     // Handles events until stop(), a signal to end, or the end of the session bus.

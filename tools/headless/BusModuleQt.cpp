@@ -8,6 +8,8 @@
 #include "tools/headless/BusModule.h"
 
 #include <QCoreApplication>
+#include <QDBusConnectionInterface>
+#include <QDBusReply>
 
 #include <optional>
 
@@ -25,6 +27,12 @@ public:
     bool isConnected() override { return qt::sessionBusConnection(kProbe).isConnected(); }
     platform::DistributedNotificationCenter& notifications() override { return center_; }
     platform::RunLoop& runLoop() override { return runLoop_; }
+    std::optional<std::int64_t> processOf(const std::string& sender) override {
+        QDBusConnection bus = qt::sessionBusConnection(kProbe);
+        if (!bus.isConnected() || sender.empty()) return std::nullopt;
+        const QDBusReply<uint> process = bus.interface()->servicePid(QString::fromStdString(sender));
+        return process.isValid() && process.value() > 0 ? std::optional(process.value()) : std::nullopt;
+    }
     void observeBroadcasts(std::function<void(std::string_view, std::string_view)> handler) override {
         listener_.emplace([handler = std::move(handler)](const qt::RuntimeMessage& message) {
             handler(message.module, message.message);
