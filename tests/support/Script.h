@@ -84,7 +84,6 @@ void play(const std::string& path) {
         if (line.starts_with("== ")) {
             compare();
             label = line;
-            stage.reset();
             stage.emplace();
             continue;
         }
