@@ -28,10 +28,9 @@ struct LoginItems : PaneFixture {
             if (word == "7") return 7;
             char mark = word.back();
             if (mark == '!' || mark == '+') word.pop_back();
-            std::pair path = std::pair<std::string_view, PropertyList>(kLoginItemPathKey, word);
-            items.push_back(mark == '?'   ? PropertyList("no item")
-                            : mark == '+' ? PropertyList::dictionary({path, {"Kind", 7}})
-                                          : PropertyList::dictionary({path, {kLoginItemHideKey, mark == '!'}}));
+            std::pair<std::string_view, PropertyList> path(kLoginItemPathKey, word), kind("Kind", 7),
+                hide(kLoginItemHideKey, mark == '!');
+            items.push_back(mark == '?' ? "no item" : PropertyList::dictionary({path, mark == '+' ? kind : hide}));
         }
         return PropertyList::array(std::move(items));
     }
