@@ -6,72 +6,45 @@ using fontcatalogtest::Files;
 using fontcatalogtest::Machine;
 using platform::FolderDomain;
 
-namespace {
-
-void fillFonts(const Machine& machine) {
-    const std::string fonts = machine.local + "Fonts/";
-    Machine::write(fonts + "plain.pfb");
-    Machine::write(fonts + ".hidden");
-    Machine::write(fonts + "Sub/inner.pfb");
-    Machine::write(fonts + "Sub/caf\xC3\xA9.pfb");
-    Machine::link("plain.pfb", fonts + "link");
-    Machine::link("nowhere", fonts + "dangling");
-    Machine::link("Sub", fonts + "SubLink");
-    Machine::link(".", fonts + "Loop");
-}
-
-std::vector<std::string> paths() {
-    std::vector<std::string> paths = {std::string("plain.pfb\0", 10), std::string("plain.pfb\0x", 11),
-                                      std::string(255, 'n'), std::string(256, 'n'),
-                                      std::string(5000, '/') + "plain.pfb"};
-    std::istringstream words(
-        "plain.pfb|Plain.pfb|PLAIN.PFB|.hidden|Sub|Sub/|plain.pfb/|Sub/inner.pfb|Sub//inner.pfb|//Sub/inner.pfb|"
-        "sub/inner.pfb|Sub/Inner.pfb|Sub/missing|missing/inner.pfb|plain.pfb/inner|link|dangling|dangling/x|"
-        "SubLink/inner.pfb|Loop/Loop/Sub/inner.pfb|.|..|../Fonts/plain.pfb|./plain.pfb|Sub/../plain.pfb|Sub/..|"
-        "missing/../plain.pfb|plain.pfb/../plain.pfb|plain.pfb/.||/|Sub/caf\xC3\xA9.pfb|Sub/CAF\xC3\x89.pfb|"
-        "..hidden|Sub.|plain.pfb ");
-    for (std::string path; std::getline(words, path, '|');) paths.push_back(path);
-    return paths;
-}
-
-}  // namespace
-
 TEST(LookUpAnswersAsExistenceTestsDo) {
     Machine machine;
-    fillFonts(machine);
-    const std::string fonts = machine.local + "Fonts/";
+    const std::string fonts = machine.local + "Fonts/", listed = fonts + "Sub/";
+    const auto cases = check::casesIn(TEST_DATA "/lookups.txt");
+    REQUIRE(cases.size() == 2);
+    Machine::fill(fonts, cases[0].text);
+    std::istringstream lines(cases[1].text);
+    std::vector<std::string> paths = {std::string(255, 'n'), std::string(256, 'n'),
+                                      std::string(5000, '/') + "plain.pfb"};
+    for (std::string path; std::getline(lines, path);) paths.push_back(path);
     for (const bool ignoresCase : {false, true})
-        for (const std::string_view refusal : {"", "unreadable", "closed"}) {
+        for (const int refusal : {0, 1, 2}) {
             Files files;
             files.ignoresCase = ignoresCase;
-            if (refusal == "unreadable") files.unreadable.insert(fonts + "Sub/");
-            if (refusal == "closed") files.closed = fonts + "Sub/";
+            if (refusal == 1) files.unreadable.insert(listed);
+            if (refusal == 2) files.closed = listed;
             FontFileLookup lookup(files);
-            for (const std::string& path : paths()) {
+            for (const std::string& path : paths) {
                 CONTEXT("\"" + path.substr(0, 40) + "\"" + (ignoresCase ? ", case ignored" : ""));
-                const bool exists =
-                    files.fileExists(fonts + path.substr(std::min(path.find_first_not_of('/'), path.size())));
                 const auto found = lookup.getFontFileForSubpath(path);
-                CHECK_EQ(found.has_value(), exists);
-                if (found) CHECK_EQ(found->starts_with(fonts) && found->find("//") == std::string::npos, true);
+                CHECK_EQ(found.has_value(),
+                         files.fileExists(fonts + path.substr(std::min(path.find_first_not_of('/'), path.size()))));
+                CHECK(!found || (found->starts_with(fonts) && found->find("//") == std::string::npos));
             }
         }
 }
 
 TEST(LookUpOrderAndPath) {
     Machine machine;
-    for (const std::string& domain : {machine.user, machine.local, machine.network})
-        Machine::write(domain + "Fonts/all");
-    for (const std::string& domain : {machine.local, machine.network}) Machine::write(domain + "Fonts/A/two");
-    Machine::write(machine.network + "Fonts/one");
-    Machine::write(machine.classic + "Fonts/classic");
+    Machine::fill(machine.user, "Fonts/all");
+    Machine::fill(machine.local, "Fonts/all\nFonts/A/two");
+    Machine::fill(machine.network, "Fonts/all\nFonts/A/two\nFonts/one");
+    Machine::fill(machine.classic, "Fonts/classic");
     Files files;
     FontFileLookup lookup(files);
     CHECK_EQ(lookup.getFontFileForSubpath("all").value_or(""), machine.user + "Fonts/all");
     CHECK_EQ(lookup.getFontFileForSubpath("//A//two").value_or(""), machine.local + "Fonts/A/two");
     CHECK_EQ(lookup.getFontFileForSubpath("one").value_or(""), machine.network + "Fonts/one");
-    CHECK(!lookup.getFontFileForSubpath("classic"));
-    CHECK(!lookup.getFontFileForSubpath(std::nullopt));
+    CHECK(!lookup.getFontFileForSubpath("classic") && !lookup.getFontFileForSubpath(std::nullopt));
     CHECK(!lookup.getFontFileForSubpath_inDomain("all", FolderDomain::Classic));
     CHECK_EQ(lookup.getFontFileForSubpath_inDomain("all", FolderDomain::Network).value_or(""),
              machine.network + "Fonts/all");
