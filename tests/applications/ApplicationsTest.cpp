@@ -63,9 +63,8 @@ std::string lines(std::string text) {
 }
 
 std::string propertyList(const std::string& keys) {
-    std::istringstream rest(lines(keys));
     std::string text = "<?xml version=\"1.0\" encoding=\"UTF-8\"?><plist version=\"1.0\"><dict>";
-    for (std::string line; std::getline(rest, line);) {
+    for (const std::string& line : check::linesIn(lines(keys))) {
         std::size_t equals = line.find('=');
         text += "<key>" + line.substr(0, equals) + "</key><string>" + line.substr(equals + 1) + "</string>";
     }
@@ -215,8 +214,7 @@ TEST(MachinesAndWhatIsFoundOnThem) {
     for (const check::Case& c : stories) {
         CONTEXT(c.label);
         Story story;
-        std::istringstream rest(c.text);
-        for (std::string line; std::getline(rest, line);) {
+        for (const std::string& line : check::linesIn(c.text)) {
             CONTEXT(line);
             if (!line.empty() && line[0] != '#') story.happens(line);
         }

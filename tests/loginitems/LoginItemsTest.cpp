@@ -1,6 +1,7 @@
 // The pane's operations on login items, step by step.
 #include "platform/LoginItems.h"
 #include "tests/pane/PaneFixture.h"
+#include "tests/support/Script.h"
 
 using namespace platform;
 
@@ -35,9 +36,8 @@ struct LoginItems : PaneFixture {
         return PropertyList::array(std::move(items));
     }
     std::string perform(const std::string& operation) {
-        std::istringstream words(operation);
-        std::string name, first, second;
-        words >> name >> first >> second;
+        Words words(operation);
+        const std::string name = words.next(), first = words.next(), second = words.next();
         bool hide = first.ends_with('!');
         if (name == "add") pane->addLoginItem_hide(first.substr(0, first.size() - hide), hide);
         if (name == "remove") pane->removeLoginItem(first);

@@ -92,11 +92,17 @@ bool writeFile(const std::string& path, std::string_view bytes) {
     return static_cast<bool>(out.flush());
 }
 
+std::vector<std::string> linesIn(const std::string& text) {
+    std::istringstream rest(text);
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(rest, line);) lines.push_back(line);
+    return lines;
+}
+
 std::vector<Case> casesIn(const std::string& path) {
-    std::ifstream file(path);
     std::vector<Case> cases;
     Case current;
-    for (std::string line; std::getline(file, line);) {
+    for (const std::string& line : linesIn(readFile(path))) {
         if (line.starts_with("== ")) {
             const std::size_t bar = std::min(line.find(" |"), line.size());
             current = {line.substr(3, bar - 3), line.substr(std::min(line.size(), bar + 3)), "", ""};

@@ -62,6 +62,8 @@ private:
 std::string readFile(const std::string& path);                    // empty when it cannot be read
 bool writeFile(const std::string& path, std::string_view bytes);  // and the folders above it
 
+std::vector<std::string> linesIn(const std::string& text);
+
 // A file of cases: "== label | argument" or "== label", the text's lines and "-> expected"; <HH> stands for one byte,
 // and <EOF> for a last line without an end. What stands between two cases is passed over.
 struct Case {
