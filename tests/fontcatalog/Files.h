@@ -57,8 +57,7 @@ struct Machine {
     static void write(const std::string& path, std::string_view text = "") { check::writeFile(path, text); }
     // A line each: "file", "link > target" or "pipe |", below the folder.
     static void fill(const std::string& folder, const std::string& lines) {
-        std::istringstream all(lines);
-        for (std::string line; std::getline(all, line);) {
+        for (const std::string& line : check::linesIn(lines)) {
             const std::size_t end = std::min({line.find(" > "), line.find(" |"), line.size()});
             const std::string path = folder + line.substr(0, end);
             write(path);
