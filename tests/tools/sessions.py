@@ -12,13 +12,14 @@ PROGRAM = os.path.abspath(sys.argv[1])
 
 
 class Case(unittest.TestCase):
-    """A user of whom there is nothing but a home, without a session bus."""
+    """A user of whom there is nothing but a home, without a display or a session bus."""
 
     def setUp(self):
         folder = tempfile.TemporaryDirectory()
         self.addCleanup(folder.cleanup)
         self.home = pathlib.Path(folder.name)
-        self.env = {k: v for k, v in os.environ.items() if not k.startswith(("DBUS_", "XDG_", "TYPESLATE_", "WINE"))}
+        machine = ("DBUS_", "DISPLAY", "QT_", "TYPESLATE_", "WAYLAND_", "WINE", "XDG_")
+        self.env = {name: value for name, value in os.environ.items() if not name.startswith(machine)}
         self.env |= {"HOME": folder.name, "XDG_CONFIG_HOME": f"{folder.name}/config", "TYPESLATE_ROOT": folder.name,
                      "XDG_DATA_DIRS": f"{folder.name}/shared", "XDG_RUNTIME_DIR": f"{folder.name}/runtime",
                      "PATH": os.path.dirname(PROGRAM) + ":" + os.environ["PATH"]}
@@ -51,7 +52,7 @@ class SessionTest(Case):
     def test_sessions(self):
         variables = dict(argument.split("=", 1) for argument in sys.argv[2:] if "=" in argument)
         for file in (argument for argument in sys.argv[2:] if "=" not in argument):
-            self.assertGreater(sum(shown.count("$ ") for _, shown in sessions(file)), 10)
+            self.assertGreater(sum(shown.count("$ ") for _, shown in sessions(file)), 5)
             for title, shown in sessions(file):
                 with self.subTest(title):
                     self.setUp()
