@@ -102,16 +102,14 @@ class WatchTest(Case):
 
 
 class LoginItemsTest(Case):
-    def items(self):
-        return [(item["Path"], item["Hide"]) for item in self.value("login-items", "list", "--json")]
-
     def test_an_added_item_starts_with_the_session(self):
         program, fifo = self.home / "a \"b\" $HOME %f `id` \\c'd = 100%", self.home / "started"
         program.write_text(f"#!/bin/sh\nprintf %s \"$0\" >'{fifo}'\n")
         program.chmod(0o755)
         os.mkfifo(fifo)
         self.ok("login-items", "add", str(program), "--hide")
-        self.assertEqual(self.items(), [(str(program), True)])
+        items = self.value("login-items", "list", "--json")
+        self.assertEqual([(item["Path"], item["Hide"]) for item in items], [(str(program), True)])
         entries = list((self.home / "config/autostart").iterdir())
         self.assertEqual(len(entries), 1)
         if shutil.which("gio"):
