@@ -4,10 +4,11 @@
 #include "linux/files/LinuxFiles.h"
 #include "tests/support/Check.h"
 
+#include <sys/stat.h>
+
+#include <algorithm>
 #include <filesystem>
-#include <map>
 #include <set>
-#include <string>
 
 namespace fontcatalogtest {
 
@@ -16,8 +17,10 @@ public:
     bool fileExists(std::string_view path) override {
         ++existenceTests;
         if (!closed.empty() && path.starts_with(closed)) return false;
-        if (real.fileExists(path)) return true;
-        return ignoresCase && real.fileExists(lowerCase(path));
+        std::string lower(path);  // in the last component only: the folders' own names may have capitals
+        for (std::size_t i = lower.rfind('/'); i < lower.size(); ++i)
+            if (lower[i] >= 'A' && lower[i] <= 'Z') lower[i] |= 0x20;
+        return real.fileExists(path) || (ignoresCase && real.fileExists(lower));
     }
     std::unique_ptr<platform::FolderIterator> openFolder(std::string_view path, platform::FolderDetail detail,
                                                          platform::OSStatus& status) override {
@@ -38,15 +41,6 @@ public:
     bool ignoresCase = false;
     std::set<std::string, std::less<>> unreadable;
     std::string closed;  // a folder that may be listed, but not entered
-
-private:
-    // Of the last component only: the folders' own names may have capitals.
-    static std::string lowerCase(std::string_view path) {
-        std::string text(path);
-        for (std::size_t i = text.rfind('/'); i < text.size(); ++i)
-            if (text[i] >= 'A' && text[i] <= 'Z') text[i] |= 0x20;
-        return text;
-    }
 };
 
 // A machine with nothing on it: home folder, system folders and Wine prefix are in a temporary folder.
@@ -61,9 +55,18 @@ struct Machine {
                       classic = temporary / "home/.wine/drive_c/Program Files/Common Files/Adobe/";
 
     static void write(const std::string& path, std::string_view text = "") { check::writeFile(path, text); }
-    static void link(const std::string& target, const std::string& path) {
-        std::filesystem::create_directories(std::filesystem::path(path).parent_path());
-        std::filesystem::create_symlink(target, path);
+    // A line each: "file", "link > target" or "pipe |", below the folder.
+    static void fill(const std::string& folder, const std::string& lines) {
+        for (const std::string& line : check::linesIn(lines)) {
+            const std::size_t end = std::min({line.find(" > "), line.find(" |"), line.size()});
+            const std::string path = folder + line.substr(0, end);
+            write(path);
+            if (end < line.size()) std::filesystem::remove(path);
+            if (line.ends_with(" |"))
+                ::mkfifo(path.c_str(), 0600);
+            else if (end < line.size())
+                std::filesystem::create_symlink(line.substr(end + 3), path);
+        }
     }
 };
 

@@ -2,7 +2,7 @@
 import json
 
 import settingsapps
-from settingsapps import MODULE, SHELL, TITLE, close, listed, start, turn_to, windowtest
+from settingsapps import MODULE, SHELL, TITLE, listed, start, turn_to, windowtest
 from windowtest import broadcast, notified
 
 GLOBAL = {"Name": "Global", "Type": "Global", "Settings": {"Enabled": True, "HierarchicalMenu": False, "Kept": 7}}
@@ -36,7 +36,7 @@ def test(session):
     session.key("alt+F4")
     session.wait_for_window("Regular Expression")
     session.key("Escape")
-    close(session, shell)
+    session.close(shell)
 
     # System Settings goes elsewhere and comes back: the page is made anew, and works as before.
     application = start(session, "systemsettings", OTHER, OTHER_TITLE)
@@ -44,11 +44,11 @@ def test(session):
         turn_to(session, application, module, title)
         if module == MODULE:
             toggle(session, changes)
-    close(session, application)
+    session.close(application)
 
     # Without a bundle there is a page all the same.
     session.environment["TYPESLATE_PREFPANE"] = session.home + "/missing"
-    close(session, start(session, SHELL))
+    session.close(start(session, SHELL))
 
 
 windowtest.run(test)

@@ -10,15 +10,15 @@ SHELL = sys.argv[2]
 windowtest.TOOLS += [SHELL, "systemsettings"]
 MODULE = "kcm_typeslate"
 TITLE = "Typeslate"
-# A warning names the libraries on its stack, so that ours can be told from those of the applications.
-PATTERN = '%{type}: %{message} %{backtrace depth=200 separator=" "}'
-OURS = ("?kcm_typeslate", "?Typeslate?")
 
 
 def prepare(session):
     session.environment.update(
         QT_PLUGIN_PATH=session.build + "/plugins", TYPESLATE_PREFPANE=session.build + "/Typeslate.prefPane",
-        XDG_DATA_DIRS="/usr/local/share:/usr/share", QT_MESSAGE_PATTERN=PATTERN)
+        XDG_DATA_DIRS="/usr/local/share:/usr/share",
+        # A warning names the libraries on its stack, so that ours can be told from those of the applications.
+        QT_MESSAGE_PATTERN='%{type}: %{message} %{backtrace depth=200 separator=" "}')
+    session.ours = ["?kcm_typeslate", "?Typeslate?"]
 
 
 def listed(session, **environment):
@@ -26,14 +26,8 @@ def listed(session, **environment):
                           capture_output=True, timeout=windowtest.LIMIT).stdout
 
 
-def wait_for_title(session, start_of_title):
-    return session.wait_for_window(start_of_title, end="")
-
-
 def start(session, program, module=MODULE, title=TITLE):
-    process = session.start(program, module, stderr=subprocess.PIPE)
-    process.messages = windowtest.Lines(process.stderr)
-    process.window = wait_for_title(session, title)
+    process = session.open(program, module, title=title, end="")
     session.settle(process.window)
     return process
 
@@ -42,13 +36,5 @@ def turn_to(session, process, module, title):
     """Has the running System Settings go to another module, as the desktop's search does."""
     subprocess.run(["systemsettings", module], env=session.environment, check=True, capture_output=True,
                    timeout=windowtest.LIMIT)
-    process.window = wait_for_title(session, title)
+    process.window = session.wait_for_window(title, end="")
     session.settle(process.window)
-
-
-def close(session, process):
-    session.focus(process.window)
-    session.key("alt+F4")
-    assert process.wait(timeout=windowtest.LIMIT) == 0, process.messages.seen[-10:]
-    complaints = [line for line in iter(process.messages.next, None) if any(name in line for name in OURS)]
-    assert not complaints, complaints

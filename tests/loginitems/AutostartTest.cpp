@@ -2,20 +2,21 @@
 #include "linux/applications/DesktopEntry.h"
 #include "linux/loginitems/AutostartMirror.h"
 #include "platform/LoginItems.h"
-#include "tests/support/Check.h"
+#include "tests/store/StoreSupport.h"
 #include "tests/support/FakePlatform.h"
 
 #include <sys/stat.h>
 
-#include <algorithm>
-#include <filesystem>
 #include <regex>
+#include <set>
 
 using namespace platform;
 using namespace linux;
 namespace fs = std::filesystem;
 
 namespace {
+
+using Names = std::set<std::string>;
 
 struct Session {
     check::TemporaryFolder home;
@@ -39,10 +40,9 @@ struct Session {
         preferences.setValue(kLoginItemsKey, PropertyList::array(std::move(all)), kLoginWindowDomain);
         return preferences.synchronize(kLoginWindowDomain);
     }
-    std::vector<std::string> names() {
-        std::vector<std::string> all;
-        for (const auto& entry : fs::directory_iterator(folder)) all.push_back(entry.path().filename());
-        std::ranges::sort(all);
+    Names names() {
+        Names all;
+        for (const auto& entry : fs::directory_iterator(folder)) all.insert(entry.path().filename());
         return all;
     }
     std::string content(const std::string& name) { return check::readFile(folder + "/" + name); }
@@ -50,11 +50,7 @@ struct Session {
 
 std::string outputOf(const std::vector<std::string>& words) {
     std::string command = "exec";
-    for (const std::string& word : words) {
-        command += " '";
-        for (char c : word) command += c == '\'' ? "'\\''" : std::string(1, c);
-        command += "'";
-    }
+    for (const std::string& word : words) command += " '" + std::regex_replace(word, std::regex("'"), "'\\''") + "'";
     FILE* pipe = ::popen(command.c_str(), "r");
     char text[4096];
     std::string output(text, std::fread(text, 1, sizeof text, pipe));
@@ -67,49 +63,41 @@ std::string outputOf(const std::vector<std::string>& words) {
 TEST(EntriesFollowTheItemsAndLeaveOthersAlone) {
     Session s;
     CHECK(s.store({}) && !fs::exists(s.folder));
-    const std::string tool = s.program("tool"), twin = s.program("b/tool");
-    check::writeFile(s.folder + "/login-item-tool.desktop",
-                     "[Desktop Entry]\nType=Application\nExec=theirs\nX-Typeslate-LoginItems=1\n");
+    std::string tool = s.program("tool"), twin = s.program("b/tool");
+    std::string first = "login-item-tool-2.desktop", second = "login-item-tool-3.desktop",
+                taken = "login-item-tool.desktop",
+                theirs = "[Desktop Entry]\nType=Application\nExec=theirs\nX-Typeslate-LoginItems=1\n";
+    check::writeFile(s.folder + "/" + taken, theirs);
     check::writeFile(s.folder + "/theirs.desktop", "X-Typeslate-LoginItem=" + tool + "\n");
 
     CHECK(s.store({{tool, true}, {s.home / "missing", false}, {tool, false}, {twin, true}, {"relative", false}}));
-    const std::vector<std::string> both = {"login-item-tool-2.desktop", "login-item-tool-3.desktop",
-                                           "login-item-tool.desktop", "theirs.desktop"};
-    CHECK_EQ(s.names(), both);
-    CHECK_EQ(s.log.lines.size(), std::size_t{2});
-    CHECK(s.content(both[0]).find("StartupNotify") == std::string::npos);  // the later item's word
-    CHECK(s.content(both[1]).find("StartupNotify=false\n") != std::string::npos);
+    Names both = {first, second, taken, "theirs.desktop"};
+    auto isHidden = [&](auto& name) { return s.content(name).find("StartupNotify=false\n") != std::string::npos; };
+    CHECK(s.names() == both && s.log.lines.size() == 2);
+    CHECK(!isHidden(first) && isHidden(second));  // the later item's word
 
     // Switched off by the user's desktop, and while its disk is away: what is there stays.
-    check::writeFile(s.folder + "/" + both[0], s.content(both[0]) + "Hidden=true\n");
+    check::writeFile(s.folder + "/" + first, s.content(first) + "Hidden=true\n");
     fs::rename(twin, twin + ".away");
-    fs::file_time_type written = fs::last_write_time(s.folder + "/" + both[1]);
-    CHECK(s.store({{twin, true}, {tool, false}}));
-    CHECK_EQ(s.names(), both);
-    CHECK(s.content(both[0]).ends_with("Hidden=true\n"));
-    CHECK(fs::last_write_time(s.folder + "/" + both[1]) == written);
-    CHECK(s.store({{tool, true}}));
-    CHECK(s.content(both[0]).find("StartupNotify=false\n") != std::string::npos);
-    CHECK(s.store({}));
-    CHECK_EQ(s.names(), (std::vector<std::string>{"login-item-tool.desktop", "theirs.desktop"}));
-    CHECK_EQ(s.content("login-item-tool.desktop"),
-             "[Desktop Entry]\nType=Application\nExec=theirs\nX-Typeslate-LoginItems=1\n");
+    fs::file_time_type written = fs::last_write_time(s.folder + "/" + second);
+    CHECK(s.store({{twin, true}, {tool, false}}) && s.names() == both && s.content(first).ends_with("Hidden=true\n"));
+    CHECK(fs::last_write_time(s.folder + "/" + second) == written);
+    CHECK(s.store({{tool, true}}) && isHidden(first) && s.store({}));
+    CHECK_EQ(s.names(), Names{taken, "theirs.desktop"});
+    CHECK_EQ(s.content(taken), theirs);
 }
 
 TEST(WhatIsStoredWhileTheLockIsWaitedForCounts) {
-    struct Overtaken : FileAccess {
-        std::function<void()> atLock;
-        int intercept(Call call, std::size_t&) override {
-            if (call == Call::Lock && atLock) std::exchange(atLock, nullptr)();
-            return 0;
-        }
-    } files;
     Session s;
+    check::FaultyFileAccess files;
     DiskPreferences own(preferencesFolder(), s.log), other(preferencesFolder(), s.log);
     AutostartMirror mirror(own, s.log, files);
-    files.atLock = [&] { CHECK(Session::store({{s.program("later"), false}}, other)); };
+    files.hook = [&, waits = 0](check::Call call, std::size_t&, int) mutable {
+        if (call == check::Call::Lock && !waits++) CHECK(Session::store({{s.program("later"), false}}, other));
+        return 0;
+    };
     CHECK(Session::store({{s.program("tool"), false}}, own));
-    CHECK_EQ(s.names(), std::vector<std::string>{"login-item-later.desktop"});
+    CHECK_EQ(s.names(), Names{"login-item-later.desktop"});
 }
 
 TEST(ApplicationsOfEachKindGetTheirCommand) {
@@ -134,33 +122,26 @@ TEST(ApplicationsOfEachKindGetTheirCommand) {
     for (char c : std::string("\\$`=%\"'\n\t\x7F ;&")) {
         std::string text = std::string("a") + c + "b", plain = s.program("plain");
         std::string escape = c == '%' ? "%" : std::string("\"`$\\").find(c) != std::string::npos ? "\\" : "";
-        bool isMisread = c == '\\' || c == '$' || c == '`';
         std::string odd = s.program(text);
         cases.push_back({odd, {odd}, c != ' ' && c != ';' && c != '&'});
         std::string caller = s.home / ("caller" + std::to_string(cases.size()) + ".desktop");
         check::writeFile(caller, "[Desktop Entry]\nType=Application\nName=O\nExec=" +
                                      escapedDesktopEntryValue(plain + " \"a" + escape + c + "b\"") + "\n");
-        cases.push_back({caller, {plain, text}, isMisread});
+        cases.push_back({caller, {plain, text}, c == '\\' || c == '$' || c == '`'});
     }
     for (const auto& [path, words, isOdd] : cases) {
         CONTEXT(path);
-        REQUIRE(s.store({{path, false}}));
-        REQUIRE(s.names().size() == 1);
-        CHECK(std::regex_match(s.names().front(), std::regex("login-item-[-._A-Za-z0-9]{1,100}\\.desktop")));
-        auto read = desktopEntryRecord(path, "", s.content(s.names().front()), ApplicationEnvironment());
+        REQUIRE(s.store({{path, false}}) && s.names().size() == 1);
+        std::string name = *s.names().begin(), expected;
+        CHECK(std::regex_match(name, std::regex("login-item-[-._A-Za-z0-9]{1,100}\\.desktop")));
+        auto read = desktopEntryRecord(path, "", s.content(name), ApplicationEnvironment());
         REQUIRE(read);
-        const std::vector<std::string>& started = read->words;
-        CHECK_EQ(started.front() == "awk", isOdd);
-        for (const std::string& word : started) CHECK(word.find_first_of("\\$`") == word.npos);
-        std::string expected;
+        CHECK_EQ(read->words.front() == "awk", isOdd);
+        for (const std::string& word : read->words) CHECK(word.find_first_of("\\$`") == word.npos);
         for (const std::string& word : words) expected += "<" + word + ">";
-        if (path == entry)
-            CHECK_EQ(started, words);
-        else
-            CHECK_EQ(outputOf(started), expected);
+        CHECK(path == entry ? read->words == words : outputOf(read->words) == expected);
         CHECK_EQ(read->isInTerminal, path == entry);
-        CHECK_EQ(read->workingFolder, path == entry ? "/tmp" : "");
-        CHECK_EQ(read->iconName, path == entry ? "eye" : "");
+        CHECK_EQ(read->workingFolder + " " + read->iconName, path == entry ? "/tmp eye" : " ");
     }
 }
 
@@ -169,10 +150,7 @@ TEST(AnAutostartFolderThatCannotBeUsedCostsNothing) {
     const std::string tool = s.program("tool"), other = s.home / "other";
     fs::create_directories(s.home / "config");
     for (bool isLink : {false, true}) {
-        if (isLink)
-            fs::create_symlink(other, s.folder);
-        else
-            check::writeFile(s.folder, "a file");
+        isLink ? fs::create_symlink(other, s.folder) : void(check::writeFile(s.folder, "a file"));
         CHECK(s.store({{tool, isLink}}) && s.store({{tool, isLink}}) && s.mirror.hasFailed());
         CHECK(s.log.lines.size() == 1 && s.log.lines.back().find("cannot") != std::string::npos);
         CHECK_EQ(DiskPreferences(preferencesFolder(), s.log).copyValue(kLoginItemsKey, kLoginWindowDomain).size(), 1U);
@@ -181,5 +159,5 @@ TEST(AnAutostartFolderThatCannotBeUsedCostsNothing) {
     }
     fs::create_directory(other);
     CHECK(s.preferences.synchronize(kLoginWindowDomain) && !s.mirror.hasFailed());
-    CHECK_EQ(s.names(), std::vector<std::string>{"login-item-tool.desktop"});
+    CHECK_EQ(s.names(), Names{"login-item-tool.desktop"});
 }

@@ -3,15 +3,12 @@
 #include "host/helper/SettingsWatch.h"
 #include "linux/processes/LinuxProcesses.h"
 #include "settings/EntryList.h"
-#include "tests/support/Check.h"
+#include "tests/store/StoreSupport.h"
 #include "tests/support/FakeLogind.h"
 
 #include <fcntl.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <csignal>
-#include <filesystem>
 #include <fstream>
 
 using namespace platform;
@@ -25,12 +22,10 @@ struct Child {
     explicit Child(const std::string& program) {
         int ends[2];
         REQUIRE(::pipe2(ends, O_CLOEXEC) == 0);
-        process = ::fork();
-        if (process == 0) {
+        process = check::start([&] {
             for (int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) ::dup2(ends[1], stream);
-            ::execl(program.c_str(), "sleep", "1000", nullptr);
-            ::_exit(1);
-        }
+            return ::execl(program.c_str(), "sleep", "1000", nullptr) == 0;
+        });
         ::close(ends[1]);
         errors = ends[0];
     }
@@ -90,10 +85,7 @@ TEST(TheWatchMissesNothing) {
         // Far more events than the kernel keeps: the one about the settings is not among those that are kept.
         std::size_t most = 0;
         std::ifstream("/proc/sys/fs/inotify/max_queued_events") >> most;
-        for (std::size_t i = 0; i <= most; ++i) {
-            std::string name = preferencesFolder() + "/" + std::to_string(i % 2);
-            ::close(::open(name.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600));
-        }
+        for (std::size_t i = 0; i <= most; ++i) std::ofstream(preferencesFolder() + "/" + std::to_string(i % 2));
         h.set(settings::kDisabledKey, true);
         CHECK(watch.takeIn());
         fs::remove(h.file);
@@ -148,8 +140,7 @@ TEST(AQuitRequestReachesNobodyElse) {
     auto number = processes.serialNumber(sleeper.process);
     REQUIRE(number);
     CHECK(!processes.postQuitRequest({number->high + 1, number->low}, "s"));  // its id is another's by now
-    CHECK(!processes.postQuitRequest(*number, "S"));
-    CHECK(::waitpid(sleeper.process, nullptr, WNOHANG) == 0);
+    CHECK(!processes.postQuitRequest(*number, "S") && ::waitpid(sleeper.process, nullptr, WNOHANG) == 0);
     CHECK(processes.postQuitRequest(*number, "s"));
     pid_t process = sleeper.process;
     CHECK_EQ(sleeper.end(0), SIGTERM);

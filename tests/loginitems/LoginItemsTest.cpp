@@ -1,6 +1,7 @@
 // The pane's operations on login items, step by step.
 #include "platform/LoginItems.h"
 #include "tests/pane/PaneFixture.h"
+#include "tests/support/Script.h"
 
 using namespace platform;
 
@@ -28,17 +29,15 @@ struct LoginItems : PaneFixture {
             if (word == "7") return 7;
             char mark = word.back();
             if (mark == '!' || mark == '+') word.pop_back();
-            std::pair path = std::pair<std::string_view, PropertyList>(kLoginItemPathKey, word);
-            items.push_back(mark == '?'   ? PropertyList("no item")
-                            : mark == '+' ? PropertyList::dictionary({path, {"Kind", 7}})
-                                          : PropertyList::dictionary({path, {kLoginItemHideKey, mark == '!'}}));
+            std::pair<std::string_view, PropertyList> path(kLoginItemPathKey, word), kind("Kind", 7),
+                hide(kLoginItemHideKey, mark == '!');
+            items.push_back(mark == '?' ? "no item" : PropertyList::dictionary({path, mark == '+' ? kind : hide}));
         }
         return PropertyList::array(std::move(items));
     }
     std::string perform(const std::string& operation) {
-        std::istringstream words(operation);
-        std::string name, first, second;
-        words >> name >> first >> second;
+        Words words(operation);
+        const std::string name = words.next(), first = words.next(), second = words.next();
         bool hide = first.ends_with('!');
         if (name == "add") pane->addLoginItem_hide(first.substr(0, first.size() - hide), hide);
         if (name == "remove") pane->removeLoginItem(first);

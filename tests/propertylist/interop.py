@@ -41,15 +41,7 @@ def run(command, data):
 
 def same(a, b):
     """Equal in type, sign of zero and order of keys too."""
-    if type(a) is not type(b):
-        return False
-    if isinstance(a, dict):
-        return list(a) == list(b) and all(same(a[key], b[key]) for key in a)
-    if isinstance(a, list):
-        return len(a) == len(b) and all(map(same, a, b))
-    if isinstance(a, float):
-        return repr(a) == repr(b)
-    return a == b
+    return plistlib.dumps(a, sort_keys=False) == plistlib.dumps(b, sort_keys=False)
 
 
 def exchange(plconvert, plistutil, name, value):

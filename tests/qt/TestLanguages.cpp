@@ -27,6 +27,8 @@ void checkIsTranslated(QWidget& page, const Bundle& texts) {
         if (auto* table = qobject_cast<QTableView*>(widget))
             for (int i = 0; i < table->model()->columnCount(); ++i)
                 shown += table->model()->headerData(i, Qt::Horizontal).toString();
+        if (auto* tabs = qobject_cast<QTabWidget*>(widget))
+            for (int i = 0; i < tabs->count(); ++i) shown += tabs->tabText(i);
     }
     CHECK(shown.size() > 20);
     for (const QString& text : shown) CHECK_EQ(texts.localizedString(text.toStdString()), text.toStdString());
@@ -50,44 +52,27 @@ void checkMnemonics(QWidget& page, const QTabWidget* tabs) {
     }
 }
 
-struct PaneInterface {
-    PaneInterface(const char* name, const char* wanted)
-        : wish("LANGUAGE", wanted), locale("LC_ALL", "C.UTF-8"), file(BINARY_DIR "/Typeslate.prefPane", name) {}
-    check::ScopedEnvironment wish, locale;
-    SampleInterface file;
-};
-
 }  // namespace
 
-TEST(EveryLanguageFitsThePage) {
+TEST(EveryLanguageIsShownAndFitsThePage) {
+    check::ScopedEnvironment locale("LC_ALL", "C.UTF-8");
+    std::set<std::string> titles;
     for (const char* language : {"en", "de", "fr", "ja"})
         for (const char* name : {"TSPrefs", "UpdaterView"}) {
             CONTEXT(std::string(language) + " " + name);
-            PaneInterface pane(name, language);
-            QWidget& page = *pane.file.interface->root();
+            check::ScopedEnvironment wish("LANGUAGE", language);
+            SampleInterface pane(BINARY_DIR "/Typeslate.prefPane", name);
+            QWidget& page = *pane.interface->root();
             CHECK(page.minimumSizeHint().expandedTo(kPage) == kPage);
-            checkIsTranslated(page, *pane.file.bundle);
+            checkIsTranslated(page, *pane.bundle);
             auto* tabs = page.findChild<QTabWidget*>();
             for (int i = 0; i < (tabs ? tabs->count() : 1); ++i) {
                 if (tabs) tabs->setCurrentIndex(i);
                 checkMnemonics(page, tabs);
             }
-            for (auto& [outlet, view] : pane.file.owner.outlets)
+            for (auto& [outlet, view] : pane.owner.outlets)
                 if (view->asPanel()) checkMnemonics(*qt::widgetOf(view), nullptr);
+            if (tabs) titles.insert(pane.owner.outlets.at("exRemoveAppButton")->title());
         }
-}
-
-TEST(TextsComeInTheLanguageAskedForAndElseInEnglish) {
-    auto titles = [](const char* language) {
-        PaneInterface pane("TSPrefs", language);
-        auto* tabs = pane.file.interface->root()->findChild<QTabWidget*>();
-        return pane.file.owner.outlets.at("exRemoveAppButton")->title() + "|" +
-               tabs->tabText(2).remove('&').toStdString() + "|" +
-               pane.file.owner.outlets.at("perAppDupeHandling")->asPopUpButton()->itemTitle(0);
-    };
-    const std::string english = titles("en");
-    CHECK_EQ(english, "Remove|Advanced|Show every copy");
-    for (const char* other : {"tlh", "en_GB:de", ""}) CHECK_EQ(titles(other), english);
-    CHECK_EQ(titles("tlh:de"), titles("de_AT"));
-    CHECK(titles("de") != english && titles("fr") != english && titles("ja") != english);
+    CHECK(titles.size() == 4 && titles.contains("Remove"));
 }

@@ -4,45 +4,28 @@
 
 using namespace platform;
 
-TEST(AOneShotTimerFiresOnceAndNotBeforeItsDate) {
-    useApplication();
-    qt::QtRunLoop loop;
-    int fired = 0;
-    Date began = loop.now(), ended;
-    auto timer = loop.scheduleTimer(0.03, false, [&] { ++fired, ended = loop.now(); });
-    CHECK(timer->isValid() && timer->fireDate() >= dateByAdding(began, 0.03));
-    REQUIRE(waitFor([&] { return fired > 0; }));
-    CHECK(ended >= dateByAdding(began, 0.025) && !timer->isValid());
-    Date date = timer->fireDate();
-    timer->setFireDate(loop.now());
-    settle();
-    CHECK(timer->fireDate() == date && fired == 1);
-}
-
-TEST(AnotherFireDateMovesATimer) {
+TEST(TimersFireOnTheirDatesAndMayBeMovedUntilTheyAreOver) {
     useApplication();
     qt::QtRunLoop loop;
     std::string order;
+    int repeated = 0, invalidated = 0;
+    Date began = loop.now(), ended, past = dateByAdding(began, -5);
+    auto once = loop.scheduleTimer(0.03, false, [&] { order += "once ", ended = loop.now(); });
     auto late = loop.scheduleTimer(0, false, [&] { order += "late "; });
     auto soon = loop.scheduleTimer(10000, false, [&] { order += "soon "; });
-    late->setFireDate(dateByAdding(loop.now(), 0.05));
-    Date date = dateByAdding(loop.now(), -5);
-    soon->setFireDate(date);
-    CHECK(soon->fireDate() == date && soon->description().find(dateDescription(date)) != std::string::npos);
-    REQUIRE(waitFor([&] { return order.size() == 10; }));
-    CHECK_EQ(order, "soon late ");
-}
-
-TEST(ARepeatingTimerMayEndInItsOwnAction) {
-    useApplication();
-    qt::QtRunLoop loop;
-    int repeated = 0, invalidated = 0;
-    bool isOver = false;
     std::unique_ptr<Timer> other, timer = loop.scheduleTimer(0.001, true, [&] {
         if (++repeated == 3) timer.reset();
     });
     other = loop.scheduleTimer(0.001, true, [&] { ++invalidated, other->invalidate(); });
-    auto later = loop.scheduleTimer(0.05, false, [&] { isOver = true; });
-    REQUIRE(waitFor([&] { return isOver && !timer; }));
-    CHECK(repeated == 3 && invalidated == 1);
+    CHECK(once->isValid() && once->fireDate() >= dateByAdding(began, 0.03));
+    late->setFireDate(dateByAdding(loop.now(), 0.08));
+    soon->setFireDate(past);
+    CHECK(soon->fireDate() == past && soon->description().find(dateDescription(past)) != std::string::npos);
+    REQUIRE(waitFor([&] { return order.size() == 15 && !timer; }));
+    CHECK_EQ(order, "soon once late ");
+    CHECK(ended >= dateByAdding(began, 0.025) && !once->isValid() && repeated == 3 && invalidated == 1);
+    Date date = once->fireDate();
+    once->setFireDate(loop.now());
+    settle();
+    CHECK(once->fireDate() == date && order.size() == 15);
 }

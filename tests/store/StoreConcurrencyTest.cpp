@@ -13,10 +13,10 @@ constexpr int kProcesses = 8;
 
 std::string keyOf(int process, int change) { return std::to_string(process) + "/" + std::to_string(change); }
 
-void runTogether(const std::string& folder, int changes, bool inAProcessEach) {
+void runTogether(const Place& place, int changes, bool inAProcessEach) {
     pid_t reader = start([&] {
         for (bool existed = false;;) {
-            std::string bytes = readFile(folder + "/" + kDomain + ".plist");
+            std::string bytes = readFile(place.path);
             existed |= !bytes.empty();
             if (existed && !propertylist::decodePropertyList(bytes).isDictionary()) return false;
         }
@@ -24,10 +24,10 @@ void runTogether(const std::string& folder, int changes, bool inAProcessEach) {
     std::vector<pid_t> writers;
     for (int process = 0; process < kProcesses; ++process)
         writers.push_back(start([&, process] {
-            Store store(folder);
+            Store store(place.folder);
             for (int change = 0; change < changes; ++change) {
                 std::string key = keyOf(process, change);
-                auto makeApart = [&] { return Store(folder).write(key, change); };
+                auto makeApart = [&] { return Store(place.folder).write(key, change); };
                 if (!(inAProcessEach ? inAnotherProcess(makeApart) : store.write(key, change))) return false;
             }
             return true;
@@ -44,9 +44,9 @@ TEST(EightProcessesAtOnce) {
     bool isLong = std::getenv("TYPESLATE_LONG_TESTS") != nullptr;
     for (auto [changes, inAProcessEach] : {std::pair{isLong ? 2000 : 100, false}, {isLong ? 200 : 20, true}}) {
         CONTEXT(inAProcessEach ? "a process for each change" : "a process for all changes");
-        TemporaryFolder temporary;
-        runTogether(temporary.path(), changes, inAProcessEach);
-        Store store(temporary.path());
+        Place place;
+        runTogether(place, changes, inAProcessEach);
+        Store store(place.folder);
         CHECK_EQ(store.preferences.copyDomain(kDomain).size(), static_cast<std::size_t>(kProcesses * changes));
         for (int process = 0; process < kProcesses; ++process)
             for (int change = 0; change < changes; ++change)

@@ -1,6 +1,4 @@
 // Every single call of the store fails, falls short, is its process's last, or is overtaken by another process.
-#include <sys/resource.h>
-
 #include <cerrno>
 #include <csignal>
 #include <string>
@@ -22,9 +20,8 @@ constexpr Scenario kScenarios[] = {
     {"damaged at first use", true, false, false, true}, {"damaged after use", true, true, false, true},
 };
 
-struct Stage {
-    TemporaryFolder temporary;
-    std::string folder = temporary / "a/b", path = folder + "/" + kDomain + ".plist", before;
+struct Stage : Place {
+    std::string before;
     FaultyFileAccess files;
     Store store{folder, files};
     bool expectTheirs;
@@ -40,8 +37,7 @@ struct Stage {
     }
     bool isWhole() const {
         std::string now = readFile(path);
-        if (now == before) return true;
-        return propertylist::decodePropertyList(now)["mine"].stringValue().size() == 10'000 ||
+        return now == before || propertylist::decodePropertyList(now)["mine"].stringValue().size() == 10'000 ||
                (now.empty() && isMovedAside());
     }
     bool isMovedAside() const {
@@ -53,7 +49,7 @@ struct Stage {
         Store reader(folder);
         CHECK_EQ(reader["mine"].stringValue().size(), 10'000u);
         CHECK_EQ(static_cast<bool>(reader["theirs"]), expectTheirs);
-        CHECK(!fs::exists(folder + "/." + kDomain + ".plist.tmp"));
+        CHECK(!fs::exists(leftover));
         if (before == "bplist00 cut") CHECK(isMovedAside());
     }
 };
@@ -61,59 +57,49 @@ struct Stage {
 }  // namespace
 
 TEST(AnyCallMayFailOrBeTheLast) {
-    struct Fault {
-        const char* label;
-        int error;
-        bool lasting;  // every call from then on, until the synchronize has ended
-    };
     constexpr int kDeath = 0;
     int refusals = 0, deaths = 0;
     for (const Scenario& scenario : kScenarios)
-        for (const Fault& fault :
-             {Fault{"ENOSPC", ENOSPC, false}, Fault{"EIO", EIO, false}, Fault{"EACCES", EACCES, false},
-              Fault{"EMFILE", EMFILE, false}, Fault{"EIO for good", EIO, true}, Fault{"killed", kDeath, false}})
+        // A lasting error is that of every call from then on, until the synchronize has ended.
+        for (auto [error, lasting] : {std::pair{ENOSPC, false},
+                                      {EIO, false},
+                                      {EACCES, false},
+                                      {EMFILE, false},
+                                      {EIO, true},
+                                      {EINTR, false},
+                                      {kDeath, false}})
             for (int failing = 1, reached = 1; failing <= reached; ++failing) {
                 Stage stage(scenario);
-                CONTEXT(std::string(scenario.label) + ", " + fault.label + " at call " + std::to_string(failing));
+                CONTEXT(std::string(scenario.label) + ", error " + std::to_string(error) +
+                        (lasting ? " from call " : " at call ") + std::to_string(failing));
                 bool renamed = false;
-                stage.files.hook = [&](Call call, std::size_t&, int number) {
-                    if (number == failing && fault.error == kDeath) std::raise(SIGKILL);
+                stage.files.hook = [&, error = error, lasting = lasting](Call call, std::size_t& size, int number) {
+                    // Each call falls short as well.
+                    size = std::min<std::size_t>(size, call == Call::Write ? 4096 : 7);
+                    if (number == failing && error == kDeath) std::raise(SIGKILL);
                     if (number == failing) reached = failing + 1;
-                    if (number == failing || (fault.lasting && number > failing)) return -fault.error;
+                    if (number == failing || (lasting && number > failing)) return -error;
                     renamed |= call == Call::Rename;
                     return 0;
                 };
                 auto synchronize = [&] { return stage.store.synchronize(); };
-                bool stored = fault.error == kDeath ? inAnotherProcess(synchronize) : synchronize();
+                bool isStored = error == kDeath ? inAnotherProcess(synchronize) : synchronize();
                 stage.files.hook = nullptr;
-                CHECK(stage.isWhole());
+                CHECK(stage.isWhole() && (isStored || error != EINTR));
                 CHECK_EQ(stage.store["mine"].stringValue().size(), 10'000u);
-                if (!stored && fault.error == kDeath) {
+                if (!isStored && error == kDeath) {
                     ++deaths;
                     reached = failing + 1;
-                } else if (!stored) {
+                } else if (!isStored) {
                     ++refusals;
                     CHECK(!stage.store.log.lines.empty());
                     if (!renamed && !scenario.damaged) CHECK_EQ(readFile(stage.path), stage.before);
-                    CHECK(fault.lasting || !fs::exists(stage.folder + "/." + kDomain + ".plist.tmp"));
+                    CHECK(lasting || !fs::exists(stage.leftover));
                 }
                 CHECK(synchronize());
                 stage.checkStored();
             }
     CHECK(refusals > 300 && deaths > 60);
-}
-
-TEST(InterruptedAndShortCallsGoOn) {
-    for (const Scenario& scenario : kScenarios) {
-        CONTEXT(scenario.label);
-        Stage stage(scenario);
-        stage.files.hook = [&](Call, std::size_t& size, int number) {
-            size = std::min<std::size_t>(size, 7);
-            return number % 2 ? -EINTR : 0;
-        };
-        CHECK(stage.store.synchronize());
-        stage.checkStored();
-    }
 }
 
 TEST(ReadErrorsAreNeverTakenForAnEmptyDomain) {
@@ -138,7 +124,7 @@ TEST(ReadErrorsAreNeverTakenForAnEmptyDomain) {
 TEST(OvertakenAtAnyCall) {
     const std::pair<const char*, std::function<void(Stage&)>> overtakings[] = {
         {"another writer", [](Stage& stage) { CHECK(Store(stage.folder).write("theirs", "new")); }},
-        {"lock file removed", [](Stage& stage) { fs::remove(stage.folder + "/." + kDomain + ".plist.lock"); }},
+        {"lock file removed", [](Stage& stage) { fs::remove(stage.lock); }},
         {"folder replaced",
          [](Stage& stage) {
              fs::rename(stage.folder, stage.temporary / "old");
@@ -167,24 +153,6 @@ TEST(OvertakenAtAnyCall) {
                 stage.checkStored();
                 CHECK_EQ(fs::is_symlink(stage.path), isLink);
             }
-}
-
-// The kernel's own short writes and refusals.
-TEST(AFileMayGrowOnlySoFar) {
-    std::signal(SIGXFSZ, SIG_IGN);
-    for (const Scenario& scenario : kScenarios)
-        for (rlim_t size : {0, 1, 4096, 9999}) {
-            CONTEXT(std::string(scenario.label) + ", up to " + std::to_string(size) + " bytes");
-            Stage stage(scenario);
-            rlimit limits;
-            REQUIRE(::getrlimit(RLIMIT_FSIZE, &limits) == 0);
-            rlimit narrow{size, limits.rlim_max};
-            REQUIRE(::setrlimit(RLIMIT_FSIZE, &narrow) == 0);
-            bool isStored = stage.store.synchronize();
-            REQUIRE(::setrlimit(RLIMIT_FSIZE, &limits) == 0);
-            CHECK(!isStored && stage.isWhole() && stage.store.synchronize());
-            stage.checkStored();
-        }
 }
 
 // Run under a tracer that shows the calls of the kernel: see CMakeLists.txt.

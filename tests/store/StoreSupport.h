@@ -35,6 +35,13 @@ struct FaultyFileAccess : FileAccess {
     }
 };
 
+// Where a domain is: in a folder that nobody has made yet.
+struct Place {
+    TemporaryFolder temporary;
+    std::string folder = temporary / "a/b", path = folder + "/" + kDomain + ".plist",
+                lock = folder + "/." + kDomain + ".plist.lock", leftover = folder + "/." + kDomain + ".plist.tmp";
+};
+
 // A service of its own, as another process would have it.
 struct Store {
     RecordingLog log;

@@ -12,10 +12,8 @@ using namespace check;
 
 namespace {
 
-struct Stage {
-    TemporaryFolder temporary;
-    std::string folder = temporary / "preferences", path = folder + "/" + kDomain + ".plist";
-    Stage() { fs::create_directory(folder); }
+struct Stage : Place {
+    Stage() { fs::create_directories(folder); }
 };
 
 struct stat statusOf(const std::string& path) {
@@ -31,17 +29,13 @@ TEST(WhatIsStoredAlreadyIsNotWrittenAgain) {
     Stage stage;
     FaultyFileAccess files;
     Store a(stage.folder, files), b(stage.folder);
-    int observed = 0;
+    int observed = 0, flushes = 0;
     a.preferences.setSynchronizeObserver(kDomain, [&] { ++observed; });
-    CHECK(a.write("none", {}) && !fs::exists(stage.path));
-    CHECK(a.write("key", 1));
+    CHECK(a.write("none", {}) && !fs::exists(stage.path) && a.write("key", 1));
     ino_t first = statusOf(stage.path).st_ino;
     CHECK(a.write("key", 1) && statusOf(stage.path).st_ino == first);
-    CHECK_EQ(observed, 3);
-    CHECK(b.write("key", 2) && a.write("key", 1));
-    CHECK_EQ(Store(stage.folder)["key"], PropertyList(1));
+    CHECK(b.write("key", 2) && a.write("key", 1) && Store(stage.folder)["key"] == PropertyList(1));
     // Of a write that failed nobody knows how far it came.
-    int flushes = 0;
     files.hook = [&](Call call, std::size_t&, int) { return call == Call::Flush && ++flushes == 2 ? -EIO : 0; };
     CHECK(!a.write("key", 3) && a.synchronize());
     CHECK_EQ(flushes, 4);
@@ -49,22 +43,15 @@ TEST(WhatIsStoredAlreadyIsNotWrittenAgain) {
 }
 
 TEST(ServicesShareADomainKeyByKey) {
-    TemporaryFolder temporary;
-    std::string folder = temporary / "new/preferences", path = folder + "/" + kDomain + ".plist";
-    Store a(folder), b(folder);
+    Place place;
+    Store a(place.folder), b(place.folder);
     CHECK(a.preferences.domains().value().empty() && a.log.lines.empty());
     for (const char* key : {"one", "two", "three"}) a.set(key, key);
-    CHECK_EQ(a["two"].stringValue(), "two");
-    CHECK(!b["two"]);
-    CHECK(a.synchronize() && b.synchronize());
-    CHECK_EQ(modeOf(path), 0600u);
-    CHECK_EQ(modeOf(folder), 0700u);
-    CHECK_EQ(modeOf(folder + "/." + kDomain + ".plist.lock"), 0600u);
+    CHECK(a["two"] == PropertyList("two") && !b["two"] && a.synchronize() && b.synchronize());
+    CHECK(modeOf(place.path) == 0600 && modeOf(place.folder) == 0700 && modeOf(place.lock) == 0600);
 
-    a.set("two", {});
-    a.set("four", 4);
-    b.set("one", "b's");
-    b.set("five", true);
+    for (auto [key, value] : {std::pair{"two", PropertyList()}, {"four", 4}}) a.set(key, value);
+    for (auto [key, value] : {std::pair{"one", PropertyList("b's")}, {"five", true}}) b.set(key, value);
     CHECK(!a["two"] && b["two"]);
     CHECK(a.synchronize() && b.synchronize() && a.synchronize());
     std::string keys;
@@ -75,15 +62,14 @@ TEST(ServicesShareADomainKeyByKey) {
 
     a.preferences.setValue("key", 1, "another");
     a.preferences.synchronizeChanges();
-    CHECK(writeFile(folder + "/no property list", "") && writeFile(folder + "/cut.plist", "cut"));
+    CHECK(writeFile(place.folder + "/no property list", "") && writeFile(place.folder + "/cut.plist", "cut"));
     CHECK_EQ(b.preferences.domains().value(), (std::vector<std::string>{"another", kDomain, "cut"}));
     for (const char* key : {"one", "three", "four", "five"}) a.set(key, {});
     CHECK(a.synchronize() && b.synchronize());
-    CHECK(!b["one"] && propertylist::decodePropertyList(readFile(path)).isDictionary());
+    CHECK(!b["one"] && propertylist::decodePropertyList(readFile(place.path)).isDictionary());
     CHECK_EQ(b.preferences.domains().value(), (std::vector<std::string>{"another", "cut"}));
-    fs::remove(path);
-    CHECK(a.write("six", 6) && b.synchronize());
-    CHECK_EQ(b["six"].integerValue(), 6);
+    fs::remove(place.path);
+    CHECK(a.write("six", 6) && b.synchronize() && b["six"] == PropertyList(6));
 }
 
 TEST(ChangesOfOthersAreNoticedWhateverTheTimeStampsSay) {
@@ -119,12 +105,10 @@ TEST(WhatCannotBeReadIsNotTakenForEmpty) {
                 REQUIRE(writeFile(stage.temporary / "valid", encoded(kTheirs)) && std::system(obstacle) == 0);
                 auto before = filesIn(stage.folder);
                 Store store(stage.folder);
-                CHECK(!store["theirs"] && !store.isReadable());
-                CHECK_EQ(store.log.lines.size(), 1u);
+                CHECK(!store["theirs"] && !store.isReadable() && store.log.lines.size() == 1);
                 CHECK(!store.write("mine", 2) && !store.isReadable() && store["mine"].integerValue() == 2);
-                CHECK_EQ(store.log.lines.size(), 2u);
-                CHECK(filesIn(stage.folder) == before && !fs::exists(stage.folder + "/." + kDomain + ".plist.lock"));
-                CHECK_EQ(store.preferences.domains().value(), std::vector{kDomain});
+                CHECK(store.log.lines.size() == 2 && store.preferences.domains() == std::vector{kDomain});
+                CHECK(filesIn(stage.folder) == before && !fs::exists(stage.lock));
                 fs::rename(stage.path, stage.temporary / "elsewhere");
                 CHECK(writeFile(stage.path, encoded(kTheirs)) && store.isReadable());
                 CHECK(store["theirs"].integerValue() == 1 && store.synchronize());
@@ -186,8 +170,8 @@ TEST(LinksModesAndOwnersAreKept) {
                                                 {"../nowhere/real", false, false}}) {
         CONTEXT(std::string(link) + (targetExists ? "" : ", dangling"));
         Stage stage;
-        std::string target = stage.temporary / "elsewhere/real";
-        fs::create_directory(stage.temporary / "elsewhere");
+        std::string target = stage.temporary / "a/elsewhere/real";
+        fs::create_directory(stage.temporary / "a/elsewhere");
         fs::create_symlink("../elsewhere/real", stage.folder + "/hop");
         fs::create_symlink(link, stage.path);
         if (targetExists) REQUIRE(writeFile(target, encoded(kTheirs)) && chmod(target.c_str(), 0640) == 0);
@@ -195,13 +179,11 @@ TEST(LinksModesAndOwnersAreKept) {
         Store store(stage.folder);
         CHECK_EQ(store["theirs"].integerValue(), targetExists ? 1 : 0);
         CHECK_EQ(store.write("mine", 2), succeeds);
-        CHECK_EQ(store["mine"].integerValue(), 2);
-        CHECK_EQ(fs::read_symlink(stage.path).string(), link);
-        CHECK_EQ(fs::exists(stage.temporary / "nowhere"), false);
+        CHECK(store["mine"] == PropertyList(2) && fs::read_symlink(stage.path) == link);
+        CHECK(!fs::exists(stage.temporary / "a/nowhere"));
         if (!succeeds) continue;
-        struct stat status = statusOf(target);
-        CHECK_EQ(status.st_mode, S_IFREG | (targetExists ? 0640u : 0600u));
-        if (targetExists && geteuid() == 0) CHECK(status.st_uid == 12345 && status.st_gid == 54321);
+        CHECK_EQ(modeOf(target), targetExists ? 0640u : 0600u);
+        if (targetExists && geteuid() == 0) CHECK(statusOf(target).st_uid == 12345 && statusOf(target).st_gid == 54321);
         CHECK(!propertylist::decodePropertyList(readFile(target))["theirs"] == !targetExists);
     }
 }
@@ -219,31 +201,28 @@ TEST(AnotherUsersFileAndAReadOnlyFolder) {
             return store.log.lines.size() == 1;
         },
         true));
-    CHECK_EQ(readFile(stage.path), encoded(kTheirs));
-    chmod(stage.folder.c_str(), 0777);
-    CHECK(inAnotherProcess([&] { return Store(stage.folder).write("mine", 2); }, true));
-    CHECK_EQ(modeOf(stage.path), 0644u);
+    CHECK(readFile(stage.path) == encoded(kTheirs) && chmod(stage.folder.c_str(), 0777) == 0);
+    CHECK(inAnotherProcess([&] { return Store(stage.folder).write("mine", 2); }, true) && modeOf(stage.path) == 0644);
     if (geteuid() == 0) CHECK_EQ(statusOf(stage.path).st_uid, 65534u);  // it could not be given to its old owner
     CHECK_EQ(Store(stage.folder)["theirs"].integerValue(), 1);
 
     // What root makes in a user's folder is the user's, but for a file that has another name elsewhere.
     if (geteuid() != 0) return;
-    TemporaryFolder users;
-    std::string folder = users / "preferences", lock = folder + "/." + kDomain + ".plist.lock";
-    REQUIRE(chown(users.path().c_str(), 65534, 65534) == 0);
-    CHECK(Store(folder).write("root's", 1) && statusOf(folder).st_gid == 65534);
-    CHECK(inAnotherProcess([&] { return Store(folder).write("mine", 2); }, true));
-    fs::remove(lock);
-    REQUIRE(writeFile(stage.temporary / "root's", "") && chmod((stage.temporary / "root's").c_str(), 0600) == 0);
-    fs::create_hard_link(stage.temporary / "root's", lock);
-    CHECK(Store(folder).write("root's", 2) && statusOf(lock).st_uid == 0);
+    Place users;
+    std::string roots = stage.temporary / "root's";
+    REQUIRE(chown(users.temporary.path().c_str(), 65534, 65534) == 0);
+    CHECK(Store(users.folder).write("root's", 1) && statusOf(users.folder).st_gid == 65534);
+    CHECK(inAnotherProcess([&] { return Store(users.folder).write("mine", 2); }, true));
+    fs::remove(users.lock);
+    REQUIRE(writeFile(roots, "") && chmod(roots.c_str(), 0600) == 0);
+    fs::create_hard_link(roots, users.lock);
+    CHECK(Store(users.folder).write("root's", 2) && statusOf(users.lock).st_uid == 0);
 }
 
 TEST(NamesKeysAndValuesThatAreNoneAreRefused) {
     Stage stage;
     std::string longest(DiskPreferences::kLongestDomainName, 'x');
-    for (const std::string& name : {std::string(), std::string("."), std::string(".."), std::string("../x"),
-                                    std::string("a\0b", 3), longest + "x"}) {
+    for (const std::string& name : std::vector<std::string>{"", ".", "..", "../x", {'a', 0, 'b'}, longest + "x"}) {
         CONTEXT(name);
         Store store(stage.folder);
         CHECK(store.preferences.synchronize(name));
@@ -253,8 +232,7 @@ TEST(NamesKeysAndValuesThatAreNoneAreRefused) {
     }
     Store store(stage.folder);
     store.preferences.setValue("key", 1, longest);
-    CHECK(store.preferences.synchronize(longest));
-    CHECK_EQ(store.preferences.domains().value(), std::vector{longest});
+    CHECK(store.preferences.synchronize(longest) && store.preferences.domains() == std::vector{longest});
     REQUIRE(writeFile(stage.folder + "/" + longest + ".plist", "cut"));
     CHECK(store.preferences.synchronize(longest) && !store.preferences.copyValue("key", longest));
 
@@ -278,8 +256,7 @@ TEST(NoOtherProcessHoldsOrFreesTheLock) {
         transaction.reset();
         return !isFree();
     }));
-    CHECK(!isFree());
-    CHECK(inAnotherProcess([&] { return transaction.release() && !isFree(); }));
+    CHECK(!isFree() && inAnotherProcess([&] { return transaction.release() && !isFree(); }));
     transaction.reset();
     CHECK(isFree());
 }

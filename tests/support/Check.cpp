@@ -18,18 +18,8 @@ std::vector<Test>& tests() {
     static std::vector<Test> all;
     return all;
 }
-std::vector<std::string>& contexts() {
-    static std::vector<std::string> all;
-    return all;
-}
+std::vector<std::string> contexts;
 int failuresInTest = 0;
-
-bool isSelected(const Test& test, int argc, char** argv) {
-    if (argc < 2) return true;
-    for (int i = 1; i < argc; ++i)
-        if (std::string_view(test.name).find(argv[i]) != std::string_view::npos) return true;
-    return false;
-}
 
 bool passes(const Test& test) {
     failuresInTest = 0;
@@ -39,10 +29,19 @@ bool passes(const Test& test) {
     } catch (const std::exception& error) {
         fail(test.name, 0, std::string("threw ") + error.what());
     }
-    contexts().clear();
     std::printf("%s %s\n", failuresInTest ? "FAILED" : "ok    ", test.name);
     std::fflush(stdout);
     return failuresInTest == 0;
+}
+
+std::string withBytes(const std::string& text) {
+    std::string bytes;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const bool isByte = text[i] == '<' && i + 3 < text.size() && text[i + 3] == '>';
+        bytes += isByte ? static_cast<char>(std::stoi(text.substr(i + 1, 2), nullptr, 16)) : text[i];
+        if (isByte) i += 3;
+    }
+    return bytes;
 }
 
 }  // namespace
@@ -55,17 +54,15 @@ bool add(const char* name, void (*body)()) {
 void fail(const char* file, int line, const std::string& what) {
     ++failuresInTest;
     std::printf("%s:%d: ", file, line);
-    for (const std::string& context : contexts()) std::printf("[%s] ", context.c_str());
+    for (const std::string& context : contexts) std::printf("[%s] ", context.c_str());
     std::printf("%s\n", what.c_str());
     std::fflush(stdout);  // a child of the test may end without
 }
 
 int failures() { return failuresInTest; }
 
-Context::Context(std::string label) { contexts().push_back(std::move(label)); }
-Context::~Context() {
-    if (!contexts().empty()) contexts().pop_back();
-}
+Context::Context(std::string label) { contexts.push_back(std::move(label)); }
+Context::~Context() { contexts.pop_back(); }
 
 TemporaryFolder::TemporaryFolder() {
     std::string pattern = (std::filesystem::temp_directory_path() / "typeslate-test-XXXXXX").string();
@@ -77,12 +74,10 @@ TemporaryFolder::~TemporaryFolder() {
 }
 
 ScopedEnvironment::ScopedEnvironment(const char* name, const char* value) : name_(name) {
-    const char* old = std::getenv(name);
-    hadOld_ = old != nullptr;
-    if (old) old_ = old;
+    if (const char* old = std::getenv(name)) old_ = old;
     value ? setenv(name, value, 1) : unsetenv(name);
 }
-ScopedEnvironment::~ScopedEnvironment() { hadOld_ ? setenv(name_.c_str(), old_.c_str(), 1) : unsetenv(name_.c_str()); }
+ScopedEnvironment::~ScopedEnvironment() { old_ ? setenv(name_.c_str(), old_->c_str(), 1) : unsetenv(name_.c_str()); }
 
 std::string readFile(const std::string& path) {
     std::ifstream in(path, std::ios::binary);
@@ -97,25 +92,17 @@ bool writeFile(const std::string& path, std::string_view bytes) {
     return static_cast<bool>(out.flush());
 }
 
-namespace {
-
-std::string withBytes(const std::string& text) {
-    std::string bytes;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const bool isByte = text[i] == '<' && i + 3 < text.size() && text[i + 3] == '>';
-        bytes += isByte ? static_cast<char>(std::stoi(text.substr(i + 1, 2), nullptr, 16)) : text[i];
-        if (isByte) i += 3;
-    }
-    return bytes;
+std::vector<std::string> linesIn(const std::string& text) {
+    std::istringstream rest(text);
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(rest, line);) lines.push_back(line);
+    return lines;
 }
 
-}  // namespace
-
 std::vector<Case> casesIn(const std::string& path) {
-    std::ifstream file(path);
     std::vector<Case> cases;
     Case current;
-    for (std::string line; std::getline(file, line);) {
+    for (const std::string& line : linesIn(readFile(path))) {
         if (line.starts_with("== ")) {
             const std::size_t bar = std::min(line.find(" |"), line.size());
             current = {line.substr(3, bar - 3), line.substr(std::min(line.size(), bar + 3)), "", ""};
@@ -136,8 +123,12 @@ std::string show(const propertylist::PropertyList& value) { return value ? value
 
 int main(int argc, char** argv) {
     int passed = 0, failed = 0;
-    for (const auto& test : check::tests())
-        if (check::isSelected(test, argc, argv)) (check::passes(test) ? passed : failed) += 1;
+    for (const auto& test : check::tests()) {
+        const auto selects = [&](const char* part) {
+            return std::string_view(test.name).find(part) != std::string::npos;
+        };
+        if (argc < 2 || std::any_of(argv + 1, argv + argc, selects)) (check::passes(test) ? passed : failed) += 1;
+    }
     std::printf("%d passed, %d failed\n", passed, failed);
     return failed == 0 && passed > 0 ? 0 : 1;
 }

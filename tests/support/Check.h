@@ -8,12 +8,12 @@
 //     }
 //
 // A failed CHECK is reported and the test goes on; a failed REQUIRE ends the test. CONTEXT names the case at hand in
-// every report until the end of its scope. Link with Check.cpp, which holds main(); arguments select tests by
-// substring.
+// every report until the end of its scope. Check.cpp holds main(); arguments select tests by substring.
 #pragma once
 
 #include "platform/Log.h"
 
+#include <optional>
 #include <sstream>
 #include <string>
 #include <string_view>
@@ -55,12 +55,14 @@ public:
     ScopedEnvironment(const ScopedEnvironment&) = delete;
 
 private:
-    std::string name_, old_;
-    bool hadOld_;
+    std::string name_;
+    std::optional<std::string> old_;
 };
 
 std::string readFile(const std::string& path);                    // empty when it cannot be read
 bool writeFile(const std::string& path, std::string_view bytes);  // and the folders above it
+
+std::vector<std::string> linesIn(const std::string& text);
 
 // A file of cases: "== label | argument" or "== label", the text's lines and "-> expected"; <HH> stands for one byte,
 // and <EOF> for a last line without an end. What stands between two cases is passed over.
@@ -85,10 +87,7 @@ std::string show(const T& value) {
         std::ostringstream out;
         out << value;
         return out.str();
-    } else if constexpr (requires {
-                             value.begin();
-                             value.end();
-                         }) {
+    } else if constexpr (requires { value.begin() == value.end(); }) {
         std::string text = "[";
         for (const auto& element : value) text.append(text.size() > 1 ? ", " : "").append(show(element));
         return text + "]";

@@ -3,6 +3,7 @@
 
 #include "platform/Controls.h"
 
+#include <cmath>
 #include <map>
 #include <memory>
 #include <string>
@@ -50,9 +51,8 @@ struct Button final : Control<platform::Button> {
         if (target && enabled) target->performAction(selector, *this);
     }
     platform::InterfaceOwner* target = nullptr;
-    std::string selector;
     bool on = false;
-    std::string titleText;
+    std::string selector, titleText;
 };
 
 struct TextField final : Control<platform::TextField> {
@@ -66,8 +66,7 @@ struct TextField final : Control<platform::TextField> {
     void setSelectable(bool value) override { selectable = value; }
     // Ten points for each line of twenty characters at width 200.
     platform::Size cellSizeForBounds(const platform::Rect& bounds) const override {
-        double lines = static_cast<double>(text.size()) * 10 / bounds.size.width + 1;
-        return {bounds.size.width, 10 * static_cast<double>(static_cast<int>(lines))};
+        return {bounds.size.width, 10 * std::floor(static_cast<double>(text.size()) * 10 / bounds.size.width + 1)};
     }
     std::string text;
     std::int64_t number = 0;
@@ -144,9 +143,8 @@ struct Panel final : Control<platform::Panel> {
     void runModal(std::function<void()>) override { isModal = isOpen = true; }
     void stopModal() override { isModal = false; }
     bool isRunningModal() const override { return isModal; }
-    bool isModal = false;
+    bool isModal = false, isOpen = false;
     platform::Size content;
-    bool isOpen = false;
     std::function<void(int)> didEnd;
 };
 
@@ -186,7 +184,6 @@ public:
         return static_cast<T&>(*slot);
     }
     Button& button(const std::string& name) { return get<Button>(name); }
-    // Of whatever kind it is; a button when it is new.
     platform::View& object(const std::string& name) { return objects_.contains(name) ? *objects_[name] : button(name); }
 
 private:

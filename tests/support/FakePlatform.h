@@ -11,6 +11,7 @@ struct NamedImage final : Image {
     explicit NamedImage(std::string text) : name(std::move(text)) {}
     std::string name;
 };
+inline ImageRef imageNamed(const std::string& name) { return std::make_shared<NamedImage>(name); }
 // "" for none.
 inline std::string imageName(const ImageRef& image) {
     return image ? static_cast<const NamedImage&>(*image).name : std::string();
@@ -18,13 +19,9 @@ inline std::string imageName(const ImageRef& image) {
 
 struct Toolkit final : Noting<platform::InterfaceToolkit> {
     using Noting::Noting;
-    ImageRef imageAtPath(std::string_view path) override {
-        return std::make_shared<NamedImage>("image " + std::string(path));
-    }
-    ImageRef workspaceIcon(std::string_view path) override {
-        return std::make_shared<NamedImage>("icon of " + std::string(path));
-    }
-    ImageRef genericApplicationIcon() override { return std::make_shared<NamedImage>("generic"); }
+    ImageRef imageAtPath(std::string_view path) override { return imageNamed("image " + std::string(path)); }
+    ImageRef workspaceIcon(std::string_view path) override { return imageNamed("icon of " + std::string(path)); }
+    ImageRef genericApplicationIcon() override { return imageNamed("generic"); }
     ImageRef applicationIcon() override { return icon; }
     void setApplicationIcon(const ImageRef& image) override {
         if (image) journal_.push_back("host icon := " + imageName(image));
@@ -34,8 +31,7 @@ struct Toolkit final : Noting<platform::InterfaceToolkit> {
         auto text = [](const Rect& r) {
             return formatted("(%g, %g, %g, %g)", {r.origin.x, r.origin.y, r.size.width, r.size.height});
         };
-        return std::make_shared<NamedImage>(imageName(base) + " + " + imageName(image) + " " + text(from) + " to " +
-                                            text(to));
+        return imageNamed(imageName(base) + " + " + imageName(image) + " " + text(from) + " to " + text(to));
     }
     Size iconSize{128, 128};
     void runAlert(std::string_view title, std::string_view message) override {
@@ -70,7 +66,7 @@ struct Toolkit final : Noting<platform::InterfaceToolkit> {
     }
     OpenPanelRequest request;
     bool isOpenPanelOpen() const { return panelDidEnd != nullptr; }
-    ImageRef icon = std::make_shared<NamedImage>("host icon");
+    ImageRef icon = imageNamed("host icon");
 
 private:
     std::function<void(OpenPanel&, int)> panelDidEnd;

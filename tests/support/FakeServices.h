@@ -29,8 +29,7 @@ protected:
 };
 
 // The value of a key; null where there is none.
-template <typename Map>
-auto* valueIn(Map& map, std::string_view key) {
+auto* valueIn(auto& map, const auto& key) {
     auto found = map.find(key);
     return found == map.end() ? nullptr : &found->second;
 }
@@ -173,8 +172,7 @@ struct Bundle final : platform::Bundle {
         return found ? *found : nullptr;
     }
 
-    std::string pathText = "/Pane.prefPane";
-    std::string identifierText;
+    std::string pathText = "/Pane.prefPane", identifierText;
     PropertyList info;
     std::set<std::string> resources;
     std::map<std::string, std::string, std::less<>> strings;
@@ -188,8 +186,7 @@ struct Bundles final : BundleServices {
     }
     platform::Bundle* loadedBundle(std::string_view identifier) override { return valueIn(loaded, identifier); }
 
-    std::map<std::string, Bundle, std::less<>> onDisk;
-    std::map<std::string, Bundle, std::less<>> loaded;
+    std::map<std::string, Bundle, std::less<>> onDisk, loaded;
 };
 
 struct Files final : Noting<FileServices> {
@@ -205,6 +202,7 @@ struct Files final : Noting<FileServices> {
     }
     std::unique_ptr<FolderIterator> openFolder(std::string_view path, FolderDetail, OSStatus& status) override {
         struct Listing final : FolderIterator {
+            Listing(std::vector<FolderEntry> entries, std::uint64_t n) : rest(std::move(entries)), number(n) {}
             ItemIdentity identity() const override { return {7, number}; }
             void nextBatch(std::size_t most, std::vector<FolderEntry>& batch) override {
                 auto end = rest.begin() + static_cast<std::ptrdiff_t>(std::min(most, rest.size()));
@@ -212,15 +210,11 @@ struct Files final : Noting<FileServices> {
                 rest.erase(rest.begin(), end);
             }
             std::vector<FolderEntry> rest;
-            std::uint64_t number = 0;
+            std::uint64_t number;
         };
         const std::vector<FolderEntry>* found = valueIn(folders, path);
         status = found ? kNoErr : kFileNotFound;
-        if (!found) return nullptr;
-        auto listing = std::make_unique<Listing>();
-        listing->rest = *found;
-        listing->number = path.size();
-        return listing;
+        return found ? std::make_unique<Listing>(*found, path.size()) : nullptr;
     }
     std::shared_ptr<const std::string> readFile(std::string_view path) override {
         const std::string* found = valueIn(contents, path);
@@ -249,9 +243,8 @@ struct Applications final : ApplicationServices {
     }
     OSStatus itemInformation(std::string_view path, ItemInformation& information) override {
         const Item* item = at(path);
-        if (!item) return kFileNotFound;
-        information = {item->flags, item->creator};
-        return kNoErr;
+        if (item) information = {item->flags, item->creator};
+        return item ? kNoErr : kFileNotFound;
     }
     std::optional<std::string> bundleIdentifier(std::string_view path) override {
         const Item* item = at(path);
@@ -279,8 +272,8 @@ private:
 
 struct System final : SystemServices {
     std::optional<std::uint32_t> gestalt(FourCharCode selector) override {
-        auto found = known.find(selector);
-        return found == known.end() ? std::nullopt : std::optional(found->second);
+        const std::uint32_t* found = valueIn(known, selector);
+        return found ? std::optional(*found) : std::nullopt;
     }
     std::uint32_t realUserID() override { return userID; }
     static constexpr FourCharCode kVersion = fourCharCode("sysv");
@@ -295,7 +288,6 @@ struct Processes final : ProcessServices {
         std::optional<Date> launched;
     };
     std::vector<ProcessID> runningProcesses() override {
-        ++walks;
         std::vector<ProcessID> all;
         for (std::size_t i = 0; i < items.size(); ++i) all.push_back(static_cast<ProcessID>(i));
         return all;
@@ -317,7 +309,6 @@ struct Processes final : ProcessServices {
     }
     std::vector<Item> items;
     std::vector<std::uint32_t> askedToQuit;  // low words
-    int walks = 0;
 
 private:
     Item at(ProcessID process) const {
@@ -328,25 +319,25 @@ private:
 
 struct Launcher final : Noting<platform::Launcher> {
     using Noting::Noting;
-    OSStatus makeFolder(std::string_view) override { return folderStatus; }
+    OSStatus makeFolder(std::string_view) override { return statuses["folder"]; }
     std::unique_ptr<CreatedFile> createFile(std::string_view path, OSStatus& status) override {
         struct Created final : CreatedFile {
             explicit Created(Launcher& owner) : launcher(owner) {}
             OSStatus remove() override {
                 launcher.journal_.emplace_back("unlock");
-                return launcher.removeStatus;
+                return launcher.statuses["unlock"];
             }
             Launcher& launcher;
         };
-        status = createStatus;
+        status = statuses["lock"];
         journal_.push_back("lock " + std::string(path));
         return status == kNoErr ? std::make_unique<Created>(*this) : nullptr;
     }
     OSStatus launchApplication(std::string_view path, std::string_view argument) override {
         journal_.push_back(formatted("launch %@ with %@", {path, argument}));
-        return launchStatus;
+        return statuses["launch"];
     }
-    OSStatus folderStatus = 0, createStatus = 0, launchStatus = 0, removeStatus = 0;
+    std::map<std::string, OSStatus> statuses;  // of "folder", "lock", "launch" and "unlock"
 };
 
 // "2001-09-09T01:46:40.000000Z (1/2)", the styles as numbers.

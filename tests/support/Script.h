@@ -13,7 +13,6 @@
 #include "tests/support/Check.h"
 
 #include <cstdint>
-#include <fstream>
 #include <iomanip>
 #include <map>
 #include <optional>
@@ -55,10 +54,8 @@ namespace check {
 
 // Every line but the empty ones and those that begin with "#".
 inline std::vector<std::string> linesOf(const std::string& path) {
-    std::ifstream file(path);
-    std::vector<std::string> lines;
-    for (std::string line; std::getline(file, line);)
-        if (!line.empty() && line[0] != '#') lines.push_back(line);
+    std::vector<std::string> lines = linesIn(readFile(path));
+    std::erase_if(lines, [](const std::string& line) { return line.empty() || line[0] == '#'; });
     return lines;
 }
 
@@ -84,7 +81,6 @@ void play(const std::string& path) {
         if (line.starts_with("== ")) {
             compare();
             label = line;
-            stage.reset();
             stage.emplace();
             continue;
         }

@@ -18,17 +18,19 @@ struct UpdaterFixture {
         twvc::gBundleName.clear();
         twvc::gLogStuff = false;
         twvc::sBCDSystemVersion = 0;
-        fake::Bundle& module = world.bundles.onDisk[kModule];
-        module.pathText = kModule;
-        module.identifierText = kDomain;
-        module.info = platform::PropertyList::dictionary(
+        addBundle("/home/user/Library/Plinthworks", "Typeslate.plinth", kDomain);
+        module().info = platform::PropertyList::dictionary(
             {{"CFBundleName", "Typeslate"}, {"CFBundleExecutable", "tslate"}, {"CFBundleShortVersionString", "1.0"}});
-        module.resources = {"Tarnwick Updater.app"};
+        module().resources = {"Tarnwick Updater.app"};
         world.files.folders[kUpdater] = {};
-        platform::FolderEntry entry;
-        entry.name = "Typeslate.plinth";
-        entry.kind = platform::ItemKind::Folder;
-        world.files.folders["/home/user/Library/Plinthworks"] = {entry};
+    }
+    platform::FolderEntry& addBundle(const std::string& folder, const std::string& name,
+                                     const std::string& identifier) {
+        fake::Bundle& bundle = world.bundles.onDisk[folder + "/" + name];
+        bundle.pathText = folder + "/" + name;
+        bundle.identifierText = identifier;
+        return world.files.folders[folder].emplace_back(
+            platform::FolderEntry{name, platform::ItemKind::Folder, false, {}, {}});
     }
 
     fake::Bundle& module() { return world.bundles.onDisk[kModule]; }

@@ -20,13 +20,13 @@ struct Stage : UpdaterFixture {
         world.toolkit.fillInterface = [this](std::string_view name, InterfaceOwner& owner) {
             CHECK_EQ(name, "UpdaterView");
             controls.emplace(owner);
-            control<fake::Control<View>>("updaterView").rect = {{0, 0}, {300.4, 200.4}};
-            control<fake::Control<View>>("updaterView").window = &updaterWindow;
+            view().rect = {{0, 0}, {300.4, 200.4}};
+            view().window = &updaterWindow;
             control<fake::TextField>("lastStatus").text = "%@ | %@";
             control<fake::Button>("checkNow").titleText = "Check Now";
             control<fake::ProgressIndicator>("progessBar").hidden = true;
-            control<fake::PopUpButton>("frequencyPopup").tags = {1, 2, 86400, 0, 604800, 1209600, 2592000};
-            control<fake::PopUpButton>("frequencyPopup").titles.resize(7);
+            menu().tags = {1, 2, 86400, 0, 604800, 1209600, 2592000};
+            menu().titles.resize(7);
             seen = values();
         };
         placeholder.rect = {{10, 20}, {101, 50}};
@@ -37,12 +37,14 @@ struct Stage : UpdaterFixture {
         return controls->get<T>(name);
     }
     fake::Button& button() { return control<fake::Button>("checkNow"); }
+    fake::PopUpButton& menu() { return control<fake::PopUpButton>("frequencyPopup"); }
+    fake::Control<View>& view() { return control<fake::Control<View>>("updaterView"); }
     void open(const std::string& how) {
-        View* view = how == "without-view" ? nullptr : &placeholder;
-        if (how == "from-button") view = &placeholderButton;
+        View* replaced = how == "without-view" ? nullptr : &placeholder;
+        if (how == "from-button") replaced = &placeholderButton;
         const bool isForModule = how == "for-module";
         controller = Controller::initWithSacrificialView_forBundle_withBundleID(
-            platform, view, isForModule ? world.bundles.openBundle(kModule) : nullptr,
+            platform, replaced, isForModule ? world.bundles.openBundle(kModule) : nullptr,
             isForModule || how == "for-nobody" ? std::nullopt : std::optional<std::string>(kDomain));
         if (!controller) world.journal.emplace_back("there are no controls");
     }
@@ -57,14 +59,9 @@ struct Stage : UpdaterFixture {
         const int count = w.number();
         const std::string folder = w.next(), name = w.next(), identifier = w.next();
         for (int i = 0; i < count; ++i) {
-            FolderEntry entry;
-            entry.name = name + (i ? std::to_string(i) : "");
-            entry.kind = name.ends_with(".txt") ? ItemKind::RegularFile : ItemKind::Folder;
+            FolderEntry& entry = addBundle(folder, name + (i ? std::to_string(i) : ""), identifier);
+            if (name.ends_with(".txt")) entry.kind = ItemKind::RegularFile;
             entry.isInvisible = name.starts_with('.');
-            world.files.folders[folder].push_back(entry);
-            fake::Bundle& bundle = world.bundles.onDisk[folder + "/" + entry.name];
-            bundle.pathText = folder + "/" + entry.name;
-            bundle.identifierText = identifier;
         }
     }
     void setInfo(Words& w) {
@@ -82,12 +79,8 @@ struct Stage : UpdaterFixture {
         if (what == "identifier") module().identifierText.clear();
     }
     void fail(Words& w) {
-        const std::string what = w.next();
-        const OSStatus status = w.number();
-        if (what == "folder") world.launcher.folderStatus = status;
-        if (what == "lock") world.launcher.createStatus = status;
-        if (what == "launch") world.launcher.launchStatus = status;
-        if (what == "unlock") world.launcher.removeStatus = status;
+        const std::string call = w.next();
+        world.launcher.statuses[call] = w.number();
     }
     void addProcess(Words& w) {
         const std::string path = w.next(), identifier = w.next();
@@ -111,10 +104,9 @@ struct Stage : UpdaterFixture {
         world.journal.push_back(found ? found->path() : "nothing");
     }
     void choose(Words& w) {
-        auto& menu = control<fake::PopUpButton>("frequencyPopup");
-        menu.row = w.number();
-        seen["frequency"] = std::to_string(menu.row);
-        controller->performAction("changeFrequency:", menu);
+        menu().row = w.number();
+        seen["frequency"] = std::to_string(menu().row);
+        controller->performAction("changeFrequency:", menu());
     }
     void tick(Words& w) {
         auto& box = control<fake::Button>("checkUpdatesButton");
@@ -162,21 +154,19 @@ struct Stage : UpdaterFixture {
         auto& bar = control<fake::ProgressIndicator>("progessBar");
         auto& status = control<fake::TextField>("lastStatus");
         auto& statement = control<fake::Panel>("privacyWindow");
-        all["button"] =
-            button().titleText + ", " + std::to_string(button().tagValue) + (button().enabled ? "" : ", off");
-        all["bar"] = std::string(bar.hidden ? "hidden" : "shown") + (bar.moving ? ", moving" : "") +
-                     (bar.indeterminate ? ", endless" : "");
+        all["button"] = formatted("%@, %d%s", {button().titleText, button().tagValue, button().enabled ? "" : ", off"});
+        all["bar"] = formatted("%s%s%s", {bar.hidden ? "hidden" : "shown", bar.moving ? ", moving" : "",
+                                          bar.indeterminate ? ", endless" : ""});
         all["status"] = status.text + (status.displays ? ", at once" : "");
         all["tool tip"] = status.toolTip;
         all["automatic"] = check::show(control<fake::Button>("checkUpdatesButton").on);
-        all["frequency"] = std::to_string(control<fake::PopUpButton>("frequencyPopup").row);
+        all["frequency"] = std::to_string(menu().row);
         all["statement"] = control<fake::TextView>("privacyText").text;
         all["statement's window"] = statement.isModal ? "modal" : statement.isOpen ? "sheet" : "away";
         all["controls' window"] = updaterWindow.isOpen ? "sheet" : "away";
-        const Rect& frame = control<fake::Control<View>>("updaterView").rect;
-        if (placeholder.replacement == &control<fake::Control<View>>("updaterView"))
-            all["place"] =
-                formatted("(%g, %g), (%g, %g)", {frame.origin.x, frame.origin.y, frame.size.width, frame.size.height});
+        const auto& [origin, size] = view().rect;
+        if (placeholder.replacement == &view())
+            all["place"] = formatted("(%g, %g), (%g, %g)", {origin.x, origin.y, size.width, size.height});
         return all;
     }
     std::string news() {

@@ -1,5 +1,4 @@
 """The main job: add an entry, tick an option, see it on the disk, announced, and shown again; remove it; leave."""
-import copy
 import datetime
 import json
 import os
@@ -21,9 +20,8 @@ def ticks_an_option(session, changes):
     session.key("Down")  # from the Global entry to the application
     session.key("alt+o")  # "Show font sets"
     changes.until(notified)
-    expected = [GLOBAL, copy.deepcopy(APPLICATION)]
-    expected[1]["Settings"]["ShowSets"] = True
-    assert session.entries() == expected, session.entries()
+    ticked = APPLICATION | {"Settings": APPLICATION["Settings"] | {"ShowSets": True}}
+    assert session.entries() == [GLOBAL, ticked], session.entries()
     assert list(session.entries()[1]["Settings"]) == ["Enabled", "ShowSets", "Kept"], "the stored order changed"
 
     # A burst: each change is announced at once, and a broadcast comes only when two seconds have passed quietly.
