@@ -2,11 +2,12 @@
 // are stored, and leaves on SIGTERM, SIGINT or SIGHUP, when the session ends, and when the preferences folder goes.
 // While nothing happens it sleeps. docs/login-items.md tells more.
 #include "host/helper/HelperLock.h"
-#include "host/helper/SettingsWatch.h"
 #include "linux/LinuxMachine.h"
+#include "linux/preferences/DomainWatch.h"
 #include "linux/processes/ProcessFiles.h"
 #include "linux/processes/ProcessHandle.h"
 #include "linux/processes/SessionLeader.h"
+#include "settings/EntryList.h"
 
 #include <poll.h>
 #include <sys/signalfd.h>
@@ -19,6 +20,7 @@
 
 using namespace platform;
 using namespace linux;
+using namespace settings;
 
 namespace {
 
@@ -50,14 +52,24 @@ Descriptor sessionHandle() {
     return before && startTicks(*leader) == before ? std::move(handle) : Descriptor();
 }
 
+void logSettings(const DomainWatch& watch, Log& log) {
+    const PropertyList& values = watch.values();
+    if (!propertylist::coercedBoolean(values[kLogStuffKey])) return;
+    log("[Typeslate] Took in the settings: %d entries, %s", values[kEntryListKey].size(),
+        propertylist::coercedBoolean(values[kDisabledKey]) ? "disabled" : "enabled");
+}
+
 // poll() passes over descriptors below 0.
-void takeInUntilTheEnd(helper::SettingsWatch& watch, const Descriptor& signals, const Descriptor& session) {
+void takeInUntilTheEnd(DomainWatch& watch, Log& log, const Descriptor& signals, const Descriptor& session) {
     for (;;) {
         pollfd waits[] = {
             {watch.events().number(), POLLIN, 0}, {signals.number(), POLLIN, 0}, {session.number(), POLLIN, 0}};
         if (::poll(waits, std::size(waits), -1) < 0 && errno != EINTR) return;
         if (waits[1].revents || waits[2].revents) return;
-        if (waits[0].revents && !watch.takeIn()) return;
+        if (!waits[0].revents) continue;
+        DomainWatch::Outcome outcome = watch.takeIn();
+        if (outcome == DomainWatch::Outcome::Gone) return;
+        if (outcome == DomainWatch::Outcome::Changed) logSettings(watch, log);
     }
 }
 
@@ -74,11 +86,12 @@ int main() {
         return EXIT_FAILURE;
     }
     Descriptor session = sessionHandle();
-    helper::SettingsWatch watch(store.preferences, store.log);
+    DomainWatch watch(store.preferences, std::string(kSettingsDomain));
     if (!watch.events()) {
         store.log("[Typeslate] The helper cannot watch %@", store.preferences.folder());
         return EXIT_FAILURE;
     }
-    takeInUntilTheEnd(watch, signals, session);
+    logSettings(watch, store.log);
+    takeInUntilTheEnd(watch, store.log, signals, session);
     return EXIT_SUCCESS;
 }

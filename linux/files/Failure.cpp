@@ -6,7 +6,7 @@ namespace linux {
 
 std::string Failure::text() const {
     if (!step) return {};
-    return std::string(step) + ": " + (reason ? reason : std::generic_category().message(error));
+    return std::string(step) + ": " + (reason.empty() ? std::generic_category().message(error) : reason);
 }
 
 }  // namespace linux

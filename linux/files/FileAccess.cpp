@@ -53,8 +53,8 @@ int FileAccess::statDescriptor(int file, struct stat& status) {
 ssize_t FileAccess::readLink(const char* path, char* buffer, std::size_t size) {
     return perform(Call::ReadLink, size, [&](std::size_t allowed) { return ::readlink(path, buffer, allowed); });
 }
-int FileAccess::lock(int file) {
-    return perform(Call::Lock, [&] { return ::flock(file, LOCK_EX); });
+int FileAccess::tryLock(int file) {
+    return perform(Call::Lock, [&] { return ::flock(file, LOCK_EX | LOCK_NB); });
 }
 int FileAccess::rename(int folder, const char* from, const char* to) {
     return perform(Call::Rename, [&] { return ::renameat(folder, from, folder, to); });

@@ -47,8 +47,7 @@ public:
     int stat(const char* path, struct stat& status);  // of a link's target
     int statDescriptor(int file, struct stat& status);
     ssize_t readLink(const char* path, char* buffer, std::size_t size);
-    // Waits for the exclusive lock of the open file, which the kernel frees with the last descriptor at the latest.
-    int lock(int file);
+    int tryLock(int file);  // the exclusive flock(2) of the open file; -EWOULDBLOCK while another one has it
     int rename(int folder, const char* from, const char* to);
     int renameExclusive(int folder, const char* from, const char* to);  // -EEXIST when `to` exists
     int link(int folder, const char* from, const char* to);

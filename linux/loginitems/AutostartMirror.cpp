@@ -23,8 +23,14 @@ constexpr int kMostOfOneName = 1000;
 std::string autostartFolder() { return joined(configurationFolder(), "autostart"); }
 
 AutostartMirror::AutostartMirror(DiskPreferences& preferences, Log& log, FileAccess& files)
-    : path_(autostartFolder()), log_(log), files_(files), reader_(preferences.folder(), log, files) {
-    preferences.setSynchronizeObserver(kLoginWindowDomain, [this] { update(); });
+    : path_(autostartFolder()),
+      preferences_(preferences),
+      log_(log),
+      files_(files),
+      reader_(preferences.folder(), log, files) {
+    observation_ = preferences.observe([this](const PreferenceReport& report) {
+        if (report.domain == kLoginWindowDomain && report.kind == PreferenceReport::Kind::Synchronized) update();
+    });
 }
 
 // Each path once, as a session has one program by a name; of several items the last decides.
@@ -61,12 +67,15 @@ bool AutostartMirror::takeFolder(bool make) {
     Failure failure = openFolder(files_, path_, make, folder_);
     if (failure.error == ENOENT && !make) return false;
     if (failure) return reportFolder(failure);
-    (void)files_.lock(folder_.number());
-    return true;
+    failure = takeLock(files_, folder_.number(), preferences_.longestWait());
+    if (!failure || meansNoLocks(failure.error)) return true;
+    folder_.reset();
+    return reportFolder(failure);
 }
 
 void AutostartMirror::update() {
     hasFailed_ = false;
+    reader_.setLongestWait(preferences_.longestWait());
     (void)reader_.synchronize(kLoginWindowDomain);
     if (!takeFolder(!storedItems().empty())) return;
     // Whoever held the lock may have stored something first.

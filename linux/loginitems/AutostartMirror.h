@@ -6,6 +6,7 @@
 #include "linux/preferences/DiskPreferences.h"
 #include "platform/Log.h"
 
+#include <memory>
 #include <set>
 #include <string>
 #include <vector>
@@ -20,8 +21,7 @@ std::string autostartFolder();
 // here.
 class AutostartMirror {
 public:
-    // The folder is the one that the environment names now. The service and the log outlive this object, which is the
-    // domain's one observer: nobody synchronizes the domain after it.
+    // The folder is the one that the environment names now. The service and the log outlive this object.
     AutostartMirror(DiskPreferences& preferences, platform::Log& log, FileAccess& files = FileAccess::system());
     AutostartMirror(const AutostartMirror&) = delete;
 
@@ -50,12 +50,14 @@ private:
     void complain(std::string line);
 
     const std::string path_;
+    DiskPreferences& preferences_;
     platform::Log& log_;
     FileAccess& files_;
     DiskPreferences reader_;  // sees what other processes have stored since
     Descriptor folder_;       // during an update; its lock keeps those of other processes out
     std::set<std::string> said_;
     bool hasFailed_ = false;
+    std::unique_ptr<platform::Observation> observation_;
 };
 
 }  // namespace linux

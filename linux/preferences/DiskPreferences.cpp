@@ -34,13 +34,19 @@ bool holdsNothing(FileAccess& files, const std::string& path) {
 
 }  // namespace
 
+DiskPreferences::DiskPreferences(std::string folder, Log& log, FileAccess& files)
+    : folder_(std::move(folder)), files_(files), log_(log), reports_(std::make_shared<PreferenceReports>()) {}
+
+DiskPreferences::~DiskPreferences() = default;
+
 std::string preferencesFolder() { return joined(configurationFolder(), "preferences"); }
 
 DiskPreferencesDomain* DiskPreferences::find(std::string_view domain) {
     if (auto known = domains_.find(domain); known != domains_.end()) return known->second.get();
     if (!isDomainName(domain)) return nullptr;
     std::string name(domain), path = folder_ + "/" + name + std::string(kExtension);
-    auto created = std::make_unique<DiskPreferencesDomain>(name, std::move(path), files_, log_);
+    auto created =
+        std::make_unique<DiskPreferencesDomain>(name, std::move(path), files_, log_, *reports_, longestWait_);
     return domains_.emplace(std::move(name), std::move(created)).first->second.get();
 }
 
@@ -51,25 +57,29 @@ PropertyList DiskPreferences::copyValue(std::string_view key, std::string_view d
 
 PropertyList DiskPreferences::copyDomain(std::string_view domain) {
     DiskPreferencesDomain* found = find(domain);
-    return found ? found->all() : PropertyList::dictionary({});
+    PropertyList all = found ? found->all() : PropertyList();
+    return all ? all : PropertyList::dictionary({});
 }
 
 void DiskPreferences::setValue(std::string_view key, PropertyList value, std::string_view domain) {
-    DiskPreferencesDomain* found = find(domain);
-    if (!found)
-        refused_.emplace(domain);
-    else if (PropertyList(key))
-        found->set(key, std::move(value));
+    PropertyList ownKey(key);
+    if (!ownKey) return log_("Preference domain %@: a key that is not valid UTF-8 is not set", domain);
+    auto set = [ownKey, value = std::move(value)](MutableDictionary& values) {
+        // With a key of our own, as the old one may keep all the bytes of the old file.
+        value ? (void)values.exchange(ownKey, value) : values.remove(ownKey.stringValue());
+    };
+    changeValues(std::move(set), domain);
+}
+
+void DiskPreferences::changeValues(PreferenceChange change, std::string_view domain) {
+    if (DiskPreferencesDomain* found = find(domain))
+        found->change(std::move(change));
     else
-        log_("Preference domain %@: a key that is not valid UTF-8 is not set", domain);
+        refused_.emplace(domain);
 }
 
 bool DiskPreferences::synchronize(std::string_view domain) {
-    if (DiskPreferencesDomain* found = find(domain)) {
-        if (!found->synchronize()) return false;
-        if (auto observer = observers_.find(domain); observer != observers_.end()) observer->second();
-        return true;
-    }
+    if (DiskPreferencesDomain* found = find(domain)) return found->synchronize();
     if (!refused_.contains(domain)) return true;
     log_("Preference domain %@: cannot synchronize: this is not a valid name", domain);
     return false;
@@ -80,13 +90,18 @@ void DiskPreferences::synchronizeChanges() {
         if (domain->hasChanges()) synchronize(name);
 }
 
-void DiskPreferences::setSynchronizeObserver(std::string_view domain, std::function<void()> observer) {
-    observers_.insert_or_assign(std::string(domain), std::move(observer));
+std::unique_ptr<Observation> DiskPreferences::observe(std::function<void(const PreferenceReport&)> handler) {
+    return PreferenceReports::observe(reports_, std::move(handler));
 }
 
 bool DiskPreferences::isReadable(std::string_view domain) {
     DiskPreferencesDomain* found = find(domain);
     return !found || found->isReadable();
+}
+
+std::string DiskPreferences::problem(std::string_view domain) {
+    DiskPreferencesDomain* found = find(domain);
+    return found ? found->problem() : "not a valid name";
 }
 
 std::optional<std::vector<std::string>> DiskPreferences::domains() {

@@ -25,23 +25,32 @@ public:
     // file name. Nor is one that is empty, "." or "..", or that holds a slash or U+0000.
     static constexpr std::size_t kLongestDomainName = 200;
 
+    // What a command waits by default for another program that keeps a domain locked.
+    static constexpr LockWait kPatience{10'000};
+
     // The folder, an absolute path, need not exist; a write makes it. The log and the file access outlive the service.
-    DiskPreferences(std::string folder, platform::Log& log, FileAccess& files = FileAccess::system())
-        : folder_(std::move(folder)), files_(files), log_(log) {}
+    DiskPreferences(std::string folder, platform::Log& log, FileAccess& files = FileAccess::system());
+    ~DiskPreferences() override;
+    // How long one synchronize waits for another program that keeps the domain locked. After it has waited in vain, it
+    // looks only once each time, until it gets the lock.
+    void setLongestWait(LockWait wait) { longestWait_ = wait; }
+    LockWait longestWait() const { return longestWait_; }
 
     platform::PropertyList copyValue(std::string_view key, std::string_view domain) override;
     platform::PropertyList copyDomain(std::string_view domain) override;
     void setValue(std::string_view key, platform::PropertyList value, std::string_view domain) override;
+    void changeValues(platform::PreferenceChange change, std::string_view domain) override;
     bool synchronize(std::string_view domain) override;
+    std::unique_ptr<platform::Observation> observe(
+        std::function<void(const platform::PreferenceReport&)> handler) override;
     bool isReadable(std::string_view domain) override;
     std::optional<std::vector<std::string>> domains() override;
     // Synchronises every domain that has changes in memory: for a program that is about to end. What fails is logged,
     // and lost with the program.
     void synchronizeChanges();
-    // Called within each successful synchronize of the domain, when its file holds what was set. One for each domain: a
-    // later one takes the place of the first. Lives as long as the service.
-    void setSynchronizeObserver(std::string_view domain, std::function<void()> observer);
     const std::string& folder() const { return folder_; }
+    // "PATH: REASON" of the domain's last failure; empty since it was last synchronized or read well.
+    std::string problem(std::string_view domain);
 
 private:
     DiskPreferencesDomain* find(std::string_view domain);  // null for what is no name of a domain
@@ -49,8 +58,9 @@ private:
     const std::string folder_;
     FileAccess& files_;
     platform::Log& log_;
+    LockWait longestWait_ = kPatience;
+    const std::shared_ptr<PreferenceReports> reports_;
     StringMap<std::unique_ptr<DiskPreferencesDomain>> domains_;
-    StringMap<std::function<void()>> observers_;
     std::set<std::string, std::less<>> refused_;  // no names of domains, yet with values set in them
 };
 

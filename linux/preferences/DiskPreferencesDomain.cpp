@@ -1,41 +1,37 @@
 #include "linux/preferences/DiskPreferencesDomain.h"
 
+#include "linux/files/Paths.h"
 #include "propertylist/Codec.h"
 
-#include <algorithm>
 #include <cerrno>
-#include <vector>
+#include <utility>
 
 namespace linux {
 
 using namespace platform;
 using namespace propertylist;
 
-PropertyList DiskPreferencesDomain::value(std::string_view key) {
+const PropertyList& DiskPreferencesDomain::all() {
     if (!used_) readAtFirstUse();
-    if (!changes_.empty())
-        if (auto change = changes_.find(key); change != changes_.end()) return change->second.value;
-    return stored_[key];
+    if (applied_ == changes_.size()) return values_;
+    MutableDictionary values(values_);
+    while (applied_ < changes_.size()) changes_[applied_++](values);
+    return values_ = std::move(values).freeze();
 }
 
-PropertyList DiskPreferencesDomain::all() {
-    if (!used_) readAtFirstUse();
-    return changes_.empty() && stored_ ? stored_ : withChanges();
-}
-
-void DiskPreferencesDomain::set(std::string_view key, PropertyList value) {
-    auto change = changes_.find(key);
-    if (change != changes_.end())
-        change->second.value = std::move(value);
-    else
-        changes_.emplace(key, Change{std::move(value), changes_.size()});
-}
+void DiskPreferencesDomain::change(PreferenceChange change) { changes_.push_back(std::move(change)); }
 
 bool DiskPreferencesDomain::synchronize() {
     used_ = true;
-    Failure failure = changes_.empty() ? refresh() : writeChanges();
-    isWriteDue_ = static_cast<bool>(failure);
-    if (failure) report("synchronize", failure);
+    Failure failure = hasChanges() ? writeChanges() : refresh();
+    auto kind = hasChanges() ? PreferenceReport::Kind::NotSaved : PreferenceReport::Kind::Unreadable;
+    if (failure) {
+        report("synchronize", failure, kind, unsynchronized_);
+    } else {
+        problem_.clear();
+        reports_.tell({.domain = name_, .path = path_});
+    }
+    unsynchronized_ = failure;
     return !failure;
 }
 
@@ -47,16 +43,25 @@ bool DiskPreferencesDomain::isReadable() {
 void DiskPreferencesDomain::readAtFirstUse() {
     used_ = true;
     Failure failure = refresh();
-    if (failure && failure != reported_) report("read", failure);
-    reported_ = failure;
+    if (failure && failure != unread_) report("read", failure, PreferenceReport::Kind::Unreadable, unread_);
+    unread_ = failure;
 }
 
 Failure DiskPreferencesDomain::refresh() {
     bool isDamaged = false;
     if (Failure failure = readAgain(isDamaged); failure || !isDamaged) return failure;
-    Transaction transaction(files_, path_);
-    if (Failure failure = transaction.begin()) return becomeUnreadable(failure);
+    Transaction transaction(files_, path_, isHeld_ ? LockWait() : longestWait_);
+    if (Failure failure = lock(transaction)) return becomeUnreadable(failure);
     return refreshLocked(transaction);
+}
+
+Failure DiskPreferencesDomain::lock(Transaction& transaction) {
+    Failure failure = transaction.begin();
+    isHeld_ = failure.error == EWOULDBLOCK;
+    if (!failure && !transaction.hasLock() && !std::exchange(lacksLocks_, true))
+        log_("Preference domain %@: no locks where %@ is: another program's change at the same moment may be lost",
+             name_, path_);
+    return failure;
 }
 
 Failure DiskPreferencesDomain::refreshLocked(Transaction& transaction) {
@@ -64,8 +69,10 @@ Failure DiskPreferencesDomain::refreshLocked(Transaction& transaction) {
     if (Failure failure = readAgain(isDamaged); failure || !isDamaged) return failure;
     std::string newName;
     if (Failure failure = transaction.moveAside(newName)) return becomeUnreadable(failure);
-    log_("Preference domain %@: the file was damaged, is now called %@, and the domain starts empty", name_, newName);
+    log_("Preference domain %@: the file %@ was damaged (byte %d: %s), is now called %@, and the domain starts empty",
+         name_, path_, damage_.position, damage_.reason, newName);
     take({}, nullptr);
+    reports_.tell({PreferenceReport::Kind::MovedAside, name_, joined(folderOf(path_), newName)});
     return {};
 }
 
@@ -81,25 +88,27 @@ Failure DiskPreferencesDomain::readAgain(bool& isDamaged) {
 Failure DiskPreferencesDomain::becomeUnreadable(Failure failure) {
     readable_ = false;
     snapshot_ = {};
-    stored_ = {};
+    store({});
     return failure;
+}
+
+void DiskPreferencesDomain::store(PropertyList contents) {
+    stored_ = std::move(contents);
+    values_ = stored_;
+    applied_ = 0;
 }
 
 // False when the bytes are no domain.
 bool DiskPreferencesDomain::take(Snapshot&& snapshot, std::shared_ptr<const std::string> bytes) {
     if (!readable_ || !snapshot.sameContents(snapshot_)) {
-        PropertyList contents = bytes ? decodePropertyList(std::move(bytes)) : PropertyList();
+        damage_ = {0, "no dictionary at the root"};
+        PropertyList contents = bytes ? decodePropertyList(std::move(bytes), &damage_) : PropertyList();
         if (snapshot.file && !contents.isDictionary()) return false;
-        stored_ = std::move(contents);
+        store(std::move(contents));
     }
     snapshot_ = std::move(snapshot);
     readable_ = true;
     return true;
-}
-
-bool DiskPreferencesDomain::changesNothing() const {
-    return std::ranges::all_of(changes_,
-                               [&](const auto& change) { return change.second.value == stored_[change.first]; });
 }
 
 Failure DiskPreferencesDomain::writeChanges() {
@@ -109,44 +118,51 @@ Failure DiskPreferencesDomain::writeChanges() {
     if (!isWriteDue_ && changesNothing()) {
         if (Failure failure = refresh()) return failure;
         if (changesNothing()) {
-            changes_.clear();
+            forgetChanges();
             return {};
         }
     }
     Snapshot written;  // outlives the lock: closing the replaced file frees its blocks, for which nobody need wait
-    Transaction transaction(files_, path_);
-    if (Failure failure = transaction.begin()) return failure;
+    Transaction transaction(files_, path_, isHeld_ ? LockWait() : longestWait_);
+    if (Failure failure = lock(transaction)) return failure;
     if (Failure failure = refreshLocked(transaction)) return failure;
-    // The old values of changed keys may be large, and are needed no more, whatever comes of the writing. As `stored_`
-    // equals the changes from here on, comparing the two no longer tells whether there is anything to write.
+    return save(transaction, written);
+}
+
+Failure DiskPreferencesDomain::save(Transaction& transaction, Snapshot& written) {
+    if (!isWriteDue_ && changesNothing()) {
+        forgetChanges();
+        return {};
+    }
+    // The old values of changed keys may be large, and are needed no more, whatever comes of the writing. Comparing
+    // with them no longer tells whether there is anything to write.
+    const PropertyList& values = all();
     isWriteDue_ = true;
-    stored_ = withChanges();
-    std::string bytes = encodePropertyList(stored_, PropertyListFormat::Binary);
+    stored_ = {};
+    std::string bytes = encodePropertyList(values ? values : PropertyList::dictionary({}), PropertyListFormat::Binary);
     if (bytes.empty()) return {"encode", 0, "a value is nested too deeply"};
     if (bytes.size() > kMaximumFileSize) return {"encode", EFBIG};
-
     if (Failure failure = transaction.replace(bytes, written)) return failure;
     std::swap(snapshot_, written);
+    forgetChanges();
+    Failure failure = transaction.flushFolder();
+    isWriteDue_ = static_cast<bool>(failure);
+    return failure;
+}
+
+// They are in the file.
+void DiskPreferencesDomain::forgetChanges() {
+    stored_ = values_;
     changes_.clear();
-    return {};
+    applied_ = 0;
 }
 
-PropertyList DiskPreferencesDomain::withChanges() const {
-    std::vector<const StringMap<Change>::value_type*> ordered;
-    for (const auto& change : changes_) ordered.push_back(&change);
-    std::ranges::sort(ordered, {}, [](auto* change) { return change->second.order; });
-    MutableDictionary contents(stored_);
-    for (auto* change : ordered)
-        if (const PropertyList& value = change->second.value)
-            contents.exchange(change->first,
-                              value);  // with a key of our own: the old one may keep the old file's bytes
-        else
-            contents.remove(change->first);
-    return std::move(contents).freeze();
-}
-
-void DiskPreferencesDomain::report(const char* what, const Failure& failure) {
-    log_("Preference domain %@: cannot %@: %@", name_, what, failure.text());
+void DiskPreferencesDomain::report(const char* what, const Failure& failure, PreferenceReport::Kind kind,
+                                   const Failure& before) {
+    std::string reason = failure.text();
+    if (failure != before) log_("Preference domain %@: cannot %@ %@: %@", name_, what, path_, reason);
+    problem_ = path_ + ": " + reason;
+    reports_.tell({kind, name_, path_, causeOf(failure), reason, failure.holder, failure.holderProcess});
 }
 
 }  // namespace linux

@@ -1,6 +1,6 @@
 // The helper: its watch in this process, itself in a session of the test's own; and the request to quit.
 #include "host/helper/HelperLock.h"
-#include "host/helper/SettingsWatch.h"
+#include "linux/preferences/DomainWatch.h"
 #include "linux/processes/LinuxProcesses.h"
 #include "settings/EntryList.h"
 #include "tests/store/StoreSupport.h"
@@ -74,31 +74,33 @@ TEST(TheWatchMissesNothing) {
         fs::create_symlink("../../dotfiles/t", preferencesFolder() + "/hop");
         if (*link) fs::create_symlink(link, h.file);  // it leads nowhere yet
         DiskPreferences own(preferencesFolder(), h.log);
-        helper::SettingsWatch watch(own, h.log);
+        DomainWatch watch(own, std::string(settings::kSettingsDomain));
+        using Outcome = DomainWatch::Outcome;
+        auto entriesAfter = [&](Outcome outcome) {
+            CHECK(watch.takeIn() == outcome);
+            return watch.values()[settings::kEntryListKey].size();
+        };
         // Another file's changes are no news, a change of the settings is, and is told once.
         h.preferences.setValue("key", 1, "another");
-        CHECK(h.preferences.synchronize("another") && watch.takeIn() && h.log.lines.empty());
+        CHECK(h.preferences.synchronize("another") && watch.takeIn() == Outcome::Same);
         h.set(settings::kLogStuffKey, true);
-        CHECK(watch.takeIn() && watch.takeIn());
+        CHECK(watch.takeIn() == Outcome::Changed && watch.takeIn() == Outcome::Same);
         h.set(settings::kEntryListKey, PropertyList::array({1, 2, 3}));
-        CHECK(watch.takeIn());
+        CHECK_EQ(entriesAfter(Outcome::Changed), 3u);
         // Far more events than the kernel keeps: the one about the settings is not among those that are kept.
         std::size_t most = 0;
         std::ifstream("/proc/sys/fs/inotify/max_queued_events") >> most;
         for (std::size_t i = 0; i <= most; ++i) std::ofstream(preferencesFolder() + "/" + std::to_string(i % 2));
         h.set(settings::kDisabledKey, true);
-        CHECK(watch.takeIn());
+        CHECK_EQ(entriesAfter(Outcome::Changed), 3u);
         fs::remove(h.file);
         fs::create_symlink("../../dotfiles/u", h.file);
-        CHECK(watch.takeIn());
+        CHECK_EQ(entriesAfter(Outcome::Changed), 0u);
         DiskPreferences other(preferencesFolder(), h.log);  // which has nothing open whose closing would be an event
         other.setValue(settings::kLogStuffKey, true, settings::kSettingsDomain);
-        CHECK(other.synchronize(settings::kSettingsDomain) && watch.takeIn());
-        std::string took = "[Typeslate] Took in the settings: ";
-        CHECK_EQ(h.log.lines, (std::vector{took + "0 entries, enabled", took + "3 entries, enabled",
-                                           took + "3 entries, disabled", took + "0 entries, enabled"}));
+        CHECK(other.synchronize(settings::kSettingsDomain) && watch.takeIn() == Outcome::Changed);
         fs::rename(preferencesFolder(), h.home / "gone");
-        CHECK(!watch.takeIn());
+        CHECK(watch.takeIn() == Outcome::Gone);
     }
 }
 

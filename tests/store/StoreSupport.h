@@ -16,6 +16,7 @@ namespace check {
 namespace fs = std::filesystem;
 using linux::DiskPreferences;
 using linux::FileAccess;
+using platform::PreferenceReport;
 using platform::PropertyList;
 using Call = FileAccess::Call;
 

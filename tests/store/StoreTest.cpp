@@ -2,6 +2,8 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
+#include <algorithm>
+#include <chrono>
 #include <fstream>
 #include <regex>
 
@@ -30,7 +32,8 @@ TEST(WhatIsStoredAlreadyIsNotWrittenAgain) {
     FaultyFileAccess files;
     Store a(stage.folder, files), b(stage.folder);
     int observed = 0, flushes = 0;
-    a.preferences.setSynchronizeObserver(kDomain, [&] { ++observed; });
+    auto observation = a.preferences.observe(
+        [&](const PreferenceReport& report) { observed += report.kind == PreferenceReport::Kind::Synchronized; });
     CHECK(a.write("none", {}) && !fs::exists(stage.path) && a.write("key", 1));
     ino_t first = statusOf(stage.path).st_ino;
     CHECK(a.write("key", 1) && statusOf(stage.path).st_ino == first);
@@ -129,7 +132,11 @@ TEST(DamagedFilesAreMovedAside) {
     for (const std::string& bytes : damaged) {
         CONTEXT(std::to_string(bytes.size()) + " bytes");
         Stage stage;
-        REQUIRE(writeFile(stage.path, bytes));
+        auto damage = [&] {
+            REQUIRE(writeFile(stage.path, bytes));
+            fs::last_write_time(stage.path, fs::file_time_type::clock::now() - std::chrono::seconds(3));
+        };
+        damage();
         Store store(stage.folder);
         CHECK(!store["theirs"] && store.isReadable());
         auto files = filesIn(stage.folder);
@@ -137,10 +144,102 @@ TEST(DamagedFilesAreMovedAside) {
         CHECK(std::regex_match(files[0], std::regex(kDomain + R"(\.plist\.damaged-20\d{6}T\d{6}Z)")));
         CHECK_EQ(readFile(stage.folder + "/" + files[0]), bytes);
         CHECK(store.log.lines.size() == 1 && store.log.lines[0].find(files[0]) != std::string::npos);
-        REQUIRE(store.write("mine", 2) && writeFile(stage.path, bytes));
+        CHECK(store.log.lines[0].find(stage.path + " was damaged (byte ") != std::string::npos);
+        CHECK(store.write("mine", 2));
+        damage();
         CHECK(store.write("mine", 3) && filesIn(stage.folder).size() == 3);  // the second one found a name of its own
         CHECK_EQ(Store(stage.folder)["mine"].integerValue(), 3);
     }
+}
+
+TEST(AnEmptyFileMayBeAboutToBeFilled) {
+    Stage stage;
+    FaultyFileAccess files;
+    int reads = 0;
+    files.hook = [&](Call call, std::size_t&, int) {
+        if (call == Call::Read && ++reads == 3) CHECK(writeFile(stage.path, encoded(kTheirs)));
+        return 0;
+    };
+    REQUIRE(writeFile(stage.path, ""));
+    CHECK_EQ(Store(stage.folder, files)["theirs"], PropertyList(1));
+    CHECK_EQ(filesIn(stage.folder), std::vector{kDomain + ".plist"});
+}
+
+TEST(AChangeIsMadeToWhatIsStoredInThatMoment) {
+    auto append = [](Store& store, const char* element) {
+        auto change = [element](platform::MutableDictionary& values) {
+            std::vector<PropertyList> list = platform::mutableArray(values["list"]);
+            list.emplace_back(element);
+            values.set("list", PropertyList::array(std::move(list)));
+        };
+        store.preferences.changeValues(change, kDomain);
+    };
+    for (auto [failing, isInPlace] : {std::pair{Call::Rename, false}, {Call::Flush, false}, {Call::Flush, true}}) {
+        CONTEXT(std::to_string(static_cast<int>(failing)) + (isInPlace ? ", in place" : ""));
+        Stage stage;
+        FaultyFileAccess files;
+        Store a(stage.folder, files), b(stage.folder);
+        CHECK(a.write("other", 1) && b.synchronize());
+        append(a, "1");
+        append(b, "2");
+        CHECK(a["list"].size() == 1 && b["list"].size() == 1 && b.synchronize());
+        // What has failed is made once, whether or not the new file was in place already.
+        int calls = 0;
+        files.hook = [&, failing = failing, isInPlace = isInPlace](Call call, std::size_t&, int) {
+            return call == failing && ++calls == 1 + isInPlace ? -EIO : 0;
+        };
+        CHECK(!a.synchronize() && a["list"].size() == 2);
+        append(b, "3");
+        CHECK(b.synchronize() && a.synchronize() && b.synchronize());
+        auto elements = platform::mutableArray(b["list"]);
+        std::ranges::sort(elements, {}, &PropertyList::stringValue);
+        CHECK_EQ(elements, (std::vector<PropertyList>{"1", "2", "3"}));
+    }
+}
+
+TEST(AwkwardFileSystems) {
+    for (auto [failing, error, lines] : {std::tuple{Call::Lock, ENOLCK, 1u},
+                                         {Call::Lock, EOPNOTSUPP, 1u},
+                                         {Call::Lock, ENOSYS, 1u},
+                                         {Call::Lock, EIO, 2u},
+                                         {Call::Flush, EINVAL, 0u}}) {
+        CONTEXT(std::to_string(error));
+        Stage stage;
+        FaultyFileAccess files;
+        int flushes = 0;  // of a file, and then of its folder
+        files.hook = [&, failing = failing, error = error](Call call, std::size_t&, int) {
+            return call == failing && (call == Call::Lock || ++flushes % 2 == 0) ? -error : 0;
+        };
+        Store store(stage.folder, files);
+        bool isStored = error != EIO;
+        CHECK(store.write("mine", 1) == isStored && store.write("mine", 2) == isStored);
+        CHECK(fs::exists(stage.path) == isStored);
+        CHECK_EQ(store.log.lines.size(), isStored ? lines : 1u);
+    }
+}
+
+TEST(AHeldLockIsWaitedForOnceAndItsHolderIsNamed) {
+    Stage stage;
+    REQUIRE(Store(stage.folder).write("theirs", 1));
+    FaultyFileAccess files;
+    Store store(stage.folder, files);
+    store.preferences.setLongestWait(linux::LockWait(30));
+    std::vector<PreferenceReport> reports;
+    auto observation = store.preferences.observe([&](const PreferenceReport& report) { reports.push_back(report); });
+    linux::Transaction holder(FileAccess::system(), stage.path, linux::LockWait());
+    REQUIRE(!holder.begin());
+    int tries = 0;
+    files.hook = [&](Call call, std::size_t&, int) {
+        tries += call == Call::Lock;
+        return 0;
+    };
+    CHECK(!store.write("mine", 2) && std::exchange(tries, 0) > 1);
+    CHECK(!store.synchronize() && tries == 1);
+    REQUIRE(reports.size() == 2);
+    CHECK(reports[0].kind == PreferenceReport::Kind::NotSaved && reports[0].cause == PreferenceReport::Cause::Held);
+    CHECK(reports[0].holderProcess == getpid() && reports[0].holder == "store_test" && reports[0].path == stage.path);
+    CHECK(store.preferences.problem(kDomain).find(std::to_string(getpid())) != std::string::npos);
+    CHECK_EQ(store.log.lines.size(), 1u);
 }
 
 TEST(DamageThatCannotBeMovedOrHasBeenRepaired) {
@@ -246,7 +345,8 @@ TEST(NamesKeysAndValuesThatAreNoneAreRefused) {
 
 TEST(NoOtherProcessHoldsOrFreesTheLock) {
     TemporaryFolder temporary;
-    auto transaction = std::make_unique<linux::Transaction>(FileAccess::system(), temporary / "x.plist");
+    auto transaction =
+        std::make_unique<linux::Transaction>(FileAccess::system(), temporary / "x.plist", linux::LockWait());
     REQUIRE(!transaction->begin());
     for (const auto& entry : fs::directory_iterator("/proc/self/fd"))
         if (std::error_code error; fs::read_symlink(entry, error).string().starts_with(temporary.path()))

@@ -62,15 +62,19 @@ struct TextField final : Control<platform::TextField> {
         tone = newTone;
     }
     std::int64_t integerValue() const override { return number; }
-    void setIntegerValue(std::int64_t value) override { number = value; }
+    void setIntegerValue(std::int64_t value) override {
+        number = value;
+        text = std::to_string(value);
+    }
     void setSelectable(bool value) override { selectable = value; }
+    bool isBeingEdited() const override { return edited; }
     // Ten points for each line of twenty characters at width 200.
     platform::Size cellSizeForBounds(const platform::Rect& bounds) const override {
         return {bounds.size.width, 10 * std::floor(static_cast<double>(text.size()) * 10 / bounds.size.width + 1)};
     }
     std::string text;
     std::int64_t number = 0;
-    bool selectable = false;
+    bool selectable = false, edited = false;
     platform::TextTone tone = platform::TextTone::Normal;
 };
 

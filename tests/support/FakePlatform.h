@@ -75,6 +75,7 @@ private:
 struct Host final : Noting<platform::PaneHost> {
     using Noting::Noting;
     void replyToShouldUnselect(bool may) override { journal_.push_back(may ? "reply yes" : "reply no"); }
+    void entryWasRemoved(std::string_view name) override { journal_.push_back("gone " + std::string(name)); }
 };
 
 struct FakeAlias final : CVAlias {

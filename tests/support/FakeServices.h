@@ -47,35 +47,65 @@ struct Listed : Base {
     List& list;
 };
 
+// What is in memory and what is stored, which synchronize makes the same. The journal has what a change changes.
 struct Preferences final : Noting<PreferenceService> {
     using Noting::Noting;
     PropertyList copyValue(std::string_view key, std::string_view domain) override {
         return readable ? copyDomain(domain)[key] : PropertyList();
     }
     PropertyList copyDomain(std::string_view domain) override {
-        const PropertyList* found = valueIn(domains_, domain);
-        return found ? *found : PropertyList();
+        Domain& found = domains_[std::string(domain)];
+        MutableDictionary values(found.stored);
+        for (const PreferenceChange& change : found.changes) change(values);
+        return values.size() ? std::move(values).freeze() : PropertyList();
     }
     void setValue(std::string_view key, PropertyList value, std::string_view domain) override {
         journal_.push_back((value ? "set " : "remove ") + std::string(key));
-        PropertyList& stored = domains_[std::string(domain)];
+        auto set = [key = std::string(key), value](MutableDictionary& values) { values.set(key, value); };
+        domains_[std::string(domain)].changes.push_back(set);
+    }
+    void changeValues(PreferenceChange change, std::string_view domain) override {
+        PropertyList before = copyDomain(domain);
+        domains_[std::string(domain)].changes.push_back(std::move(change));
+        PropertyList after = copyDomain(domain);
+        if (before == after) journal_.emplace_back("set the same");
+        for (const PropertyList::Entry& entry : after.entries())
+            if (std::string_view key = entry.key.stringValue(); before[key] != entry.value)
+                journal_.push_back("set " + std::string(key));
+    }
+    bool synchronize(std::string_view domain) override {
+        journal_.emplace_back("synchronize");
+        if (auto change = std::exchange(duringSynchronize, nullptr)) change();
+        if (!readable || fails) return false;
+        PropertyList now = copyDomain(domain);
+        domains_[std::string(domain)] = {std::move(now), {}};
+        if (observer_) observer_({.domain = std::string(domain)});
+        return true;
+    }
+    bool isReadable(std::string_view) override { return readable; }
+    std::optional<std::vector<std::string>> domains() override { return std::vector<std::string>(); }
+    std::unique_ptr<Observation> observe(std::function<void(const PreferenceReport&)> handler) override {
+        observer_ = std::move(handler);
+        return std::make_unique<Observation>();
+    }
+
+    // As another process does.
+    void store(std::string_view key, PropertyList value, std::string_view domain) {
+        PropertyList& stored = domains_[std::string(domain)].stored;
         MutableDictionary changed(stored);
         changed.set(key, std::move(value));
         stored = std::move(changed).freeze();
     }
-    bool synchronize(std::string_view) override {
-        journal_.emplace_back("synchronize");
-        if (auto change = std::exchange(duringSynchronize, nullptr)) change();
-        return readable;
-    }
-    bool isReadable(std::string_view) override { return readable; }
-    std::optional<std::vector<std::string>> domains() override { return std::vector<std::string>(); }
-
-    bool readable = true;
+    bool readable = true, fails = false;      // fails: nothing can be saved
     std::function<void()> duringSynchronize;  // another process's change, taken in by the next synchronize
 
 private:
-    std::map<std::string, PropertyList, std::less<>> domains_;
+    struct Domain {
+        PropertyList stored;
+        std::vector<PreferenceChange> changes;
+    };
+    std::map<std::string, Domain, std::less<>> domains_;
+    std::function<void(const PreferenceReport&)> observer_;
 };
 
 struct Notifications final : Noting<DistributedNotificationCenter> {

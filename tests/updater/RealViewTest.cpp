@@ -58,6 +58,7 @@ struct Desktop : PaneHost {
     }
     ~Desktop() override { controller.reset(); }
     void replyToShouldUnselect(bool) override {}
+    void entryWasRemoved(std::string_view) override {}
     void open(View& view) {
         controller = Controller::initWithSacrificialView_forBundle_withBundleID(platform->forPane(*pane, *this), &view,
                                                                                 nullptr, kDomain);

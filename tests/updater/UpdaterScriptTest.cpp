@@ -148,7 +148,8 @@ struct Stage : UpdaterFixture {
 
     std::map<std::string, std::string> values() {
         std::map<std::string, std::string> all{{"placeholder's action", placeholderButton.selector}};
-        for (const auto& [key, value] : world.preferences.copyDomain(kDomain).entries())
+        PropertyList stored = world.preferences.copyDomain(kDomain);
+        for (const auto& [key, value] : stored.entries())
             all[std::string(key.stringValue())] = check::show(value);
         if (!controls) return all;
         auto& bar = control<fake::ProgressIndicator>("progessBar");

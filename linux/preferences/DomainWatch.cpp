@@ -1,18 +1,16 @@
-#include "host/helper/SettingsWatch.h"
+#include "linux/preferences/DomainWatch.h"
 
 #include "linux/files/FileSteps.h"
 #include "linux/files/Paths.h"
-#include "settings/EntryList.h"
 
 #include <sys/inotify.h>
 
 #include <cerrno>
 
-using namespace platform;
-using namespace linux;
-using namespace settings;
+namespace linux {
 
-namespace helper {
+using namespace platform;
+
 namespace {
 
 constexpr std::uint32_t kChanges = IN_CLOSE_WRITE | IN_MOVED_TO | IN_MOVED_FROM | IN_DELETE;
@@ -20,7 +18,8 @@ constexpr std::uint32_t kEnds = IN_DELETE_SELF | IN_MOVE_SELF | IN_UNMOUNT | IN_
 
 }  // namespace
 
-SettingsWatch::SettingsWatch(DiskPreferences& preferences, Log& log) : preferences_(preferences), log_(log) {
+DomainWatch::DomainWatch(DiskPreferences& preferences, std::string domain)
+    : preferences_(preferences), domain_(std::move(domain)) {
     FileAccess& files = FileAccess::system();
     const std::string& folder = preferences_.folder();
     Descriptor made;  // where it cannot be, the watch tells
@@ -32,47 +31,47 @@ SettingsWatch::SettingsWatch(DiskPreferences& preferences, Log& log) : preferenc
     // The folder itself tells of its removal only when no process has a file of it open any more.
     parentWatch_ = ::inotify_add_watch(events_.number(), std::string(folderOf(folder)).c_str(), IN_DELETE | IN_ONLYDIR);
     watchFolders();
-    readSettings();
+    (void)readValues();
 }
 
 // Watching a folder again that is watched already changes nothing. A link that leads nowhere yet is followed, too.
-void SettingsWatch::watchFolders() {
-    std::string file = preferences_.folder() + "/" + std::string(kSettingsDomain) + ".plist", target = file;
+void DomainWatch::watchFolders() {
+    std::string file = preferences_.folder() + "/" + domain_ + ".plist", target = file;
     (void)resolveLinks(FileAccess::system(), target);
     names_ = {std::string(nameOf(file)), std::string(nameOf(target))};
     std::string targetFolder(folderOf(target));
     ::inotify_add_watch(events_.number(), targetFolder.c_str(), kChanges | IN_ONLYDIR | IN_MASK_ADD);
 }
 
-bool SettingsWatch::takeIn() {
+bool DomainWatch::isAbout(const inotify_event& event, bool& isGone) const {
+    std::string_view name = event.len ? event.name : "";
+    isGone |= (event.wd == folderWatch_ && (event.mask & kEnds)) ||
+              (event.wd == parentWatch_ && (event.mask & IN_DELETE) && name == nameOf(preferences_.folder()));
+    return (event.mask & IN_Q_OVERFLOW) || names_.contains(name);
+}
+
+DomainWatch::Outcome DomainWatch::takeIn() {
     alignas(inotify_event) char buffer[16 * 1024];
-    bool isChanged = false, isGone = false;
+    bool isTouched = false, isGone = false;
     for (ssize_t size = 0; (size = ::read(events_.number(), buffer, sizeof buffer)) > 0;) {
         for (const char* at = buffer; at < buffer + size;) {
             const auto& event = *reinterpret_cast<const inotify_event*>(at);
-            std::string_view name = event.len ? event.name : "";
-            isGone |= (event.wd == folderWatch_ && (event.mask & kEnds)) ||
-                      (event.wd == parentWatch_ && (event.mask & IN_DELETE) && name == nameOf(preferences_.folder()));
-            isChanged |= (event.mask & IN_Q_OVERFLOW) || names_.contains(name);
+            isTouched |= isAbout(event, isGone);
             at += sizeof event + event.len;
         }
     }
-    if (isGone) return false;
-    if (isChanged) {
-        watchFolders();
-        readSettings();
-    }
+    if (isGone) return Outcome::Gone;
+    if (!isTouched) return Outcome::Same;
+    watchFolders();
+    return readValues() ? Outcome::Changed : Outcome::Same;
+}
+
+bool DomainWatch::readValues() {
+    (void)preferences_.synchronize(domain_);
+    PropertyList now = preferences_.copyDomain(domain_);
+    if (now == values_) return false;
+    values_ = std::move(now);
     return true;
 }
 
-void SettingsWatch::readSettings() {
-    (void)preferences_.synchronize(kSettingsDomain);
-    PropertyList now = preferences_.copyDomain(kSettingsDomain);
-    if (now == known_) return;
-    known_ = std::move(now);
-    if (preferences_.getBooleanValue(kLogStuffKey, kSettingsDomain))
-        log_("[Typeslate] Took in the settings: %d entries, %s", known_[kEntryListKey].size(),
-             preferences_.getBooleanValue(kDisabledKey, kSettingsDomain) ? "disabled" : "enabled");
-}
-
-}  // namespace helper
+}  // namespace linux
