@@ -101,6 +101,8 @@ int main() {
     fake::TableView table;
     pane.setOutlet("exTableView", table);
     table.setDataSource(&pane);
+    table.setSelectionObserver(
+        [&pane](const InterfaceNotification& notification) { pane.tableViewSelectionDidChange(notification); });
     table.selectRow(kEntries / 2);
     fake::Button box;
     box.tagValue = 3;

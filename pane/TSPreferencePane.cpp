@@ -70,9 +70,8 @@ void TSPreferencePane::awakeFromNib() {
     updateController = TWVCUpdateViewController_V100::initWithSacrificialView_forBundle_withBundleID(
         platform_, introWarningTextBox.connected(), nullptr, std::string(kSettingsDomain));
     rootEnabled = platform_.system.realUserID() == 0;
-    bool enabled = !prefs->boolForKey(kDisabledKey) && !rootEnabled;
     logStuff->setState(isLogging());
-    enabledCheckbox->setState(enabled);
+    enabledCheckbox->setState(isModuleOn());
 
     exTableView->setDataSource(this);
     exTableView->setSelectionObserver(
@@ -93,6 +92,7 @@ void TSPreferencePane::awakeFromNib() {
     mSystemPrefsIcon = platform_.toolkit.applicationIcon();
     mPrefPaneIcon =
         overlayIcon_withProductIcon(mSystemPrefsIcon, thisBundle.infoValue("CFBundleIconFile").stringValue());
+    observeChanges();
 }
 
 void TSPreferencePane::mainViewDidLoad() {
@@ -164,9 +164,7 @@ void TSPreferencePane::makeSureGlobalIsFirst() {
     // it as soon as it can be read again.
     if (!prefs->isReadable()) return;
     if (hasType(entryList()[0], kGlobalType)) return;
-    std::vector<PropertyList> list = mutableArray(entryList());
-    putGlobalFirst(list);
-    prefs->setObject_forKey(PropertyList::array(std::move(list)), kEntryListKey);
+    prefs->changeArray_forKey([](List& list) { putGlobalFirst(list); }, kEntryListKey);
     exTableView->reloadData();
 }
 
@@ -181,36 +179,6 @@ PropertyList TSPreferencePane::entryAtRow(int row) const {
     return row < 0 ? PropertyList() : entryList()[static_cast<std::size_t>(row)];
 }
 
-void TSPreferencePane::takeInChanges() {
-    PropertyList shown = entryList();
-    prefs->synchronize();
-    if (entryList() == shown) return;
-    exTableView->reloadData();
-    tableViewSelectionDidChange({kTableViewSelectionDidChange, &*exTableView});
-}
-
-// Where the entry stands in a list that may have changed since it stood at the given row; nothing when it is gone.
-std::optional<std::size_t> TSPreferencePane::rowOfEntry(const std::vector<PropertyList>& list,
-                                                        const PropertyList& entry, int row) {
-    auto index = static_cast<std::size_t>(row);
-    if (row >= 0 && index < list.size() && list[index] == entry) return index;
-    auto moved = std::ranges::find(list, entry);
-    if (!entry || moved == list.end()) return std::nullopt;
-    return static_cast<std::size_t>(moved - list.begin());
-}
-
-std::vector<PropertyList> TSPreferencePane::freshEntryList() {
-    takeInChanges();
-    return mutableArray(entryList());
-}
-
-std::optional<TSPreferencePane::ListAndRow> TSPreferencePane::freshEntryListAndRow(int row) {
-    PropertyList entry = entryAtRow(row);
-    std::vector<PropertyList> list = freshEntryList();
-    std::optional<std::size_t> found = rowOfEntry(list, entry, row);
-    if (!found) return std::nullopt;
-    exTableView->selectRow(static_cast<int>(*found));
-    return ListAndRow{std::move(list), *found};
-}
+bool TSPreferencePane::isModuleOn() const { return !prefs->boolForKey(kDisabledKey) && !rootEnabled; }
 
 bool TSPreferencePane::isLogging() const { return prefs->boolForKey(kLogStuffKey); }

@@ -1,9 +1,9 @@
 // The settings pane's controller. A host drives it through platform::PreferencePane, the user through the controls that
 // the interface file "TSPrefs" connects to its outlets. Its code is split by topic, one file each.
 //
-// It keeps no copy of the user's settings: every question goes to the store, every change goes through it. An operation
-// that changes the list of entries first takes in what other processes have stored, then stores the list whole and
-// announces it (see commit).
+// It keeps no copy of the user's settings: every question goes to the store, every change goes through it. A change of
+// the list of entries is a function of the stored list, so that what other programs change meanwhile stays; others are
+// told of it when it is on the disk (see commit). What they store is shown within 0.1 seconds of their telling.
 //
 // Everything runs on the main thread, and only the alert waits for the user: what follows a sheet is done when the
 // sheet ends. Nothing throws. An operation that fails leaves what is stored as it was, and logs why. Rows count from 0.
@@ -19,6 +19,7 @@
 #include "platform/PlinthRuntime.h"
 #include "settings/ApplicationEntry.h"
 #include "settings/CFPreferencesWrapper.h"
+#include "settings/EntryList.h"
 #include "settings/SettingsSchema.h"
 
 #include <functional>
@@ -52,6 +53,7 @@ public:
     void willSelect() override;
     platform::UnselectReply shouldUnselect() override;
     void willUnselect() override;
+    void hostDidBecomeActive() override { takeInChanges(); }
     // Loads the alias class from the pane's private framework. Without it names and paths come from what is stored; it
     // is tried again before each row count.
     void getCVAliasClass();
@@ -60,8 +62,8 @@ public:
     // no such icon.
     platform::ImageRef overlayIcon_withProductIcon(const platform::ImageRef& base, std::string_view iconFile);
 
-    // Entry list. The repair is settings::putGlobalFirst; it is set in the store and goes to the disk with the next
-    // synchronize. A list that cannot be read is left alone.
+    // Entry list. The repair is settings::putGlobalFirst; it goes to the disk with the next synchronize. A list that
+    // cannot be read is left alone.
     void makeSureGlobalIsFirst();
     // The "Settings" of the first entry after that repair, which is another than Global when there was none.
     platform::PropertyList getDefaultSettingsBasedOnGlobal();
@@ -98,13 +100,13 @@ public:
     // expression are filled in. No expression is compiled here.
     //
     // Return code 1 stores the entry. The context is a dictionary: "NewRegEx" (true, or missing), "selectedRow", and
-    // under "Settings" the whole entry as the sheet was opened on it; `shown` is the entry as it stood in the list
-    // then.
+    // under "Settings" the whole entry as the sheet was opened on it; `target` is the entry that is edited, and of no
+    // meaning for a new one.
     void regexNew(platform::View& sender);
     void regexEnd(platform::View& sender);
     void regexWasEdited_returnCode_contextInfo(platform::Panel& sheet, int returnCode,
                                                const platform::PropertyList& context,
-                                               const platform::PropertyList& shown);
+                                               const settings::EntryIdentity& target);
     // These open something outside the pane: the system's editor of font collections, the help page, the ReadMe. What
     // is not there, or cannot be opened, is not reported.
     void editCollections(platform::View& sender);
@@ -137,8 +139,8 @@ public:
 
     // Login items, in the order in which they are started. Nothing as path or identifier: nothing is done. Identifiers
     // and paths are compared letter by letter; an item whose path does not open as a bundle has no identifier. Each
-    // change is stored whole and synchronised; what another program stores meanwhile is lost, and items that cannot be
-    // read are left alone.
+    // change is synchronised at once and keeps what other programs of ours store meanwhile; items that cannot be read
+    // are left alone.
     void addLoginItem_hide(std::optional<std::string_view> path, bool hide);
     void removeLoginItem(std::optional<std::string_view> identifier);
     void removeLoginItemWithPath(std::optional<std::string_view> path);
@@ -169,24 +171,32 @@ private:
 
     platform::PropertyList entryList() const;
     platform::PropertyList entryAtRow(int row) const;  // nothing outside the list
-    // Synchronises, and shows the list anew when another process changed it.
+    // Saving and announcing. A change of the list is a platform::PreferenceChange of it; while the stored list cannot
+    // be read it is not changed at all.
+    using List = std::vector<platform::PropertyList>;
+    using EntryChange = std::function<void(List&, std::size_t row)>;
+    // The writer's sequence: stores the changed list, synchronises, lets the caller show it anew, starts or restarts
+    // the broadcast timer and posts the notification. False when the change is not on the disk: it then waits in the
+    // store for a later synchronize, and others are told when that succeeds.
+    bool commit(std::function<void(List&)> change, const std::function<void()>& showAnew);
+    // The same for one entry, wherever it stands now. Where it is no more nothing is changed and nobody told: the user
+    // is shown what is there instead, and the host tells why.
+    bool commitEntry(settings::EntryIdentity target, EntryChange change,
+                     const std::function<void(std::size_t row)>& showAnew);
+    bool changeList(std::function<void(List&)> change);
+    bool save();
+    enum Announcement : unsigned { kBroadcastDisabled = 1, kBroadcastSoon = 2, kPost = 4 };
+    void announce(unsigned announcements, bool isSaved);
+    void announceDue();
+
+    // Synchronises, and shows what other programs changed: the same entry stays selected, what is being typed stays.
     void takeInChanges();
-    // The stored list with the latest changes of other processes in it, to be changed and stored whole.
-    std::vector<platform::PropertyList> freshEntryList();
-    // The same, and where the entry that the user sees at the given row stands in it; nothing when it is gone.
-    struct ListAndRow {
-        std::vector<platform::PropertyList> list;
-        std::size_t row;
-    };
-    std::optional<ListAndRow> freshEntryListAndRow(int row);
-    static std::optional<std::size_t> rowOfEntry(const std::vector<platform::PropertyList>& list,
-                                                 const platform::PropertyList& entry, int row);
-    // The writer's sequence: stores the list, synchronises, lets the caller show it anew, starts or restarts the
-    // broadcast timer and posts the notification. False when the list is not on the disk: it then waits in the store
-    // for the next synchronize, unless the stored one cannot be read, which is never replaced unseen.
-    bool commit(std::vector<platform::PropertyList> list, const std::function<void()>& showAnew = {});
-    bool storeEntryList(std::vector<platform::PropertyList> list);
-    void postPrefsChanged();
+    void takeInChangesSoon();
+    void observeChanges();
+    void showStoredList();
+    void showStoredSwitches();
+    bool isModuleOn() const;
+    void showModuleOn(bool isOn);
     bool isLogging() const;
     void showRuntimeStatus();
     void sheetEnded();  // the pane may be left again, and is if the host has asked meanwhile
@@ -197,12 +207,12 @@ private:
     void showEntry(int row);
     void restoreSelection();
 
-    void addApplications(const std::vector<std::string>& fileNames, std::vector<platform::PropertyList>& list);
+    std::vector<settings::ApplicationIdentity> describeApplications(const std::vector<std::string>& fileNames);
     std::optional<settings::ApplicationIdentity> describeApplication(const std::string& path);
     void selectLastRow();
     platform::PropertyList regexWorkingEntry(const platform::PropertyList& entry, bool isNew);
     void layOutRegexSheet();
-    void storeRegex(const platform::PropertyList& context, const platform::PropertyList& shown);
+    void storeRegex(const platform::PropertyList& context, const settings::EntryIdentity& target);
 
     platform::View& optionControl(const settings::Option& option);
     bool showsSetsInOwnFaces();
@@ -248,7 +258,14 @@ private:
     bool oldOSX = false;                           // too old a system for dragging, login items and the version
     platform::AliasClass* CVAliasClass = nullptr;  // the process's; null while there is none
     platform::Bundle& thisBundle;
-    int lastSelected = -1;  // the row that was last selected validly; -1: none yet
+    int lastSelected = -1;               // the row that was last selected validly; -1: none yet
+    settings::EntryIdentity shownEntry;  // whose options the editor shows; of no entry: none
+    platform::PropertyList listShown;    // when the table last asked for its rows; for comparison only
+    bool keepsTypedNumber = false;       // the editor is filled anew for the entry that it shows already
+    unsigned announcementsDue = 0;       // of changes that are stored in memory alone, or not yet told
+    bool isSaving = false;               // whoever saves will announce
+    std::unique_ptr<platform::Observation> changeObservation, storeObservation;
+    std::unique_ptr<platform::Timer> takeInTimer;  // while a look at the store is due
     fontcatalog::Catalogue adobeNames;
     platform::ImageRef mPrefPaneIcon;     // of the host while the pane is shown
     platform::ImageRef mSystemPrefsIcon;  // of the host otherwise
@@ -261,6 +278,7 @@ private:
     Outlet<platform::Button> dontShowAgain;
 
     Outlet<platform::Panel> regexPanel;
+    bool isEditingRegex = false;  // the panel is open, and its fields are the user's
     Outlet<platform::Button> regexAdd;
     Outlet<platform::TextField> regexName;
     Outlet<platform::TextField> regex;

@@ -4,6 +4,8 @@
 #include "settings/ApplicationEntry.h"
 #include "settings/EntryList.h"
 
+#include <algorithm>
+
 using namespace platform;
 using namespace settings;
 
@@ -30,9 +32,10 @@ void TSPreferencePane::doExAddApp(View&) {
 
 void TSPreferencePane::exOpenPanelDidEnd_returnCode_contextInfo(OpenPanel* panel, int returnCode,
                                                                 const std::vector<std::string>& fileNames) {
-    std::vector<PropertyList> list = freshEntryList();
-    if (returnCode == kPanelOK) addApplications(panel ? panel->filenames() : fileNames, list);
-    commit(std::move(list), [this] {
+    std::vector<ApplicationIdentity> applications;
+    if (returnCode == kPanelOK) applications = describeApplications(panel ? panel->filenames() : fileNames);
+    auto add = [applications = std::move(applications)](List& list) { addApplications(list, applications); };
+    commit(std::move(add), [this] {
         exTableView->reloadData();
         selectLastRow();
         exTableView->scrollRowToVisible(exTableView->selectedRow());
@@ -40,16 +43,11 @@ void TSPreferencePane::exOpenPanelDidEnd_returnCode_contextInfo(OpenPanel* panel
     });
 }
 
-void TSPreferencePane::addApplications(const std::vector<std::string>& fileNames, std::vector<PropertyList>& list) {
-    ApplicationIndex index(list);
-    for (const std::string& path : fileNames) {
-        std::optional<ApplicationIdentity> application = describeApplication(path);
-        if (!application || index.contains(*application)) continue;
-        list.push_back(applicationEntry(*application, getDefaultSettingsBasedOnGlobal()));
-        index.add(list.back());
-        exTableView->reloadData();
-        if (int rows = exTableView->numberOfRows(); rows > 0) exTableView->selectRow(rows - 1);
-    }
+std::vector<ApplicationIdentity> TSPreferencePane::describeApplications(const std::vector<std::string>& fileNames) {
+    std::vector<ApplicationIdentity> applications;
+    for (const std::string& path : fileNames)
+        if (auto application = describeApplication(path)) applications.push_back(std::move(*application));
+    return applications;
 }
 
 // Nothing, and a line in the log, for what is not a native application.
@@ -77,14 +75,11 @@ void TSPreferencePane::selectLastRow() {
 }
 
 void TSPreferencePane::doExRemoveApp(View&) {
-    int selected = exTableView->selectedRow();
-    if (selected < 0) return;
-    auto fresh = freshEntryListAndRow(selected);
-    if (!fresh) return;
-    std::vector<PropertyList>& list = fresh->list;
-    list.erase(list.begin() + static_cast<std::ptrdiff_t>(fresh->row));
-    if (fresh->row >= list.size()) exTableView->selectRow(static_cast<int>(list.size()) - 1);
-    commit(std::move(list), [this] {
+    if (exTableView->selectedRow() < 0) return;
+    auto remove = [](List& list, std::size_t row) { list.erase(list.begin() + static_cast<std::ptrdiff_t>(row)); };
+    commitEntry(shownEntry, remove, [this](std::size_t row) {
+        int last = static_cast<int>(entryList().size()) - 1;
+        exTableView->selectRow(std::min(static_cast<int>(row), last));
         tableViewSelectionDidChange({kTableViewSelectionDidChange, &*exTableView});
         exTableView->reloadData();
     });

@@ -1,5 +1,5 @@
-// Telling running applications that the settings changed: at once by a notification, and by a broadcast through the
-// injection runtime when two seconds have passed without another change.
+// Saving changes, and telling running applications of what is saved: at once by a notification, and by a broadcast
+// through the injection runtime when two seconds have passed without another change.
 #include "pane/TSPreferencePane.h"
 
 #include "propertylist/Date.h"
@@ -38,22 +38,58 @@ void TSPreferencePane::prefsFire() {
     prefsTimer.reset();
 }
 
-bool TSPreferencePane::commit(std::vector<PropertyList> list, const std::function<void()>& showAnew) {
-    bool isSaved = storeEntryList(std::move(list));
-    if (showAnew) showAnew();
-    queueForFiring();
-    postPrefsChanged();
+bool TSPreferencePane::save() {
+    isSaving = true;
+    bool isSaved = prefs->synchronize();
+    isSaving = false;
     return isSaved;
 }
 
-bool TSPreferencePane::storeEntryList(std::vector<PropertyList> list) {
+bool TSPreferencePane::commit(std::function<void(List&)> change, const std::function<void()>& showAnew) {
+    bool isSaved = changeList(std::move(change)) && save();
+    showAnew();
+    announce(kBroadcastSoon | kPost, isSaved);
+    return isSaved;
+}
+
+bool TSPreferencePane::commitEntry(EntryIdentity target, EntryChange change,
+                                   const std::function<void(std::size_t)>& showAnew) {
+    auto row = std::make_shared<std::optional<std::size_t>>();  // where it stood when the change was last made
+    bool isChanged = changeList([target, change = std::move(change), row](List& list) {
+        *row = target.find(list);
+        if (*row) change(list, **row);
+    });
+    if (!isChanged) return false;
+    PropertyList expected = entryList();
+    bool isSaved = save();
+    announce(*row ? kBroadcastSoon | kPost : 0u, isSaved);
+    if (*row) showAnew(**row);
+    if (*row && entryList() == expected) listShown = expected;
+    showStoredList();
+    if (!*row) platform_.host.entryWasRemoved(target.entry()[kNameKey].stringValue());
+    return isSaved && *row;
+}
+
+bool TSPreferencePane::changeList(std::function<void(List&)> change) {
     // A list made without knowing the stored one must never replace it.
     if (!prefs->isReadable()) {
         platform_.log("The settings cannot be read; the change is not stored.");
         return false;
     }
-    prefs->setObject_forKey(PropertyList::array(std::move(list)), kEntryListKey);
-    return prefs->synchronize();
+    prefs->changeArray_forKey(std::move(change), kEntryListKey);
+    return true;
 }
 
-void TSPreferencePane::postPrefsChanged() { platform_.notifications.post(kSettingsDomain, "PrefsChanged", {}, true); }
+// Whoever reads the store on hearing of a change finds it there: what is not saved yet is announced when it is.
+void TSPreferencePane::announce(unsigned announcements, bool isSaved) {
+    announcementsDue |= announcements;
+    if (isSaved) announceDue();
+}
+
+void TSPreferencePane::announceDue() {
+    unsigned due = std::exchange(announcementsDue, 0);
+    if ((due & kBroadcastDisabled) && PlinthMessageBroadcast)
+        PlinthMessageBroadcast(kSettingsDomain.data(), "Disabled", nullptr);
+    if (due & kBroadcastSoon) queueForFiring();
+    if (due & kPost) platform_.notifications.post(kSettingsDomain, kPrefsChanged, {}, true);
+}

@@ -23,7 +23,9 @@ int columnNumber(std::string_view identifier) {
 int TSPreferencePane::numberOfRowsInTableView(TableView& table) {
     getCVAliasClass();
     makeSureGlobalIsFirst();
-    return exTableView.is(&table) ? static_cast<int>(entryList().size()) : 0;
+    if (!exTableView.is(&table)) return 0;
+    listShown = entryList();
+    return static_cast<int>(listShown.size());
 }
 
 EntryRows TSPreferencePane::entryRows() const { return {platform_, CVAliasClass, *regexType}; }
@@ -55,6 +57,7 @@ void TSPreferencePane::tableViewSelectionDidChange(const InterfaceNotification& 
 void TSPreferencePane::showEntry(int row) {
     lastSelected = row;
     PropertyList entry = entryAtRow(row);
+    shownEntry = {entry, static_cast<std::size_t>(row)};
     showRegexFields(entry);
     updateStates(entry[kSettingsKey]);
     toggleAll();
@@ -67,6 +70,7 @@ void TSPreferencePane::showEntry(int row) {
 void TSPreferencePane::restoreSelection() {
     int rows = exTableView->numberOfRows();
     if (lastSelected < 0) {
+        shownEntry = {};
         showRegexFields({});
         exRemoveAppButton->setEnabled(false);
         updateStates({});
@@ -77,6 +81,7 @@ void TSPreferencePane::restoreSelection() {
 }
 
 void TSPreferencePane::showRegexFields(const PropertyList& entry) {
+    if (isEditingRegex) return;
     bool isRegex = hasType(entry, kRegExType);
     regexName->setStringValue(isRegex ? entry[kNameKey].stringValue() : "");
     regex->setStringValue(isRegex ? entry[kDataKey].stringValue() : "");

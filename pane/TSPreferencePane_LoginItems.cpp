@@ -1,5 +1,4 @@
-// The user's login items, in the login window's own domain. Each operation reads the whole array, changes it and
-// stores it whole; what another program stores between the read and the write is lost.
+// The user's login items, in the login window's own domain.
 #include "pane/TSPreferencePane.h"
 
 #include "platform/LoginItems.h"
@@ -14,10 +13,15 @@ PropertyList storedItems(PreferenceService& preferences) {
     return preferences.copyValue(kLoginItemsKey, kLoginWindowDomain);
 }
 
-void storeItems(PreferenceService& preferences, std::vector<PropertyList> items) {
-    // While the stored items cannot be read they are unknown, not none.
+// The function is a PreferenceChange of the items. While they cannot be read they are unknown, not none.
+void changeItems(PreferenceService& preferences, std::function<void(std::vector<PropertyList>&)> change) {
     if (!preferences.isReadable(kLoginWindowDomain)) return;
-    preferences.setValue(kLoginItemsKey, PropertyList::array(std::move(items)), kLoginWindowDomain);
+    auto changeValues = [change = std::move(change)](MutableDictionary& values) {
+        std::vector<PropertyList> items = mutableArray(values[kLoginItemsKey]);
+        change(items);
+        values.set(kLoginItemsKey, PropertyList::array(std::move(items)));
+    };
+    preferences.changeValues(std::move(changeValues), kLoginWindowDomain);
     preferences.synchronize(kLoginWindowDomain);
 }
 
@@ -29,33 +33,36 @@ bool isApplication(BundleServices& bundles, const PropertyList& item, std::strin
     return bundle && bundle->identifier() == identifier;
 }
 
-template <typename Condition>
+using Condition = std::function<bool(const PropertyList& item)>;
+
 void removeItems(PreferenceService& preferences, Condition isUnwanted) {
-    std::vector<PropertyList> items = mutableArray(storedItems(preferences));
-    for (auto item = items.end(); item != items.begin();)
-        if (isUnwanted(*--item)) item = items.erase(item);
-    storeItems(preferences, std::move(items));
+    changeItems(preferences, [isUnwanted = std::move(isUnwanted)](std::vector<PropertyList>& items) {
+        for (auto item = items.end(); item != items.begin();)
+            if (isUnwanted(*--item)) item = items.erase(item);
+    });
 }
 
 }  // namespace
 
 void TSPreferencePane::addLoginItem_hide(std::optional<std::string_view> path, bool hide) {
     if (!path) return;
-    std::vector<PropertyList> items = mutableArray(storedItems(platform_.preferences));
-    items.push_back(PropertyList::dictionary({{kLoginItemPathKey, *path}, {kLoginItemHideKey, hide}}));
-    storeItems(platform_.preferences, std::move(items));
+    PropertyList item = PropertyList::dictionary({{kLoginItemPathKey, *path}, {kLoginItemHideKey, hide}});
+    changeItems(platform_.preferences, [item](std::vector<PropertyList>& items) { items.push_back(item); });
 }
 
 void TSPreferencePane::removeLoginItem(std::optional<std::string_view> identifier) {
     if (!identifier) return;
     removeItems(platform_.preferences,
-                [&](const PropertyList& item) { return isApplication(platform_.bundles, item, *identifier); });
+                [&bundles = platform_.bundles, unwanted = std::string(*identifier)](const PropertyList& item) {
+                    return isApplication(bundles, item, unwanted);
+                });
 }
 
 void TSPreferencePane::removeLoginItemWithPath(std::optional<std::string_view> path) {
     if (!path) return;
-    removeItems(platform_.preferences,
-                [&](const PropertyList& item) { return item[kLoginItemPathKey].isString() && pathOf(item) == *path; });
+    removeItems(platform_.preferences, [unwanted = std::string(*path)](const PropertyList& item) {
+        return item[kLoginItemPathKey].isString() && pathOf(item) == unwanted;
+    });
 }
 
 bool TSPreferencePane::isLoginItem_withPath(std::optional<std::string_view> identifier,

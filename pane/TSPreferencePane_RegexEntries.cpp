@@ -4,6 +4,8 @@
 #include "pane/SheetLayout.h"
 #include "settings/EntryList.h"
 
+#include <algorithm>
+
 #ifndef TYPESLATE_HELP_HOST
 #define TYPESLATE_HELP_HOST "typeslate.example"
 #endif
@@ -43,8 +45,10 @@ void TSPreferencePane::regexNew(View& sender) {
     // The second pass settles the positions after the sheet has changed its size.
     layOutRegexSheet();
     layOutRegexSheet();
-    regexPanel->beginSheet([this, shown, info = std::move(context).freeze()](int returnCode) {
-        regexWasEdited_returnCode_contextInfo(*regexPanel, returnCode, info, shown);
+    isEditingRegex = true;
+    EntryIdentity target(shown, static_cast<std::size_t>(std::max(row, 0)));
+    regexPanel->beginSheet([this, target, info = std::move(context).freeze()](int returnCode) {
+        regexWasEdited_returnCode_contextInfo(*regexPanel, returnCode, info, target);
     });
 }
 
@@ -84,32 +88,37 @@ void TSPreferencePane::regexEnd(View& sender) {
 }
 
 void TSPreferencePane::regexWasEdited_returnCode_contextInfo(Panel& sheet, int returnCode, const PropertyList& context,
-                                                             const PropertyList& shown) {
-    if (returnCode == kSheetOK) storeRegex(context, shown);
+                                                             const EntryIdentity& target) {
+    isEditingRegex = false;
+    if (returnCode == kSheetOK) storeRegex(context, target);
     sheet.orderOut();
     sheetEnded();
 }
 
-void TSPreferencePane::storeRegex(const PropertyList& context, const PropertyList& shown) {
-    MutableDictionary entry(context[kSettingsKey]);
-    if (std::string name = regexName->stringValue(); !name.empty()) entry.set(kNameKey, name);
-    if (std::string expression = regex->stringValue(); !expression.empty()) entry.set(kDataKey, expression);
-    entry.set(kRegExTypeKey, regexType->selectedRow());
+void TSPreferencePane::storeRegex(const PropertyList& context, const EntryIdentity& target) {
+    MutableDictionary edited(context[kSettingsKey]);
+    if (std::string name = regexName->stringValue(); !name.empty()) edited.set(kNameKey, name);
+    if (std::string expression = regex->stringValue(); !expression.empty()) edited.set(kDataKey, expression);
+    edited.set(kRegExTypeKey, regexType->selectedRow());
+    PropertyList entry = std::move(edited).freeze();
 
-    std::vector<PropertyList> list = freshEntryList();
-    std::optional<std::size_t> row;
-    if (!context[kNewRegEx].boolValue())
-        row = rowOfEntry(list, shown, static_cast<int>(context[kSelectedRow].integerValue()));
-    // An entry that another process removed meanwhile comes back: what the user typed is not lost.
-    if (row)
-        list[*row] = std::move(entry).freeze();
-    else
-        list.push_back(std::move(entry).freeze());
-    commit(std::move(list), [this, row] {
+    auto showRow = [this](int row) {
         exTableView->reloadData();
-        row ? exTableView->selectRow(static_cast<int>(*row)) : selectLastRow();
+        exTableView->selectRow(row < 0 ? std::max(exTableView->numberOfRows() - 1, 0) : row);
+        tableViewSelectionDidChange({kTableViewSelectionDidChange, &*exTableView});
         exTableView->scrollRowToVisible(exTableView->selectedRow());
-    });
+    };
+    if (context[kNewRegEx].boolValue()) {
+        commit([entry](List& list) { list.push_back(entry); }, [&] { showRow(-1); });
+        return;
+    }
+    // What others changed in the entry meanwhile, such as its options, stays.
+    auto layOver = [entry](List& list, std::size_t row) {
+        MutableDictionary changed(list[row]);
+        for (std::string_view key : {kTypeKey, kNameKey, kDataKey, kRegExTypeKey}) changed.set(key, entry[key]);
+        list[row] = std::move(changed).freeze();
+    };
+    commitEntry(target, layOver, [&](std::size_t row) { showRow(static_cast<int>(row)); });
 }
 
 void TSPreferencePane::editCollections(View&) {

@@ -29,6 +29,14 @@ bool isInstalled(SetSource source, ApplicationServices& applications) {
     return false;
 }
 
+// The entry with the change laid over its settings; without one as it is.
+PropertyList withChange(const PropertyList& entry, const std::optional<OptionChange>& change) {
+    MutableDictionary changedSettings(entry[kSettingsKey]), changed(entry);
+    if (change) changedSettings.set(change->option->key, change->value);
+    changed.set(kSettingsKey, std::move(changedSettings).freeze());
+    return std::move(changed).freeze();
+}
+
 void showValue(View& control, std::int64_t value) {
     if (Button* box = control.asButton()) box->setState(value != 0);
     if (TextField* field = control.asTextField()) field->setIntegerValue(value);
@@ -54,7 +62,9 @@ void TSPreferencePane::updateStates(const PropertyList& settings) {
         std::int64_t value = isShown ? shownValue(settings, option) : 0;
         bool isOffered = isInstalled(option.setSource, platform_.applications) &&
                          (option.enabledWhile != EnabledWhile::SetsInOwnFaces || showsSetsInOwnFaces());
-        showValue(optionControl(option), isOffered ? value : 0);
+        View& control = optionControl(option);
+        if (keepsTypedNumber && control.asTextField() && control.asTextField()->isBeingEdited()) continue;
+        showValue(control, isOffered ? value : 0);
     }
 }
 
@@ -79,26 +89,14 @@ void TSPreferencePane::toggleAll() {
 }
 
 void TSPreferencePane::togglePerAppPrefs(View& sender) {
-    int selected = exTableView->selectedRow();
-    if (selected < 0) return;
-    // Read first: taking in changes may fill the controls anew.
+    if (exTableView->selectedRow() < 0 || !shownEntry.entry().isDictionary()) return;
     ControlValues values{sender.integerValue() != 0, sender.integerValue(), sender.selectedRow()};
-    auto fresh = freshEntryListAndRow(selected);
-    if (!fresh || !fresh->list[fresh->row].isDictionary()) return;
-
-    PropertyList& entry = fresh->list[fresh->row];
-    MutableDictionary changed(entry[kSettingsKey]);
     auto change = optionChangeForTag(sender.tag(), values);
-    if (change)
-        changed.set(change->option->key, change->value);
-    else
-        platform_.log("%@ is not handled", sender.title());
-    PropertyList newSettings = std::move(changed).freeze();
-    if (change) showDependents(*change->option, newSettings);
-    MutableDictionary changedEntry(entry);
-    changedEntry.set(kSettingsKey, newSettings);
-    entry = std::move(changedEntry).freeze();
-    commit(std::move(fresh->list));
+    if (!change) platform_.log("%@ is not handled", sender.title());
+    std::optional<std::size_t> row = shownEntry.find(entryList().elements());
+    if (change && row) showDependents(*change->option, withChange(entryList()[*row], change)[kSettingsKey]);
+    auto layOver = [change](List& list, std::size_t at) { list[at] = withChange(list[at], change); };
+    commitEntry(shownEntry, layOver, [](std::size_t) {});
 }
 
 void TSPreferencePane::showDependents(const Option& changed, const PropertyList& newSettings) {
@@ -109,15 +107,18 @@ void TSPreferencePane::showDependents(const Option& changed, const PropertyList&
 }
 
 void TSPreferencePane::toggleEnabled(View&) {
-    takeInChanges();
     bool newDisabled = !enabledCheckbox->state();
+    announce(0, save());
+    showStoredList();
     if (prefs->boolForKey(kDisabledKey) == newDisabled) return;
     prefs->setBool_forKey(newDisabled, kDisabledKey);
-    enabledCheckbox->setState(!newDisabled);
-    prefs->synchronize();
-    if (PlinthMessageBroadcast) PlinthMessageBroadcast(kSettingsDomain.data(), "Disabled", nullptr);
-    postPrefsChanged();
-    tabs->setControlTint(newDisabled ? ControlTint::Clear : ControlTint::Default);
+    announce(kBroadcastDisabled | kPost, save());
+    showModuleOn(!newDisabled);
+}
+
+void TSPreferencePane::showModuleOn(bool isOn) {
+    enabledCheckbox->setState(isOn);
+    tabs->setControlTint(isOn ? ControlTint::Default : ControlTint::Clear);
     tabs->setNeedsDisplay();
     toggleAll();
 }
@@ -143,8 +144,7 @@ void TSPreferencePane::toggleLogging(View&) {
     }
     justShowedSheet = false;
     prefs->setBool_forKey(isOn, kLogStuffKey);
-    prefs->synchronize();
-    queueForFiring();
+    announce(kBroadcastSoon, save());
 }
 
 void TSPreferencePane::changeSettings(View& sender) { exTableView->selectRow(sender.tag()); }

@@ -107,6 +107,7 @@ public:
     virtual std::string stringValue() const { return {}; }
     virtual void setStringValue(std::string_view, TextTone = TextTone::Normal) {}
     virtual void setIntegerValue(std::int64_t) {}
+    virtual bool isBeingEdited() const { return false; }  // something was typed that no action has told of yet
     virtual void setSelectable(bool) {}
     // The size that shows the whole text, wrapped at the width of the given bounds.
     virtual Size cellSizeForBounds(const Rect&) const { return {}; }

@@ -3,12 +3,14 @@
 // A pane's bundle exports the C function named by "NSPrincipalClass" in its Info.plist, of type PreferencePaneFactory.
 // The host calls, in this order: the factory, mainNibName, (it loads that interface file from the pane's bundle with
 // the pane as owner) awakeFromNib, mainViewDidLoad; then willSelect each time the pane is shown, and shouldUnselect and
-// willUnselect each time the user leaves it. All on the main thread.
+// willUnselect each time the user leaves it. All on the main thread. What the pane has changed without saving it the
+// host saves once the interface has loaded, and at its end.
 #pragma once
 
 #include "platform/Controls.h"
 
 #include <string>
+#include <string_view>
 
 namespace platform {
 
@@ -25,12 +27,16 @@ public:
     // Later: the pane gives its answer through PaneHost::replyToShouldUnselect.
     virtual UnselectReply shouldUnselect() = 0;
     virtual void willUnselect() = 0;
+    // The host's window has become the active one: the user may have changed something elsewhere.
+    virtual void hostDidBecomeActive() = 0;
 };
 
 class PaneHost {
 public:
     virtual ~PaneHost() = default;
     virtual void replyToShouldUnselect(bool mayUnselect) = 0;
+    // Nothing was done to the entry of that name, because another program had removed it.
+    virtual void entryWasRemoved(std::string_view name) = 0;
 };
 
 // The host owns the pane and deletes it before anything that the Platform refers to.

@@ -64,4 +64,16 @@ bool ApplicationIndex::contains(const ApplicationIdentity& application) const {
            creators_.contains(application.creator) || paths_.contains(application.path);
 }
 
+// A list without a Global entry gets one only for the sake of the settings: each look repairs it further.
+void addApplications(std::vector<PropertyList>& list, const std::vector<ApplicationIdentity>& applications) {
+    std::vector<PropertyList> repaired = list;
+    ApplicationIndex index(list);
+    for (const ApplicationIdentity& application : applications) {
+        if (index.contains(application)) continue;
+        putGlobalFirst(repaired);
+        list.push_back(applicationEntry(application, repaired.front()[kSettingsKey]));
+        index.add(list.back());
+    }
+}
+
 }  // namespace settings

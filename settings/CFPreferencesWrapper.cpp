@@ -72,6 +72,20 @@ void CFPreferencesWrapper_Typeslate::removeObjectForKey(std::string_view key) {
     service_.setValue(key, {}, identifier_);
 }
 
+void CFPreferencesWrapper_Typeslate::changeValues(platform::PreferenceChange change) {
+    service_.changeValues(std::move(change), identifier_);
+}
+
+void CFPreferencesWrapper_Typeslate::changeArray_forKey(std::function<void(std::vector<PropertyList>&)> change,
+                                                        std::string_view key) {
+    changeValues([change = std::move(change), key = std::string(key)](platform::MutableDictionary& values) {
+        std::vector<PropertyList> elements = platform::mutableArray(values[key]);
+        change(elements);
+        if (elements.empty() && !values[key]) return;
+        values.set(key, PropertyList::array(std::move(elements)));
+    });
+}
+
 bool CFPreferencesWrapper_Typeslate::synchronize() { return service_.synchronize(identifier_); }
 
 bool CFPreferencesWrapper_Typeslate::isReadable() const { return service_.isReadable(identifier_); }

@@ -5,10 +5,12 @@
 
 #include "platform/Preferences.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 class CFPreferencesWrapper_Typeslate {
 public:
@@ -36,6 +38,12 @@ public:
     void setFloat_forKey(float value, std::string_view key);
     void setInteger_forKey(std::int32_t value, std::string_view key);
     void removeObjectForKey(std::string_view key);
+    // Changes what is stored in the moment of saving, so that nothing of another program's is overwritten: see
+    // platform::PreferenceChange for what the function may do. In memory at once, as what the setters set. A key
+    // without an array counts as an empty one.
+    void changeValues(platform::PreferenceChange change);
+    void changeArray_forKey(std::function<void(std::vector<platform::PropertyList>& elements)> change,
+                            std::string_view key);
 
     // Writes what was set and takes in what other processes have written. False when the changes could not be made
     // durable; they stay set and go out with the next call.

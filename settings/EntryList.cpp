@@ -38,4 +38,23 @@ bool putGlobalFirst(std::vector<PropertyList>& list) {
     return true;
 }
 
+PropertyList defaultSettings(std::vector<PropertyList> list) {
+    putGlobalFirst(list);
+    return list.front()[kSettingsKey];
+}
+
+bool EntryIdentity::isSame(const PropertyList& other) const {
+    if (!entry_.isDictionary() || !entry_[kTypeKey]) return entry_ && other == entry_;
+    return other[kTypeKey] == entry_[kTypeKey] && (isGlobal(entry_) || other[kDataKey] == entry_[kDataKey]);
+}
+
+std::optional<std::size_t> EntryIdentity::find(std::span<const PropertyList> list) const {
+    if (row_ < list.size() && isSame(list[row_])) return row_;
+    std::optional<std::size_t> nearest;
+    auto distance = [this](std::size_t row) { return row < row_ ? row_ - row : row - row_; };
+    for (std::size_t row = 0; row < list.size(); ++row)
+        if (isSame(list[row]) && (!nearest || distance(row) < distance(*nearest))) nearest = row;
+    return nearest;
+}
+
 }  // namespace settings

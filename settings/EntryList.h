@@ -3,12 +3,16 @@
 
 #include "platform/PlatformTypes.h"
 
+#include <optional>
+#include <span>
 #include <string_view>
 #include <vector>
 
 namespace settings {
 
 inline constexpr std::string_view kSettingsDomain = "com.tarnwick.typeslate";
+// The object of the notification that tells of a saved change of the list or of "Disabled"; its name is the domain's.
+inline constexpr std::string_view kPrefsChanged = "PrefsChanged";
 
 // Keys of the settings domain.
 inline constexpr std::string_view kEntryListKey = "TheExcList";  // array of entries
@@ -42,5 +46,26 @@ platform::PropertyList newGlobalEntry();
 // Moves the first Global entry to the front, or appends a new one at the END of a list that has none: an empty list is
 // then in order at once, any other after the next call. False when the list was in order already.
 bool putGlobalFirst(std::vector<platform::PropertyList>& list);
+
+// The "Settings" of the list's first entry after that repair.
+platform::PropertyList defaultSettings(std::vector<platform::PropertyList> list);
+
+// What makes an entry the one that it is, wherever it stands and whatever becomes of its other keys: its "Type" and its
+// "Data"; of a Global entry the type alone, and of what is no entry all of it.
+class EntryIdentity {
+public:
+    EntryIdentity() = default;  // of no entry: it is in no list
+    EntryIdentity(platform::PropertyList entry, std::size_t row) : entry_(std::move(entry)), row_(row) {}
+
+    // The row of the entry. Of several alike it is the one at the row where the entry stood, else the nearest to it.
+    std::optional<std::size_t> find(std::span<const platform::PropertyList> list) const;
+    const platform::PropertyList& entry() const { return entry_; }  // as it was
+
+private:
+    bool isSame(const platform::PropertyList& other) const;
+
+    platform::PropertyList entry_;
+    std::size_t row_ = 0;
+};
 
 }  // namespace settings

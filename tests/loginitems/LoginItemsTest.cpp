@@ -61,7 +61,7 @@ TEST(OperationsOnTheList) {
         CHECK_EQ(f.items(), LoginItems::read(expected.substr(0, expected.size() - answer.size())));
         fake::Journal journal = f.world.takeJournal();  // of one write, or of two for a repair
         CHECK_EQ(journal.size(), answer.empty() ? 2U : answer == "yes, logged" ? 4U : 0U);
-        if (!journal.empty()) CHECK_EQ(fake::Journal(journal.end() - 2, journal.end()), kOneWrite);
+        if (!journal.empty()) CHECK(journal[0].starts_with("set ") && journal.back() == "synchronize");
     }
     LoginItems f;
     f.set(LoginItems::read("/a/TS.app!"));

@@ -77,7 +77,7 @@ inline std::vector<platform::PropertyList> entries(const std::string& text) {
 }
 
 // What a change of the list does to the world.
-inline const fake::Journal kOneChange{"synchronize", "set TheExcList", "synchronize",
+inline const fake::Journal kOneChange{"set TheExcList", "synchronize",
                                       "post com.tarnwick.typeslate PrefsChanged at once"};
 
 // The options' controls as options.txt has them: what is under test does not say itself what it should be.
@@ -106,7 +106,7 @@ struct PaneFixture {
     }
 
     void setStored(std::string_view key, const platform::PropertyList& value) {
-        world.preferences.setValue(key, value, settings::kSettingsDomain);
+        world.preferences.store(key, value, settings::kSettingsDomain);
     }
     platform::PropertyList stored(std::string_view key) {
         return world.preferences.copyValue(key, settings::kSettingsDomain);

@@ -3,7 +3,7 @@
 using namespace platform;
 
 TEST(WhatAChangeMeetsInAListThatChangedMeanwhile) {
-    for (const auto& [action, meanwhile, expected, selected] : cells<4>("meanwhile.txt")) {
+    for (const auto& [action, meanwhile, expected, selected, gone] : cells<5>("meanwhile.txt")) {
         CONTEXT(action + "|" + meanwhile);
         PaneFixture f;
         f.setList("Global; RegEx Wine ^wine .RegEx_Type=2 FontSize=9; Path App /app");
@@ -12,11 +12,12 @@ TEST(WhatAChangeMeetsInAListThatChangedMeanwhile) {
         f.act("doubleClickTable:", "exTableView");
         f.field("regex").text = "x";
         f.world.preferences.duringSynchronize = [&] { f.setList(meanwhile); };
-        // Taking the list in fills the sheet's fields from the entry now selected; what the user typed counts.
         if (action == "edit") f.act("regexEnd:", "regexSheetOK");
         if (action == "click") f.clickOption("ShowSets");
         if (action == "remove") f.act("doExRemoveApp:", "exRemoveAppButton");
         CHECK_EQ(f.list(), entries(expected));
+        CHECK_EQ(f.world.takeJournal(),
+                 gone.empty() ? kOneChange : fake::Journal{"set TheExcList", "synchronize", "gone " + gone});
         CHECK_EQ(std::to_string(f.table().selected), selected);
         CHECK_EQ(f.table().numberOfRows(), static_cast<int>(f.list().size()));
     }

@@ -70,6 +70,13 @@ struct Scenario : PaneFixture {
             {"leave", [&] { pane->willUnselect(); }},
             {"select", [&] { table().selectRow(std::stoi(all)); }},
             {"unselect", [&] { table().selected = -1; }},
+            {"full", [&] { world.preferences.fails = all == "yes"; }},
+            {"announced",
+             [&] {
+                 world.notifications.deliver({"com.tarnwick.typeslate", "PrefsChanged", {}});
+             }},
+            {"activate", [&] { pane->hostDidBecomeActive(); }},
+            {"typing", [&] { field(all).edited = true; }},
             {"reload", [&] { table().reloadData(); }},
             {"put", [&] { put(first, rest); }},
             {"tag", [&] { tag(first, rest); }},
