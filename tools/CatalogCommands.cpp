@@ -10,6 +10,7 @@
 #include "tools/Output.h"
 #include "tools/ProgressLine.h"
 #include "tools/Refusal.h"
+#include "tools/StoredDomain.h"
 
 #include <chrono>
 #include <filesystem>
@@ -48,8 +49,9 @@ void parse(const Arguments& arguments) {
 }
 
 struct Store : linux::LinuxStore {
+    Store() { preferences.setLongestWait(lockWait()); }
     PropertyList value(std::string_view key) {
-        if (!preferences.isReadable(kCacheDomain)) throw refused("the stored catalogue cannot be read");
+        requireReadable(preferences, kCacheDomain);
         return preferences.copyValue(key, kCacheDomain);
     }
     PropertyList requireNames() {
@@ -73,7 +75,7 @@ void build(const Arguments&) {
     progress.clear();
     if (catalogue.state == Catalogue::State::Unavailable)
         throw refused("there is no font name database (FntNames.db), and without it no catalogue");
-    if (!check.isStored) throw refused("the catalogue could not be written; the log says why");
+    if (!check.isStored) refuseUnsaved(store.preferences, kCacheDomain);
     const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - start;
     printLine(localizedFormat("%@: %d files, %d records, %.3f s", localized("rebuilt"), check.files.size(),
                               catalogue.names.size(), seconds.count()));

@@ -7,6 +7,7 @@
 #include "tools/Localized.h"
 #include "tools/Output.h"
 #include "tools/Refusal.h"
+#include "tools/StoredDomain.h"
 #include "tools/UsageTexts.h"
 
 #include <sys/stat.h>
@@ -35,19 +36,13 @@ struct Arguments {
 };
 
 struct Store : linux::LinuxStore {
-    void requireReadable(const std::string& domain) {
-        if (!preferences.isReadable(domain)) throw refused("the domain %@ cannot be read", domain);
-    }
+    Store() { preferences.setLongestWait(lockWait()); }
     // The domain's whole content; there must be some.
     PropertyList content(const std::string& domain) {
-        requireReadable(domain);
+        requireReadable(preferences, domain);
         PropertyList all = preferences.copyDomain(domain);
         if (all.size() == 0) throw refused("there is nothing in the domain %@", domain);
         return all;
-    }
-    void save(const std::string& domain) {
-        if (!preferences.synchronize(domain))
-            throw refused("the domain %@ could not be written; the log says why", domain);
     }
 };
 
@@ -81,19 +76,19 @@ void write(const Arguments& arguments) {
     if (!parsed.error.empty()) throw refused("the value is not JSON that a property list can hold: %@", parsed.error);
     if (!PropertyList(arguments.key)) throw refused("the key is not UTF-8");
     Store store;
-    store.requireReadable(arguments.domain);
+    requireReadable(store.preferences, arguments.domain);
     store.preferences.setValue(arguments.key, parsed.value, arguments.domain);
-    store.save(arguments.domain);
+    save(store.preferences, arguments.domain);
 }
 
 void remove(const Arguments& arguments) {
     Store store;
     PropertyList all = store.content(arguments.domain);
     if (arguments.keyIfAny && !all[*arguments.keyIfAny]) throw noKey(arguments);
-    for (const PropertyList::Entry& entry : all.entries())
-        if (!arguments.keyIfAny || entry.key.stringValue() == *arguments.keyIfAny)
-            store.preferences.setValue(entry.key.stringValue(), {}, arguments.domain);
-    store.save(arguments.domain);
+    store.preferences.changeValues(
+        [key = arguments.keyIfAny](MutableDictionary& values) { key ? values.remove(*key) : void(values = {}); },
+        arguments.domain);
+    save(store.preferences, arguments.domain);
 }
 
 void listDomains(const Arguments&) {
@@ -128,14 +123,10 @@ void importDomain(const Arguments& arguments) {
             ? refused("%@: not a property list (byte %d: %@)", arguments.file, problem.position, problem.reason)
             : refused("%@: not a property list with a dictionary at its root", arguments.file);
     Store store;
-    store.requireReadable(arguments.domain);
-    PropertyList old = store.preferences.copyDomain(arguments.domain);
-    for (const PropertyList::Entry& entry : old.entries())
-        if (!content[entry.key.stringValue()])
-            store.preferences.setValue(entry.key.stringValue(), {}, arguments.domain);
-    for (const PropertyList::Entry& entry : content.entries())
-        store.preferences.setValue(entry.key.stringValue(), entry.value, arguments.domain);
-    store.save(arguments.domain);
+    requireReadable(store.preferences, arguments.domain);
+    store.preferences.changeValues([content](MutableDictionary& values) { values = MutableDictionary(content); },
+                                   arguments.domain);
+    save(store.preferences, arguments.domain);
 }
 
 }  // namespace

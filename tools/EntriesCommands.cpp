@@ -1,6 +1,7 @@
 #include "tools/Commands.h"
 
 #include "linux/LinuxMachine.h"
+#include "linux/preferences/DomainWatch.h"
 #include "linux/system/DisplayText.h"
 #include "settings/EntryList.h"
 #include "tools/AbsolutePath.h"
@@ -8,8 +9,15 @@
 #include "tools/Localized.h"
 #include "tools/Output.h"
 #include "tools/Refusal.h"
+#include "tools/StoredDomain.h"
 #include "tools/UsageTexts.h"
 #include "tools/headless/HeadlessPane.h"
+
+#include <poll.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <iterator>
 
 using namespace platform;
 using namespace settings;
@@ -22,23 +30,54 @@ struct Arguments {
     std::string key, value, name, expression;
     std::optional<std::string> keyIfAny;
     std::vector<std::string> paths;
-    bool json = false;
+    bool json = false, watch = false;
 };
 
-// As the pane would show it, repaired, but nothing is stored.
-std::vector<PropertyList> shownEntries() {
-    linux::LinuxStore store;
-    if (!store.preferences.isReadable(kSettingsDomain)) throw refused("the stored settings cannot be read");
-    std::vector<PropertyList> list = mutableArray(store.preferences.copyValue(kEntryListKey, kSettingsDomain));
+std::vector<PropertyList> repaired(const PropertyList& values) {
+    std::vector<PropertyList> list = mutableArray(values[kEntryListKey]);
     while (putGlobalFirst(list)) {
     }
     return list;
 }
 
-void list(const Arguments& arguments) {
-    std::vector<PropertyList> entries = shownEntries();
-    if (arguments.json) return printJson(PropertyList::array(std::move(entries)));
+// False when nobody reads our output any more: there is nothing left to do.
+bool waitForEvents(const linux::Descriptor& events) {
+    pollfd waits[] = {{events.number(), POLLIN, 0}, {STDOUT_FILENO, 0, 0}};
+    while (::poll(waits, std::size(waits), -1) < 0)
+        if (errno != EINTR) return false;
+    return !(waits[1].revents & (POLLERR | POLLHUP));
+}
+
+// As the pane would show it, but nothing is stored.
+std::vector<PropertyList> shownEntries() {
+    linux::LinuxStore store;
+    requireReadable(store.preferences, kSettingsDomain);
+    return repaired(store.preferences.copyDomain(kSettingsDomain));
+}
+
+void printEntries(std::vector<PropertyList> entries, bool json) {
+    if (json) return printJson(PropertyList::array(std::move(entries)));
     print(entryTable(entries));
+}
+
+void list(const Arguments& arguments) {
+    if (!arguments.watch) return printEntries(shownEntries(), arguments.json);
+    linux::LinuxStore store;
+    linux::DomainWatch watch(store.preferences, std::string(kSettingsDomain));
+    if (!watch.events()) throw refused("%@ cannot be watched", linux::displayText(store.preferences.folder()));
+    requireReadable(store.preferences, kSettingsDomain);
+    std::vector<PropertyList> shown = repaired(watch.values());
+    printEntries(shown, arguments.json);
+    while (waitForEvents(watch.events())) {
+        auto outcome = watch.takeIn();
+        if (outcome == linux::DomainWatch::Outcome::Gone)
+            throw refused("%@ has gone", linux::displayText(store.preferences.folder()));
+        std::vector<PropertyList> now = repaired(watch.values());
+        if (!store.preferences.isReadable(kSettingsDomain) || now == shown) continue;
+        shown = std::move(now);
+        if (!arguments.json) printLine("");
+        printEntries(shown, arguments.json);
+    }
 }
 
 PropertyList valueUnder(const PropertyList& entry, const std::string& key) {
@@ -111,8 +150,9 @@ void addEntriesCommands(CLI::App& app) {
         return to;
     };
 
-    entries.add("list", localized("Print the entries"), list)
-        ->add_flag("--json", entries->json, localized("As JSON, with every key"));
+    auto* listing = entries.add("list", localized("Print the entries"), list);
+    listing->add_flag("--json", entries->json, localized("As JSON, with every key"));
+    listing->add_flag("--watch", entries->watch, localized("Print them again at each change, until Ctrl-C"));
     entries.add("add", localized("Add applications"), add)
         ->add_option("PATH", entries->paths, localized("Desktop file or .app folder"))
         ->required();

@@ -7,6 +7,7 @@
 #include "tools/AbsolutePath.h"
 #include "tools/Localized.h"
 #include "tools/Output.h"
+#include "tools/StoredDomain.h"
 #include "tools/headless/HeadlessPane.h"
 
 #include <algorithm>
@@ -22,8 +23,8 @@ struct Arguments {
     bool json = false, hide = false;
 };
 
-PropertyList storedItems(PreferenceService& preferences) {
-    if (!preferences.isReadable(kLoginWindowDomain)) throw refused("the login items cannot be read");
+PropertyList storedItems(linux::DiskPreferences& preferences) {
+    requireReadable(preferences, kLoginWindowDomain);
     return preferences.copyValue(kLoginItemsKey, kLoginWindowDomain);
 }
 
@@ -54,8 +55,7 @@ void list(const Arguments& arguments) {
 
 // The pane's operations tell nobody whether they were stored.
 void requireStored(HeadlessPane& pane) {
-    if (!pane.preferences().synchronize(kLoginWindowDomain))
-        throw refused("the login items could not be written; the log says why");
+    if (!pane.preferences().problem(kLoginWindowDomain).empty()) refuseUnsaved(pane.preferences(), kLoginWindowDomain);
 }
 
 void finish(HeadlessPane& pane) {

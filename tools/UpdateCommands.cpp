@@ -7,6 +7,7 @@
 #include "settings/EntryList.h"
 #include "tools/Localized.h"
 #include "tools/Output.h"
+#include "tools/StoredDomain.h"
 #include "tools/UsageTexts.h"
 
 using namespace platform;
@@ -29,7 +30,8 @@ struct Updates : linux::LinuxMachine {
     std::unique_ptr<Bundle> module;
 
     Updates() {
-        if (!preferences.isReadable(kSettingsDomain)) throw refused("the stored settings cannot be read");
+        preferences.setLongestWait(lockWait());
+        requireReadable(preferences, kSettingsDomain);
         module = TWVCUpdateViewController_V100::findPlinth(services, kSettingsDomain);
     }
     Bundle& requireModule() {
@@ -37,10 +39,6 @@ struct Updates : linux::LinuxMachine {
         return *module;
     }
     PropertyList stored(std::string_view key) { return preferences.copyValue(key, kSettingsDomain); }
-    void save() {
-        if (!preferences.synchronize(kSettingsDomain))
-            throw refused("the settings could not be written; the log says why");
-    }
 };
 
 PropertyList statusOf(Updates& updates, bool fromModule) {
@@ -83,7 +81,7 @@ void check(const Arguments& arguments) {
     FSRef launched;
     OSStatus result = arguments.now ? launchNow(updates, launched)
                                     : twvc::checkForUpdate(updates.services, &module, arguments.fromModule, &launched);
-    updates.save();
+    save(updates.preferences, kSettingsDomain);
     if (result != kNoErr) throw refused("error %d: %@", result, localized(statusText(result)));
     if (!launched.path.empty())
         return printLine(localizedFormat("launched %@", linux::withVisibleControls(launched.path)));
@@ -96,13 +94,13 @@ void check(const Arguments& arguments) {
 void schedule(const Arguments& arguments) {
     Updates updates;
     updates.preferences.setValue(twvc::kCheckForUpdatesKey, arguments.onOrOff == "on", kSettingsDomain);
-    updates.save();
+    save(updates.preferences, kSettingsDomain);
 }
 
 void interval(const Arguments& arguments) {
     Updates updates;
     updates.preferences.setValue(twvc::kCheckIntervalKey, arguments.seconds, kSettingsDomain);
-    updates.save();
+    save(updates.preferences, kSettingsDomain);
 }
 
 }  // namespace

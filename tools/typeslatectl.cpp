@@ -7,10 +7,12 @@
 #include "tools/Localized.h"
 #include "tools/Output.h"
 #include "tools/Refusal.h"
+#include "tools/StoredDomain.h"
 #include "tools/UsageTexts.h"
 
 #include <CLI/CLI.hpp>
 
+#include <chrono>
 #include <clocale>
 #include <csignal>
 #include <cstdio>
@@ -19,6 +21,7 @@ namespace {
 
 constexpr int kRefused = 1;
 constexpr int kUsage = 2;
+constexpr double kLongestWait = 1e6;  // seconds
 
 void complain(std::string_view line) {
     std::fprintf(stderr, "typeslatectl: %s\n", linux::withVisibleControls(line).c_str());
@@ -57,6 +60,14 @@ int main(int argc, char** argv) {
     std::setlocale(LC_MESSAGES, "");  // for the system's own error texts
     CLI::App app(tools::localized("Reads and changes the settings of the Typeslate font-menu module."), "typeslatectl");
     app.require_subcommand(1);
+    app.fallthrough();
+    double seconds = std::chrono::duration<double>(tools::lockWait()).count();
+    app.add_option("--wait", seconds, tools::localized("How long to wait for a program that keeps settings locked"))
+        ->check(tools::secondsWithin(0, kLongestWait))
+        ->type_name("SECONDS");
+    app.parse_complete_callback([&seconds] {
+        tools::lockWait() = std::chrono::duration_cast<linux::LockWait>(std::chrono::duration<double>(seconds));
+    });
     app.set_version_flag("--version", TYPESLATE_VERSION, tools::localized("Show the version and exit"));
     app.failure_message(
         [arguments = std::vector<std::string>(argv, argv + argc)](const CLI::App* parser, const CLI::Error& error) {

@@ -9,7 +9,7 @@ _typeslatectl() {
   for ((i = 1; i < COMP_CWORD; ++i)); do
     word=${COMP_WORDS[i]}
     case "$at $word" in
-      *' --database' | *' --family' | *' --format' | *' --kind' | *' --path') ((++i)) ;;
+      *' --database' | *' --family' | *' --format' | *' --kind' | *' --path' | *' --wait') ((++i)) ;;
       *' -'*) ;;
       ' defaults' | ' defaults read' | ' defaults write' | ' defaults delete' | ' defaults domains' | ' defaults export' | ' defaults import' | ' entries' | ' entries list' | ' entries add' | ' entries add-regex' | ' entries remove' | ' entries set' | ' entries get' | ' catalog' | ' catalog parse' | ' catalog build' | ' catalog show' | ' catalog list' | ' catalog stats' | ' login-items' | ' login-items list' | ' login-items add' | ' login-items remove' | ' login-items check' | ' helper' | ' helper start' | ' helper stop' | ' helper status' | ' update' | ' update status' | ' update check' | ' update schedule' | ' update interval' | ' watch') at+=" $word" ;;
       *) ((++count)) ;;
@@ -17,6 +17,7 @@ _typeslatectl() {
   done
   COMPREPLY=()
   case "$at ${COMP_WORDS[COMP_CWORD - 1]}" in
+    ' --wait') :; return ;;
     ' defaults export --format') _typeslate_compgen -W "binary xml"; return ;;
     ' entries add-regex --kind') _typeslate_compgen -W "0 1 2"; return ;;
     ' catalog parse --database') _typeslate_compgen -f; return ;;
@@ -25,9 +26,9 @@ _typeslatectl() {
   esac
   if [[ ${COMP_WORDS[COMP_CWORD]} == -* ]]; then
     case "$at" in
-      '') _typeslate_compgen -W "--version --help" ;;
+      '') _typeslate_compgen -W "--wait --version --help" ;;
       ' defaults export') _typeslate_compgen -W "--format --help" ;;
-      ' entries list') _typeslate_compgen -W "--json --help" ;;
+      ' entries list') _typeslate_compgen -W "--json --watch --help" ;;
       ' entries add-regex') _typeslate_compgen -W "--kind --help" ;;
       ' catalog parse') _typeslate_compgen -W "--database --help" ;;
       ' catalog list') _typeslate_compgen -W "--family --help" ;;

@@ -7,6 +7,7 @@ complete -c typeslatectl -n 'true; and not __fish_seen_subcommand_from defaults 
 complete -c typeslatectl -n 'true; and not __fish_seen_subcommand_from defaults entries catalog login-items helper update watch' -a helper -d 'Start and stop the helper that takes in changed settings'
 complete -c typeslatectl -n 'true; and not __fish_seen_subcommand_from defaults entries catalog login-items helper update watch' -a update -d 'Read and change the schedule of update checks, and check'
 complete -c typeslatectl -n 'true; and not __fish_seen_subcommand_from defaults entries catalog login-items helper update watch' -a watch -d 'Print each notification and broadcast as a line of JSON'
+complete -c typeslatectl -n 'true; and not __fish_seen_subcommand_from defaults entries catalog login-items helper update watch' -l wait -x -d 'How long to wait for a program that keeps settings locked'
 complete -c typeslatectl -n 'true; and not __fish_seen_subcommand_from defaults entries catalog login-items helper update watch' -l version -d 'Show the version and exit'
 complete -c typeslatectl -n 'true; and not __fish_seen_subcommand_from defaults entries catalog login-items helper update watch' -s h -l help -d 'Show this help and exit'
 complete -c typeslatectl -n '__fish_seen_subcommand_from defaults; and not __fish_seen_subcommand_from read write delete domains export import' -a read -d 'Print a domain, or one key of it, as JSON'
@@ -38,6 +39,7 @@ complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and not __fish
 complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and not __fish_seen_subcommand_from list add add-regex remove set get' -a get -d 'Print an entry, or one value of it, as JSON'
 complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and not __fish_seen_subcommand_from list add add-regex remove set get' -s h -l help -d 'Show this help and exit'
 complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and __fish_seen_subcommand_from list' -l json -d 'As JSON, with every key'
+complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and __fish_seen_subcommand_from list' -l watch -d 'Print them again at each change, until Ctrl-C'
 complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and __fish_seen_subcommand_from list' -s h -l help -d 'Show this help and exit'
 complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and __fish_seen_subcommand_from add' -s h -l help -d 'Show this help and exit'
 complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and __fish_seen_subcommand_from add' -F

@@ -13,6 +13,7 @@ _typeslatectl() {
     'watch:Print each notification and broadcast as a line of JSON'
   )
   _arguments -C \
+    '--wait[How long to wait for a program that keeps settings locked]:SECONDS:{ _message value }' \
     '--version[Show the version and exit]' \
     '-h[Show this help and exit]' \
     '--help[Show this help and exit]' \
@@ -142,6 +143,7 @@ _typeslatectl_entries() {
 _typeslatectl_entries_list() {
   _arguments \
     '--json[As JSON, with every key]' \
+    '--watch[Print them again at each change, until Ctrl-C]' \
     '-h[Show this help and exit]' \
     '--help[Show this help and exit]'
 }

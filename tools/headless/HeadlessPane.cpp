@@ -4,6 +4,7 @@
 #include "settings/EntryList.h"
 #include "tools/EntryListing.h"
 #include "tools/Localized.h"
+#include "tools/StoredDomain.h"
 
 #include <map>
 
@@ -25,7 +26,8 @@ std::unique_ptr<Bundle> openPaneBundle(BundleServices& bundles) {
 }  // namespace
 
 HeadlessPane::HeadlessPane() : bundle_(openPaneBundle(platform_.bundles)), pane_(platform_.forPane(*bundle_)) {
-    if (!platform_.preferences.isReadable(kSettingsDomain)) throw refused("the stored settings cannot be read");
+    platform_.preferences.setLongestWait(lockWait());
+    requireReadable(platform_.preferences, kSettingsDomain);
     TSPreferencePane::initialize(platform_.bundles);
     connectOutlets();
     table_.numberOfRows();  // repairs the list
@@ -99,9 +101,8 @@ void HeadlessPane::setOption(int row, const Option& option, std::int64_t value) 
 }
 
 void HeadlessPane::finish() {
-    if (!platform_.runLoop.isPending()) throw refused("another process has just changed the entry; nothing was done");
-    if (!platform_.preferences.synchronize(kSettingsDomain))
-        throw refused("the settings could not be written; the log says why");
+    if (platform_.host.wasEntryRemoved) throw refused("another program has removed the entry; nothing was done");
+    if (!platform_.runLoop.isPending()) refuseUnsaved(platform_.preferences, kSettingsDomain);
     platform_.runLoop.wait();
     // Asked to end early: what is to be announced goes out now.
     if (platform_.bus && platform_.runLoop.isPending()) pane_.prefsFire();

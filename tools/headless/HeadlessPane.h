@@ -30,13 +30,13 @@ public:
     void removeEntry(int row);
     void setOption(int row, const settings::Option& option, std::int64_t value);
 
-    // Returns when the change is on the disk and announced. Throws Refusal when it could not be stored, or was not made
-    // because another process had changed the entry.
+    // Returns when the change, which is on the disk, is announced. Throws Refusal when it could not be stored, or was
+    // not made because another program had removed the entry.
     void finish();
 
     // Operations that have nothing to do with the list of entries, for which finish() is not due.
     TSPreferencePane& operations() { return pane_; }
-    platform::PreferenceService& preferences() { return platform_.preferences; }
+    linux::DiskPreferences& preferences() { return platform_.preferences; }
     bool areLoginItemsMirrored() const { return !platform_.autostart.hasFailed(); }
 
 private:

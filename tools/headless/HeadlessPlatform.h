@@ -10,6 +10,8 @@ namespace tools {
 class HeadlessHost final : public platform::PaneHost {
 public:
     void replyToShouldUnselect(bool) override {}
+    void entryWasRemoved(std::string_view) override { wasEntryRemoved = true; }
+    bool wasEntryRemoved = false;
 };
 
 // The log says once that there is nobody to tell.
