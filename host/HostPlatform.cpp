@@ -9,6 +9,13 @@ namespace host {
 
 using namespace platform;
 
+namespace {
+
+// A window that does not answer for longer looks dead. The message line says why it waits, and tries again.
+constexpr linux::LockWait kPatience{2'000};
+
+}  // namespace
+
 struct HostPlatform::Parts {
     linux::LinuxMachine machine;
     qt::DBusNotificationCenter notifications{machine.log};
@@ -20,6 +27,7 @@ struct HostPlatform::Parts {
 };
 
 HostPlatform::HostPlatform() : parts_(new Parts) {
+    parts_->machine.preferences.setLongestWait(kPatience);
     parts_->toolkit.setApplicationLister([&applications = parts_->machine.applications] {
         std::vector<qt::ChoosableApplication> choosable;
         for (const linux::ApplicationRecord& application : applications.installedApplications())
@@ -29,7 +37,7 @@ HostPlatform::HostPlatform() : parts_(new Parts) {
 }
 
 // What the pane set without synchronising is kept, as it would be at the end of a session.
-HostPlatform::~HostPlatform() { parts_->machine.preferences.synchronizeChanges(); }
+HostPlatform::~HostPlatform() { saveChanges(); }
 
 Platform HostPlatform::forPane(Bundle& bundle, PaneHost& host) {
     parts_->toolkit.setTexts(&bundle);
@@ -41,5 +49,11 @@ void HostPlatform::setWindow(QWidget* window) { parts_->toolkit.setWindow(window
 BundleServices& HostPlatform::bundles() { return parts_->machine.bundles; }
 
 PreferenceService& HostPlatform::preferences() { return parts_->machine.preferences; }
+
+RunLoop& HostPlatform::runLoop() { return parts_->runLoop; }
+
+InterfaceToolkit& HostPlatform::toolkit() { return parts_->toolkit; }
+
+void HostPlatform::saveChanges() { parts_->machine.preferences.synchronizeChanges(); }
 
 }  // namespace host

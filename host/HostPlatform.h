@@ -13,7 +13,7 @@ namespace host {
 class HostPlatform {
 public:
     HostPlatform();
-    ~HostPlatform();  // what was set and not yet synchronised is written
+    ~HostPlatform();  // saves changes
     HostPlatform(const HostPlatform&) = delete;
 
     // For the pane of this bundle and this host, which outlive the pane, as this object does. The toolkit speaks with
@@ -23,6 +23,10 @@ public:
     void setWindow(QWidget* window);
     platform::BundleServices& bundles();
     platform::PreferenceService& preferences();
+    platform::RunLoop& runLoop();
+    platform::InterfaceToolkit& toolkit();
+    // What was set in the preferences and not yet synchronised is written.
+    void saveChanges();
 
 private:
     struct Parts;

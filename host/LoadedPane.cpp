@@ -1,17 +1,70 @@
 #include "host/LoadedPane.h"
 
+#include "linux/files/Paths.h"
 #include "linux/system/Localized.h"
+#include "qt/controls/MessageLine.h"
+#include "qt/texts/Utf8.h"
 
+#include <QEvent>
+#include <QGuiApplication>
+#include <QLayout>
+#include <QScreen>
+#include <QStyle>
 #include <QVBoxLayout>
 #include <QVariant>
 
+#include <algorithm>
 #include <utility>
 
 namespace host {
 
 using namespace platform;
+using linux::localized;
+
+namespace {
+
+struct ButtonTexts {
+    std::string title, hint;
+};
+
+ButtonTexts textsOf(Message::Button button) {
+    switch (button) {
+        case Message::Button::None:
+            break;
+        case Message::Button::TryAgain:
+            return {localized("Try Again"), localized("Tries at once, instead of within a second")};
+        case Message::Button::ShowInFolder:
+            return {localized("Show in Folder"), localized("Opens the folder that the file is in")};
+    }
+    return {};
+}
+
+}  // namespace
+
+// Hands everything on to the pane, and notes what the user does.
+class LoadedPane::Owner final : public InterfaceOwner {
+public:
+    Owner(PreferencePane& pane, SettingsMessages& messages) : pane_(pane), messages_(messages) {}
+    void setOutlet(std::string_view name, View& object) override { pane_.setOutlet(name, object); }
+    void performAction(std::string_view selector, View& sender) override {
+        messages_.userActed();
+        pane_.performAction(selector, sender);
+    }
+
+private:
+    PreferencePane& pane_;
+    SettingsMessages& messages_;
+};
+
+LoadedPane::LoadedPane(HostPlatform& platform, PaneHost& host, QWidget& page)
+    : platform_(platform), host_(host), page_(page) {
+    connect(qApp, &QGuiApplication::applicationStateChanged, this, [this](Qt::ApplicationState state) {
+        if (state != Qt::ApplicationActive) wasElsewhere_ = true;
+    });
+}
 
 LoadedPane::~LoadedPane() {
+    messages_.reset();
     platform_.setWindow(nullptr);
     if (interface_) interface_->disconnectOwner();
     pane_.reset();
@@ -29,6 +82,8 @@ std::string LoadedPane::load(const std::string& bundlePath) {
             bundle_->localizedString("%@ cannot be loaded: its code is missing, damaged or made for another machine."),
             {bundlePath});
     platform_.setWindow(&page_);
+    messages_ =
+        std::make_unique<SettingsMessages>(platform_.preferences(), platform_.runLoop(), [this] { showMessage(); });
     pane_.reset(factory(platform_.forPane(*bundle_, host_)));
     return loadInterface();
 }
@@ -39,18 +94,26 @@ std::string LoadedPane::loadInterface() {
     if (!file)
         return formatted(bundle_->localizedString("%@ has no interface file \"%@.ui\"."), {bundle_->path(), name});
     std::string error;
-    interface_ = qt::loadInterface(*file, *bundle_, *pane_, error);
+    owner_ = std::make_unique<Owner>(*pane_, *messages_);
+    interface_ = qt::loadInterface(*file, *bundle_, *owner_, error);
     if (!interface_) return error;
     placeInterface();
     pane_->awakeFromNib();
     pane_->mainViewDidLoad();
+    platform_.saveChanges();
     return {};
 }
 
 void LoadedPane::placeInterface() {
     auto* layout = new QVBoxLayout(&page_);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(&root());
+    layout->setSpacing(0);
+    layout->addWidget(&root(), 1);
+    line_ = new qt::MessageLine(
+        page_, qt::toQString(localized("Close this message")), [this] { performButton(); },
+        [this] { messages_->closeCurrent(); });
+    layout->addWidget(line_);
+    page_.installEventFilter(this);
     // The interface file may name the object that has the keyboard at first.
     QString first = root().property("initialFirstResponder").toString();
     if (auto* widget = root().findChild<QWidget*>(first); widget && !first.isEmpty()) widget->setFocus();
@@ -59,7 +122,9 @@ void LoadedPane::placeInterface() {
 View* LoadedPane::view(const std::string& name) const { return interface_ ? interface_->view(name) : nullptr; }
 
 void LoadedPane::select() {
-    if (interface_ && !std::exchange(isSelected_, true)) pane_->willSelect();
+    if (!interface_ || std::exchange(isSelected_, true)) return;
+    pane_->willSelect();
+    showMessage();
 }
 
 // A number that is still being typed counts as entered.
@@ -70,7 +135,54 @@ UnselectReply LoadedPane::askToLeave() {
 }
 
 void LoadedPane::unselect() {
-    if (std::exchange(isSelected_, false)) pane_->willUnselect();
+    if (!std::exchange(isSelected_, false)) return;
+    pane_->willUnselect();
+    showMessage();
+}
+
+void LoadedPane::entryWasRemoved(std::string_view name) { messages_->entryWasRemoved(name); }
+
+// A page that nobody looks at has no message either: a window keeps the size in mind that it has without.
+void LoadedPane::showMessage() {
+    if (!line_) return;
+    if (const Message* message = isSelected_ ? messages_->current() : nullptr) {
+        // In line with the pane, which stands in the margins that this page has.
+        QMargins margins = root().layout() ? root().layout()->contentsMargins() : QMargins();
+        margins.setTop(margins.bottom() > 0 ? 0 : page_.style()->pixelMetric(QStyle::PM_LayoutVerticalSpacing));
+        line_->setContentsMargins(margins);
+        const ButtonTexts texts = textsOf(message->button);
+        const bool isWarning = message->tone == Message::Tone::Warning;
+        line_->say(isWarning ? qt::MessageLine::Tone::Warning : qt::MessageLine::Tone::Information,
+                   qt::toQString(message->text), {qt::toQString(texts.title), qt::toQString(texts.hint)});
+    } else {
+        line_->sayNothing();
+    }
+    makeRoomForMessage();
+}
+
+void LoadedPane::performButton() {
+    const Message* message = messages_->current();
+    if (!message) return;
+    if (message->button == Message::Button::TryAgain) return messages_->tryAgain();
+    platform_.toolkit().openFile(linux::folderOf(message->path));
+}
+
+void LoadedPane::makeRoomForMessage() {
+    constexpr auto kFixed = Qt::WindowMaximized | Qt::WindowFullScreen;
+    if (!page_.isWindow() || !page_.isVisible() || (page_.windowState() & kFixed)) return;
+    page_.layout()->activate();
+    const int wanted = line_->isHidden() ? 0 : line_->heightForWidth(page_.width());
+    const int below = page_.screen()->availableGeometry().bottom() - page_.frameGeometry().bottom();
+    const int growth = std::min(wanted - roomMade_, std::max(0, below));
+    page_.resize(page_.width(), page_.height() + growth);
+    roomMade_ += growth;
+}
+
+// The window's own sheets make it active again too when they end, and then nobody was elsewhere.
+bool LoadedPane::eventFilter(QObject*, QEvent* event) {
+    if (event->type() == QEvent::WindowActivate && isSelected_ && std::exchange(wasElsewhere_, false))
+        pane_->hostDidBecomeActive();
+    return false;
 }
 
 }  // namespace host

@@ -21,9 +21,10 @@ std::string PaneWindow::load(const std::string& bundlePath) {
 
 // What the pane shows only now, such as a warning, has its place too, unless the user chose the size.
 void PaneWindow::showEvent(QShowEvent* event) {
+    const bool isOwnSize = size() == ownSize_;
     pane_.select();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
-    if (size() == ownSize_) resize(size().expandedTo(sizeHint()).boundedTo(screen()->availableSize()));
+    if (isOwnSize) resize(size().expandedTo(sizeHint()).boundedTo(screen()->availableSize()));
     QWidget::showEvent(event);
 }
 

@@ -18,6 +18,7 @@ public:
     platform::View* view(const std::string& name) const { return pane_.view(name); }
 
     void replyToShouldUnselect(bool mayUnselect) override;
+    void entryWasRemoved(std::string_view name) override { pane_.entryWasRemoved(name); }
 
 private:
     void showEvent(QShowEvent* event) override;

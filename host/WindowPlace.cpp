@@ -19,7 +19,8 @@ WindowPlace::WindowPlace(QWidget& window, platform::PreferenceService& preferenc
 }
 
 bool WindowPlace::eventFilter(QObject* object, QEvent* event) {
-    if (event->type() == QEvent::Close) {
+    // Minimising hides it too, in the eyes of some.
+    if (event->type() == QEvent::Hide && !event->spontaneous()) {
         const QByteArray place = window_.saveGeometry();
         preferences_.setValue(key_, PropertyList::data({place.data(), static_cast<std::size_t>(place.size())}),
                               domain_);

@@ -22,6 +22,7 @@ public:
     void retire();
 
     void replyToShouldUnselect(bool mayUnselect) override;
+    void entryWasRemoved(std::string_view name) override { pane_.entryWasRemoved(name); }
     // An area that scrolls would take the height that suits the pane best for the least that it needs.
     bool hasHeightForWidth() const override { return false; }
 

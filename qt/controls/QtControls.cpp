@@ -95,6 +95,12 @@ void QtSpinBox::setIntegerValue(std::int64_t number) {
     widget_.setValue(clampedTo(number, widget_));
 }
 
+// The number that was told of last is the box's value; what is being typed is only in its text.
+bool QtSpinBox::isBeingEdited() const {
+    bool isNumber = false;
+    return widget_.locale().toInt(widget_.cleanText(), &isNumber) != widget_.value() || !isNumber;
+}
+
 void QtPopUpButton::selectItem(int index) {
     if (index < 0 || index >= widget_.count()) return;
     QSignalBlocker quiet(widget_);

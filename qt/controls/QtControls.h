@@ -70,6 +70,7 @@ public:
     std::int64_t integerValue() const override { return widget_.value(); }
     void setStringValue(std::string_view text, platform::TextTone tone) override;  // what is no number counts as 0
     void setIntegerValue(std::int64_t number) override;
+    bool isBeingEdited() const override;
 };
 
 // The dynamic property "itemTags" is the list of the items' tags; an item without one has the tag 0.

@@ -87,12 +87,16 @@ int QtTableView::selectedRow() const {
     return rows.isEmpty() ? -1 : rows.first().row();
 }
 
+// The view scrolls to a row that becomes the current one; whoever looks at others keeps them.
 void QtTableView::selectRow(int row) {
     loadRowsIfNeeded();
+    widget_.setAutoScroll(false);
     if (row >= 0 && row < model_.rowCount())
-        widget_.selectRow(row);
+        widget_.selectionModel()->setCurrentIndex(model_.index(row, 0),
+                                                  QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
     else if (row < 0)
         widget_.clearSelection();
+    widget_.setAutoScroll(true);
 }
 
 void QtTableView::scrollRowToVisible(int row) {

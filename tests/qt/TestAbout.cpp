@@ -22,6 +22,7 @@ struct About : PaneHost {
         settle();
     }
     void replyToShouldUnselect(bool may) override { mayLeave = may; }
+    void entryWasRemoved(std::string_view) override {}
     template <typename Widget>
     Widget& find(const char* name) {
         return *qobject_cast<Widget*>(qt::widgetOf(pane.view(name)));

@@ -139,7 +139,8 @@ struct Stage : SampleInterface, TableDataSource {
         std::map<std::string, std::string> all;
         for (auto& [name, view] : owner.outlets) {
             all[name] = formatted("\"%@\" %d", {view->title(), view->integerValue()});
-            if (TextField* field = view->asTextField()) all[name] += " text \"" + field->stringValue() + "\"";
+            if (TextField* field = view->asTextField())
+                all[name] += " text \"" + field->stringValue() + "\"" + (field->isBeingEdited() ? " edited" : "");
             if (PopUpButton* menu = view->asPopUpButton()) all[name] += " item " + std::to_string(menu->selectedRow());
             if (!view->isEnabled()) all[name] += " off";
             if (view->isHidden()) all[name] += " hidden";
@@ -186,6 +187,14 @@ TEST(OnlyRowsOnScreenAreAsked) {
         settle();
         CHECK(stage.asked.contains(4999) && stage.asked.size() < 30);
     }
+    // Whoever looks at other rows keeps them, whatever comes and goes and is selected meanwhile.
+    stage.table.scrollRowToVisible(2000);
+    stage.rows = 4000;
+    stage.table.reloadData();
+    stage.table.selectRow(3);
+    stage.asked.clear();
+    settle();
+    CHECK(stage.asked.contains(2000) && !stage.asked.contains(3));
 }
 
 TEST(NamedObjectsReachTheOwnerAndMenusTellTheirItems) {

@@ -3,6 +3,8 @@
 #include "host/PaneWindow.h"
 #include "host/WindowPlace.h"
 #include "host/kcm/PanePage.h"
+#include "linux/preferences/DiskPreferences.h"
+#include "qt/messages/DBusNotificationCenter.h"
 #include "tests/qt/QtTest.h"
 #include "tests/support/FakePlatform.h"
 
@@ -10,14 +12,21 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QDialog>
+#include <QElapsedTimer>
+#include <QFrame>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QScreen>
 #include <QSpinBox>
 #include <QTabWidget>
+#include <QTableView>
 #include <QTimer>
 #include <QtEndian>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <set>
@@ -193,6 +202,88 @@ TEST(APageThatIsTakenAwayWaitsBehindItsSheet) {
     });
     QApplication::exec();
     CHECK(QApplication::windowIcon().isNull());
+}
+
+TEST(WhatOthersTellOfIsShownAndAStormOfItCostsLittle) {
+    Opened opened;
+    auto& table = in<QTableView>(opened.window, "exTableView");
+    int before = table.model()->rowCount(), looks = 0;
+    check::RecordingLog log;
+    linux::DiskPreferences others(opened.home / ".config/preferences", log);
+    auto addEntry = [](MutableDictionary& values) {
+        auto list = mutableArray(values["TheExcList"]);
+        list.push_back(PropertyList::dictionary({{"Type", "RegEx"}, {"Name", "Wine"}, {"Data", "^wine"}}));
+        values.set("TheExcList", PropertyList::array(std::move(list)));
+    };
+    others.changeValues(addEntry, kDomain);
+    REQUIRE(others.synchronize(kDomain));
+    qt::DBusNotificationCenter center(log);
+    bool isOver = false;
+    auto end = center.addObserver(kDomain, "end", [&](const Notification&) { isOver = true; });
+    auto counting = opened.platform.preferences().observe([&](const PreferenceReport&) { ++looks; });
+    constexpr int kStorm = 1000;
+    for (int i = 0; i < kStorm; ++i) center.post(kDomain, "PrefsChanged", {}, true);
+    center.post(kDomain, "end", {}, true);
+    REQUIRE(waitFor([&] { return isOver && table.model()->rowCount() == before + 1; }));
+    CHECK(looks > 0 && looks < kStorm / 5);
+    CHECK_EQ(table.selectionModel()->selectedRows().value(0).row(), 0);
+}
+
+TEST(WhatIsNotSavedIsSaidBelowThePaneUntilItIs) {
+    Home home;
+    const std::string folder = home.home / ".config/preferences",
+                      lockFile = folder + "/.com.tarnwick.typeslate.plist.lock";
+    REQUIRE(check::writeFile(lockFile, {}));
+    const int lock = open(lockFile.c_str(), O_RDWR | O_CLOEXEC);
+    REQUIRE(flock(lock, LOCK_EX) == 0);
+    host::PaneWindow window(home.platform);
+    home.platform.preferences().setValue("early", 1, "others");
+    QElapsedTimer opening;
+    opening.start();
+    REQUIRE(window.load(kBundle).empty());
+    CHECK(opening.elapsed() < linux::DiskPreferences::kPatience.count() / 2);
+    host::WindowPlace place(window, home.platform.preferences(), "d", "k");
+    auto& line = in<QFrame>(window, "messageLine");
+    const QSize own = window.size();
+    window.show();
+    settle();
+    CHECK(line.isVisible() && window.size() == own + QSize(0, line.height()));
+    QAccessibleInterface& alert = *QAccessible::queryAccessibleInterface(&line);
+    CHECK(alert.role() == QAccessible::AlertMessage);
+    CHECK(alert.text(QAccessible::Name).endsWith(QStringLiteral("keeps the file locked.")));
+    checkPage(window);
+    close(lock);
+    REQUIRE(waitFor([&] { return line.isHidden(); }));
+    CHECK(window.size() == own);
+    const int least = window.minimumSizeHint().width();
+    check::RecordingLog log;
+    linux::DiskPreferences others(folder, log);
+    CHECK(others.copyValue("TheExcList", kDomain).size() > 0 && others.copyValue("early", "others"));
+
+    auto removeLongName = [&] { window.entryWasRemoved(std::string(5000, 'W')); };
+    removeLongName();
+    CHECK(window.minimumSizeHint().width() == least && window.width() == own.width());
+    CHECK(window.height() > own.height() && line.height() < 6 * line.fontMetrics().height());
+    in<QAbstractButton>(window, "messageClose").setFocus();
+    QTest::keyClick(window.focusWidget(), Qt::Key_Space);
+    CHECK(line.isHidden() && window.focusWidget()->isVisible());
+    removeLongName();
+    in<QCheckBox>(window, "perAppEnabled").click();
+    CHECK(line.isHidden());
+
+    others.setValue("theirs", 1, kDomain);
+    CHECK(others.synchronize(kDomain));
+    for (bool wasElsewhere : {false, true}) {  // and not only in a sheet of the window
+        if (wasElsewhere) Q_EMIT qApp->applicationStateChanged(Qt::ApplicationInactive);
+        QEvent activation(QEvent::WindowActivate);
+        QCoreApplication::sendEvent(&window, &activation);
+        CHECK_EQ(home.platform.preferences().copyValue("theirs", kDomain).integerValue(), wasElsewhere ? 1 : 0);
+    }
+    removeLongName();
+    window.close();
+    QWidget next;
+    host::WindowPlace(next, home.platform.preferences(), "d", "k");
+    CHECK(next.size() == own);
 }
 
 TEST(AWindowKeepsItsPlaceOnTheScreenThatThereIs) {

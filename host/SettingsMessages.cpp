@@ -1,0 +1,154 @@
+#include "host/SettingsMessages.h"
+
+#include "linux/system/Localized.h"
+#include "platform/LoginItems.h"
+#include "settings/EntryList.h"
+
+#include <algorithm>
+#include <iterator>
+#include <vector>
+
+namespace host {
+
+using namespace platform;
+using linux::localized;
+using linux::localizedFormat;
+using Kind = PreferenceReport::Kind;
+using Cause = PreferenceReport::Cause;
+
+namespace {
+
+bool isLoginItems(const PreferenceReport& report) { return report.domain == kLoginWindowDomain; }
+bool isSettings(const PreferenceReport& report) { return report.domain == settings::kSettingsDomain; }
+
+std::string whyNot(const PreferenceReport& report) {
+    switch (report.cause) {
+        case Cause::DiskFull:
+            return localized("The disk is full.");
+        case Cause::ReadOnly:
+            return localizedFormat("%@ is on a disk that can only be read.", report.path);
+        case Cause::NoPermission:
+            return localizedFormat("You do not have permission for %@.", report.path);
+        case Cause::Held:
+            return report.holder.empty()
+                       ? localized("Another program keeps the file locked.")
+                       : localizedFormat("%@ (process %d) keeps the file locked.", report.holder, report.holderProcess);
+        case Cause::Other:
+            break;
+    }
+    return localizedFormat("The system says: %@", report.detail);
+}
+
+std::string notSaved(const PreferenceReport& report) {
+    std::string what = isSettings(report)     ? localized("Your changes are not saved yet.")
+                       : isLoginItems(report) ? localized("The changed login items are not saved yet.")
+                                              : localizedFormat("%@ is not saved yet.", report.domain);
+    return localizedFormat("%@ %@", what, whyNot(report));
+}
+
+std::string unreadable(const PreferenceReport& report) {
+    std::string what = isLoginItems(report) ? localized("The stored login items cannot be read.")
+                                            : localized("The stored settings cannot be read.");
+    return localizedFormat("%@ %@", what, whyNot(report));
+}
+
+std::string movedAside(const PreferenceReport& report) {
+    return isLoginItems(report)
+               ? localizedFormat("The list of login items was damaged and starts empty. The old file is now %@.",
+                                 report.path)
+               : localizedFormat("The settings were damaged and start anew. The old file is now %@.", report.path);
+}
+
+std::string entryRemoved(const PreferenceReport& report) {
+    return localizedFormat("Another program has removed “%@”. Nothing was changed.", report.detail);
+}
+
+}  // namespace
+
+struct SettingsMessages::Matter {
+    Kind kind;
+    bool waits;        // for a synchronize, which ends it
+    bool ofAnyDomain;  // else of the settings and the login items only
+    Message::Tone tone;
+    Message::Button button;
+    std::string (*text)(const PreferenceReport& report);
+};
+
+// What stands further up is shown first. The last one comes from the pane and of no domain; its detail is the name.
+const SettingsMessages::Matter SettingsMessages::kMatters[] = {
+    {Kind::NotSaved, true, true, Message::Tone::Warning, Message::Button::TryAgain, notSaved},
+    {Kind::Unreadable, true, false, Message::Tone::Warning, Message::Button::TryAgain, unreadable},
+    {Kind::MovedAside, false, false, Message::Tone::Warning, Message::Button::ShowInFolder, movedAside},
+    {Kind::Synchronized, false, true, Message::Tone::Information, Message::Button::None, entryRemoved},
+};
+
+SettingsMessages::SettingsMessages(PreferenceService& preferences, RunLoop& runLoop, std::function<void()> hasChanged)
+    : preferences_(preferences),
+      runLoop_(runLoop),
+      hasChanged_(std::move(hasChanged)),
+      observation_(preferences.observe([this](const PreferenceReport& report) { hear(report); })) {}
+
+SettingsMessages::~SettingsMessages() = default;
+
+const Message* SettingsMessages::current() const {
+    for (const auto& [place, notice] : notices_)
+        if (!notice.isClosed) return &notice.message;
+    return nullptr;
+}
+
+void SettingsMessages::hear(const PreferenceReport& report) {
+    bool endsWaiting = report.kind != Kind::MovedAside;  // which comes on the way to a synchronize's end
+    for (const Matter& matter : kMatters)
+        if (endsWaiting && matter.waits && matter.kind != report.kind) notices_.erase({&matter, report.domain});
+    if (report.kind != Kind::Synchronized) put(*std::ranges::find(kMatters, report.kind, &Matter::kind), report);
+    tell();
+}
+
+void SettingsMessages::put(const Matter& matter, const PreferenceReport& report) {
+    if (!matter.ofAnyDomain && !isSettings(report) && !isLoginItems(report)) return;
+    Notice& notice = notices_[{&matter, report.domain}];
+    if (!isRetrying_ || notice.cause != report.cause) notice.isClosed = false;
+    notice.cause = report.cause;
+    notice.message = {matter.tone, matter.button, matter.text(report), report.path};
+}
+
+bool SettingsMessages::waits() const {
+    return std::ranges::any_of(notices_, [](const auto& each) { return each.first.first->waits; });
+}
+
+void SettingsMessages::tell() {
+    if (!waits())
+        retryTimer_.reset();
+    else if (!retryTimer_)
+        retryTimer_ = runLoop_.scheduleTimer(kRetryPause, true, [this] { tryAgain(); });
+    hasChanged_();
+}
+
+void SettingsMessages::entryWasRemoved(std::string_view name) {
+    put(*std::prev(std::end(kMatters)), {.domain = {}, .detail = std::string(name)});
+    tell();
+}
+
+void SettingsMessages::userActed() {
+    if (notices_.erase({std::prev(std::end(kMatters)), {}})) tell();
+}
+
+// Each synchronize reports how it ended, and so changes the list.
+void SettingsMessages::tryAgain() {
+    std::vector<std::string> domains;
+    for (const auto& [place, notice] : notices_)
+        if (place.first->waits) domains.push_back(place.second);
+    isRetrying_ = true;
+    for (const std::string& domain : domains) preferences_.synchronize(domain);
+    isRetrying_ = false;
+}
+
+void SettingsMessages::closeCurrent() {
+    auto shown = std::ranges::find_if(notices_, [](const auto& each) { return !each.second.isClosed; });
+    if (shown == notices_.end()) return;
+    shown->second.isClosed = true;
+    if (!shown->first.first->waits) notices_.erase(shown);
+    tell();
+}
+
+}  // namespace host
