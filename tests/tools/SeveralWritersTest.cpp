@@ -7,16 +7,17 @@
 #include "tools/Refusal.h"
 #include "tools/headless/HeadlessPane.h"
 
-#include <poll.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <csignal>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <iostream>
 #include <map>
+#include <memory>
 #include <random>
 #include <set>
 
@@ -131,48 +132,15 @@ private:
     }
 };
 
-struct Running {
-    pid_t process = -1;
-    int pipe = -1;
-    std::string rest;  // of a line that is not whole yet
-};
-
-void start(Running& writer, int number, unsigned seed) {
-    int ends[2];
-    REQUIRE(::pipe(ends) == 0);
-    writer.rest.clear();
-    writer.pipe = ends[0];
-    writer.process = ::fork();
-    if (writer.process != 0) {
-        ::close(ends[1]);
-        return;
-    }
+pid_t start(int number, unsigned seed, int pipe) {
+    pid_t process = ::fork();
+    if (process != 0) return process;
     try {
-        Writer(number, seed).run(ends[1]);
+        Writer(number, seed).run(pipe);
     } catch (const tools::Refusal& refused) {
         for (const std::string& line : refused.lines) std::cerr << line << '\n';
     }
     _exit(1);
-}
-
-// False when the writer has ended.
-bool listen(Running& writer, Model& model) {
-    char buffer[4096];
-    ssize_t size = ::read(writer.pipe, buffer, sizeof buffer);
-    if (size <= 0) return false;
-    writer.rest.append(buffer, static_cast<std::size_t>(size));
-    for (std::size_t end; (end = writer.rest.find('\n')) != std::string::npos; writer.rest.erase(0, end + 1))
-        model.hear(writer.rest.substr(0, end));
-    return true;
-}
-
-void stop(Running& writer, Model& model) {
-    CHECK(::kill(writer.process, SIGKILL) == 0);
-    while (listen(writer, model)) {
-    }
-    int status = 0;
-    CHECK(::waitpid(writer.process, &status, 0) == writer.process && WIFSIGNALED(status));
-    ::close(writer.pipe);
 }
 
 pid_t openWindow() {
@@ -184,9 +152,10 @@ pid_t openWindow() {
     return process;
 }
 
-void close(pid_t window, int signal) {
+// It is to be there still.
+void stop(pid_t process, int signal) {
     int status = 0;
-    CHECK(::kill(window, signal) == 0 && ::waitpid(window, &status, 0) == window);
+    CHECK(::kill(process, signal) == 0 && ::waitpid(process, &status, 0) == process && !WIFEXITED(status));
 }
 
 std::map<std::string, int> stored() {
@@ -217,27 +186,29 @@ TEST(NothingThatWasSaidToBeDoneIsLost) {
     Home home;
     std::minstd_rand random(7);
     Model model;
-    Running writers[kWriters];
-    for (int number = 0; number < kWriters; ++number) start(writers[number], number, random());
+    int ends[2];  // all writers share the pipe: a line is written in one piece
+    REQUIRE(::pipe(ends) == 0);
+    std::unique_ptr<FILE, int (*)(FILE*)> said(::fdopen(ends[0], "r"), std::fclose);
+    pid_t writers[kWriters];
+    for (int number = 0; number < kWriters; ++number) writers[number] = start(number, random(), ends[1]);
     bool hasWindow = ::access(kWindow, X_OK) == 0;
     pid_t window = hasWindow ? openWindow() : -1;
-    for (int kills = 0; model.acknowledged < wanted;) {
-        pollfd waits[kWriters];
-        for (int number = 0; number < kWriters; ++number) waits[number] = {writers[number].pipe, POLLIN, 0};
-        REQUIRE(::poll(waits, kWriters, 60'000) > 0);
-        for (int number = 0; number < kWriters; ++number)
-            if (waits[number].revents) REQUIRE(listen(writers[number], model));
+    char line[100];
+    for (int kills = 0; model.acknowledged < wanted && std::fgets(line, sizeof line, said.get());) {
+        model.hear(line);
         if (model.acknowledged / kChangesForAKill <= kills) continue;
         ++kills;
         int victim = static_cast<int>(random() % kWriters);
-        stop(writers[victim], model);
-        start(writers[victim], victim, random());
+        stop(writers[victim], SIGKILL);
+        writers[victim] = start(victim, random(), ends[1]);
         if (!hasWindow || kills % 8) continue;
-        close(window, SIGKILL);
+        stop(window, SIGKILL);
         window = openWindow();
     }
-    for (Running& writer : writers) stop(writer, model);
-    if (hasWindow) close(window, SIGTERM);
+    for (pid_t writer : writers) stop(writer, SIGKILL);
+    if (hasWindow) stop(window, SIGKILL);
+    ::close(ends[1]);
+    while (std::fgets(line, sizeof line, said.get())) model.hear(line);
 
     std::map<std::string, int> found = stored();
     int lost = 0;
