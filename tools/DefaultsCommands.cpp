@@ -33,6 +33,7 @@ struct Arguments {
     std::string domain, key, json, file;
     std::optional<std::string> keyIfAny;  // an empty key is a key
     std::string format = kBinary;
+    bool endsWithNull = false;
 };
 
 struct Store : linux::LinuxStore {
@@ -91,11 +92,11 @@ void remove(const Arguments& arguments) {
     save(store.preferences, arguments.domain);
 }
 
-void listDomains(const Arguments&) {
+void listDomains(const Arguments& arguments) {
     Store store;
     const auto domains = store.preferences.domains();
     if (!domains) throw refused("the domains in %@ cannot be listed; the log says why", store.preferences.folder());
-    for (const std::string& domain : *domains) printLine(domain);
+    for (const std::string& domain : *domains) print(domain + (arguments.endsWithNull ? '\0' : '\n'));
 }
 
 // Also by a path: /dev/stdout, for which a file that it was sent to must not be replaced.
@@ -155,7 +156,9 @@ void addDefaultsCommands(CLI::App& app) {
     writing->add_option("JSON", defaults->json, localized("Value as JSON, - for standard input"))->required();
     takeDomain(defaults.add("delete", localized("Remove a key, or every key of a domain"), remove))
         ->add_option("KEY", defaults->keyIfAny, localized("Key; without one all of them"));
-    defaults.add("domains", localized("List the stored domains"), listDomains);
+    defaults.add("domains", localized("List the stored domains"), listDomains)
+        ->add_flag("--null", defaults->endsWithNull,
+                   localized("End each name with a zero byte, not with a line's end"));
     takeFormat(takeFile(
         takeDomain(defaults.add("export", localized("Write a domain into a property-list file"), exportDomain)),
         localized("File to write, - for standard output")));

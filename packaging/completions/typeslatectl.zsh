@@ -67,7 +67,7 @@ _typeslatectl_defaults_read() {
   _arguments \
     '-h[Show this help and exit]' \
     '--help[Show this help and exit]' \
-    ':DOMAIN:{ compadd -- $(typeslatectl defaults domains 2>/dev/null) }' \
+    ':DOMAIN:{ compadd -- ${(0)"$(typeslatectl defaults domains --null 2>/dev/null)"} }' \
     ':KEY:{ _message value }'
 }
 
@@ -75,7 +75,7 @@ _typeslatectl_defaults_write() {
   _arguments \
     '-h[Show this help and exit]' \
     '--help[Show this help and exit]' \
-    ':DOMAIN:{ compadd -- $(typeslatectl defaults domains 2>/dev/null) }' \
+    ':DOMAIN:{ compadd -- ${(0)"$(typeslatectl defaults domains --null 2>/dev/null)"} }' \
     ':KEY:{ _message value }' \
     ':JSON:{ _message value }'
 }
@@ -84,12 +84,13 @@ _typeslatectl_defaults_delete() {
   _arguments \
     '-h[Show this help and exit]' \
     '--help[Show this help and exit]' \
-    ':DOMAIN:{ compadd -- $(typeslatectl defaults domains 2>/dev/null) }' \
+    ':DOMAIN:{ compadd -- ${(0)"$(typeslatectl defaults domains --null 2>/dev/null)"} }' \
     ':KEY:{ _message value }'
 }
 
 _typeslatectl_defaults_domains() {
   _arguments \
+    '--null[End each name with a zero byte, not with a line'\''s end]' \
     '-h[Show this help and exit]' \
     '--help[Show this help and exit]'
 }
@@ -99,7 +100,7 @@ _typeslatectl_defaults_export() {
     '--format[binary (default) or xml]:FORMAT:{ compadd -- binary xml }' \
     '-h[Show this help and exit]' \
     '--help[Show this help and exit]' \
-    ':DOMAIN:{ compadd -- $(typeslatectl defaults domains 2>/dev/null) }' \
+    ':DOMAIN:{ compadd -- ${(0)"$(typeslatectl defaults domains --null 2>/dev/null)"} }' \
     ':FILE:{ _files }'
 }
 
@@ -107,7 +108,7 @@ _typeslatectl_defaults_import() {
   _arguments \
     '-h[Show this help and exit]' \
     '--help[Show this help and exit]' \
-    ':DOMAIN:{ compadd -- $(typeslatectl defaults domains 2>/dev/null) }' \
+    ':DOMAIN:{ compadd -- ${(0)"$(typeslatectl defaults domains --null 2>/dev/null)"} }' \
     ':FILE:{ _files }'
 }
 
@@ -168,14 +169,14 @@ _typeslatectl_entries_remove() {
   _arguments \
     '-h[Show this help and exit]' \
     '--help[Show this help and exit]' \
-    ':INDEX:{ compadd -- $(typeslatectl entries list 2>/dev/null | sed -n '\''s/^ *\([0-9][0-9]*\).*/\1/p'\'') }'
+    ':INDEX:{ compadd -- ${(0)"$(typeslatectl entries list 2>/dev/null | sed -n '\''s/^\([0-9][0-9]*\) .*/\1/p'\'' | tr '\''\n'\'' '\''\0'\'')"} }'
 }
 
 _typeslatectl_entries_set() {
   _arguments \
     '-h[Show this help and exit]' \
     '--help[Show this help and exit]' \
-    ':INDEX:{ compadd -- $(typeslatectl entries list 2>/dev/null | sed -n '\''s/^ *\([0-9][0-9]*\).*/\1/p'\'') }' \
+    ':INDEX:{ compadd -- ${(0)"$(typeslatectl entries list 2>/dev/null | sed -n '\''s/^\([0-9][0-9]*\) .*/\1/p'\'' | tr '\''\n'\'' '\''\0'\'')"} }' \
     ':KEY:{ compadd -- Enabled CheckMenuItems ShowFontInFace DupeHandling ShowSets ChangeSize FontSize ShowIcons HierarchicalMenu AllFontsGroup ScriptSort IncludeFAPSets IncludeFEXSets IncludeSuitcaseSets GenerateInactivePreview ModifyFontPanel }' \
     ':VALUE:{ _message value }'
 }
@@ -184,7 +185,7 @@ _typeslatectl_entries_get() {
   _arguments \
     '-h[Show this help and exit]' \
     '--help[Show this help and exit]' \
-    ':INDEX:{ compadd -- $(typeslatectl entries list 2>/dev/null | sed -n '\''s/^ *\([0-9][0-9]*\).*/\1/p'\'') }' \
+    ':INDEX:{ compadd -- ${(0)"$(typeslatectl entries list 2>/dev/null | sed -n '\''s/^\([0-9][0-9]*\) .*/\1/p'\'' | tr '\''\n'\'' '\''\0'\'')"} }' \
     ':KEY:{ _message value }'
 }
 
