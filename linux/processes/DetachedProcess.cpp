@@ -29,7 +29,7 @@ void resetSignals() {
 [[noreturn]] void becomeProgram(char* const* arguments, int reply) {
     resetSignals();
     if (int nothing = open("/dev/null", O_RDWR); nothing >= 0)
-        for (int stream : {STDIN_FILENO, STDOUT_FILENO}) dup2(nothing, stream);
+        for (int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) dup2(nothing, stream);
     close_range(STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC);
     // The search on PATH would hand a file that is no program to a shell.
     if (std::strchr(arguments[0], '/'))

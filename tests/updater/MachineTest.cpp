@@ -125,7 +125,8 @@ TEST(AnUpdaterGetsThePathAndIsNobodysChild) {
     const std::string fifo = updater.folder / "answer";
     REQUIRE(::mkfifo(fifo.c_str(), 0600) == 0);
     updater.write(
-        "#!/bin/sh\nstate=$(readlink /proc/$$/fd/0 /proc/$$/fd/1 /proc/$$/fd/9; grep SigIgn /proc/$$/status)\n"
+        "#!/bin/sh\nstate=$(readlink /proc/$$/fd/0 /proc/$$/fd/1 /proc/$$/fd/2 /proc/$$/fd/9; grep SigIgn "
+        "/proc/$$/status)\n"
         "printf '%s|%s|%s|%s' \"$#\" \"$1\" \"$(cut -d' ' -f6 /proc/$$/stat)\" \"$state\" > '" +
         fifo + "'\n");
     std::signal(SIGUSR1, SIG_IGN);
@@ -141,7 +142,7 @@ TEST(AnUpdaterGetsThePathAndIsNobodysChild) {
         CHECK_EQ(updater.launch(argument), kNoErr);
         const std::string answer = check::readFile(fifo), session = "|" + std::to_string(::getsid(0)) + "|";
         CHECK(answer.starts_with("1|" + argument + "|") && answer.find(session) == answer.npos);
-        CHECK(answer.ends_with("|/dev/null\n/dev/null\nSigIgn:\t0000000000000000"));
+        CHECK(answer.ends_with("|/dev/null\n/dev/null\n/dev/null\nSigIgn:\t0000000000000000"));
         CHECK(hasNoChild());
         std::signal(SIGCHLD, old);
     }
