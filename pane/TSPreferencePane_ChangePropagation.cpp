@@ -46,9 +46,10 @@ bool TSPreferencePane::save() {
 }
 
 bool TSPreferencePane::commit(std::function<void(List&)> change, const std::function<void()>& showAnew) {
-    bool isSaved = changeList(std::move(change)) && save();
+    bool isChanged = changeList(std::move(change));
+    bool isSaved = isChanged && save();
     showAnew();
-    announce(kBroadcastSoon | kPost, isSaved);
+    announce(isChanged ? kBroadcastSoon | kPost : 0u, isSaved);
     return isSaved;
 }
 

@@ -13,11 +13,14 @@ PropertyList storedItems(PreferenceService& preferences) {
     return preferences.copyValue(kLoginItemsKey, kLoginWindowDomain);
 }
 
-// The function is a PreferenceChange of the items. While they cannot be read they are unknown, not none.
+// The function is a PreferenceChange of the items. While they cannot be read they are unknown, not none, and a value that
+// is no array is somebody else's, and stays.
 void changeItems(PreferenceService& preferences, std::function<void(std::vector<PropertyList>&)> change) {
     if (!preferences.isReadable(kLoginWindowDomain)) return;
     auto changeValues = [change = std::move(change)](MutableDictionary& values) {
-        std::vector<PropertyList> items = mutableArray(values[kLoginItemsKey]);
+        const PropertyList& stored = values[kLoginItemsKey];
+        if (stored && !stored.isArray()) return;
+        std::vector<PropertyList> items = mutableArray(stored);
         change(items);
         values.set(kLoginItemsKey, PropertyList::array(std::move(items)));
     };

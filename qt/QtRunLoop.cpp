@@ -1,4 +1,5 @@
 #include "qt/QtRunLoop.h"
+
 #include "propertylist/Date.h"
 
 #include <QTimer>
@@ -6,6 +7,7 @@
 #include <algorithm>
 #include <chrono>
 #include <climits>
+#include <cstdlib>
 
 namespace qt {
 
@@ -15,9 +17,15 @@ namespace {
 
 constexpr std::int64_t kMicrosecondsPerMillisecond = 1000;
 
-// A timer must not fire before its date, so the rest of a millisecond counts whole.
-int millisecondsFrom(Date now, Date date) {
-    std::int64_t rest = date.microseconds <= now.microseconds ? 0 : date.microseconds - now.microseconds;
+// Microseconds on a clock that nobody sets.
+std::int64_t steadyNow() {
+    using namespace std::chrono;
+    return duration_cast<microseconds>(steady_clock::now().time_since_epoch()).count();
+}
+
+// A timer must not fire before its time, so the rest of a millisecond counts whole.
+int millisecondsFor(std::int64_t microseconds) {
+    std::int64_t rest = std::max<std::int64_t>(microseconds, 0);
     return static_cast<int>(std::min<std::int64_t>((rest + 999) / kMicrosecondsPerMillisecond, INT_MAX));
 }
 
@@ -36,11 +44,18 @@ public:
         setFireDate(dateByAdding(loop_.now(), interval_));
     }
     bool isValid() const { return isValid_; }
-    Date fireDate() const { return fireDate_; }
+    // On the wall clock as it is set now.
+    Date fireDate() const {
+        constexpr std::int64_t kNoise = 1'000'000;  // below that nobody has set it: the date stays to the microsecond
+        std::int64_t shift = loop_.now().microseconds - steadyNow() - clocksApart_;
+        return std::abs(shift) < kNoise ? fireDate_ : dateByAdding(fireDate_, static_cast<double>(shift) / 1e6);
+    }
     void setFireDate(Date date) {
         if (!isValid_) return;
+        std::int64_t now = loop_.now().microseconds, steady = steadyNow();
         fireDate_ = date;
-        timer_->start(millisecondsFrom(loop_.now(), date));
+        clocksApart_ = now - steady;
+        setDeadline(date.microseconds <= now ? steady : steady + (date.microseconds - now));
     }
     void invalidate() {
         isValid_ = false;
@@ -48,7 +63,7 @@ public:
     }
     std::string description() const {
         std::string text = repeats_ ? "timer that repeats every " + std::to_string(interval_) + " s" : "timer";
-        return text + (isValid_ ? ", next at " + dateDescription(fireDate_) : ", not valid");
+        return text + (isValid_ ? ", next at " + dateDescription(fireDate()) : ", not valid");
     }
 
 private:
@@ -56,14 +71,17 @@ private:
         void operator()(QTimer* timer) const { timer->deleteLater(); }
     };
 
+    void setDeadline(std::int64_t deadline) {
+        deadline_ = deadline;
+        timer_->start(millisecondsFor(deadline - steadyNow()));
+    }
     // Qt's timers may be early by a part of a millisecond, and dates far away need several of their spans.
     void fire() {
         if (!isValid_) return;
-        Date now = loop_.now();
         constexpr std::int64_t kEarly = 5 * kMicrosecondsPerMillisecond;
-        if (fireDate_.microseconds - now.microseconds > kEarly) return setFireDate(fireDate_);
+        if (deadline_ - steadyNow() > kEarly) return setDeadline(deadline_);
         if (repeats_)
-            setFireDate(std::max(dateByAdding(fireDate_, interval_), now));
+            setFireDate(std::max(dateByAdding(fireDate(), interval_), loop_.now()));
         else
             invalidate();
         std::function<void()> action = action_;
@@ -74,7 +92,9 @@ private:
     double interval_;
     bool repeats_;
     bool isValid_ = true;
-    Date fireDate_;
+    Date fireDate_;                 // as it was set
+    std::int64_t clocksApart_ = 0;  // by which the wall clock was before the steady one then, microseconds
+    std::int64_t deadline_ = 0;     // on the steady clock
     std::function<void()> action_;
     std::unique_ptr<QTimer, Deleter> timer_;
 };
@@ -93,12 +113,17 @@ private:
     std::shared_ptr<Schedule> schedule_;
 };
 
+struct SystemClock final : Clock {
+    Date now() const override {
+        using namespace std::chrono;
+        return {duration_cast<microseconds>(system_clock::now().time_since_epoch()).count()};
+    }
+};
+const SystemClock sWallClock;
+
 }  // namespace
 
-Date QtRunLoop::now() const {
-    using namespace std::chrono;
-    return {duration_cast<microseconds>(system_clock::now().time_since_epoch()).count()};
-}
+QtRunLoop::QtRunLoop() : QtRunLoop(sWallClock) {}
 
 std::unique_ptr<Timer> QtRunLoop::scheduleTimer(double seconds, bool repeats, std::function<void()> action) {
     auto schedule = std::make_shared<Schedule>(*this, std::max(seconds, 0.0), repeats, std::move(action));

@@ -25,7 +25,9 @@ struct Arguments {
 
 PropertyList storedItems(linux::DiskPreferences& preferences) {
     requireReadable(preferences, kLoginWindowDomain);
-    return preferences.copyValue(kLoginItemsKey, kLoginWindowDomain);
+    PropertyList items = preferences.copyValue(kLoginItemsKey, kLoginWindowDomain);
+    if (items && !items.isArray()) throw refused("the stored login items are no list; they stay as they are");
+    return items;
 }
 
 std::string identifierOf(const std::string& path, BundleServices& bundles) {

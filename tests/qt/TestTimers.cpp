@@ -24,6 +24,19 @@ TEST(TimersFireOnTheirDatesAndMayBeMovedUntilTheyAreOver) {
     REQUIRE(waitFor([&] { return order.size() == 15 && !timer; }));
     CHECK_EQ(order, "soon once late ");
     CHECK(ended >= dateByAdding(began, 0.025) && !once->isValid() && repeated == 3 && invalidated == 1);
+    // Somebody sets the clock back by an hour.
+    struct : Clock {
+        Date now() const override { return dateByAdding(qt::QtRunLoop().now(), offset); }
+        double offset = 0;
+    } clock;
+    qt::QtRunLoop setLoop(clock);
+    auto hourly = setLoop.scheduleTimer(0.02, true, [&] { order += "tick "; });
+    clock.offset = -3600;
+    CHECK(hourly->fireDate() < dateByAdding(began, -3500));
+    REQUIRE(waitFor([&] { return order.size() >= 25; }));
+    hourly.reset();
+    order.resize(15);
+
     Date date = once->fireDate();
     once->setFireDate(loop.now());
     settle();
