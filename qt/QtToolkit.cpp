@@ -5,6 +5,7 @@
 
 #include <QApplication>
 #include <QFileInfo>
+#include <QLabel>
 #include <QMessageBox>
 
 namespace qt {
@@ -54,9 +55,9 @@ void QtToolkit::setApplicationIcon(const ImageRef& image) {
 
 void QtToolkit::runAlert(std::string_view title, std::string_view message) {
     QMessageBox alert(QMessageBox::Warning, toQString(title), {}, QMessageBox::Ok, window_);
-    alert.setTextFormat(Qt::PlainText);
     alert.setText(toQString(title));
     alert.setInformativeText(toQString(message));
+    for (QLabel* label : alert.findChildren<QLabel*>()) label->setTextFormat(Qt::PlainText);
     alert.setWindowModality(Qt::WindowModal);
     alert.exec();
 }

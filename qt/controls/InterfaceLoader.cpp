@@ -7,6 +7,7 @@
 #include "qt/controls/QtTextView.h"
 #include "qt/sheets/QtPanel.h"
 #include "qt/texts/InterfaceTexts.h"
+#include "qt/texts/PlainToolTips.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -115,6 +116,7 @@ public:
             return nullptr;
         }
         result_->root_ = root;
+        showPlainToolTips(*root);
         connectAll();
         return std::move(result_);
     }

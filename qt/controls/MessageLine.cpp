@@ -1,5 +1,7 @@
 #include "qt/controls/MessageLine.h"
 
+#include "qt/texts/PlainToolTips.h"
+
 #include <QAccessible>
 #include <QAccessibleWidget>
 #include <QEvent>
@@ -139,6 +141,7 @@ MessageLine::MessageLine(QWidget& parent, const QString& closeHint, std::functio
     connect(&button_, &QPushButton::clicked, this, std::move(onButton));
     connect(close, &QToolButton::clicked, this, std::move(onClose));
     QWidget::hide();
+    showPlainToolTips(*this);
 }
 
 void MessageLine::say(Tone tone, const QString& text, const Button& button) {

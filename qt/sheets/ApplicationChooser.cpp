@@ -1,5 +1,6 @@
 #include "qt/sheets/ApplicationChooser.h"
 
+#include "qt/texts/PlainToolTips.h"
 #include "qt/texts/Utf8.h"
 
 #include <QAbstractListModel>
@@ -75,6 +76,7 @@ public:
         auto* layout = new QVBoxLayout(this);
         for (QWidget* part : std::initializer_list<QWidget*>{search_, list_, buttons_}) layout->addWidget(part);
         resize(kPreferredSize);
+        showPlainToolTips(*this);
         search_->setFocus();
         showState();
     }

@@ -14,6 +14,7 @@
 #include <QDialog>
 #include <QElapsedTimer>
 #include <QFrame>
+#include <QHelpEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -22,6 +23,7 @@
 #include <QTabWidget>
 #include <QTableView>
 #include <QTimer>
+#include <QToolTip>
 #include <QtEndian>
 
 #include <fcntl.h>
@@ -227,6 +229,32 @@ TEST(WhatOthersTellOfIsShownAndAStormOfItCostsLittle) {
     REQUIRE(waitFor([&] { return isOver && table.model()->rowCount() == before + 1; }));
     CHECK(looks > 0 && looks < kStorm / 5);
     CHECK_EQ(table.selectionModel()->selectedRows().value(0).row(), 0);
+}
+
+TEST(NoToolTipIsTakenForMarkup) {
+    const QString foreign = QStringLiteral("<h1>name</h1> <img src=\"/a/pipe\">");
+    Opened opened;
+    opened.platform.preferences().changeValues(
+        [&](MutableDictionary& values) {
+            auto entry = PropertyList::dictionary({{"Type", "Global"}, {"Name", foreign.toStdString()}});
+            values.set("TheExcList", PropertyList::array({entry}));
+        },
+        kDomain);
+    opened.openSheet(0, "exAddAppButton");
+    int shown = 0;
+    for (QWidget* window : QApplication::topLevelWidgets())
+        for (QWidget* widget : window->findChildren<QWidget*>()) {
+            CONTEXT(widget->objectName().toStdString());
+            if (!widget->toolTip().isEmpty()) widget->setToolTip(foreign);
+            const QPoint place = widget->rect().topLeft() + QPoint(60, 5);
+            QHelpEvent help(QEvent::ToolTip, place, widget->mapToGlobal(place));
+            QCoreApplication::sendEvent(widget, &help);
+            if (!QToolTip::isVisible()) continue;
+            CHECK(!QToolTip::text().contains(QStringLiteral("<img")));
+            shown += QToolTip::text().contains(QStringLiteral("&lt;img"));
+            QToolTip::hideText();
+        }
+    CHECK(shown > 20);
 }
 
 TEST(WhatIsNotSavedIsSaidBelowThePaneUntilItIs) {
