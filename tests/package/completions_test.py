@@ -7,24 +7,14 @@ import os, pathlib, pty, shutil, subprocess, sys, tempfile, time
 BUILD = pathlib.Path(sys.argv[1]).resolve()
 COMPLETIONS = pathlib.Path(__file__).resolve().parents[2] / "packaging/completions"
 LIMIT = 60
-START = {
-    "bash": ["--norc", "--noprofile", "-i"],
-    "zsh": ["-f", "-i"],
-    "fish": ["--no-config", "-i"],
-}
-LOAD = {
-    "bash": "source typeslatectl.bash",
-    "zsh": "fpath=($PWD $fpath); autoload -Uz compinit; compinit -u -D",
-    "fish": "source typeslatectl.fish",
+# How a shell is started bare, what makes it know the completions, and how a word may begin in it.
+SHELLS = {
+    "bash": (["--norc", "--noprofile", "-i"], "source typeslatectl.bash", ["", "'", '"']),
+    "zsh": (["-f", "-i"], "fpath=($PWD $fpath); autoload -Uz compinit; compinit -u -D", [""]),
+    "fish": (["--no-config", "-i"], "source typeslatectl.fish", [""]),
 }
 # The name's beginning as the user types it, and the name.
-NAMES = {
-    "ev": "ev il$(touch RUN)`touch RUN`",
-    "qu": "qu'o\"te\\;&|*",
-    "li": "li\nne",
-    "$": "$HOME;touch RUN",
-}
-BEGINNINGS = {"bash": ["", "'", '"'], "zsh": [""], "fish": [""]}
+NAMES = {"ev": "ev il$(touch RUN)`touch RUN`", "qu": "qu'o\"te\\;&|*", "li": "li\nne", "$": "$HOME;touch RUN"}
 
 
 def wait_for(condition):
@@ -41,7 +31,7 @@ def complete(shell, home, lines):
     child, terminal = pty.fork()
     if child == 0:
         os.chdir(home)
-        os.execve(shutil.which(shell), [shell, *START[shell]], environment)
+        os.execve(shutil.which(shell), [shell, *SHELLS[shell][0]], environment)
     os.set_blocking(terminal, False)
 
     def seen(name):
@@ -52,7 +42,7 @@ def complete(shell, home, lines):
             pass
         return (home / name).exists() and (home / name).read_text()
 
-    os.write(terminal, f"{LOAD[shell]}; echo ready > ready\r".encode())
+    os.write(terminal, f"{SHELLS[shell][1]}; echo ready > ready\r".encode())
     wait_for(lambda: seen("ready"))
     for number, line in enumerate(lines):
         os.write(terminal, f"{line} > said{number} 2>&1; echo over > over{number}\r".encode())
@@ -62,30 +52,19 @@ def complete(shell, home, lines):
     return [(home / f"said{number}").read_text() for number in range(len(lines))]
 
 
-def main():
-    shells = [shell for shell in START if shutil.which(shell)]
-    for shell in shells:
+for shell, (_, _, quotes) in SHELLS.items():
+    for quote in quotes if shutil.which(shell) else []:
         with tempfile.TemporaryDirectory() as folder:
             home = pathlib.Path(folder)
             for file in COMPLETIONS.glob("typeslatectl.*"):
                 shutil.copy(file, home / ("_typeslatectl" if file.suffix == ".zsh" else file.name))
-            environment = {"HOME": folder, "PATH": os.environ["PATH"]}
             for number, name in enumerate(NAMES.values()):
                 subprocess.run([BUILD / "bin/typeslatectl", "defaults", "write", name, "k", str(number)], check=True,
-                               env=environment)
-            for quote in BEGINNINGS[shell]:
-                typed = [("\\" if start == "$" and not quote else "") + start for start in NAMES]
-                if quote == '"':
-                    typed[-1] = "\\$"
-                said = complete(shell, home, [f"typeslatectl defaults read {quote}{start}\t k" for start in typed])
-                assert said == [f"{number}\n" for number in range(len(NAMES))], (shell, quote, said)
-                assert not (home / "RUN").exists(), (shell, quote)
-                for file in [*home.glob("said*"), *home.glob("over*"), home / "ready"]:
-                    file.unlink()
-    missing = START.keys() - set(shells)
-    if missing:
-        print("not tried, as they are not installed:", *missing)
-        sys.exit(77)
-
-
-main()
+                               env={"HOME": folder, "PATH": os.environ["PATH"]})
+            typed = ["\\" + start if start == "$" and quote != "'" else start for start in NAMES]
+            said = complete(shell, home, [f"typeslatectl defaults read {quote}{start}\t k" for start in typed])
+            assert said == [f"{number}\n" for number in range(len(NAMES))], (shell, quote, said)
+            assert not (home / "RUN").exists(), (shell, quote)
+if missing := [shell for shell in SHELLS if not shutil.which(shell)]:
+    print("not tried, as they are not installed:", *missing)
+    sys.exit(77)

@@ -48,7 +48,7 @@ struct Listed : Base {
 };
 
 // What is in memory and what is stored, which synchronize makes the same. The journal has what a change changes.
-struct Preferences final : Noting<PreferenceService> {
+struct Preferences : Noting<PreferenceService> {
     using Noting::Noting;
     PropertyList copyValue(std::string_view key, std::string_view domain) override {
         return readable ? copyDomain(domain)[key] : PropertyList();
@@ -79,13 +79,13 @@ struct Preferences final : Noting<PreferenceService> {
         if (!readable || fails) return false;
         PropertyList now = copyDomain(domain);
         domains_[std::string(domain)] = {std::move(now), {}};
-        if (observer_) observer_({.domain = std::string(domain)});
+        if (report) report({.domain = std::string(domain)});
         return true;
     }
     bool isReadable(std::string_view) override { return readable; }
     std::optional<std::vector<std::string>> domains() override { return std::vector<std::string>(); }
     std::unique_ptr<Observation> observe(std::function<void(const PreferenceReport&)> handler) override {
-        observer_ = std::move(handler);
+        report = std::move(handler);
         return std::make_unique<Observation>();
     }
 
@@ -96,8 +96,9 @@ struct Preferences final : Noting<PreferenceService> {
         changed.set(key, std::move(value));
         stored = std::move(changed).freeze();
     }
-    bool readable = true, fails = false;      // fails: nothing can be saved
-    std::function<void()> duringSynchronize;  // another process's change, taken in by the next synchronize
+    bool readable = true, fails = false;                  // fails: nothing can be saved
+    std::function<void(const PreferenceReport&)> report;  // to the observer
+    std::function<void()> duringSynchronize;              // another process's change, taken in by the next synchronize
 
 private:
     struct Domain {
@@ -105,7 +106,6 @@ private:
         std::vector<PreferenceChange> changes;
     };
     std::map<std::string, Domain, std::less<>> domains_;
-    std::function<void(const PreferenceReport&)> observer_;
 };
 
 struct Notifications final : Noting<DistributedNotificationCenter> {

@@ -10,25 +10,13 @@ using Cause = PreferenceReport::Cause;
 
 namespace {
 
-struct Reporting final : PreferenceService {
-    explicit Reporting(std::vector<std::string>& news) : told(news) {}
-    PropertyList copyValue(std::string_view, std::string_view) override { return {}; }
-    PropertyList copyDomain(std::string_view) override { return {}; }
-    void setValue(std::string_view, PropertyList, std::string_view) override {}
-    void changeValues(PreferenceChange, std::string_view) override {}
-    bool isReadable(std::string_view) override { return true; }
-    std::optional<std::vector<std::string>> domains() override { return std::nullopt; }
+struct Reporting final : fake::Preferences {
+    using Preferences::Preferences;
     bool synchronize(std::string_view domain) override {
-        told.push_back("synchronize " + std::string(domain));
+        journal_.push_back("synchronize " + std::string(domain));
         report(answer.domain == domain ? answer : PreferenceReport{.domain = std::string(domain)});
         return true;
     }
-    std::unique_ptr<Observation> observe(std::function<void(const PreferenceReport&)> handler) override {
-        report = std::move(handler);
-        return std::make_unique<Observation>();
-    }
-    std::vector<std::string>& told;
-    std::function<void(const PreferenceReport&)> report;
     PreferenceReport answer{.domain = ""};
 };
 
