@@ -1,7 +1,7 @@
 // Any bytes as a desktop file: what comes out is safe to show and within its limits, whatever went in.
 #include "linux/applications/DesktopEntry.h"
 #include "linux/applications/Programs.h"
-#include "linux/system/DisplayText.h"
+#include "linux/texts/DisplayText.h"
 #include "propertylist/Unicode.h"
 
 #include <cstdlib>

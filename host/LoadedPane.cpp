@@ -1,7 +1,7 @@
 #include "host/LoadedPane.h"
 
 #include "linux/files/Paths.h"
-#include "linux/system/Localized.h"
+#include "linux/texts/Localized.h"
 #include "qt/controls/MessageLine.h"
 #include "qt/texts/Utf8.h"
 

@@ -1,6 +1,6 @@
 #include "host/SettingsMessages.h"
 
-#include "linux/system/Localized.h"
+#include "linux/texts/Localized.h"
 #include "platform/LoginItems.h"
 #include "settings/EntryList.h"
 

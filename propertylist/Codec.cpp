@@ -1,7 +1,7 @@
 #include "propertylist/Codec.h"
 
-#include "propertylist/CodecParts.h"
 #include "propertylist/Node.h"
+#include "propertylist/codecs/CodecParts.h"
 
 namespace propertylist {
 

@@ -1,7 +1,7 @@
 #include "tools/EntryListing.h"
 
-#include "linux/system/DisplayText.h"
-#include "linux/system/TextColumns.h"
+#include "linux/texts/DisplayText.h"
+#include "linux/texts/TextColumns.h"
 #include "propertylist/ASCII.h"
 #include "settings/EntryList.h"
 #include "tools/Localized.h"

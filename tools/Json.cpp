@@ -1,7 +1,7 @@
 #include "tools/Json.h"
 
-#include "propertylist/Base64.h"
 #include "propertylist/Date.h"
+#include "propertylist/codecs/Base64.h"
 #include "tools/Localized.h"
 
 #include <rapidjson/error/en.h>

@@ -1,7 +1,7 @@
 // The commands' texts in the user's language.
 #pragma once
 
-#include "linux/system/Localized.h"
+#include "linux/texts/Localized.h"
 #include "tools/Refusal.h"
 
 #include <string_view>

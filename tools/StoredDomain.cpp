@@ -1,6 +1,6 @@
 #include "tools/StoredDomain.h"
 
-#include "linux/system/DisplayText.h"
+#include "linux/texts/DisplayText.h"
 #include "pane/fontcatalog/AdobeNames.h"
 #include "platform/LoginItems.h"
 #include "settings/EntryList.h"

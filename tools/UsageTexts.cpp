@@ -1,7 +1,7 @@
 #include "tools/UsageTexts.h"
 
 #include "linux/system/SystemLog.h"
-#include "linux/system/TextColumns.h"
+#include "linux/texts/TextColumns.h"
 #include "tools/Localized.h"
 
 #include <algorithm>

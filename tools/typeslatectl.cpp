@@ -3,12 +3,12 @@
 // Exit status 0: done. 1: refused, with one line on standard error. 2: the call itself is wrong. A command may have
 // more.
 #include "linux/system/SystemLog.h"
-#include "tools/Commands.h"
 #include "tools/Localized.h"
 #include "tools/Output.h"
 #include "tools/Refusal.h"
 #include "tools/StoredDomain.h"
 #include "tools/UsageTexts.h"
+#include "tools/commands/Commands.h"
 
 #include <CLI/CLI.hpp>
 

@@ -4,7 +4,7 @@
 #include "linux/applications/Programs.h"
 #include "linux/files/Paths.h"
 #include "linux/files/WholeFile.h"
-#include "linux/system/DisplayText.h"
+#include "linux/texts/DisplayText.h"
 #include "propertylist/Codec.h"
 
 #include <fcntl.h>

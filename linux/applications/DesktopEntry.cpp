@@ -1,7 +1,7 @@
 #include "linux/applications/DesktopEntry.h"
 
 #include "linux/applications/Programs.h"
-#include "linux/system/DisplayText.h"
+#include "linux/texts/DisplayText.h"
 
 #include <glib.h>
 

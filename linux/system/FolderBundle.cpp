@@ -1,7 +1,7 @@
 #include "linux/system/FolderBundle.h"
 
 #include "linux/files/LinuxFiles.h"
-#include "linux/system/Locale.h"
+#include "linux/texts/Locale.h"
 #include "propertylist/Codec.h"
 
 #include <dlfcn.h>

@@ -1,6 +1,6 @@
 #include "linux/system/LinuxDates.h"
 
-#include "linux/system/Locale.h"
+#include "linux/texts/Locale.h"
 
 #include <unicode/ucal.h>
 #include <unicode/udat.h>

@@ -2,7 +2,7 @@
 #include "linux/applications/LinuxApplications.h"
 #include "linux/applications/Programs.h"
 #include "linux/loginitems/AutostartEntry.h"
-#include "linux/system/DisplayText.h"
+#include "linux/texts/DisplayText.h"
 #include "tests/support/Script.h"
 
 #include <sys/stat.h>

@@ -1,8 +1,8 @@
 // The real pane in the windows that hosts give it, on a screen that is not there: what assistive tools and the keyboard
 // meet, leaving, and the window's place.
 #include "host/PaneWindow.h"
-#include "host/WindowPlace.h"
 #include "host/kcm/PanePage.h"
+#include "host/panehost/WindowPlace.h"
 #include "linux/preferences/DiskPreferences.h"
 #include "qt/messages/DBusNotificationCenter.h"
 #include "tests/qt/QtTest.h"

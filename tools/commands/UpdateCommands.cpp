@@ -1,4 +1,4 @@
-#include "tools/Commands.h"
+#include "tools/commands/Commands.h"
 
 #include "TarnwickUpdater/Plinth Stuff/VersionChecking/UpdaterLaunch.h"
 #include "TarnwickUpdater/Plinth Stuff/VersionChecking/VersionChecking.h"

@@ -1,13 +1,13 @@
 // Opens a settings pane in a window of its own.
 #include "host/HostPlatform.h"
-#include "host/Look.h"
 #include "host/PaneWindow.h"
-#include "host/PanehostRequest.h"
-#include "host/SingleInstance.h"
-#include "host/StartupToken.h"
-#include "host/ToolkitTexts.h"
-#include "host/WindowPlace.h"
-#include "linux/system/Localized.h"
+#include "host/panehost/Look.h"
+#include "host/panehost/PanehostRequest.h"
+#include "host/panehost/SingleInstance.h"
+#include "host/panehost/StartupToken.h"
+#include "host/panehost/ToolkitTexts.h"
+#include "host/panehost/WindowPlace.h"
+#include "linux/texts/Localized.h"
 #include "qt/EndSignals.h"
 
 #include <QApplication>

@@ -1,6 +1,6 @@
-#include "host/StartupToken.h"
+#include "host/panehost/StartupToken.h"
 
-#include "host/X11Startup.h"
+#include "host/panehost/X11Startup.h"
 
 #include <QGuiApplication>
 #include <QWidget>

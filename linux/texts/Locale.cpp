@@ -1,4 +1,4 @@
-#include "linux/system/Locale.h"
+#include "linux/texts/Locale.h"
 
 #include <cstdlib>
 

@@ -1,4 +1,4 @@
-#include "host/SingleInstance.h"
+#include "host/panehost/SingleInstance.h"
 
 #include "qt/messages/SessionBus.h"
 

@@ -1,6 +1,6 @@
-#include "propertylist/Base64.h"
-#include "propertylist/CodecParts.h"
 #include "propertylist/Date.h"
+#include "propertylist/codecs/Base64.h"
+#include "propertylist/codecs/CodecParts.h"
 
 #include <charconv>
 

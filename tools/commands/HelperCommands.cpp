@@ -1,4 +1,4 @@
-#include "tools/Commands.h"
+#include "tools/commands/Commands.h"
 
 #include "settings/EntryList.h"
 #include "tools/Localized.h"

@@ -1,8 +1,8 @@
-#include "tools/Commands.h"
+#include "tools/commands/Commands.h"
 
 #include "linux/LinuxMachine.h"
 #include "linux/preferences/DomainWatch.h"
-#include "linux/system/DisplayText.h"
+#include "linux/texts/DisplayText.h"
 #include "settings/EntryList.h"
 #include "tools/AbsolutePath.h"
 #include "tools/EntryListing.h"

@@ -1,4 +1,4 @@
-#include "host/ToolkitTexts.h"
+#include "host/panehost/ToolkitTexts.h"
 
 #include "linux/system/FolderBundle.h"
 

@@ -1,4 +1,4 @@
-#include "host/X11Startup.h"
+#include "host/panehost/X11Startup.h"
 
 #ifdef TYPESLATE_HAVE_STARTUP_NOTIFICATION
 

@@ -1,8 +1,8 @@
-#include "tools/Commands.h"
+#include "tools/commands/Commands.h"
 
 #include "linux/applications/ApplicationRecord.h"
-#include "linux/system/DisplayText.h"
-#include "linux/system/TextColumns.h"
+#include "linux/texts/DisplayText.h"
+#include "linux/texts/TextColumns.h"
 #include "platform/LoginItems.h"
 #include "tools/AbsolutePath.h"
 #include "tools/Localized.h"

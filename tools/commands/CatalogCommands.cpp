@@ -1,7 +1,7 @@
-#include "tools/Commands.h"
+#include "tools/commands/Commands.h"
 
 #include "linux/LinuxMachine.h"
-#include "linux/system/DisplayText.h"
+#include "linux/texts/DisplayText.h"
 #include "pane/fontcatalog/AdobeNames.h"
 #include "pane/fontcatalog/FontListReader.h"
 #include "pane/fontcatalog/NameDatabaseReader.h"

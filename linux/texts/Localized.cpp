@@ -1,4 +1,4 @@
-#include "linux/system/Localized.h"
+#include "linux/texts/Localized.h"
 
 #include "linux/system/FolderBundle.h"
 #include "linux/system/Installation.h"

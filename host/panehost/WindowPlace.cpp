@@ -1,4 +1,4 @@
-#include "host/WindowPlace.h"
+#include "host/panehost/WindowPlace.h"
 
 #include <QEvent>
 #include <QScreen>

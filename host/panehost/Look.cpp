@@ -1,4 +1,4 @@
-#include "host/Look.h"
+#include "host/panehost/Look.h"
 
 #include <QApplication>
 #include <QFileInfo>

@@ -1,4 +1,4 @@
-#include "tools/Commands.h"
+#include "tools/commands/Commands.h"
 
 #include "linux/LinuxMachine.h"
 #include "linux/files/WholeFile.h"

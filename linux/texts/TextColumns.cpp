@@ -1,4 +1,4 @@
-#include "linux/system/TextColumns.h"
+#include "linux/texts/TextColumns.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
-#include "propertylist/XMLScanner.h"
+#include "propertylist/codecs/XMLScanner.h"
 
-#include "propertylist/CodecParts.h"
 #include "propertylist/Unicode.h"
+#include "propertylist/codecs/CodecParts.h"
 
 #include <charconv>
 

@@ -1,9 +1,9 @@
-#include "host/PanehostRequest.h"
+#include "host/panehost/PanehostRequest.h"
 
-#include "host/ToolkitTexts.h"
+#include "host/panehost/ToolkitTexts.h"
 #include "linux/system/Installation.h"
-#include "linux/system/Localized.h"
-#include "linux/system/TextColumns.h"
+#include "linux/texts/Localized.h"
+#include "linux/texts/TextColumns.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>

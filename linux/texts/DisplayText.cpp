@@ -1,4 +1,4 @@
-#include "linux/system/DisplayText.h"
+#include "linux/texts/DisplayText.h"
 
 #include "propertylist/Unicode.h"
 

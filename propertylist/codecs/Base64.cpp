@@ -1,4 +1,4 @@
-#include "propertylist/Base64.h"
+#include "propertylist/codecs/Base64.h"
 
 #include <array>
 #include <cstdint>

@@ -1,4 +1,4 @@
-#include "tools/Commands.h"
+#include "tools/commands/Commands.h"
 
 #include "propertylist/Date.h"
 #include "tools/Json.h"

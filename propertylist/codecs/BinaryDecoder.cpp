@@ -1,7 +1,7 @@
-#include "propertylist/CodecParts.h"
 #include "propertylist/Date.h"
 #include "propertylist/Node.h"
 #include "propertylist/Unicode.h"
+#include "propertylist/codecs/CodecParts.h"
 
 #include <bit>
 

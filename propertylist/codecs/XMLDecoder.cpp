@@ -1,9 +1,9 @@
 #include "propertylist/ASCII.h"
-#include "propertylist/Base64.h"
-#include "propertylist/CodecParts.h"
 #include "propertylist/Date.h"
 #include "propertylist/Unicode.h"
-#include "propertylist/XMLScanner.h"
+#include "propertylist/codecs/Base64.h"
+#include "propertylist/codecs/CodecParts.h"
+#include "propertylist/codecs/XMLScanner.h"
 
 #include <charconv>
 #include <cmath>
