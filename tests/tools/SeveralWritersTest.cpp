@@ -14,7 +14,6 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
-#include <filesystem>
 #include <iostream>
 #include <map>
 #include <memory>
@@ -26,10 +25,9 @@ using namespace settings;
 
 namespace {
 
-constexpr int kWriters = 6, kObjects = 5;
+constexpr int kWriters = 6, kObjects = 5, kChangesForAKill = 20;
 constexpr const char* kOwnOptions[kWriters] = {"Enabled",    "ShowSets",      "ShowIcons",
                                                "ScriptSort", "AllFontsGroup", "HierarchicalMenu"};
-constexpr int kChangesForAKill = 20;
 constexpr const char* kWindow = BINARY_DIR "/bin/panehost";
 
 struct Home {
@@ -38,6 +36,10 @@ struct Home {
         configuration{"XDG_CONFIG_HOME", nullptr}, bus{"DBUS_SESSION_BUS_ADDRESS", "disabled:"},
         bundle{"TYPESLATE_PREFPANE", BINARY_DIR "/Typeslate.prefPane"}, log{"TYPESLATE_LOG", nullptr};
 };
+
+// Entries for applications and for expressions take turns.
+bool isApplication(const std::string& name) { return (name.back() - '0') % 2 == 0; }
+std::string applicationPath(const std::string& name) { return std::getenv("HOME") + ("/" + name) + ".desktop"; }
 
 // What a writer does to an object of its own: "entry", "login" or "size" (of an entry), a blank and a name, or "option"
 // (of the Global entry) and its key.
@@ -91,10 +93,12 @@ private:
         } else if (change.kind == "login") {
             pane_->operations().removeLoginItemWithPath("/" + change.name);
             if (change.value) pane_->operations().addLoginItem_hide("/" + change.name, true);
-        } else if (change.value) {
-            pane_->addRegex(change.name, change.name, 1);
-        } else {
+        } else if (!change.value) {
             pane_->removeEntry(rowOf(change.name));
+        } else if (isApplication(change.name)) {
+            CHECK(pane_->addApplications({applicationPath(change.name)}).alreadyListed.empty());
+        } else {
+            pane_->addRegex(change.name, change.name, 1);
         }
     }
     bool isSaved() { return pane_->preferences().problem(domain_).empty(); }
@@ -153,9 +157,9 @@ pid_t openWindow() {
 }
 
 // It is to be there still.
-void stop(pid_t process, int signal) {
+void stop(pid_t process) {
     int status = 0;
-    CHECK(::kill(process, signal) == 0 && ::waitpid(process, &status, 0) == process && !WIFEXITED(status));
+    CHECK(::kill(process, SIGKILL) == 0 && ::waitpid(process, &status, 0) == process && !WIFEXITED(status));
 }
 
 std::map<std::string, int> stored() {
@@ -168,7 +172,8 @@ std::map<std::string, int> stored() {
     for (const PropertyList& entry : settings[kEntryListKey].elements()) {
         std::string data(entry[kDataKey].stringValue());
         if (!data.starts_with("w")) continue;  // a shipped one
-        CHECK(++all["entry " + data] == 1 && hasType(entry, kRegExType) && entry[kRegExTypeKey].integerValue() == 1);
+        bool isWhole = isApplication(data) ? entry[kPathKey] == applicationPath(data) : entry[kRegExTypeKey] == 1;
+        CHECK(++all["entry " + data] == 1 && isWhole && entry.size() == (isApplication(data) ? 6u : 5u));
         CHECK(entry[kNameKey] == entry[kDataKey] && entry[kSettingsKey].size() >= 8);
         all["size " + data] = static_cast<int>(entry[kSettingsKey]["FontSize"].integerValue());
     }
@@ -184,6 +189,11 @@ std::map<std::string, int> stored() {
 TEST(NothingThatWasSaidToBeDoneIsLost) {
     const int wanted = std::getenv("TYPESLATE_LONG_TESTS") ? 20'000 : 600;
     Home home;
+    for (int i = 0; i < kWriters * kObjects; ++i) {
+        std::string name = "w" + std::to_string(i / kObjects) + "-" + std::to_string(i % kObjects);
+        check::writeFile(applicationPath(name),
+                         "[Desktop Entry]\nType=Application\nExec=/bin/true\nName=" + name + "\n");
+    }
     std::minstd_rand random(7);
     Model model;
     int ends[2];  // all writers share the pipe: a line is written in one piece
@@ -199,14 +209,14 @@ TEST(NothingThatWasSaidToBeDoneIsLost) {
         if (model.acknowledged / kChangesForAKill <= kills) continue;
         ++kills;
         int victim = static_cast<int>(random() % kWriters);
-        stop(writers[victim], SIGKILL);
+        stop(writers[victim]);
         writers[victim] = start(victim, random(), ends[1]);
         if (!hasWindow || kills % 8) continue;
-        stop(window, SIGKILL);
+        stop(window);
         window = openWindow();
     }
-    for (pid_t writer : writers) stop(writer, SIGKILL);
-    if (hasWindow) stop(window, SIGKILL);
+    for (pid_t writer : writers) stop(writer);
+    if (hasWindow) stop(window);
     ::close(ends[1]);
     while (std::fgets(line, sizeof line, said.get())) model.hear(line);
 
