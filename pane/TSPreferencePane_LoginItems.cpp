@@ -13,8 +13,8 @@ PropertyList storedItems(PreferenceService& preferences) {
     return preferences.copyValue(kLoginItemsKey, kLoginWindowDomain);
 }
 
-// The function is a PreferenceChange of the items. While they cannot be read they are unknown, not none, and a value that
-// is no array is somebody else's, and stays.
+// The function is a PreferenceChange of the items. While they cannot be read they are unknown, not none, and a value
+// that is no array is somebody else's, and stays.
 void changeItems(PreferenceService& preferences, std::function<void(std::vector<PropertyList>&)> change) {
     if (!preferences.isReadable(kLoginWindowDomain)) return;
     auto changeValues = [change = std::move(change)](MutableDictionary& values) {

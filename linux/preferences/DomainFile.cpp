@@ -30,7 +30,8 @@ Failure readOnce(FileAccess& files, const char* path, Snapshot& snapshot, std::s
     return {};
 }
 
-// True for a file of no bytes that was made or emptied less than two seconds ago. Its time may be finer than the clock's.
+// True for a file of no bytes that was made or emptied less than two seconds ago. Its time may be finer than the
+// clock's.
 bool mayBeAboutToBeFilled(const Snapshot& snapshot) {
     constexpr std::int64_t kYoung = 2'000'000'000;  // nanoseconds
     std::int64_t age = fileClock() - snapshot.identity.modified;

@@ -149,8 +149,7 @@ struct Stage : UpdaterFixture {
     std::map<std::string, std::string> values() {
         std::map<std::string, std::string> all{{"placeholder's action", placeholderButton.selector}};
         PropertyList stored = world.preferences.copyDomain(kDomain);
-        for (const auto& [key, value] : stored.entries())
-            all[std::string(key.stringValue())] = check::show(value);
+        for (const auto& [key, value] : stored.entries()) all[std::string(key.stringValue())] = check::show(value);
         if (!controls) return all;
         auto& bar = control<fake::ProgressIndicator>("progessBar");
         auto& status = control<fake::TextField>("lastStatus");
