@@ -63,10 +63,10 @@ bool TSPreferencePane::commitEntry(EntryIdentity target, EntryChange change,
     if (!isChanged) return false;
     PropertyList expected = entryList();
     bool isSaved = save();
-    announce(*row ? kBroadcastSoon | kPost : 0u, isSaved);
     if (*row) showAnew(**row);
     if (*row && entryList() == expected) listShown = expected;
     showStoredList();
+    announce(*row ? kBroadcastSoon | kPost : 0u, isSaved);
     if (!*row) platform_.host.entryWasRemoved(target.entry()[kNameKey].stringValue());
     return isSaved && *row;
 }

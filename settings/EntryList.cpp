@@ -38,11 +38,6 @@ bool putGlobalFirst(std::vector<PropertyList>& list) {
     return true;
 }
 
-PropertyList defaultSettings(std::vector<PropertyList> list) {
-    putGlobalFirst(list);
-    return list.front()[kSettingsKey];
-}
-
 bool EntryIdentity::isSame(const PropertyList& other) const {
     if (!entry_.isDictionary() || !entry_[kTypeKey]) return entry_ && other == entry_;
     return other[kTypeKey] == entry_[kTypeKey] && (isGlobal(entry_) || other[kDataKey] == entry_[kDataKey]);

@@ -47,9 +47,6 @@ platform::PropertyList newGlobalEntry();
 // then in order at once, any other after the next call. False when the list was in order already.
 bool putGlobalFirst(std::vector<platform::PropertyList>& list);
 
-// The "Settings" of the list's first entry after that repair.
-platform::PropertyList defaultSettings(std::vector<platform::PropertyList> list);
-
 // What makes an entry the one that it is, wherever it stands and whatever becomes of its other keys: its "Type" and its
 // "Data"; of a Global entry the type alone, and of what is no entry all of it.
 class EntryIdentity {

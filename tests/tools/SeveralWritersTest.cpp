@@ -156,7 +156,6 @@ pid_t openWindow() {
     return process;
 }
 
-// It is to be there still.
 void stop(pid_t process) {
     int status = 0;
     CHECK(::kill(process, SIGKILL) == 0 && ::waitpid(process, &status, 0) == process && !WIFEXITED(status));
