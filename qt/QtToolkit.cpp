@@ -1,6 +1,7 @@
 #include "qt/QtToolkit.h"
 
 #include "qt/images/FileIcons.h"
+#include "qt/texts/ForeignText.h"
 #include "qt/texts/Utf8.h"
 
 #include <QApplication>
@@ -56,7 +57,7 @@ void QtToolkit::setApplicationIcon(const ImageRef& image) {
 void QtToolkit::runAlert(std::string_view title, std::string_view message) {
     QMessageBox alert(QMessageBox::Warning, toQString(title), {}, QMessageBox::Ok, window_);
     alert.setText(toQString(title));
-    alert.setInformativeText(toQString(message));
+    alert.setInformativeText(breakable(toQString(message)));
     for (QLabel* label : alert.findChildren<QLabel*>()) label->setTextFormat(Qt::PlainText);
     alert.setWindowModality(Qt::WindowModal);
     alert.exec();

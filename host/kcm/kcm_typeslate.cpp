@@ -1,6 +1,8 @@
 // The plugin that System Settings and kcmshell load.
 #include "host/kcm/BundlePlace.h"
 #include "host/kcm/PanePage.h"
+#include "qt/texts/ForeignText.h"
+#include "qt/texts/Utf8.h"
 
 #include <KCModule>
 #include <KJsonUtils>
@@ -36,7 +38,7 @@ namespace {
 QLabel* messageInPlaceOfPane(const KPluginMetaData& plugin, const std::string& problem) {
     QString heading = KJsonUtils::readTranslatedString(plugin.rawData(), QStringLiteral("X-Typeslate-NoPane"));
     auto* label = new QLabel(QStringLiteral("<b>%1</b><p>%2</p>")
-                                 .arg(heading.toHtmlEscaped(), QString::fromStdString(problem).toHtmlEscaped()));
+                                 .arg(heading.toHtmlEscaped(), qt::breakable(qt::toQString(problem)).toHtmlEscaped()));
     label->setTextFormat(Qt::RichText);
     label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     label->setWordWrap(true);

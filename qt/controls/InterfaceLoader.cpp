@@ -5,6 +5,7 @@
 #include "qt/controls/QtProgressIndicator.h"
 #include "qt/controls/QtTableView.h"
 #include "qt/controls/QtTextView.h"
+#include "qt/controls/StatusText.h"
 #include "qt/sheets/QtPanel.h"
 #include "qt/texts/InterfaceTexts.h"
 #include "qt/texts/PlainToolTips.h"
@@ -27,6 +28,7 @@ bool isSheet(const QWidget& widget) { return widget.property("sheet").toBool(); 
 std::unique_ptr<View> makeView(QWidget& widget, InterfaceOwner& owner) {
     if (isSheet(widget)) return std::make_unique<QtPanel>(widget);
     if (auto* button = qobject_cast<QAbstractButton*>(&widget)) return std::make_unique<QtButton>(*button);
+    if (auto* text = dynamic_cast<StatusText*>(&widget)) return std::make_unique<QtStatusText>(*text);
     if (auto* label = qobject_cast<QLabel*>(&widget)) return std::make_unique<QtLabel>(*label);
     if (auto* edit = qobject_cast<QLineEdit*>(&widget)) return std::make_unique<QtLineEdit>(*edit);
     if (auto* box = qobject_cast<QSpinBox*>(&widget)) return std::make_unique<QtSpinBox>(*box);
@@ -85,10 +87,17 @@ public:
         return loader;
     }
     QWidget* createWidget(const QString& className, QWidget* parent, const QString& name) override {
-        if (className != QStringLiteral("QScrollArea")) return QUiLoader::createWidget(className, parent, name);
-        auto* area = new FittingScrollArea(parent);
-        area->setObjectName(name);
-        return area;
+        QWidget* widget = createOurs(className, parent);
+        if (!widget) return QUiLoader::createWidget(className, parent, name);
+        widget->setObjectName(name);
+        return widget;
+    }
+
+private:
+    static QWidget* createOurs(const QString& className, QWidget* parent) {
+        if (className == QStringLiteral("QScrollArea")) return new FittingScrollArea(parent);
+        if (className == QStringLiteral("QPlainTextEdit")) return new StatusText(parent);
+        return nullptr;
     }
 };
 

@@ -1,5 +1,6 @@
 #include "qt/controls/MessageLine.h"
 
+#include "qt/texts/ForeignText.h"
 #include "qt/texts/PlainToolTips.h"
 
 #include <QAccessible>
@@ -10,7 +11,6 @@
 #include <QStyle>
 #include <QStyleOptionToolButton>
 #include <QStylePainter>
-#include <QTextLayout>
 #include <QToolButton>
 
 #include <algorithm>
@@ -31,7 +31,7 @@ public:
     bool hasHeightForWidth() const override { return true; }
     int heightForWidth(int width) const override {
         QTextLayout layout;
-        return std::min(broken(layout, width), kMostLines) * fontMetrics().lineSpacing();
+        return breakLines(layout, text(), *this, width, kMostLines) * fontMetrics().lineSpacing();
     }
     QSize sizeHint() const override { return minimumSizeHint(); }
     QSize minimumSizeHint() const override {
@@ -39,24 +39,11 @@ public:
     }
 
 private:
-    // The number of lines.
-    int broken(QTextLayout& layout, int width) const {
-        QTextOption option(QStyle::visualAlignment(layoutDirection(), Qt::AlignLeading) | Qt::AlignAbsolute);
-        option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
-        option.setTextDirection(text().isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
-        layout.setText(text());
-        layout.setFont(font());
-        layout.setTextOption(option);
-        layout.beginLayout();
-        for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) line.setLineWidth(width);
-        layout.endLayout();
-        return layout.lineCount();
-    }
-
     void paintEvent(QPaintEvent*) override {
         QPainter painter(this);
         QTextLayout layout;
-        const int lines = broken(layout, width()), shown = std::min(lines, kMostLines);
+        const int lines = breakLines(layout, text(), *this, width(), kMostLines + 1),
+                  shown = std::min(lines, kMostLines);
         const int height = fontMetrics().lineSpacing(), top = (this->height() - shown * height) / 2;
         painter.setLayoutDirection(layout.textOption().textDirection());
         for (int i = 0; i < shown; ++i) {

@@ -1,12 +1,14 @@
 #include "qt/controls/QtControls.h"
 
 #include "qt/controls/AlertTone.h"
+#include "qt/texts/ForeignText.h"
 
 #include <QAccessible>
 #include <QSignalBlocker>
 #include <QTabBar>
 
 #include <algorithm>
+#include <utility>
 
 namespace qt {
 
@@ -49,14 +51,15 @@ void QtButton::setTarget(InterfaceOwner* target, std::string_view selector) {
                      [this, target, name = std::string(selector)] { target->performAction(name, *this); });
 }
 
-QtLabel::QtLabel(QLabel& label) : WidgetView(label), designedAlignment_(label.alignment()) {
+QtLabel::QtLabel(QLabel& label) : WidgetView(label), designedAlignment_(label.alignment()), text_(label.text()) {
     if (label.property(kHideWhenEmpty).toBool()) label.setVisible(!label.text().isEmpty());
 }
 
 void QtLabel::setStringValue(std::string_view text, TextTone tone) {
     bool alert = tone == TextTone::Alert;
-    QString shown = toQString(text);
-    bool changed = shown != widget_.text();
+    QString given = toQString(text);
+    bool changed = given != std::exchange(text_, given);
+    QString shown = widget_.wordWrap() ? breakable(given) : given;
     widget_.setTextFormat(Qt::PlainText);  // names of files and applications are no markup
     widget_.setText(shown);
     setAlertTone(widget_, alert);

@@ -31,9 +31,9 @@ private:
 class QtLabel final : public WidgetView<platform::TextField, QLabel> {
 public:
     explicit QtLabel(QLabel& label);
-    std::string stringValue() const override { return widget_.text().toStdString(); }
+    std::string stringValue() const override { return text_.toStdString(); }
     std::string title() const override { return stringValue(); }
-    std::int64_t integerValue() const override { return widget_.text().toLongLong(); }
+    std::int64_t integerValue() const override { return text_.toLongLong(); }
     void setStringValue(std::string_view text, platform::TextTone tone) override;
     void setIntegerValue(std::int64_t number) override;
     void setSelectable(bool selectable) override;
@@ -41,6 +41,7 @@ public:
 
 private:
     Qt::Alignment designedAlignment_;
+    QString text_;  // the label's has places to break at in long words
 };
 
 // Fields of one line ask for the width that they are given.

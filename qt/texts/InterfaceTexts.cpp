@@ -12,8 +12,9 @@ using namespace platform;
 
 namespace {
 
-constexpr const char* kTextProperties[] = {"text",   "title",          "windowTitle",     "toolTip",
-                                           "suffix", "accessibleName", "placeholderText", "accessibleDescription"};
+constexpr const char* kTextProperties[] = {"text",           "plainText",       "title",
+                                           "windowTitle",    "toolTip",         "suffix",
+                                           "accessibleName", "placeholderText", "accessibleDescription"};
 constexpr const char* kTextListProperties[] = {"columnTitles"};
 
 class Translator {

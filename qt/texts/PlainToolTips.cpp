@@ -1,5 +1,7 @@
 #include "qt/texts/PlainToolTips.h"
 
+#include "qt/texts/ForeignText.h"
+
 #include <QAbstractItemView>
 #include <QHelpEvent>
 #include <QTextDocument>
@@ -9,10 +11,22 @@ namespace qt {
 
 namespace {
 
+constexpr int kLongest = 1000;  // characters
+constexpr int kMostLines = 15;
+constexpr int kLongestLine = 120;  // characters; the toolkit breaks no lines but those of marked up text
+
 QString toolTipAt(QWidget& widget, const QPoint& place) {
     auto* view = qobject_cast<QAbstractItemView*>(widget.parentWidget());
     if (view && view->viewport() == &widget) return view->indexAt(place).data(Qt::ToolTipRole).toString();
     return widget.toolTip();
+}
+
+// What the toolkit shows as just this text, as much of it as a screen has room for.
+QString plainToolTip(const QString& text) {
+    const QString start = text.section(QLatin1Char('\n'), 0, kMostLines - 1);
+    const QString shown = shortened(start.size() < text.size() ? start + QStringLiteral("\n\u2026") : text, kLongest);
+    if (shown.size() <= kLongestLine && !Qt::mightBeRichText(shown)) return shown;
+    return Qt::convertFromPlainText(breakable(shown), Qt::WhiteSpaceNormal);
 }
 
 class PlainToolTips final : public QObject {
@@ -25,18 +39,14 @@ private:
         if (event->type() != QEvent::ToolTip) return false;
         auto& widget = static_cast<QWidget&>(*object);
         auto& help = static_cast<QHelpEvent&>(*event);
-        QString text = toolTipAt(widget, help.pos());
-        if (!Qt::mightBeRichText(text)) return false;
-        QToolTip::showText(help.globalPos(), plainToolTip(text), &widget);
+        const QString text = toolTipAt(widget, help.pos()), shown = plainToolTip(text);
+        if (shown == text) return false;
+        QToolTip::showText(help.globalPos(), shown, &widget);
         return true;
     }
 };
 
 }  // namespace
-
-QString plainToolTip(const QString& text) {
-    return Qt::mightBeRichText(text) ? Qt::convertFromPlainText(text, Qt::WhiteSpaceNormal) : text;
-}
 
 void showPlainToolTips(QWidget& widget) {
     auto* filter = new PlainToolTips(&widget);

@@ -2,16 +2,12 @@
 // name files to open: a name or a status that someone else has written must not.
 #pragma once
 
-#include <QString>
 #include <QWidget>
 
 namespace qt {
 
 // From now on the tool tips of the widget and of all that are in it, and of the rows of the views among them, are
-// plain. Widgets that come later need a call of their own.
+// plain, and of a size that fits on a screen. Widgets that come later need a call of their own.
 void showPlainToolTips(QWidget& widget);
-
-// What the toolkit shows as just this text.
-QString plainToolTip(const QString& text);
 
 }  // namespace qt
