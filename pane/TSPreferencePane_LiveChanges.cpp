@@ -14,7 +14,7 @@ constexpr double kCoalescing = 0.05;
 }  // namespace
 
 void TSPreferencePane::observeChanges() {
-    changeObservation = platform_.notifications.addObserver(kSettingsDomain, kPrefsChanged,
+    changeObservation = platform_.notifications.addObserver(kSettingsDomain, kPrefsChanged, Delivery::Latest,
                                                             [this](const Notification&) { takeInChangesSoon(); });
     storeObservation = platform_.preferences.observe([this](const PreferenceReport& report) {
         if (report.domain != kSettingsDomain || report.kind != PreferenceReport::Kind::Synchronized || isSaving) return;

@@ -19,6 +19,12 @@ struct Notification {
     std::string sender = {};          // the transport's name for the process that posted it; empty where it has none
 };
 
+// Which notifications an observer is told of.
+enum class Delivery {
+    Each,    // in the order in which they were posted
+    Latest,  // the last of those that arrived since it was told, at most once a frame: for what shows a state
+};
+
 // Stops observing when it is destroyed. It must not outlive its notification centre.
 class Observation {
 public:
@@ -33,7 +39,7 @@ public:
     virtual void post(std::string_view name, std::string_view object, const PropertyList& userInfo,
                       bool deliverImmediately) = 0;
     // The handler runs on the main thread. An empty object observes every object.
-    virtual std::unique_ptr<Observation> addObserver(std::string_view name, std::string_view object,
+    virtual std::unique_ptr<Observation> addObserver(std::string_view name, std::string_view object, Delivery delivery,
                                                      std::function<void(const Notification&)> handler) = 0;
 };
 

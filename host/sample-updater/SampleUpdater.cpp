@@ -47,7 +47,8 @@ public:
     }
 
     void start() {
-        cancelled_ = center_.addObserver(kCancel, identifier_, [this](const Notification&) { end("Cancelled."); });
+        cancelled_ = center_.addObserver(kCancel, identifier_, Delivery::Each,
+                                         [this](const Notification&) { end("Cancelled."); });
         say("Asking for the newest version…");
         if (mode_ == "hang") return;
         after([this] {
@@ -74,7 +75,8 @@ private:
         if (farewell_) return;
         preferences_.setValue("SULastCheckStatus", status, identifier_);
         preferences_.synchronize(identifier_);
-        farewell_ = center_.addObserver(kCompleted, identifier_, [](const Notification&) { QCoreApplication::quit(); });
+        farewell_ = center_.addObserver(kCompleted, identifier_, Delivery::Each,
+                                        [](const Notification&) { QCoreApplication::quit(); });
         say(status);
         center_.post(kCompleted, identifier_, {}, true);
         timer_ = runLoop_.scheduleTimer(kLongestFarewell, false, [] { QCoreApplication::quit(); });

@@ -17,16 +17,24 @@ constexpr const char* kSignature = "ssa{sv}b";
 
 class SignalObservation final : public Observation {
 public:
-    SignalObservation(QDBusConnection bus, const QStringList& arguments, SignalReceiver::Handler handler)
-        : receiver_(new SignalReceiver(std::move(bus), kNotificationPath, kNotificationInterface, kNotificationMember,
-                                       arguments, kSignature, std::move(handler))) {}
+    SignalObservation(QDBusConnection bus, const QStringList& arguments, Delivery delivery, LatestMessages& latest,
+                      SignalReceiver::Handler handler)
+        : latest_(latest), handler_(std::move(handler)) {
+        auto hold = [this](const QDBusMessage& message) { latest_.hold(handler_, message); };
+        receiver_.reset(new SignalReceiver(std::move(bus), kNotificationPath, kNotificationInterface,
+                                           kNotificationMember, arguments, kSignature,
+                                           delivery == Delivery::Latest ? hold : handler_));
+    }
     // Its own handler may end it, and Qt is still in the receiver's slot then.
     ~SignalObservation() override {
+        latest_.forget(handler_);
         receiver_->stop();
         receiver_.release()->deleteLater();
     }
 
 private:
+    LatestMessages& latest_;
+    const SignalReceiver::Handler handler_;
     std::unique_ptr<SignalReceiver> receiver_;
 };
 
@@ -68,9 +76,10 @@ void DBusNotificationCenter::post(std::string_view name, std::string_view object
 }
 
 std::unique_ptr<Observation> DBusNotificationCenter::addObserver(std::string_view name, std::string_view object,
+                                                                 Delivery delivery,
                                                                  std::function<void(const Notification&)> handler) {
     return std::make_unique<SignalObservation>(
-        bus(), QStringList{argumentToMatch(name), argumentToMatch(object)},
+        bus(), QStringList{argumentToMatch(name), argumentToMatch(object)}, delivery, latest_,
         [handler = std::move(handler)](const QDBusMessage& message) { handler(notificationOf(message)); });
 }
 

@@ -4,6 +4,8 @@
 #include "platform/Log.h"
 #include "platform/Notifications.h"
 
+#include "qt/messages/LatestMessages.h"
+
 #include <QDBusConnection>
 #include <QString>
 
@@ -28,7 +30,7 @@ public:
     // An empty name observes every name, an empty object every object. Information that is nested more deeply than
     // kDeepestUserInfo is left out, with a line in the log.
     std::unique_ptr<platform::Observation> addObserver(
-        std::string_view name, std::string_view object,
+        std::string_view name, std::string_view object, platform::Delivery delivery,
         std::function<void(const platform::Notification&)> handler) override;
 
 private:
@@ -36,6 +38,7 @@ private:
 
     platform::Log& log_;
     QString connectionName_;
+    LatestMessages latest_;
     bool saidUnreachable_ = false;
 };
 

@@ -36,7 +36,8 @@ TEST(UserInformationComesBackAsItWasSent) {
     check::RecordingLog log;
     DBusNotificationCenter sender(log), receiver(log);
     std::vector<Notification> heard;
-    auto observation = receiver.addObserver("name", "", [&](const Notification& n) { heard.push_back(n); });
+    auto observation =
+        receiver.addObserver("name", "", Delivery::Each, [&](const Notification& n) { heard.push_back(n); });
     auto sent = [&](const PropertyList& userInfo) {
         heard.clear();
         sender.post("name", "object", userInfo, true);
@@ -80,11 +81,12 @@ TEST(ObserversHearWhatTheyAskedForUntilTheyEnd) {
     check::RecordingLog log;
     DBusNotificationCenter center(log);
     std::string all, one;
-    std::unique_ptr<Observation> everything = center.addObserver("", "", [&](const Notification& n) {
+    std::unique_ptr<Observation> everything = center.addObserver("", "", Delivery::Each, [&](const Notification& n) {
         all += n.name + n.object + (n.deliverImmediately ? "!" : ".");
         if (n.name == "end") everything.reset();
     });
-    auto single = center.addObserver("a", "x", [&](const Notification& n) { one += n.name + n.object; });
+    auto single =
+        center.addObserver("a", "x", Delivery::Each, [&](const Notification& n) { one += n.name + n.object; });
     for (auto [name, object] : {std::pair{"a", "x"}, {"a", "y"}, {"b", "x"}, {"end", ""}, {"a", "x"}})
         center.post(name, object, {}, object[0] != 'y');
     REQUIRE(waitFor([&] { return one.size() == 4; }));
@@ -97,7 +99,7 @@ TEST(WithoutABusOneLineSaysSoAndAPostFindsOneThatCame) {
     DBusNotificationCenter center(log);
     for (const char* address : {static_cast<const char*>(nullptr), "unix:path=/nowhere/bus"}) {
         check::ScopedEnvironment noAddress("DBUS_SESSION_BUS_ADDRESS", address), noFolder("XDG_RUNTIME_DIR", nullptr);
-        auto observation = center.addObserver("a", "", [](const Notification&) {});
+        auto observation = center.addObserver("a", "", Delivery::Each, [](const Notification&) {});
         for (int i = 0; i < 3; ++i) center.post("a", "b", {}, true);
         CHECK_EQ(log.lines, std::vector<std::string>{"No session bus can be reached: changes are not announced"});
     }
@@ -108,7 +110,7 @@ TEST(WithoutABusOneLineSaysSoAndAPostFindsOneThatCame) {
     PrivateBus bus;
     DBusNotificationCenter other(log);
     bool heard = false;
-    auto observation = other.addObserver("a", "", [&](const Notification&) { heard = true; });
+    auto observation = other.addObserver("a", "", Delivery::Each, [&](const Notification&) { heard = true; });
     CHECK(waitFor([&] {
         center.post("a", "b", {}, true);
         return heard;

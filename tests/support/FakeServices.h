@@ -115,7 +115,7 @@ struct Notifications final : Noting<DistributedNotificationCenter> {
         journal_.push_back(formatted(
             "post %@ %@%@%@", {name, object, userInfo ? " with info" : "", deliverImmediately ? " at once" : ""}));
     }
-    std::unique_ptr<Observation> addObserver(std::string_view name, std::string_view object,
+    std::unique_ptr<Observation> addObserver(std::string_view name, std::string_view object, Delivery,
                                              std::function<void(const Notification&)> handler) override {
         return std::make_unique<Observer>(observers_, std::string(name), std::string(object), std::move(handler));
     }

@@ -3,12 +3,14 @@
 #include "TarnwickUpdater/PrefPane Stuff/TWVCUpdateViewController/TWVCUpdateViewController.h"
 #include "host/HostPlatform.h"
 #include "qt/controls/QtControls.h"
+#include "qt/messages/DBusNotificationCenter.h"
 #include "tests/qt/QtTest.h"
 
 #include <QApplication>
 #include <QDialog>
+#include <QElapsedTimer>
 #include <QGroupBox>
-#include <QLabel>
+#include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QTextEdit>
@@ -16,6 +18,7 @@
 #include <QVBoxLayout>
 
 #include <filesystem>
+#include <thread>
 
 using namespace platform;
 using check::ScopedEnvironment;
@@ -71,7 +74,9 @@ struct Desktop : PaneHost {
             if (widget->objectName() == QLatin1String(name)) return qobject_cast<Widget*>(widget);
         throw check::Abandoned();
     }
-    bool shows(const char* part) { return find<QLabel>("lastStatus")->text().contains(QString::fromUtf8(part)); }
+    bool shows(const char* part) {
+        return find<QPlainTextEdit>("lastStatus")->toPlainText().contains(QString::fromUtf8(part));
+    }
     bool isIdle() {
         auto* checkNow = find<QPushButton>("checkNow");
         return checkNow->isEnabled() && checkNow->text() == QStringLiteral("&Check Now") &&
@@ -115,6 +120,42 @@ TEST(TheUpdatersWordsAreShown) {
         CHECK(d.stored("SULastCheckDate").isDate() && fs::is_empty(d.home / "root/tmp"));
         if (picture) d.picture(picture);
     }
+}
+
+// What others say faster than anyone can read costs a look a frame, however long the words are.
+TEST(AFloodOfWordsLeavesTheWindowAsItIs) {
+    const bool isLong = std::getenv("TYPESLATE_LONG_TESTS") != nullptr;
+    const int count = isLong ? 100'000 : 1000;
+    Desktop d("", false);
+    d.open(d.placeholder);
+    const QSize least = d.window.minimumSizeHint(), size = d.window.size();
+    int shown = 0, longestGap = 0;
+    QObject::connect(d.find<QPlainTextEdit>("lastStatus"), &QPlainTextEdit::textChanged, [&] { ++shown; });
+    QTimer pulse;
+    QElapsedTimer all, gap;
+    pulse.callOnTimeout([&] { longestGap = std::max(longestGap, static_cast<int>(gap.restart())); });
+    all.start();
+    gap.start();
+    pulse.start(1);
+    std::thread updater([&] {
+        check::RecordingLog log;
+        qt::DBusNotificationCenter center(log);
+        const std::string words[] = {"end", std::string(3000, 'W'), std::string(60, '\n')};
+        for (int i = count; i-- > 0;) {
+            const std::string status = i % 100 ? std::to_string(i) : words[i ? 1 + i / 100 % 2 : 0];
+            center.post("com.tarnwick.updater.statuschange", kDomain,
+                        PropertyList::dictionary({{"Date", Date{0}}, {"Status", status}}), true);
+        }
+    });
+    auto isOver = [&] { return waitFor([&] { return d.shows("end"); }); };
+    for (int waits = isLong ? 6 : 1; waits > 0 && !isOver(); --waits) continue;
+    updater.join();
+    CHECK(d.shows("end") && shown <= all.elapsed() / 16 + 2);
+    CHECK(d.window.minimumSizeHint() == least && d.window.size() == size);
+    if (isLong)
+        std::printf("%d notifications in %d ms, shown %d, longest pause %d ms\n", count, int(all.elapsed()), shown,
+                    longestGap);
+    CHECK(!isLong || longestGap < 100);
 }
 
 TEST(TheStatementStandsOnTheWindowOrAboveTheControlsSheet) {

@@ -221,7 +221,7 @@ TEST(WhatOthersTellOfIsShownAndAStormOfItCostsLittle) {
     REQUIRE(others.synchronize(kDomain));
     qt::DBusNotificationCenter center(log);
     bool isOver = false;
-    auto end = center.addObserver(kDomain, "end", [&](const Notification&) { isOver = true; });
+    auto end = center.addObserver(kDomain, "end", Delivery::Each, [&](const Notification&) { isOver = true; });
     auto counting = opened.platform.preferences().observe([&](const PreferenceReport&) { ++looks; });
     constexpr int kStorm = 1000;
     for (int i = 0; i < kStorm; ++i) center.post(kDomain, "PrefsChanged", {}, true);

@@ -24,7 +24,7 @@ void printMessage(const PropertyList& message, BusModule& bus) {
 void watch() {
     BusModule& bus = requireBus();
     auto stamp = [&bus] { return iso8601FromDate(bus.runLoop().now()); };
-    auto observation = bus.notifications().addObserver("", "", [&](const Notification& notification) {
+    auto observation = bus.notifications().addObserver("", "", Delivery::Each, [&](const Notification& notification) {
         MutableDictionary line(PropertyList::dictionary({{"time", stamp()},
                                                          {"kind", "notification"},
                                                          {"name", notification.name},

@@ -37,7 +37,7 @@ void UnheardNotifications::post(std::string_view, std::string_view, const Proper
     if (!std::exchange(saidSo_, true)) log_("No session bus can be reached: changes are not announced");
 }
 
-std::unique_ptr<Observation> UnheardNotifications::addObserver(std::string_view, std::string_view,
+std::unique_ptr<Observation> UnheardNotifications::addObserver(std::string_view, std::string_view, Delivery,
                                                                std::function<void(const Notification&)>) {
     return std::make_unique<NoObservation>();
 }

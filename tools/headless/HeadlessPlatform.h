@@ -21,7 +21,7 @@ public:
     void post(std::string_view name, std::string_view object, const platform::PropertyList& userInfo,
               bool deliverImmediately) override;
     std::unique_ptr<platform::Observation> addObserver(
-        std::string_view name, std::string_view object,
+        std::string_view name, std::string_view object, platform::Delivery delivery,
         std::function<void(const platform::Notification&)> handler) override;
 
 private:

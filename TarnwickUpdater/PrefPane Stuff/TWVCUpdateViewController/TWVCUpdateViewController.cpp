@@ -97,10 +97,10 @@ void Controller::awakeFromNib() {
 
 void Controller::observeUpdater() {
     DistributedNotificationCenter& center = platform_.notifications;
-    statusObservation_ = center.addObserver(kStatusChange, plinthBundleID,
+    statusObservation_ = center.addObserver(kStatusChange, plinthBundleID, Delivery::Latest,
                                             [this](const Notification& notification) { statusChange(notification); });
-    completionObservation_ =
-        center.addObserver(kCheckCompleted, plinthBundleID, [this](const Notification&) { updateCheckComplete(); });
+    completionObservation_ = center.addObserver(kCheckCompleted, plinthBundleID, Delivery::Latest,
+                                                [this](const Notification&) { updateCheckComplete(); });
 }
 
 bool Controller::readAutomaticChecks() {
@@ -139,7 +139,10 @@ void Controller::beginAutomaticCheck() {
     startProgress();
     lastStatus->setStringValue(statusText(platform_.runLoop.now(), DateStyle::Short, localized("Checking...")));
     showAsCancel(*checkNow);
-    checkingTimer = platform_.runLoop.scheduleTimer(kUsersReactionTime, false, [this] { checkNow_(nullptr); });
+    checkingTimer = platform_.runLoop.scheduleTimer(kUsersReactionTime, false, [this] {
+        checkingTimer.reset();
+        checkNow_(nullptr);
+    });
 }
 
 void Controller::showAsCancel(Button& button) {
@@ -190,8 +193,12 @@ void Controller::changeFrequency(View&) {
 }
 
 void Controller::changeAutoUpdate(View&) {
-    store(twvc::kCheckForUpdatesKey, checkUpdatesButton->state());
+    bool isAutomatic = checkUpdatesButton->state();
+    store(twvc::kCheckForUpdatesKey, isAutomatic);
     synchronize();
+    if (isAutomatic || !checkingTimer) return;
+    showIdle();
+    updateStatusString();
 }
 
 void Controller::checkNow_(View* sender) {
@@ -234,13 +241,19 @@ void Controller::runUpdater(View* sender) {
 void Controller::updateCheckComplete() {
     if (gLogStuff) twvc::log(services_, "Completed");
     resetTimer_.reset();
+    showIdle();
+    synchronize();
+    updateStatusString();
+}
+
+// Nothing is under way: no check that was about to begin either, which another window may have made meanwhile.
+void Controller::showIdle() {
+    checkingTimer.reset();
     progessBar->stopAnimation();
     progessBar->setHidden(true);
     checkNow->setTitle(oldCheckNowTitle);
     checkNow->setTag(0);
     checkNow->setEnabled(true);
-    synchronize();
-    updateStatusString();
 }
 
 void Controller::statusChange(const Notification& notification) {

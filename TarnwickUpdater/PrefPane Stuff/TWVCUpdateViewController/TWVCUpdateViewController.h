@@ -74,6 +74,7 @@ private:
     void selectFrequency(double interval);
     void takePlaceOfSacrificialView();
     void startProgress();
+    void showIdle();
     void cancelCheck(platform::View& sender);
     void runUpdater(platform::View* sender);
     void showStatus(platform::Date date, std::string_view status, platform::DateStyle toolTipStyle);
