@@ -91,6 +91,7 @@ int main() {
         store.log("[Typeslate] The helper cannot watch %@", store.preferences.folder());
         return EXIT_FAILURE;
     }
+    helper::sayReady(lock);
     logSettings(watch, store.log);
     takeInUntilTheEnd(watch, store.log, signals, session);
     return EXIT_SUCCESS;

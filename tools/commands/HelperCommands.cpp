@@ -1,11 +1,13 @@
 #include "tools/commands/Commands.h"
 
+#include "host/helper/HelperLock.h"
 #include "settings/EntryList.h"
 #include "tools/Localized.h"
 #include "tools/Output.h"
 #include "tools/headless/HeadlessPane.h"
 
 #include <chrono>
+#include <cstring>
 #include <thread>
 
 using namespace platform;
@@ -14,7 +16,7 @@ namespace tools {
 namespace {
 
 constexpr int kNotRunning = 1;
-constexpr std::chrono::milliseconds kLongestFarewell(5000), kPause(10);
+constexpr std::chrono::milliseconds kLongestWait(5000), kPause(10);
 
 struct Arguments {
     bool json = false;
@@ -26,21 +28,41 @@ std::optional<ProcessID> runningHelper(HeadlessPane& pane) {
     return isRunning ? std::optional<ProcessID>(psn.low) : std::nullopt;
 }
 
+Refusal notStarted(const helper::HelperLockState& lock, std::optional<ProcessID> process) {
+    if (process) return refused("the helper, process %d, does not answer", *process);
+    if (lock.holder.process)
+        return refused("the helper could not be started: %@, process %d, holds its lock %@",
+                       linux::withVisibleControls(lock.holder.program), lock.holder.process,
+                       linux::withVisibleControls(lock.path));
+    return refused("the helper could not be started");
+}
+
 std::string runningText(ProcessID process) { return localizedFormat("running, process %d", process); }
 
+// One that cannot have the lock leaves at once, and only the lock tells.
 void start(const Arguments&) {
     HeadlessPane pane;
+    if (const auto lock = helper::helperLockState(); lock.holder.process && !runningHelper(pane))
+        throw notStarted(lock, {});
     pane.operations().launchTSDaemon();
-    std::optional<ProcessID> process = runningHelper(pane);
-    if (!process) throw refused("the helper could not be started");
-    printLine(runningText(*process));
+    const auto end = std::chrono::steady_clock::now() + kLongestWait;
+    for (;;) {
+        const helper::HelperLockState lock = helper::helperLockState();
+        if (lock.error)
+            throw refused("the helper could not be started: %@: %@", linux::withVisibleControls(lock.path),
+                          std::strerror(lock.error));
+        const std::optional<ProcessID> process = runningHelper(pane);
+        if (lock.isReady && process == lock.holder.process) return printLine(runningText(*process));
+        if (std::chrono::steady_clock::now() > end) throw notStarted(lock, process);
+        std::this_thread::sleep_for(kPause);
+    }
 }
 
 // The pane waits for nothing; a script that goes on wants it gone.
 void stop(const Arguments&) {
     HeadlessPane pane;
     pane.operations().killTSDaemon();
-    const auto end = std::chrono::steady_clock::now() + kLongestFarewell;
+    const auto end = std::chrono::steady_clock::now() + kLongestWait;
     while (runningHelper(pane)) {
         if (std::chrono::steady_clock::now() > end) throw refused("the helper was asked to quit and is still running");
         std::this_thread::sleep_for(kPause);

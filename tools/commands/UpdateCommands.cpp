@@ -10,6 +10,13 @@
 #include "tools/StoredDomain.h"
 #include "tools/UsageTexts.h"
 
+#include <pwd.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <ctime>
+
 using namespace platform;
 using settings::kSettingsDomain;
 
@@ -74,6 +81,39 @@ OSStatus launchNow(Updates& updates, FSRef& launched) {
     return result;
 }
 
+std::string ageOf(std::time_t seconds) {
+    struct Unit {
+        std::time_t seconds;
+        const char* symbol;
+    };
+    constexpr Unit kUnits[] = {{86400, "d"}, {3600, "h"}, {60, "min"}};
+    for (const Unit& unit : kUnits)
+        if (seconds >= 2 * unit.seconds) return std::to_string(seconds / unit.seconds) + " " + unit.symbol;
+    return std::to_string(std::max<std::time_t>(seconds, 0)) + " s";
+}
+
+std::string nameOfUser(uid_t user) {
+    const passwd* found = ::getpwuid(user);
+    return found ? linux::withVisibleControls(found->pw_name) : std::to_string(user);
+}
+
+// What went wrong, and for a lock that is in the way, whose it is and what can be done about it.
+Refusal failed(Updates& updates, OSStatus status) {
+    const auto lock = twvc::updaterLockPath(updates.services, kSettingsDomain);
+    struct stat facts;
+    if (status != kDuplicateFile || !lock || ::lstat(lock->c_str(), &facts) != 0)
+        return refused("error %d: %@", status, localized(statusText(status)));
+    const std::string owner = nameOfUser(facts.st_uid), path = linux::withVisibleControls(*lock);
+    const bool isOurs = facts.st_uid == ::geteuid() || ::geteuid() == 0;
+    return Refusal(std::vector{
+        localizedFormat("error %d: %@", status, localized(statusText(status))),
+        localizedFormat("the lock %@ belongs to %@ and is %@ old", path, owner,
+                        ageOf(::time(nullptr) - facts.st_mtime)),
+        isOurs
+            ? localized("it is there while an updater is started; one that stays was left behind, and can be deleted")
+            : localizedFormat("it is there while an updater is started; ask %@ to delete one that stays", owner)});
+}
+
 void check(const Arguments& arguments) {
     Updates updates;
     Bundle& module = updates.requireModule();
@@ -82,11 +122,13 @@ void check(const Arguments& arguments) {
     OSStatus result = arguments.now ? launchNow(updates, launched)
                                     : twvc::checkForUpdate(updates.services, &module, arguments.fromModule, &launched);
     save(updates.preferences, kSettingsDomain);
-    if (result != kNoErr) throw refused("error %d: %@", result, localized(statusText(result)));
+    if (result != kNoErr) throw failed(updates, result);
     if (!launched.path.empty())
         return printLine(localizedFormat("launched %@", linux::withVisibleControls(launched.path)));
-    if (arguments.now || before["due"].boolValue())
-        throw refused("the updater could not be launched; the log says why");
+    const bool isDue = arguments.now || before["due"].boolValue();
+    if (isDue && !twvc::updaterOf(module))
+        throw refused("the module %@ has no updater", linux::withVisibleControls(module.path()));
+    if (isDue) throw refused("the updater could not be launched; the log says why");
     printLine(localizedFormat("nothing is due (rule: %@)", before["rule"]));
     throw CLI::RuntimeError(kNothingDue);
 }

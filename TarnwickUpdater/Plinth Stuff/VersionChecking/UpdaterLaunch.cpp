@@ -26,7 +26,7 @@ std::optional<FSRef> fileReference(FileServices& files, const std::string& path)
 
 // While the lock is held. What goes wrong here is told to the log only.
 void launch(const UpdateServices& services, const Bundle& bundle, std::string_view identifier, FSRef* outLaunched) {
-    auto updater = bundle.resourcePath("Tarnwick Updater", "app");
+    auto updater = updaterOf(bundle);
     auto reference = updater ? fileReference(services.files, *updater) : std::nullopt;
     if (!reference || bundle.path().empty()) return;
     OSStatus status = services.launcher.launchApplication(*updater, bundle.path());
@@ -62,6 +62,14 @@ OSStatus launchUnderLock(const UpdateServices& services, const Bundle& bundle, s
 }
 
 }  // namespace
+
+std::optional<std::string> updaterLockPath(const UpdateServices& services, std::string_view identifier) {
+    auto folder = services.files.folder(FolderDomain::System, FolderKind::Temporary);
+    auto name = lockFileName(identifier);
+    return folder && name ? std::optional(*folder + "/" + *name) : std::nullopt;
+}
+
+std::optional<std::string> updaterOf(const Bundle& module) { return module.resourcePath("Tarnwick Updater", "app"); }
 
 OSStatus runUpdater(const UpdateServices& services, const Bundle* bundle, std::optional<std::string_view> identifier,
                     FSRef* outLaunchedUpdater) {
