@@ -29,6 +29,7 @@ constexpr int kRounds = 7;
 
 struct SilentLog : platform::Log {
     void write(std::string_view) override {}
+    bool isOn() override { return false; }
 };
 
 template <typename Work>
@@ -103,10 +104,10 @@ int rebuild() {
     const auto cache = CFPreferencesWrapper_Typeslate::preferencesWithApplication(preferences, kCacheDomain);
     Catalogue catalogue;
     CacheCheck check;
-    const double whole = secondsOf([&] { check = checkFontNameCache({files, log}, cache.get(), catalogue); });
+    const double whole = secondsOf([&] { check = checkFontNameCache({files, log, log}, cache.get(), catalogue); });
     const long peak = peakMemory();
     Catalogue again;
-    const double building = secondsOf([&] { adobeNames({files, log}, again); });
+    const double building = secondsOf([&] { adobeNames({files, log, log}, again); });
     std::printf("{\"files\": %zu, \"names\": %zu, \"whole\": %.6f, \"build\": %.6f, \"peak\": %ld}\n",
                 check.files.size(), catalogue.names.size(), whole, building, peak);
     return check.isStored ? 0 : 1;

@@ -1,6 +1,7 @@
 // The pane's life in its host.
 #include "pane/TSPreferencePane.h"
 
+#include "settings/DiagnosticLog.h"
 #include "settings/EntryList.h"
 
 #include <algorithm>
@@ -88,7 +89,8 @@ void TSPreferencePane::awakeFromNib() {
     toggleAll();
     auto cache =
         CFPreferencesWrapper_Typeslate::preferencesWithApplication(platform_.preferences, fontcatalog::kCacheDomain);
-    checkFontNameCache({platform_.files, platform_.log}, cache.get(), adobeNames);
+    settings::DiagnosticLog diagnostics(platform_.log, prefs.get());
+    checkFontNameCache({platform_.files, platform_.log, diagnostics}, cache.get(), adobeNames);
     mSystemPrefsIcon = platform_.toolkit.applicationIcon();
     mPrefPaneIcon =
         overlayIcon_withProductIcon(mSystemPrefsIcon, thisBundle.infoValue("CFBundleIconFile").stringValue());

@@ -5,6 +5,7 @@
 
 #include "platform/PlatformTypes.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -35,12 +36,17 @@ struct FolderEntry {
     bool isInvisible = false;      // the name starts with "."
     std::optional<Date> modified;  // of the content; nothing where the file system gives no time that a Date can hold
     ItemIdentity identity;
+    bool isLink = false;  // the fields above are of what it leads to
 };
 
 enum class FolderDetail {
     Names,      // name and isInvisible, and the kind where the folder itself holds it; links are Unresolved
     Everything  // every field; links are followed
 };
+
+// Whether a listing shall hold an item, by its name and its kind as Names has them. Asked once for each item, so that a
+// listing of a few of a million items takes no more memory than those few.
+using ItemFilter = std::function<bool(const FolderEntry&)>;
 
 // One pass over the items of one folder, without "." and "..", in the byte order of their names whatever the file
 // system's own order is. It shows the folder as it was when it was opened; items that have vanished since are left out.
@@ -54,7 +60,7 @@ public:
 
 class FileServices {
 public:
-    // A larger file is not read into memory.
+    // Bytes. A larger file is never read into memory.
     static constexpr std::size_t kLargestFile = std::size_t{1} << 30;
 
     virtual ~FileServices() = default;
@@ -68,11 +74,19 @@ public:
 
     // Null, and the reason in `status`, when the folder cannot be read to its end: kFileNotFound, kNotAFolder,
     // kPermissionErr or kIOErr.
-    virtual std::unique_ptr<FolderIterator> openFolder(std::string_view path, FolderDetail detail,
-                                                       OSStatus& status) = 0;
-    // The whole content of a regular file, links followed; null when there is none at the path, when it cannot be read
-    // or is larger than kLargestFile. Nothing but a regular file is opened.
-    virtual std::shared_ptr<const std::string> readFile(std::string_view path) = 0;
+    virtual std::unique_ptr<FolderIterator> openFolder(std::string_view path, FolderDetail detail, OSStatus& status,
+                                                       const ItemFilter& isWanted) = 0;
+    std::unique_ptr<FolderIterator> openFolder(std::string_view path, FolderDetail detail, OSStatus& status) {
+        return openFolder(path, detail, status, {});  // all items
+    }
+    // The whole content of a regular file, links followed. Null, and the reason in `status`, when there is none at the
+    // path, when it cannot be read, or when it has more than `most` bytes (kFileTooLarge). Nothing but a regular file
+    // is opened.
+    virtual std::shared_ptr<const std::string> readFile(std::string_view path, std::size_t most, OSStatus& status) = 0;
+    std::shared_ptr<const std::string> readFile(std::string_view path) {
+        OSStatus status;
+        return readFile(path, kLargestFile, status);
+    }
 };
 
 }  // namespace platform

@@ -23,7 +23,11 @@ inline constexpr OSStatus kDuplicateFile = -48;
 inline constexpr OSStatus kParamErr = -50;
 inline constexpr OSStatus kPermissionErr = -54;
 inline constexpr OSStatus kIOErr = -36;
+inline constexpr OSStatus kOtherVolume = -1303;
+inline constexpr OSStatus kFileTooLarge = -1309;
 inline constexpr OSStatus kNotAFolder = -1407;
+inline constexpr OSStatus kNotAFile = -1408;
+inline constexpr OSStatus kTooMany = -1409;
 
 // A short English description, for logs and alerts; never empty.
 constexpr std::string_view statusText(OSStatus status) {
@@ -42,8 +46,16 @@ constexpr std::string_view statusText(OSStatus status) {
             return "Bad parameter";
         case kPermissionErr:
             return "Permission denied";
+        case kOtherVolume:
+            return "A link to another file system";
+        case kFileTooLarge:
+            return "Too large to be read";
         case kNotAFolder:
             return "Not a folder";
+        case kNotAFile:
+            return "Not a regular file";
+        case kTooMany:
+            return "Too many folders";
         default:
             return "Unknown error";
     }

@@ -16,6 +16,8 @@ OSStatus statusOfErrno(int error) {
             return kNotAFolder;
         case EEXIST:
             return kDuplicateFile;
+        case EFBIG:
+            return kFileTooLarge;
         case ENAMETOOLONG:
             return kBadName;
         case EACCES:

@@ -51,23 +51,16 @@ class LinuxFolderIterator final : public FolderIterator {
 public:
     explicit LinuxFolderIterator(FolderDetail detail) : detail_(detail) {}
     ~LinuxFolderIterator() override {
-        if (folder_) ::closedir(folder_);
+        if (folder_ >= 0) ::close(folder_);
     }
 
     // 0, or the error number.
-    int open(const std::string& path) {
-        const int descriptor = ::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-        if (descriptor < 0) return errno;
-        folder_ = ::fdopendir(descriptor);
-        if (!folder_) {
-            const int error = errno;
-            ::close(descriptor);
-            return error;
-        }
+    int open(const std::string& path, const ItemFilter& isWanted) {
+        folder_ = ::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
         struct stat status;
-        if (::fstat(descriptor, &status) != 0) return errno;
+        if (folder_ < 0 || ::fstat(folder_, &status) != 0) return errno;
         identity_ = {status.st_dev, status.st_ino};
-        return readItems();
+        return readItems(isWanted);
     }
 
     ItemIdentity identity() const override { return identity_; }
@@ -78,34 +71,44 @@ public:
     }
 
 private:
-    int readItems() {
-        for (;;) {
-            errno = 0;
-            const dirent* item = ::readdir(folder_);
-            if (!item) break;
-            const std::string_view name = item->d_name;
-            if (name != "." && name != "..") items_.push_back({std::string(name), item->d_type});
-        }
-        const int error = errno;
+    // Without readdir(3), which takes twice the time for a folder of few items: there may be many thousands of them.
+    int readItems(const ItemFilter& isWanted) {
+        alignas(dirent64) char buffer[1 << 15];
+        FolderEntry entry;
+        ssize_t size;
+        while ((size = ::getdents64(folder_, buffer, sizeof buffer)) > 0)
+            for (ssize_t at = 0; at < size;) {
+                const auto* item = reinterpret_cast<const dirent64*>(buffer + at);
+                at += item->d_reclen;
+                entry.name = item->d_name;
+                if (entry.name == "." || entry.name == "..") continue;
+                entry.isInvisible = entry.name.starts_with('.');
+                entry.kind = kindOfType(item->d_type);
+                if (!isWanted || isWanted(entry)) items_.push_back({entry.name, item->d_type});
+            }
+        if (size < 0) return errno;
         std::sort(items_.begin(), items_.end(), [](const Item& a, const Item& b) { return a.name < b.name; });
-        return error;
+        return 0;
     }
 
     void append(Item& item, std::vector<FolderEntry>& entries) {
         FolderEntry entry;
         entry.isInvisible = item.name.starts_with('.');
         entry.kind = kindOfType(item.type);
-        if (detail_ == FolderDetail::Everything && !describe(item.name, entry)) return;
+        if (detail_ == FolderDetail::Everything && !describe(item, entry)) return;
         entry.name = std::move(item.name);
         entries.push_back(std::move(entry));
     }
 
-    bool describe(const std::string& name, FolderEntry& entry) const {
+    // False when the item has vanished.
+    bool describe(const Item& item, FolderEntry& entry) const {
         struct stat status;
-        const int descriptor = ::dirfd(folder_);
+        const auto ask = [&](int flags) { return ::fstatat(folder_, item.name.c_str(), &status, flags) == 0; };
         entry.kind = ItemKind::Unresolved;
-        if (::fstatat(descriptor, name.c_str(), &status, 0) != 0)
-            return ::fstatat(descriptor, name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0 || errno != ENOENT;
+        // Not every file system tells the type with the name.
+        entry.isLink =
+            item.type == DT_LNK || (item.type == DT_UNKNOWN && ask(AT_SYMLINK_NOFOLLOW) && S_ISLNK(status.st_mode));
+        if (!ask(0)) return ask(AT_SYMLINK_NOFOLLOW) || errno != ENOENT;
         entry.kind = kindOfMode(status.st_mode);
         entry.modified = dateOf(status.st_mtim);
         entry.identity = {status.st_dev, status.st_ino};
@@ -113,7 +116,7 @@ private:
     }
 
     const FolderDetail detail_;
-    DIR* folder_ = nullptr;
+    int folder_ = -1;
     ItemIdentity identity_;
     std::vector<Item> items_;
     std::size_t next_ = 0;
@@ -121,9 +124,10 @@ private:
 
 }  // namespace
 
-std::unique_ptr<FolderIterator> LinuxFiles::openFolder(std::string_view path, FolderDetail detail, OSStatus& status) {
+std::unique_ptr<FolderIterator> LinuxFiles::openFolder(std::string_view path, FolderDetail detail, OSStatus& status,
+                                                       const ItemFilter& isWanted) {
     auto iterator = std::make_unique<LinuxFolderIterator>(detail);
-    int error = isUsablePath(path) ? iterator->open(std::string(path)) : ENOENT;
+    int error = isUsablePath(path) ? iterator->open(std::string(path), isWanted) : ENOENT;
     status = statusOfErrno(error);
     return error ? nullptr : std::move(iterator);
 }

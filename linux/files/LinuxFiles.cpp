@@ -1,5 +1,6 @@
 #include "linux/files/LinuxFiles.h"
 
+#include "linux/files/ErrnoStatus.h"
 #include "linux/files/Paths.h"
 #include "linux/files/WholeFile.h"
 
@@ -75,18 +76,23 @@ std::optional<std::string> LinuxFiles::folder(FolderDomain domain, FolderKind ki
     return belowTestRoot("/tmp");
 }
 
-std::shared_ptr<const std::string> LinuxFiles::readFile(std::string_view path) {
-    if (!isUsablePath(path)) return nullptr;
+std::shared_ptr<const std::string> LinuxFiles::readFile(std::string_view path, std::size_t most, OSStatus& status) {
     std::string name(path);
-    struct stat status;
+    struct stat file;
+    status = isUsablePath(path) ? kNoErr : kFileNotFound;
+    if (!status && ::stat(name.c_str(), &file) != 0) status = statusOfErrno(errno);
     // A device may do something when it is opened.
-    if (::stat(name.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return nullptr;
+    if (!status && !S_ISREG(file.st_mode)) status = kNotAFile;
+    if (status) return nullptr;
     FileAccess& files = FileAccess::system();
-    Descriptor file = openForReading(files, AT_FDCWD, name.c_str());
+    Descriptor descriptor = openForReading(files, AT_FDCWD, name.c_str());
     auto bytes = std::make_shared<std::string>();
     FileIdentity identity;
-    if (!file || readWhole(files, file, kLargestFile, *bytes, identity)) return nullptr;
-    return bytes;
+    Failure failure = descriptor ? readWhole(files, descriptor, std::min(most, kLargestFile), *bytes, identity)
+                                 : Failure{"open", descriptor.error()};
+    if (!failure) return bytes;
+    status = failure.error ? statusOfErrno(failure.error) : kNotAFile;
+    return nullptr;
 }
 
 }  // namespace linux

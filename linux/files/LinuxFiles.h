@@ -14,9 +14,13 @@ public:
     bool fileExists(std::string_view path) override;
     std::string expandTilde(std::string_view path) override;
     std::optional<std::string> folder(platform::FolderDomain domain, platform::FolderKind kind) override;
+    using FileServices::openFolder;
+    using FileServices::readFile;
     std::unique_ptr<platform::FolderIterator> openFolder(std::string_view path, platform::FolderDetail detail,
-                                                         platform::OSStatus& status) override;
-    std::shared_ptr<const std::string> readFile(std::string_view path) override;
+                                                         platform::OSStatus& status,
+                                                         const platform::ItemFilter& isWanted) override;
+    std::shared_ptr<const std::string> readFile(std::string_view path, std::size_t most,
+                                                platform::OSStatus& status) override;
 };
 
 }  // namespace linux

@@ -5,7 +5,10 @@
 #include "pane/fontcatalog/NameDatabaseReader.h"
 #include "pane/fontcatalog/TextEncoding.h"
 
+#include <algorithm>
+
 namespace fontcatalog {
+
 namespace {
 
 using platform::FolderDomain;
@@ -28,6 +31,22 @@ bool store(CFPreferencesWrapper_Typeslate& cache, const PropertyList& names, flo
     return cache.synchronize();
 }
 
+std::shared_ptr<const std::string> readText(const Context& context, std::string_view path, std::size_t most) {
+    platform::OSStatus status;
+    auto bytes = context.files.readFile(path, most, status);
+    if (!bytes) context.passOver(path, status);
+    return bytes;
+}
+
+NamesCollection scanLists(const Context& context, const PropertyList& lists, NamesCollection names,
+                          ListReading& reading) {
+    for (std::size_t i = 0; i < lists.size(); ++i) {
+        scanFontList_forNames(context, lists[i][kPathKey].stringValue(), &names, reading);
+        if (context.progress) context.progress(i + 1, lists.size());
+    }
+    return names;
+}
+
 }  // namespace
 
 std::optional<std::string> adobeDBPath(platform::FileServices& files) {
@@ -39,53 +58,55 @@ std::optional<std::string> adobeDBPath(platform::FileServices& files) {
     return std::nullopt;
 }
 
-float adobeDBVersion(platform::FileServices& files) {
-    const auto path = adobeDBPath(files);
-    return path ? nameDatabaseVersion(decodedText(files.readFile(*path)).characters) : 0;
+float adobeDBVersion(const Context& context) {
+    const auto path = adobeDBPath(context.files);
+    return path ? nameDatabaseVersion(decodedText(readText(context, *path, kLargestText)).characters) : 0;
 }
 
 void scanFontList_forNames(const Context& context, std::optional<std::string_view> path, NamesCollection* names,
-                           FontFileLookup& lookup) {
+                           ListReading& reading) {
     if (!path || !names) return;
-    context.log("Scanning %@", *path);
-    auto bytes = context.files.readFile(*path);
+    context.diagnostics("Scanning %@", *path);
+    auto bytes = readText(context, *path, std::min(kLargestText, reading.textLeft));
     if (!bytes) return;
-    const FontFileFinder find = [&](std::string_view relative) { return lookup.getFontFileForSubpath(relative); };
-    readFontList(listText(std::move(bytes)), *path, find, context.log, *names);
+    const std::size_t size = bytes->size();
+    const FontFileFinder find = [&](std::string_view relative) {
+        return reading.lookup.getFontFileForSubpath(relative);
+    };
+    readFontList(listText(std::move(bytes)), *path, find, context.diagnostics, *names);
+    reading.textLeft -= size;
+    reading.kept.add(size, *names);
 }
 
 NamesCollection scanAdobeFontLists(const Context& context, std::optional<NamesCollection> names) {
-    if (!names) names.emplace();
-    FontFileLookup lookup(context.files);
-    const PropertyList lists = getAdobeFilesArray(context.files, context.log);
-    for (std::size_t i = 0; i < lists.size(); ++i) {
-        scanFontList_forNames(context, lists[i][kPathKey].stringValue(), &*names, lookup);
-        if (context.progress) context.progress(i + 1, lists.size());
-    }
-    return std::move(*names);
+    ListReading reading{FontFileLookup(context.files)};
+    return scanLists(context, getAdobeFilesArray(context), names ? std::move(*names) : NamesCollection(), reading);
 }
 
-void adobeNames(const Context& context, Catalogue& catalogue) {
+void adobeNames(const Context& context, Catalogue& catalogue, PropertyList lists) {
     if (catalogue.state != Catalogue::State::NotBuilt) return;
     const auto path = adobeDBPath(context.files);
     if (!path) {
         catalogue.state = Catalogue::State::Unavailable;
         return;
     }
-    std::optional<NamesCollection> names;
-    if (auto bytes = context.files.readFile(*path)) {
-        names.emplace();
-        readNameDatabase(decodedText(std::move(bytes)), *names);
+    NamesCollection names;
+    ListReading reading{FontFileLookup(context.files)};
+    if (auto bytes = readText(context, *path, kLargestText)) {
+        const std::size_t size = bytes->size();
+        readNameDatabase(decodedText(std::move(bytes)), names);
+        reading.kept.add(size, names);
     }
-    catalogue.names = scanAdobeFontLists(context, std::move(names)).freeze();
+    if (!lists || context.diagnostics.isOn()) lists = getAdobeFilesArray(context);
+    catalogue.names = scanLists(context, lists, std::move(names), reading).freeze();
     catalogue.state = Catalogue::State::Built;
 }
 
-bool isFileSetUnchanged(const PropertyList& stored, const PropertyList& current, platform::Log& log) {
+bool isFileSetUnchanged(const PropertyList& stored, const PropertyList& current, platform::Log& diagnostics) {
     if (!stored.isArray() || !current.isArray() || stored.size() != current.size() || stored == current) return false;
     for (std::size_t i = 0; i < stored.size(); ++i) {
         if (areEqualAsDictionaries(stored[i], current[i])) continue;
-        log("%@ does not equal %@", stored[i], current[i]);
+        diagnostics("%@ does not equal %@", stored[i], current[i]);
         return false;
     }
     return true;
@@ -94,19 +115,20 @@ bool isFileSetUnchanged(const PropertyList& stored, const PropertyList& current,
 CacheCheck checkFontNameCache(const Context& context, CFPreferencesWrapper_Typeslate* cache, Catalogue& catalogue) {
     CacheCheck check;
     PropertyList storedFiles = cache ? cache->objectForKey(kFilesKey) : PropertyList();
-    if (storedFiles) check.files = getAdobeFilesArray(context.files, context.log);
+    if (storedFiles) check.files = getAdobeFilesArray(context);
     const float storedVersion = cache ? cache->floatForKey(kVersionKey) : 0;
-    const float actualVersion = adobeDBVersion(context.files);
+    const float actualVersion = adobeDBVersion(context);
     const bool isNewerVersion = actualVersion > storedVersion;
-    const bool filesMatch = isFileSetUnchanged(storedFiles, check.files, context.log);
+    const bool filesMatch = isFileSetUnchanged(storedFiles, check.files, context.diagnostics);
     if (isCacheUpToDate(cache, storedFiles, filesMatch, isNewerVersion)) return check;
 
     check.isRebuilt = true;
     storedFiles = {};  // which holds the whole of the old cache
-    if (!check.files) check.files = getAdobeFilesArray(context.files, context.log);
-    context.log("Stored Version (%f) versus actual version (%f), %d", storedVersion, actualVersion, isNewerVersion);
+    if (!check.files) check.files = getAdobeFilesArray(context);
+    context.diagnostics("Stored Version (%f) versus actual version (%f), %d", storedVersion, actualVersion,
+                        isNewerVersion);
     context.log("Rebuilding");
-    adobeNames(context, catalogue);
+    adobeNames(context, catalogue, check.files);
     if (cache && catalogue.state == Catalogue::State::Built)
         check.isStored = store(*cache, catalogue.names, actualVersion, check.files);
     return check;

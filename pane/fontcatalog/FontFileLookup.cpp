@@ -14,8 +14,10 @@ using platform::FolderDomain;
 using platform::ItemKind;
 
 constexpr FolderDomain kSearchOrder[] = {FolderDomain::User, FolderDomain::Local, FolderDomain::Network};
-// Lists may name the same large folder by ever new paths through links. Beyond this each file is asked for by itself.
-constexpr std::size_t kMostNames = 1'000'000;
+// Folders may be vast, and lists may name the same one by ever new paths, or ever new ones that are not there. Beyond
+// this each file is asked for by itself, which takes a microsecond instead of memory.
+constexpr std::size_t kMostNames = 100'000;
+constexpr std::size_t kNamesPerListing = 4;  // which take as much memory as a folder's place among the listings
 constexpr std::size_t kBatch = 256;
 // Beyond these the system refuses a path or a name, however the folder's listing looks.
 constexpr std::size_t kLongestPath = 4095;
@@ -70,6 +72,7 @@ struct FontFileLookup::Domain {
     std::unordered_map<std::string, Listing, StringHash, std::equal_to<>> listings;  // by full path
     std::string lastFolder;  // with its listing: the next file is mostly there too
     Listing* last = nullptr;
+    Listing unlisted;  // of all folders beyond the limit
 };
 
 FontFileLookup::FontFileLookup(platform::FileServices& files) : files_(files), namesLeft_(kMostNames) {}
@@ -129,24 +132,26 @@ bool FontFileLookup::exists(Domain& domain, std::string_view path) {
 
 FontFileLookup::Listing& FontFileLookup::listingOf(Domain& domain, std::string_view folder) {
     if (const auto known = domain.listings.find(folder); known != domain.listings.end()) return known->second;
+    if (namesLeft_ < kNamesPerListing) return domain.unlisted;
+    namesLeft_ -= kNamesPerListing;
     Listing& listing = domain.listings[std::string(folder)];
-    if (namesLeft_ == 0) return listing;
+    std::size_t count = 0;
+    const auto isWithinLimit = [&](const platform::FolderEntry&) { return ++count <= namesLeft_; };
     platform::OSStatus status;
-    const auto iterator = files_.openFolder(folder, platform::FolderDetail::Names, status);
+    const auto iterator = files_.openFolder(folder, platform::FolderDetail::Names, status, isWithinLimit);
     if (status == platform::kFileNotFound || status == platform::kNotAFolder) listing.state = Listing::State::Missing;
     // A folder may be readable and yet closed to those who want one of its files.
     if (!iterator || !files_.fileExists(std::string(folder) + ".")) return listing;
+    if (count > namesLeft_) {
+        namesLeft_ = 0;
+        return listing;
+    }
+    namesLeft_ -= count;
+    listing.names.reserve(count);
     std::vector<platform::FolderEntry> entries;
-    for (iterator->nextBatch(kBatch, entries); !entries.empty(); iterator->nextBatch(kBatch, entries)) {
-        if (entries.size() > namesLeft_) {
-            namesLeft_ = 0;
-            listing.names.clear();
-            return listing;
-        }
-        namesLeft_ -= entries.size();
+    for (iterator->nextBatch(kBatch, entries); !entries.empty(); iterator->nextBatch(kBatch, entries))
         listing.names.insert(listing.names.end(), std::move_iterator(entries.begin()),
                              std::move_iterator(entries.end()));
-    }
     // Other platforms may list in another order.
     const auto less = [](const platform::FolderEntry& a, const platform::FolderEntry& b) { return a.name < b.name; };
     if (!std::is_sorted(listing.names.begin(), listing.names.end(), less))

@@ -30,7 +30,7 @@ struct World : Machine {
     std::unique_ptr<CFPreferencesWrapper_Typeslate> cache =
         CFPreferencesWrapper_Typeslate::preferencesWithApplication(preferences, kCacheDomain);
     Catalogue catalogue;
-    Context context{files, log};
+    Context context{files, log, log};
 
     // As a new process would.
     CacheCheck start() {
@@ -52,7 +52,7 @@ TEST(SearchFindsListsInOrder) {
     const auto cases = check::casesIn(TEST_DATA "/search.txt");
     REQUIRE(cases.size() == 1);
     Machine::fill(world.temporary.path() + "/", cases[0].text);
-    const PropertyList array = getAdobeFilesArray(world.files, world.log);
+    const PropertyList array = getAdobeFilesArray(world.context);
     CHECK_EQ(pathsIn(array, world.temporary.path()), cases[0].expected);
     for (const PropertyList& element : array.elements())
         CHECK(element.size() == 2 && element[kModificationDateKey].isDate());
@@ -69,10 +69,10 @@ TEST(SearchStatusIsThatOfTheLastFolder) {
         CONTEXT(unreadable);
         world.files.unreadable = {world.local + unreadable};
         std::vector<PropertyList> array;
-        CHECK_EQ(SearchFolderForAdobeFontLists(world.files, world.log, world.local, array), status);
+        CHECK_EQ(SearchFolderForAdobeFontLists(world.context, world.local, array), status);
         CHECK_EQ(array.size(), found);
     }
-    CHECK(!scanDomain_addingToArray(world.files, world.log, std::nullopt, std::nullopt));
+    CHECK(!scanDomain_addingToArray(world.context, std::nullopt, std::nullopt));
 }
 
 TEST(DatabaseComesFromTheLocalThenTheClassicDomain) {
@@ -81,7 +81,7 @@ TEST(DatabaseComesFromTheLocalThenTheClassicDomain) {
         {world.user, "version=9", 0}, {world.classic, "version=1", 1}, {world.local, "version=2", 2}};
     for (const auto& [domain, text, version] : steps) {
         World::write(domain + "TypeSpt/FntNames.db", text);
-        CHECK_EQ(adobeDBVersion(world.files), version);
+        CHECK_EQ(adobeDBVersion(world.context), version);
     }
     CHECK_EQ(adobeDBPath(world.files).value_or(""), world.local + "TypeSpt/FntNames.db");
 }

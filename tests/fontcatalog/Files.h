@@ -23,13 +23,16 @@ public:
         return real.fileExists(path) || (ignoresCase && real.fileExists(lower));
     }
     std::unique_ptr<platform::FolderIterator> openFolder(std::string_view path, platform::FolderDetail detail,
-                                                         platform::OSStatus& status) override {
+                                                         platform::OSStatus& status,
+                                                         const platform::ItemFilter& isWanted) override {
         ++listings;
         status = platform::kPermissionErr;
-        return unreadable.contains(path) ? nullptr : real.openFolder(path, detail, status);
+        return unreadable.contains(path) ? nullptr : real.openFolder(path, detail, status, isWanted);
     }
-    std::shared_ptr<const std::string> readFile(std::string_view path) override {
-        return unreadable.contains(path) ? nullptr : real.readFile(path);
+    std::shared_ptr<const std::string> readFile(std::string_view path, std::size_t most,
+                                                platform::OSStatus& status) override {
+        status = platform::kPermissionErr;
+        return unreadable.contains(path) ? nullptr : real.readFile(path, most, status);
     }
     std::string expandTilde(std::string_view path) override { return real.expandTilde(path); }
     std::optional<std::string> folder(platform::FolderDomain domain, platform::FolderKind kind) override {

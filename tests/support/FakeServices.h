@@ -230,7 +230,8 @@ struct Files final : Noting<FileServices> {
         if (kind == FolderKind::Temporary) return "/tmp";
         return domain == FolderDomain::User ? "/home/user/Library" : "/Library";
     }
-    std::unique_ptr<FolderIterator> openFolder(std::string_view path, FolderDetail, OSStatus& status) override {
+    std::unique_ptr<FolderIterator> openFolder(std::string_view path, FolderDetail, OSStatus& status,
+                                               const ItemFilter&) override {
         struct Listing final : FolderIterator {
             Listing(std::vector<FolderEntry> entries, std::uint64_t n) : rest(std::move(entries)), number(n) {}
             ItemIdentity identity() const override { return {7, number}; }
@@ -246,8 +247,9 @@ struct Files final : Noting<FileServices> {
         status = found ? kNoErr : kFileNotFound;
         return found ? std::make_unique<Listing>(*found, path.size()) : nullptr;
     }
-    std::shared_ptr<const std::string> readFile(std::string_view path) override {
+    std::shared_ptr<const std::string> readFile(std::string_view path, std::size_t, OSStatus& status) override {
         const std::string* found = valueIn(contents, path);
+        status = found ? kNoErr : kFileNotFound;
         return found ? std::make_shared<const std::string>(*found) : nullptr;
     }
 
