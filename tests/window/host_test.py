@@ -52,7 +52,21 @@ def another_home_has_a_window_of_its_own(session, host):
         assert process.wait(windowtest.LIMIT) == 0
 
 
+def announces_though_the_clock_is_set_back(session):
+    """Between the click and the broadcast two seconds later, by an hour."""
+    session.environment.update(LD_PRELOAD=session.build + "/tests/libset_back.so", SET_BACK=session.home + "/set-back")
+    host = session.open_pane()
+    del session.environment["LD_PRELOAD"]
+    lines = session.watch()
+    session.key("alt+o")
+    lines.until(windowtest.notified)
+    open(session.environment["SET_BACK"], "w").close()
+    lines.until(windowtest.broadcast)
+    session.close(host)
+
+
 def test(session):
+    announces_though_the_clock_is_set_back(session)
     host = remembers_size_and_place(session)
     second_start_raises_the_first(session, host)
     another_home_has_a_window_of_its_own(session, host)
