@@ -1,10 +1,10 @@
 #include "qt/images/FileIcons.h"
 
+#include "qt/images/ForeignPicture.h"
 #include "qt/images/IconContainer.h"
 
 #include <QFile>
 #include <QFileInfo>
-#include <QImageReader>
 #include <QMimeDatabase>
 #include <QPainter>
 #include <QSvgRenderer>
@@ -51,8 +51,8 @@ QIcon iconOfImageFile(const QString& path) {
     if (!QFileInfo(path).isFile()) return {};
     if (path.endsWith(QStringLiteral(".icns"), Qt::CaseInsensitive))
         return iconFromContainer(contentsOf(path, kLargestContainer));
-    if (path.endsWith(QStringLiteral(".svg"), Qt::CaseInsensitive)) return iconOfSvg(path);
-    return QImageReader(path).canRead() ? QIcon(path) : QIcon();
+    if (!isHarmlessPicture(path)) return {};
+    return path.endsWith(QStringLiteral(".svg"), Qt::CaseInsensitive) ? iconOfSvg(path) : QIcon(path);
 }
 
 QIcon iconNamed(const QString& name) {

@@ -6,7 +6,8 @@
 
 namespace qt {
 
-// Null when the file cannot be read as an image. Reads what Qt's image plug-ins read, SVG, and icon containers.
+// Null when the file cannot be read as an image, or is none that is harmless (ForeignPicture.h). Reads what Qt's image
+// plug-ins read, SVG, and icon containers.
 QIcon iconOfImageFile(const QString& path);
 
 // A theme's icon, or the image file at an absolute path. Null when there is none.

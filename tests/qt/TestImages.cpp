@@ -48,12 +48,24 @@ TEST(ImagesOfEveryShippedKindAreReadAndOthersRefused) {
     QtToolkit toolkit({});
     writePicture(in(folder, "red.png"), Qt::red);
     const std::string png = check::readFile(folder / "red.png"), whole = element("icns", element("icp5", png));
-    const std::string svg =
-        "<svg xmlns='http://www.w3.org/2000/svg' width='8' height='8'>"
-        "<rect width='8' height='8' fill='#f00'/></svg>";
+    auto drawing = [](const std::string& inner) {
+        return "<svg xmlns='http://www.w3.org/2000/svg' xmlns:xlink='http://www.w3.org/1999/xlink' width='8' "
+               "height='8'>"
+               "<rect width='8' height='8' fill='#f00'/>" +
+               inner + "</svg>";
+    };
+    std::string many = "<use href='#a'/>";
+    for (int i = 0; i < 6; ++i) many += many;
     const std::tuple<const char*, std::string, bool> cases[] = {
         {"a.png", png, true},
-        {"a.svg", svg, true},
+        {"a.svg", drawing(""), true},
+        {"file.svg", drawing("<image width='8' height='8' href='a.png'/>"), false},
+        {"file.png", drawing("<image width='8' height='8' xlink:href='/dev/zero'/>"), false},
+        {"nested.svg", drawing("<image width='8' height='8' href='data:image/svg+xml,x'/>"), false},
+        {"style.svg", "<?xml-stylesheet href='a.css'?>" + drawing(""), false},
+        {"used.svg", drawing("<defs><g id='a'/></defs><use href='#a'/><a href='http://b'/>"), true},
+        {"bomb.svg", drawing(many), false},
+        {"wide.ppm", "P6 4097 1 255 " + std::string(3 * 4097, '\xFF'), false},
         {"one.icns", whole, true},
         {"b.svg", "<svg", false},
         {"b.png", "no picture", false},
