@@ -60,12 +60,18 @@ std::string withVisibleControls(std::string_view text) {
     return visible;
 }
 
-SystemLog::SystemLog() : toStandardError_(isWatched()) {}
-
-void SystemLog::write(std::string_view line) {
+static std::string visibleLine(std::string_view line) {
     // Some formats end their line themselves.
     if (line.ends_with('\n')) line.remove_suffix(1);
-    std::string visible = withVisibleControls(line);
+    return withVisibleControls(line);
+}
+
+SystemLog::SystemLog() : toStandardError_(isWatched()) {}
+
+void StandardErrorLog::write(std::string_view line) { writeToStandardError(visibleLine(line) + "\n"); }
+
+void SystemLog::write(std::string_view line) {
+    std::string visible = visibleLine(line);
     syslog(LOG_USER | LOG_NOTICE, "%s", visible.c_str());
     if (toStandardError_) writeToStandardError(visible + "\n");
 }

@@ -45,6 +45,7 @@ _typeslatectl() {
       ' entries list') _typeslate_offer < <(printf '%s\0' --json --watch --help) ;;
       ' entries add-regex') _typeslate_offer < <(printf '%s\0' --kind --help) ;;
       ' catalog parse') _typeslate_offer < <(printf '%s\0' --database --help) ;;
+      ' catalog build') _typeslate_offer < <(printf '%s\0' --verbose --help) ;;
       ' catalog list') _typeslate_offer < <(printf '%s\0' --family --help) ;;
       ' login-items list') _typeslate_offer < <(printf '%s\0' --json --help) ;;
       ' login-items add') _typeslate_offer < <(printf '%s\0' --hide --help) ;;

@@ -62,6 +62,7 @@ complete -c typeslatectl -n '__fish_seen_subcommand_from catalog; and not __fish
 complete -c typeslatectl -n '__fish_seen_subcommand_from catalog; and __fish_seen_subcommand_from parse' -l database -r -F -d 'Font name database to read before the lists'
 complete -c typeslatectl -n '__fish_seen_subcommand_from catalog; and __fish_seen_subcommand_from parse' -s h -l help -d 'Show this help and exit'
 complete -c typeslatectl -n '__fish_seen_subcommand_from catalog; and __fish_seen_subcommand_from parse' -F
+complete -c typeslatectl -n '__fish_seen_subcommand_from catalog; and __fish_seen_subcommand_from build' -l verbose -d 'Print on standard error what is found and read, whether or not the setting logs it'
 complete -c typeslatectl -n '__fish_seen_subcommand_from catalog; and __fish_seen_subcommand_from build' -s h -l help -d 'Show this help and exit'
 complete -c typeslatectl -n '__fish_seen_subcommand_from catalog; and __fish_seen_subcommand_from show' -s h -l help -d 'Show this help and exit'
 complete -c typeslatectl -n '__fish_seen_subcommand_from catalog; and __fish_seen_subcommand_from list' -l family -x -d 'Only those of this family, the record'\''s "FullName"'

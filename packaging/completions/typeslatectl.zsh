@@ -226,6 +226,7 @@ _typeslatectl_catalog_parse() {
 
 _typeslatectl_catalog_build() {
   _arguments \
+    '--verbose[Print on standard error what is found and read, whether or not the setting logs it]' \
     '-h[Show this help and exit]' \
     '--help[Show this help and exit]'
 }

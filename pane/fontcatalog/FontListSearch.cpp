@@ -106,12 +106,12 @@ private:
     void addFolder(const std::string& folder, const FolderEntry& entry, std::uint64_t device, unsigned levels,
                    std::vector<Below>& below) {
         if (levels == 0) return;
-        const unsigned left = levels == kAllLevels ? kAllLevels : levels - 1;
-        if (!entry.isLink)
-            below.push_back({entry.name, entry.identity, left});
-        else if (entry.identity.device == device)
-            below.push_back({entry.name, entry.identity, std::min(left, kLevelsBelowLink)});
-        else
+        // What is mounted behind a link is not its file system either.
+        const bool isByLink = entry.isLink || levels != kAllLevels;
+        if (!isByLink || entry.identity.device == device)
+            below.push_back(
+                {entry.name, entry.identity, isByLink ? std::min(levels - 1, kLevelsBelowLink) : kAllLevels});
+        else if (levels == kAllLevels)
             context_.passOver(folder + entry.name, platform::kOtherVolume);
     }
 

@@ -21,7 +21,7 @@ inline constexpr std::array kListDomains = {platform::FolderDomain::User, platfo
 
 // Bounds of one search. Folders that are there by themselves are entered however deep they lie. A link to a folder is
 // followed where it leads to its own file system, and from the folder that it leads to the search goes down so many
-// levels more, whatever further links are on the way.
+// levels more within that file system, whatever further links are on the way.
 inline constexpr unsigned kLevelsBelowLink = 3;
 inline constexpr std::size_t kMostFoldersByLinks = 10'000;
 inline constexpr std::size_t kMostFolders = 200'000;  // altogether

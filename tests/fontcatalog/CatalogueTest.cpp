@@ -1,5 +1,6 @@
 #include "pane/fontcatalog/AdobeNames.h"
 #include "pane/fontcatalog/FontListSearch.h"
+#include "settings/DiagnosticLog.h"
 #include "tests/fontcatalog/Files.h"
 #include "tests/support/FakePlatform.h"
 
@@ -29,8 +30,15 @@ struct World : Machine {
     fake::Preferences preferences{journal};
     std::unique_ptr<CFPreferencesWrapper_Typeslate> cache =
         CFPreferencesWrapper_Typeslate::preferencesWithApplication(preferences, kCacheDomain);
+    std::unique_ptr<CFPreferencesWrapper_Typeslate> settings =
+        CFPreferencesWrapper_Typeslate::preferencesWithApplication(preferences, settings::kSettingsDomain);
+    settings::DiagnosticLog diagnostics{log, settings.get()};
     Catalogue catalogue;
-    Context context{files, log, log};
+    std::string passedOver;
+    Context context{files, log, diagnostics, {}, [this](std::string_view path, platform::OSStatus reason) {
+                        passedOver.append(path.substr(path.rfind('/') + 1)).append(std::to_string(reason) + " ");
+                    }};
+    World() { settings->setBool_forKey(true, settings::kLogStuffKey); }
 
     // As a new process would.
     CacheCheck start() {
@@ -57,6 +65,8 @@ TEST(SearchFindsListsInOrder) {
     for (const PropertyList& element : array.elements())
         CHECK(element.size() == 2 && element[kModificationDateKey].isDate());
     CHECK(world.logged("[TS] Found Adobe Font List document: file://" + world.local + "TypeSpt/AdobeFnt%FF.lst\n"));
+    CHECK(world.logged("Passing over " + world.local + "TypeSpt/f: A link to another file system"));
+    CHECK_EQ(world.passedOver, "AdobeFnt\xFF.lst-37 f-1303 ");
     CHECK(world.logged("Could Not scan " + world.network + "TypeSpt/ due to error -43\n"));
 }
 
@@ -127,8 +137,15 @@ TEST(CacheAcrossStarts) {
     CHECK_EQ(stored(kVersionKey).realValue(), 1.0);
     CHECK_EQ(pathsIn(stored(kFilesKey), world.local), "TypeSpt/AdobeFnt.lst ");
 
+    world.files.listings = 0;
     CHECK(world.start().isStored);  // with nothing changed
+    const int searched = world.files.listings;
     CHECK(world.logged("Stored Version (1.000000) versus actual version (1.000000), 0") && world.logged("Rebuilding"));
+
+    world.settings->setBool_forKey(false, settings::kLogStuffKey);
+    CHECK(world.start().isStored && world.log.lines == std::vector<std::string>{"Rebuilding"});
+    CHECK_EQ(world.files.listings, searched + searched / 2);  // without the second search, whose lines nobody reads
+    world.settings->setBool_forKey(true, settings::kLogStuffKey);
 
     const PropertyList before = stored(kAllNamesKey);
     std::filesystem::remove(database);
@@ -141,4 +158,21 @@ TEST(CacheAcrossStarts) {
     CHECK(world.logged("Scanning " + list));
     CHECK_EQ(stored(kAllNamesKey).size(), 0U);
     CHECK(checkFontNameCache(world.context, nullptr, world.catalogue).isRebuilt);
+}
+
+TEST(LargeTextsArePassedOver) {
+    World world;
+    World::write(world.local + "TypeSpt/FntNames.db", "version=1\n");
+    std::filesystem::resize_file(world.local + "TypeSpt/FntNames.db", kLargestText + 1);
+    for (const auto& [name, size] : std::map<std::string, std::size_t>{
+             {"1", kLargestText}, {"2", kLargestText + 1}, {"3", kMostListText - kLargestText}, {"4", 1000}}) {
+        const std::string path = world.local + "TypeSpt/AdobeFnt.lst" + name;
+        World::write(path, listOf(name));
+        std::filesystem::resize_file(path, size);
+    }
+    CHECK(world.start().isStored);
+    CHECK_EQ(world.catalogue.names.size(), 2U);
+    CHECK(world.catalogue.names["1"] && world.catalogue.names["3"]);
+    CHECK_EQ(world.passedOver, "FntNames.db-1309 FntNames.db-1309 AdobeFnt.lst2-1309 AdobeFnt.lst4-1309 ");
+    CHECK_EQ(pathsIn(world.cache->objectForKey(kFilesKey), world.local + "TypeSpt/AdobeFnt.lst"), "1 2 3 4 ");
 }

@@ -119,8 +119,6 @@ TEST(LookUpOrderAndPath) {
     CHECK_EQ(lookup.getFontFileForSubpath("one").value_or(""), machine.network + "Fonts/one");
     CHECK(!lookup.getFontFileForSubpath("classic") && !lookup.getFontFileForSubpath(std::nullopt));
     CHECK(!lookup.getFontFileForSubpath_inDomain("all", FolderDomain::Classic));
-    CHECK_EQ(lookup.getFontFileForSubpath_inDomain("all", FolderDomain::Network).value_or(""),
-             machine.network + "Fonts/all");
 }
 
 TEST(LookUpAsksOncePerFolder) {

@@ -7,10 +7,6 @@
 #include "propertylist/Unicode.h"
 #include "tests/support/Check.h"
 
-#include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <functional>
 #include <map>
 
@@ -107,48 +103,22 @@ TEST(FontListsBuiltToHurt) {
     }
 }
 
-// More different keys than the reader remembers from one record to the next, and again the usual ones.
-TEST(ListsWithTooManyKeys) {
-    std::string list;
-    for (int i = 0; i < 12; ++i) {
-        list += "%BeginFont\nFontName:" + std::to_string(i % 5) + "\nFullName:F" + std::to_string(i % 7) + "\n";
-        for (int key = 0; key < 1000 && i % 2; ++key) list += "K" + std::to_string(i * 500 + key) + ":v\x8E\n";
-        list += "FamilyName:x\nOutlineFileName:X\\y\nK1:1\nK1:2\n%EndFont\n";
-    }
-    reference::RecordingLog log;
-    NamesCollection expected;
-    reference::readFontList(textOf(list).characters, "/L", find, expected, log);
-    CHECK_EQ(shortForm(readList(list)), shortForm(std::move(expected).freeze()));
-    CHECK_EQ(sLog.lines, log.lines);
-}
-
-// What a child that does this needs at its peak, in bytes.
-double peakOf(const std::function<void()>& work) {
-    const pid_t child = fork();
-    if (child == 0) {
-        work();
-        _exit(0);
-    }
-    rusage used{};
-    CHECK(wait4(child, nullptr, 0, &used) == child);
-    return static_cast<double>(used.ru_maxrss) * 1024;
-}
-
-TEST(MemoryIsASmallMultipleOfTheList) {
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-    return;  // which have memory of their own for every byte
-#endif
-    std::string keys = "%BeginFont\nFontName:A\nFullName:B\n", values = keys, records;
-    for (int i = 0; i < 500'000; ++i) {
-        const std::string key = platform::formatted("%05X", {i});
-        keys += key + ":x\n";
-        values += key + ":\x8E" + key + "\n";
-        if (i < 100'000) records += "%BeginFont\nFontName:" + key + "\nFullName:B\n" + key + ":1\n%EndFont\n";
-    }
-    const double idle = peakOf([] {});
-    for (const std::string* list : {&keys, &values, &records}) {
-        const double multiple = (peakOf([&] { readList(*list); }) - idle) / static_cast<double>(list->size());
-        CHECK(multiple > 1 && multiple < 14);  // 1 or less: nothing was measured
+TEST(NamesKeepNoMoreTextThanTheyNeed) {
+    const std::string record = "%BeginFont\nFontName:A\nFullName:B\nFamilyName:C\nOutlineFileName:\\o\n%EndFont\n";
+    std::string dense;
+    for (int i = 0; i < 60'000; ++i) dense += "%BeginFont\nFontName:" + std::to_string(i) + "\nFullName:B\n%EndFont\n";
+    const std::pair<std::string, bool> lists[] = {{record + std::string(2'000'000, '\n'), true},
+                                                  {record + std::string(1'000, '\n'), false},  // not worth it
+                                                  {dense, false}};
+    for (const auto& [list, isFreed] : lists) {
+        auto text = std::make_shared<const std::string>(list);
+        const std::weak_ptr<const std::string> held = text;
+        NamesCollection names;
+        readFontList(listText(std::move(text)), "/L", find, sLog, names);
+        CHECK(!held.expired());  // plain text is not copied
+        KeptText().add(list.size(), names);
+        CHECK_EQ(held.expired(), isFreed);
+        CHECK_EQ(std::move(names).freeze(), readList(list));
     }
 }
 
@@ -165,9 +135,4 @@ TEST(LongEscapedNames) {
         const std::string part = broken.substr(0, 3000);
         CHECK_EQ(escapedNameForString_isUnicode(part, isUnicode), reference::escapedName(part, isUnicode));
     }
-}
-
-TEST(PlainTextIsNotCopied) {
-    const auto plain = std::make_shared<const std::string>("plain");
-    CHECK(decodedText(plain).owner == plain && !decodedText(nullptr).owner);
 }

@@ -4,8 +4,11 @@
 #include "linux/texts/DisplayText.h"
 #include "pane/fontcatalog/AdobeNames.h"
 #include "pane/fontcatalog/FontListReader.h"
+#include "pane/fontcatalog/FontListSearch.h"
 #include "pane/fontcatalog/NameDatabaseReader.h"
 #include "pane/fontcatalog/TextEncoding.h"
+#include "settings/DiagnosticLog.h"
+#include "tools/AbsolutePath.h"
 #include "tools/Localized.h"
 #include "tools/Output.h"
 #include "tools/ProgressLine.h"
@@ -14,6 +17,7 @@
 
 #include <chrono>
 #include <filesystem>
+#include <map>
 
 using namespace fontcatalog;
 using namespace platform;
@@ -25,12 +29,17 @@ struct Arguments {
     std::vector<std::string> lists;
     std::optional<std::string> database, family;
     std::string name;
+    bool isVerbose = false;
 };
 
 // Unlike the pane, which passes over what it cannot read, a person who named the file is told.
 std::shared_ptr<const std::string> requireContent(linux::LinuxFiles& files, const std::string& path) {
-    auto bytes = files.readFile(path);
-    if (!bytes) throw refused("%@ is no regular file that can be read", linux::displayText(path));
+    if (path.empty()) throw refused("the path is empty");
+    OSStatus status;
+    auto bytes = files.readFile(path, kLargestText, status);
+    const std::string shown = linux::displayText(path);
+    if (status == kFileTooLarge) throw refused("%@ is larger than %d MB", shown, kLargestText >> 20);
+    if (!bytes) throw refused("%@ is no regular file that can be read", shown);
     return bytes;
 }
 
@@ -42,8 +51,8 @@ void parse(const Arguments& arguments) {
     NamesCollection names;
     if (arguments.database) readNameDatabase(decodedText(requireContent(files, *arguments.database)), names);
     for (const std::string& list : arguments.lists) {
-        const std::string path = std::filesystem::absolute(list).lexically_normal().string();
-        readFontList(listText(requireContent(files, list)), path, find, log, names);
+        auto bytes = requireContent(files, list);
+        readFontList(listText(std::move(bytes)), absolutePath(list), find, log, names);
     }
     printJson(std::move(names).freeze());
 }
@@ -61,17 +70,36 @@ struct Store : linux::LinuxStore {
     }
 };
 
-void build(const Arguments&) {
+// Each file or folder once, with the last reason, by path.
+using PassedOver = std::map<std::string, OSStatus, std::less<>>;
+
+void printSources(linux::LinuxFiles& files, const PassedOver& passedOver) {
+    printLine(localizedFormat("database: %@", linux::displayText(adobeDBPath(files).value_or(""))));
+    for (const FolderDomain domain : kListDomains)
+        if (const auto folder = listFolder(files, domain); folder && files.fileExists(*folder))
+            printLine(localizedFormat("folder: %@", linux::displayText(*folder)));
+    for (const auto& [path, reason] : passedOver)
+        printLine(localizedFormat("passed over: %@: %@", linux::displayText(path), localized(statusText(reason))));
+}
+
+void build(const Arguments& arguments) {
     const auto start = std::chrono::steady_clock::now();
     linux::LinuxFiles files;
     Store store;
     ProgressLine progress(store.log);
-    const auto cache = CFPreferencesWrapper_Typeslate::preferencesWithApplication(store.preferences, kCacheDomain);
+    const auto settings =
+        CFPreferencesWrapper_Typeslate::preferencesWithApplication(store.preferences, settings::kSettingsDomain);
+    linux::StandardErrorLog standardError;
+    settings::DiagnosticLog diagnostics(progress, settings.get(), arguments.isVerbose ? &standardError : nullptr);
+    if (arguments.isVerbose) store.log.showOnStandardError();
     const auto tell = [&](std::size_t done, std::size_t all) {
-        progress.show(localizedFormat("%d of %d font lists", done, all));
+        if (!arguments.isVerbose) progress.show(localizedFormat("%d of %d font lists", done, all));
     };
+    PassedOver passedOver;
+    const auto note = [&](std::string_view path, OSStatus reason) { passedOver[std::string(path)] = reason; };
+    const auto cache = CFPreferencesWrapper_Typeslate::preferencesWithApplication(store.preferences, kCacheDomain);
     Catalogue catalogue;
-    const CacheCheck check = checkFontNameCache({files, progress, tell}, cache.get(), catalogue);
+    const CacheCheck check = checkFontNameCache({files, progress, diagnostics, tell, note}, cache.get(), catalogue);
     progress.clear();
     if (catalogue.state == Catalogue::State::Unavailable)
         throw refused("there is no font name database (FntNames.db), and without it no catalogue");
@@ -79,6 +107,7 @@ void build(const Arguments&) {
     const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - start;
     printLine(localizedFormat("%@: %d files, %d records, %.3f s", localized("rebuilt"), check.files.size(),
                               catalogue.names.size(), seconds.count()));
+    printSources(files, passedOver);
 }
 
 void show(const Arguments& arguments) {
@@ -119,8 +148,10 @@ void addCatalogCommands(CLI::App& app) {
         ->required();
     parsing->add_option("--database", catalog->database, localized("Font name database to read before the lists"))
         ->type_name("FILE");
-    catalog.add("build", localized("Check the stored catalogue and rebuild it, as the window does when it starts"),
-                build);
+    catalog
+        .add("build", localized("Check the stored catalogue and rebuild it, as the window does when it starts"), build)
+        ->add_flag("--verbose", catalog->isVerbose,
+                   localized("Print on standard error what is found and read, whether or not the setting logs it"));
     catalog.add("show", localized("Print the stored record of a font as JSON"), show)
         ->add_option("NAME", catalog->name, localized("PostScript name"))
         ->required();
