@@ -228,6 +228,8 @@ TEST(LabelsShowTextAsItIsAndAlertsInRed) {
     text.setStringValue("many words that do not fit into a single line of two hundred points, nor into two of them");
     const Size size = text.cellSizeForBounds({{}, {200, 10}});
     CHECK(size.height >= 2.5 * low && size.width == 200);
+    text.setStringValue(std::string(3000, 'W'));
+    CHECK(label.minimumSizeHint().width() < 1000 && text.stringValue().size() == 3000);
 }
 
 TEST(ASheetsButtonsFitTheirLabelsAndGrowLeft) {

@@ -128,13 +128,17 @@ class LoginItemsTest(Case):
             apart = []
             if not subprocess.run([PROGRAM, "helper", "status"], capture_output=True, env=self.env).returncode:
                 self.skipTest("a helper is running that is not this test's")
-        script = '"$0" helper status; echo $?; "$0" helper start && "$0" helper start && "$0" helper status --json; ' \
+        script = 'export XDG_RUNTIME_DIR="$PWD"; L="$PWD/.com.tarnwick.typeslate.helper.lock"; exec 3>&2 2>refused; ' \
+                 'mkdir "$L"; "$0" helper start; rmdir "$L"; flock -F "$L" sleep 99 & while flock -n "$L" true; do :; done; ' \
+                 '"$0" helper start; kill $!; wait; exec 2>&3; "$0" helper status; echo $?; "$0" helper start && "$0" helper start && "$0" helper status --json; ' \
                  'ls -l /proc/*/exe 2>&1 | grep -c "/TS$"; "$0" helper stop && "$0" helper stop; "$0" helper status'
         done = subprocess.run([*apart, "sh", "-c", script, PROGRAM], capture_output=True, text=True,
                               env=self.env, cwd=self.home)
         started, count, stopped = done.stdout.partition("}")[0], *done.stdout.partition("}")[2].split("\n")[1:3]
         self.assertRegex(started, r'^not running\n1\n(running, process \d+\n)\1\{\s+"running": true,')
         self.assertEqual((count, stopped, done.stderr), ("1", "not running", ""))
+        self.assertRegex((self.home / "refused").read_text(),
+                         r"started: .*\.lock: Is a directory\n.*started: sleep, process \d+, holds its lock /.*\.lock\n")
 
 
 if __name__ == "__main__":

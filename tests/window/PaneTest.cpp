@@ -255,6 +255,14 @@ TEST(NoToolTipIsTakenForMarkup) {
             QToolTip::hideText();
         }
     CHECK(shown > 20);
+    auto& button = in<QPushButton>(opened.window, "exAddAppButton");
+    for (const QString& large : {QString(3000, QLatin1Char('W')), QStringLiteral("line\n").repeated(60)}) {
+        button.setToolTip(large);
+        QHelpEvent help(QEvent::ToolTip, {}, {});
+        QCoreApplication::sendEvent(&button, &help);
+        for (QWidget* tip : QApplication::topLevelWidgets())
+            if (tip->inherits("QTipLabel") && tip->isVisible()) CHECK(tip->width() < 1200 && tip->height() < 600);
+    }
 }
 
 TEST(WhatIsNotSavedIsSaidBelowThePaneUntilItIs) {
