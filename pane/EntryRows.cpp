@@ -12,11 +12,11 @@ namespace {
 
 std::optional<std::string> textUnder(const PropertyList& entry, std::string_view key) {
     const PropertyList& value = entry[key];
-    if (!value.isString()) return std::nullopt;
-    return std::string(value.stringValue());
+    if (!value.isString() && !value.isData()) return std::nullopt;
+    return std::string(bytesKept(value));
 }
 
-// A creator's text holds the code's bytes as they lie in memory.
+// What is kept of a creator holds the code's bytes as they lie in memory.
 FourCharCode creatorCode(std::string_view text) {
     FourCharCode code = 0;
     std::memcpy(&code, text.data(), std::min(text.size(), sizeof code));
@@ -28,9 +28,9 @@ FourCharCode creatorCode(std::string_view text) {
 std::optional<std::string> EntryRows::findApplication(const PropertyList& entry) const {
     ApplicationQuery query;
     if (hasType(entry, kIdentifierType))
-        query.identifier = entry[kDataKey].stringValue();
+        query.identifier = bytesKept(entry[kDataKey]);
     else if (hasType(entry, kCreatorType))
-        query.creator = creatorCode(entry[kDataKey].stringValue());
+        query.creator = creatorCode(bytesKept(entry[kDataKey]));
     else
         return std::nullopt;
     return platform_.applications.findApplication(query);
@@ -55,7 +55,7 @@ std::string EntryRows::name(const PropertyList& entry) const {
 
 std::string EntryRows::secondLine(const PropertyList& entry) const {
     if (hasType(entry, kRegExType)) {
-        std::string kind = kinds_.itemTitle(static_cast<int>(entry[kRegExTypeKey].integerValue()));
+        std::string kind = kinds_.itemTitle(menuItem(entry[kRegExTypeKey].integerValue()));
         return formatted("%@: %@", {kind, entry[kDataKey].stringValue()});
     }
     if (std::optional<std::string> place = existingPath(entry)) return *place;

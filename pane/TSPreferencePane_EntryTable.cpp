@@ -85,7 +85,7 @@ void TSPreferencePane::showRegexFields(const PropertyList& entry) {
     bool isRegex = hasType(entry, kRegExType);
     regexName->setStringValue(isRegex ? entry[kNameKey].stringValue() : "");
     regex->setStringValue(isRegex ? entry[kDataKey].stringValue() : "");
-    if (isRegex) regexType->selectItem(static_cast<int>(entry[kRegExTypeKey].integerValue()));
+    if (isRegex) regexType->selectItem(menuItem(entry[kRegExTypeKey].integerValue()));
 }
 
 bool TSPreferencePane::tableView_validateDrop(TableView& table) { return table.isEnabled(); }

@@ -90,7 +90,10 @@ void TSPreferencePane::regexEnd(View& sender) {
 void TSPreferencePane::regexWasEdited_returnCode_contextInfo(Panel& sheet, int returnCode, const PropertyList& context,
                                                              const EntryIdentity& target) {
     isEditingRegex = false;
-    if (returnCode == kSheetOK) storeRegex(context, target);
+    if (returnCode == kSheetOK)
+        storeRegex(context, target);
+    else
+        showRegexFields(entryAtRow(exTableView->selectedRow()));  // nothing of what was typed comes up again
     sheet.orderOut();
     sheetEnded();
 }
@@ -99,7 +102,9 @@ void TSPreferencePane::storeRegex(const PropertyList& context, const EntryIdenti
     MutableDictionary edited(context[kSettingsKey]);
     if (std::string name = regexName->stringValue(); !name.empty()) edited.set(kNameKey, name);
     if (std::string expression = regex->stringValue(); !expression.empty()) edited.set(kDataKey, expression);
-    edited.set(kRegExTypeKey, regexType->selectedRow());
+    // Without a choice the number that the menu has no item for stays.
+    if (int kind = regexType->selectedRow(); kind >= 0 || !edited[kRegExTypeKey])
+        edited.set(kRegExTypeKey, std::max(kind, 0));
     PropertyList entry = std::move(edited).freeze();
 
     auto showRow = [this](int row) {

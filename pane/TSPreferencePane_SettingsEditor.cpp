@@ -40,7 +40,7 @@ PropertyList withChange(const PropertyList& entry, const std::optional<OptionCha
 void showValue(View& control, std::int64_t value) {
     if (Button* box = control.asButton()) box->setState(value != 0);
     if (TextField* field = control.asTextField()) field->setIntegerValue(value);
-    if (PopUpButton* menu = control.asPopUpButton()) menu->selectItem(static_cast<int>(value));
+    if (PopUpButton* menu = control.asPopUpButton()) menu->selectItem(menuItem(value));
 }
 
 }  // namespace

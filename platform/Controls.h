@@ -116,7 +116,7 @@ public:
 class PopUpButton : public View {
 public:
     PopUpButton* asPopUpButton() override { return this; }
-    virtual void selectItem(int) {}                          // an index outside the menu is ignored
+    virtual void selectItem(int) {}                          // an index outside the menu: no item is selected
     virtual std::string itemTitle(int) const { return {}; }  // empty outside the menu
     virtual int itemCount() const { return 0; }
     virtual int itemTag(int) const { return 0; }  // 0 outside the menu
@@ -187,6 +187,7 @@ public:
     // Drops have no position: validation answers for the table as a whole, true for the copy operation.
     virtual bool tableView_validateDrop(TableView& table) = 0;
     virtual bool tableView_writeRows_toPasteboard(TableView& table, const std::vector<int>& rows) = 0;
+    // Never called without a file.
     virtual bool tableView_acceptDrop(TableView& table, const std::vector<std::string>& fileNames) = 0;
 };
 

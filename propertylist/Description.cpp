@@ -98,7 +98,7 @@ void appendValue(std::string& text, const PropertyList& value, unsigned depth) {
 }
 
 std::int64_t decimalInteger(std::string_view text) {
-    if (text.starts_with('+')) text.remove_prefix(1);
+    if (text.starts_with('+') && !text.starts_with("+-")) text.remove_prefix(1);
     std::int64_t value = 0;
     auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
     return error == std::errc() && end == text.data() + text.size() ? value : 0;

@@ -27,18 +27,18 @@ std::string creatorText(std::uint32_t code) {
 PropertyList applicationEntry(const ApplicationIdentity& application, const PropertyList& entrySettings) {
     MutableDictionary entry;
     entry.set(kNameKey, application.displayName);
-    entry.set(kPathKey, application.path);
-    if (application.bundleIdentifier) entry.set(kIdentifierKey, *application.bundleIdentifier);
-    if (hasCreator(application)) entry.set(kCreatorKey, application.creator);
+    entry.set(kPathKey, keptBytes(application.path));
+    if (application.bundleIdentifier) entry.set(kIdentifierKey, keptBytes(*application.bundleIdentifier));
+    if (hasCreator(application)) entry.set(kCreatorKey, keptBytes(application.creator));
     if (application.bundleIdentifier) {
         entry.set(kTypeKey, kIdentifierType);
-        entry.set(kDataKey, *application.bundleIdentifier);
+        entry.set(kDataKey, keptBytes(*application.bundleIdentifier));
     } else if (hasCreator(application)) {
         entry.set(kTypeKey, kCreatorType);
-        entry.set(kDataKey, application.creator);
+        entry.set(kDataKey, keptBytes(application.creator));
     } else {
         entry.set(kTypeKey, kPathType);
-        entry.set(kDataKey, application.path);
+        entry.set(kDataKey, keptBytes(application.path));
     }
     entry.set(kSettingsKey, entrySettings);
     return std::move(entry).freeze();
@@ -49,14 +49,13 @@ ApplicationIndex::ApplicationIndex(const std::vector<PropertyList>& list) {
 }
 
 void ApplicationIndex::add(const PropertyList& entry) {
-    const PropertyList& data = entry[kDataKey];
-    if (!data.isString()) return;
+    std::string_view data = bytesKept(entry[kDataKey]);
     if (hasType(entry, kIdentifierType))
-        identifiers_.emplace(data.stringValue());
+        identifiers_.emplace(data);
     else if (hasType(entry, kCreatorType))
-        creators_.emplace(data.stringValue());
+        creators_.emplace(data);
     else if (hasType(entry, kPathType))
-        paths_.emplace(data.stringValue());
+        paths_.emplace(data);
 }
 
 bool ApplicationIndex::contains(const ApplicationIdentity& application) const {

@@ -6,6 +6,11 @@ using platform::PropertyList;
 
 std::unique_ptr<CFPreferencesWrapper_Typeslate> CFPreferencesWrapper_Typeslate::preferencesWithApplication(
     platform::PreferenceService& service, std::optional<std::string_view> identifier) {
+    return initWithApplication(service, identifier);
+}
+
+std::unique_ptr<CFPreferencesWrapper_Typeslate> CFPreferencesWrapper_Typeslate::initWithApplication(
+    platform::PreferenceService& service, std::optional<std::string_view> identifier) {
     if (!identifier) return nullptr;
     return std::unique_ptr<CFPreferencesWrapper_Typeslate>(new CFPreferencesWrapper_Typeslate(service, *identifier));
 }

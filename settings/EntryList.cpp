@@ -3,6 +3,7 @@
 #include "settings/SettingsSchema.h"
 
 #include <algorithm>
+#include <utility>
 
 using platform::MutableDictionary;
 using platform::PropertyList;
@@ -22,6 +23,17 @@ PropertyList newGlobalSettings() {
 }  // namespace
 
 bool hasType(const PropertyList& entry, std::string_view type) { return entry[kTypeKey].stringValue() == type; }
+
+PropertyList keptBytes(std::string_view bytes) {
+    PropertyList text(bytes);
+    return text ? text : PropertyList::data(bytes);
+}
+
+std::string_view bytesKept(const PropertyList& value) {
+    return value.isString() ? value.stringValue() : value.dataValue();
+}
+
+int menuItem(std::int64_t stored) { return std::in_range<int>(stored) ? static_cast<int>(stored) : -1; }
 
 PropertyList newGlobalEntry() {
     return PropertyList::dictionary(

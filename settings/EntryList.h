@@ -20,7 +20,8 @@ inline constexpr std::string_view kDisabledKey = "Disabled";     // boolean: the
 inline constexpr std::string_view kLogStuffKey = "Log Stuff";    // boolean: diagnostic lines are logged
 
 // Keys of an entry, a dictionary; every entry has "Type", "Name" and "Settings". All values are strings but those of
-// the last two keys. What others have stored may lack any of them, or have them of another type.
+// the last two keys, and what is no UTF-8 under "Data", "Identifier", "Creator" and "Path" (see keptBytes). What others
+// have stored may lack any of them, or have them of another type.
 inline constexpr std::string_view kTypeKey = "Type";
 inline constexpr std::string_view kNameKey = "Name";
 inline constexpr std::string_view kDataKey = "Data";  // what the entry matches; all but Global
@@ -29,6 +30,9 @@ inline constexpr std::string_view kCreatorKey = "Creator";
 inline constexpr std::string_view kPathKey = "Path";             // when it was added
 inline constexpr std::string_view kRegExTypeKey = "RegEx Type";  // integer: the kind of match, from 0
 inline constexpr std::string_view kSettingsKey = "Settings";     // dictionary: the options of SettingsSchema.h
+
+// The item of a pop-up menu that a stored number stands for; -1, which is no item, for what no menu can have.
+int menuItem(std::int64_t stored);
 
 // Values of "Type".
 inline constexpr std::string_view kGlobalType = "Global";
@@ -39,6 +43,11 @@ inline constexpr std::string_view kRegExType = "RegEx";
 
 // False for what is no entry: another value than a dictionary, or one without a type.
 bool hasType(const platform::PropertyList& entry, std::string_view type);
+
+// Bytes as an entry keeps them, whatever they are: a string where they are UTF-8, else data.
+platform::PropertyList keptBytes(std::string_view bytes);
+// What was kept, a part of `value`; empty for a value of any other type.
+std::string_view bytesKept(const platform::PropertyList& value);
 
 // With those settings that the table of options gives a new Global entry.
 platform::PropertyList newGlobalEntry();

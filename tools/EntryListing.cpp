@@ -28,7 +28,7 @@ std::string kindOf(const PropertyList& entry) {
 std::vector<std::string> rowOf(std::size_t index, const PropertyList& entry) {
     bool isOn = shownValue(entry[kSettingsKey], *optionForKey("Enabled")) != 0;
     return {std::to_string(index), isOn ? localized("on") : localized("off"), kindOf(entry),
-            linux::displayText(entry[kNameKey].stringValue()), linux::displayText(entry[kDataKey].stringValue())};
+            linux::displayText(entry[kNameKey].stringValue()), linux::displayText(bytesKept(entry[kDataKey]))};
 }
 
 }  // namespace

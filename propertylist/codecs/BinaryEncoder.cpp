@@ -166,7 +166,7 @@ public:
         std::size_t size = tableOffset + objects().size() * offsetWidth + kTrailerSize;
         std::string file(size, '\0');
         at_ = file.data();
-        append("bplist00");
+        append(kBinaryMagic);
         char* offset = file.data() + tableOffset;
         for (const Node* object : objects()) {
             auto position = static_cast<std::uint64_t>(at_ - file.data());

@@ -34,7 +34,7 @@ std::size_t xmlTextPrefix(std::string_view validUTF8);
 // What both readers say of a value.
 constexpr const char* kTooDeep = "nested too deeply";
 
-constexpr std::string_view kBinaryMagic = "bplist0";
+constexpr std::string_view kBinaryMagic = "bplist00";
 
 namespace binary {
 

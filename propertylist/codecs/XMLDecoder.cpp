@@ -13,17 +13,6 @@
 namespace propertylist {
 namespace {
 
-// The encoding that the XML declaration names; empty when it names none, no name when it has no end.
-std::string_view declaredEncoding(std::string_view text) {
-    if (!text.starts_with("<?xml")) return {};
-    std::string_view declaration = text.substr(0, text.find("?>"));
-    std::size_t at = declaration.find("encoding");
-    std::size_t open = at == std::string_view::npos ? at : declaration.find_first_of("'\"", at);
-    if (open == std::string_view::npos) return {};
-    std::size_t close = declaration.find(declaration[open], open + 1);
-    return close == std::string_view::npos ? declaration.substr(open) : declaration.substr(open + 1, close - open - 1);
-}
-
 // Whether bytes of valid UTF-8 may be read as such where their declaration names this encoding. Of one that is not
 // known here the bytes below 128 are taken for ASCII, which they are in all that text files come in.
 bool fitsUTF8(std::string_view encoding, std::string_view bytes) {
@@ -85,7 +74,8 @@ bool XMLFile::read(std::string_view bytes, DecodeProblem& problem) {
         problem = {position(good), "character that XML does not allow"};
         return false;
     }
-    const std::string_view encoding = declaredEncoding(text_);
+    std::string_view encoding;
+    XMLScanner(text_).skipDeclaration(encoding);  // a malformed one the reader refuses
     if (isUTF16_ ? encoding.empty() || isOneOf(encoding, {"utf-16"}) : fitsUTF8(encoding, text_)) return true;
     problem = {position(static_cast<std::size_t>(encoding.data() - text_.data())),
                "encoding that the text does not have"};

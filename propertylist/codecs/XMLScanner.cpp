@@ -8,6 +8,8 @@
 namespace propertylist {
 namespace {
 
+constexpr const char* kBadDeclaration = "malformed declaration";
+
 bool isNameStart(char c) { return isXMLNameCharacter(c) && !isASCIIDigit(c) && c != '-' && c != '.'; }
 
 void appendWithLineEnds(std::string& data, std::string_view raw) {
@@ -72,9 +74,39 @@ bool XMLScanner::skipMisc() {
     }
 }
 
+// Nothing is taken, and the value stays, when the declaration does not go on with this name.
+bool XMLScanner::takeDeclared(std::string_view name, std::string_view& value) {
+    const std::string_view before = text_;
+    skipSpace();
+    if (text_.size() == before.size() || !take(name)) {
+        text_ = before;
+        return true;
+    }
+    skipSpace();
+    if (!take("=")) return fail(kBadDeclaration);
+    skipSpace();
+    const std::string_view quoted = text_;
+    if (!takeQuoted()) return false;
+    value = quoted.substr(1, quoted.size() - text_.size() - 2);
+    return !value.empty() || fail(kBadDeclaration, value.data());
+}
+
+bool XMLScanner::skipDeclaration(std::string_view& encoding) {
+    if (!text_.starts_with("<?xml") || text_.size() < 6 || !isASCIISpace(text_[5])) return true;
+    take("<?xml");
+    std::string_view version, standalone = "no";
+    if (!takeDeclared("version", version) || !takeDeclared("encoding", encoding) ||
+        !takeDeclared("standalone", standalone))
+        return false;
+    bool isKnown = version.size() > 2 && version.starts_with("1.") &&
+                   std::ranges::all_of(version.substr(2), isASCIIDigit) && (standalone == "yes" || standalone == "no");
+    skipSpace();
+    return (isKnown && take("?>")) || fail(kBadDeclaration);
+}
+
 bool XMLScanner::skipProlog() {
-    if (text_.starts_with("<?xml") && text_.size() > 5 && isASCIISpace(text_[5]) && !skipPast("?>")) return false;
-    if (!skipMisc()) return false;
+    std::string_view encoding;
+    if (!skipDeclaration(encoding) || !skipMisc()) return false;
     return !take("<!DOCTYPE") || (skipDoctype() && skipMisc());
 }
 

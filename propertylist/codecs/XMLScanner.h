@@ -34,7 +34,9 @@ public:
         bool isEmpty = false;  // <name/>
     };
 
-    // The XML declaration, comments, white space and the document type that may come first.
+    // The XML declaration, if there is one; empty when it names no encoding.
+    bool skipDeclaration(std::string_view& encoding);
+    // The declaration, comments, white space and the document type that may come first.
     bool skipProlog();
     // White space, comments and processing instructions.
     bool skipMisc();
@@ -61,6 +63,7 @@ private:
     bool skipDoctype();
     bool skipAttributes();
     bool takeQuoted();
+    bool takeDeclared(std::string_view name, std::string_view& value);
     std::string_view takeName();
     bool reference(std::string& data);
     bool cdataSection(std::string& data);

@@ -8,6 +8,7 @@
 #include <QTabBar>
 
 #include <algorithm>
+#include <limits>
 #include <utility>
 
 namespace qt {
@@ -24,10 +25,6 @@ QString withoutMnemonic(QString text) {
     static const QString kMark = QStringLiteral("&");
     for (int i = 0; (i = static_cast<int>(text.indexOf(kMark, i))) >= 0; ++i) text.remove(i, 1);
     return text;
-}
-
-int clampedTo(std::int64_t number, const QSpinBox& box) {
-    return static_cast<int>(std::clamp<std::int64_t>(number, box.minimum(), box.maximum()));
 }
 
 }  // namespace
@@ -95,7 +92,10 @@ void QtSpinBox::setStringValue(std::string_view text, TextTone) { setIntegerValu
 
 void QtSpinBox::setIntegerValue(std::int64_t number) {
     QSignalBlocker quiet(widget_);
-    widget_.setValue(clampedTo(number, widget_));
+    using Limits = std::numeric_limits<int>;
+    int shown = static_cast<int>(std::clamp<std::int64_t>(number, Limits::min(), Limits::max()));
+    widget_.setRange(std::min(designedMinimum_, shown), std::max(designedMaximum_, shown));
+    widget_.setValue(shown);
 }
 
 // The number that was told of last is the box's value; what is being typed is only in its text.
@@ -105,9 +105,8 @@ bool QtSpinBox::isBeingEdited() const {
 }
 
 void QtPopUpButton::selectItem(int index) {
-    if (index < 0 || index >= widget_.count()) return;
     QSignalBlocker quiet(widget_);
-    widget_.setCurrentIndex(index);
+    widget_.setCurrentIndex(index < widget_.count() ? index : -1);
 }
 
 void QtTabView::setControlTint(ControlTint tint) {

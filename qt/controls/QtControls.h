@@ -63,15 +63,20 @@ public:
     void setIntegerValue(std::int64_t number) override;
 };
 
-// Shows a number outside its range as the nearest one inside it.
+// Takes numbers of its designed range from the user, and shows any other that it is given, too: until the next one the
+// range reaches that far. What no int holds is shown as the nearest that one does.
 class QtSpinBox final : public OneLineField<QSpinBox> {
 public:
-    using OneLineField::OneLineField;
+    explicit QtSpinBox(QSpinBox& box)
+        : OneLineField(box), designedMinimum_(box.minimum()), designedMaximum_(box.maximum()) {}
     std::string stringValue() const override { return std::to_string(widget_.value()); }
     std::int64_t integerValue() const override { return widget_.value(); }
     void setStringValue(std::string_view text, platform::TextTone tone) override;  // what is no number counts as 0
     void setIntegerValue(std::int64_t number) override;
     bool isBeingEdited() const override;
+
+private:
+    const int designedMinimum_, designedMaximum_;
 };
 
 // The dynamic property "itemTags" is the list of the items' tags; an item without one has the tag 0.

@@ -116,17 +116,11 @@ void QtTableView::performDoubleAction() {
 bool QtTableView::handleDrag(QEvent* event) {
     auto* drop = static_cast<QDropEvent*>(event);
     TableDataSource* source = model_.dataSource();
-    if (!source || !drop->mimeData()->hasFormat(QStringLiteral("text/uri-list")) ||
-        !source->tableView_validateDrop(*this)) {
-        drop->ignore();
-        return true;
-    }
-    drop->setDropAction(Qt::CopyAction);
-    bool accepted = true;
-    if (event->type() == QEvent::Drop) {
-        auto files = localFilesOfUriList(drop->mimeData()->data(QStringLiteral("text/uri-list")));
-        accepted = source->tableView_acceptDrop(*this, files);
-    }
+    // Links to the web come in the same format.
+    std::vector<std::string> files = localFilesOfUriList(drop->mimeData()->data(QStringLiteral("text/uri-list")));
+    bool accepted = source && !files.empty() && source->tableView_validateDrop(*this);
+    if (accepted) drop->setDropAction(Qt::CopyAction);
+    if (accepted && event->type() == QEvent::Drop) accepted = source->tableView_acceptDrop(*this, files);
     drop->setAccepted(accepted);
     return true;
 }

@@ -14,6 +14,9 @@ struct Fixture : PaneFixture {
             {"/a/Creator.app", "Creator", code({'C', 'R', 'E', 'A'}), ""},
             {"/a/Plain.app", "Plain", kUnknownCreator, ""},
             {"/a/Zero.app", "Zero", 0, ""},
+            {"/a/Odd.app", "Odd", code({'\xE9', '\xE9', ' ', '?'}), "\xE9"},
+            {"/a/\xE9.app", "Oddly", code({'?', '\xE9', 'a', 'b'}), ""},
+            {"/\xE9/b.app", "Odder", kUnknownCreator, ""},
             {"/a/Document.txt", "Document", kUnknownCreator, "", 0},
         };
         setList("Global Global - FontSize=9;" + more);

@@ -15,8 +15,9 @@ TEST(EachKindOfEntryShowsItsNamePlaceAndIcon) {
     PaneFixture f;
     f.world.applications.items = {
         {"/new/Draw.app", "Draw!", kUnknownCreator, "org.draw"},
-        {"/new/Write.app", "Write!", std::bit_cast<FourCharCode>(std::array{'W', 'R', 'T', 'E'}), ""}};
-    f.world.files.existing.insert({"/new/Draw.app", "/new/Write.app", "/there"});
+        {"/new/Write.app", "Write!", std::bit_cast<FourCharCode>(std::array{'W', 'R', 'T', 'E'}), ""},
+        {"/new/Odd.app", "Odd!", std::bit_cast<FourCharCode>(std::array{'\xE9', 'R', 'T', 'E'}), "\xE9"}};
+    f.world.files.existing.insert({"/new/Draw.app", "/new/Write.app", "/new/Odd.app", "/there", "/\xE9"});
     std::string list;
     const auto rows = cells<3>("rows.txt");
     for (const auto& row : rows) list += (list.empty() ? "" : ";") + row[0];

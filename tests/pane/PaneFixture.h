@@ -18,13 +18,15 @@
 #include <string>
 #include <vector>
 
-// The lines of a file beside the tests, cut at "|" into cells; those that begin with "#" are comments.
+// The lines of a file beside the tests, cut at "|" into cells; those that begin with "#" are comments. <E9> stands for
+// that byte alone, which is no UTF-8.
 template <std::size_t kColumns>
 std::vector<std::array<std::string, kColumns>> cells(const std::string& name) {
     std::vector<std::array<std::string, kColumns>> rows;
     std::ifstream file(SOURCE_ROOT "/tests/pane/" + name);
     for (std::string line; std::getline(file, line);) {
         if (line.starts_with('#')) continue;
+        for (std::size_t at = 0; (at = line.find("<E9>", at)) != line.npos;) line.replace(at, 4, 1, '\xE9');
         std::istringstream text(line + " ");
         for (std::string& cell : rows.emplace_back()) {
             REQUIRE(std::getline(text, cell, '|'));
@@ -41,7 +43,9 @@ inline platform::PropertyList valueOfWord(const std::string& word) {
     if (word == "yes" || word == "no") return word == "yes";
     std::int64_t number = 0;
     auto [rest, error] = std::from_chars(word.data(), word.data() + word.size(), number);
-    return error == std::errc() && !*rest ? platform::PropertyList(number) : platform::PropertyList(word);
+    if (error == std::errc() && !*rest) return number;
+    platform::PropertyList text(word);
+    return text ? text : platform::PropertyList::data(word);
 }
 
 // An entry as "Type Name Data key=value...". Keys are of the settings, or of the entry itself with a dot in front; "_"
@@ -61,7 +65,7 @@ inline platform::PropertyList entry(const std::string& text) {
         else if (equals != std::string::npos)
             entrySettings.set(word.substr(0, equals), valueOfWord(word.substr(equals + 1)));
         else if (const char* key = *next++; word != "-")
-            made.set(key, word == "''" ? "" : word);
+            made.set(key, word == "''" ? "" : valueOfWord(word));
     }
     if (!made["Settings"]) made.set("Settings", std::move(entrySettings).freeze());
     return std::move(made).freeze();

@@ -15,7 +15,7 @@ TEST(EachGetterTakesOnlyItsOwnType) {
         {"dictionary", &Wrapper::dictionaryForKey},
         {"data", &Wrapper::dataForKey}};
     std::vector<check::Case> cases = check::casesIn(TEST_DATA "/getters.txt");
-    CHECK_EQ(cases.size(), 24U);
+    CHECK_EQ(cases.size(), 25U);
     for (const check::Case& c : cases) {
         CONTEXT(c.text);
         PropertyList stored = propertylist::decodePropertyList("<plist>" + c.text + "</plist>");
@@ -51,4 +51,5 @@ TEST(SettersStoreTheirTypeAndNothingIsNoValue) {
     service.readable = false;
     CHECK(!prefs->synchronize() && !prefs->isReadable());
     CHECK(!Wrapper::preferencesWithApplication(service, std::nullopt));
+    CHECK(!Wrapper::initWithApplication(service, std::nullopt) && Wrapper::initWithApplication(service, kDomain));
 }

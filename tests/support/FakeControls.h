@@ -79,9 +79,7 @@ struct TextField final : Control<platform::TextField> {
 };
 
 struct PopUpButton final : Control<platform::PopUpButton> {
-    void selectItem(int index) override {
-        if (index >= 0 && index < itemCount()) row = index;
-    }
+    void selectItem(int index) override { row = index >= 0 && index < itemCount() ? index : -1; }
     std::string itemTitle(int index) const override {
         return index >= 0 && index < itemCount() ? titles[static_cast<std::size_t>(index)] : "";
     }

@@ -34,9 +34,7 @@ public:
     explicit HeadlessMenu(int itemCount) : itemCount_(itemCount) {}
     int itemCount() const override { return itemCount_; }
     int selectedRow() const override { return selected_; }
-    void selectItem(int index) override {
-        if (index >= 0 && index < itemCount_) selected_ = index;
-    }
+    void selectItem(int index) override { selected_ = index >= 0 && index < itemCount_ ? index : -1; }
 
 private:
     int itemCount_, selected_ = 0;

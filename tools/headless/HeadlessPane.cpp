@@ -68,8 +68,8 @@ HeadlessPane::Added HeadlessPane::addApplications(const std::vector<std::string>
     PropertyList before = storedList();
     pane_.exOpenPanelDidEnd_returnCode_contextInfo(nullptr, kPanelOK, applications);
     PropertyList after = storedList();
-    for (const PropertyList& entry : before.elements()) --gained[entry[kPathKey].stringValue()];
-    for (const PropertyList& entry : after.elements()) ++gained[entry[kPathKey].stringValue()];
+    for (const PropertyList& entry : before.elements()) --gained[bytesKept(entry[kPathKey])];
+    for (const PropertyList& entry : after.elements()) ++gained[bytesKept(entry[kPathKey])];
     for (const std::string& path : applications)
         if (gained[path]-- <= 0) result.alreadyListed.push_back(path);
     return result;
