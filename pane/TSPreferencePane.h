@@ -138,7 +138,7 @@ public:
     void warningDidEnd_returnCode_contextInfo(platform::Panel& sheet, int returnCode, const std::string& key);
 
     // Login items, in the order in which they are started. Nothing as path or identifier: nothing is done. Identifiers
-    // and paths are compared letter by letter; an item whose path does not open as a bundle has no identifier. Each
+    // and paths are compared letter by letter; an item whose path leads to no application has no identifier. Each
     // change is synchronised at once and keeps what other programs of ours store meanwhile; items that cannot be read
     // are left alone.
     void addLoginItem_hide(std::optional<std::string_view> path, bool hide);

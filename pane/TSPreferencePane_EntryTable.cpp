@@ -91,7 +91,7 @@ void TSPreferencePane::showRegexFields(const PropertyList& entry) {
 bool TSPreferencePane::tableView_validateDrop(TableView& table) { return table.isEnabled(); }
 
 bool TSPreferencePane::tableView_acceptDrop(TableView& table, const std::vector<std::string>& fileNames) {
-    if (!table.isEnabled() || !exTableView.is(&table)) return false;
+    if (!table.isEnabled() || !exTableView.is(&table) || fileNames.empty()) return false;
     constexpr int kAsIfChosen = 1;
     exOpenPanelDidEnd_returnCode_contextInfo(nullptr, kAsIfChosen, fileNames);
     return true;

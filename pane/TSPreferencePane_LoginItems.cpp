@@ -30,10 +30,12 @@ void changeItems(PreferenceService& preferences, std::function<void(std::vector<
 
 std::string_view pathOf(const PropertyList& item) { return item[kLoginItemPathKey].stringValue(); }
 
-bool isApplication(BundleServices& bundles, const PropertyList& item, std::string_view identifier) {
+// An application need not be a bundle.
+bool isApplication(const Platform& platform, const PropertyList& item, std::string_view identifier) {
     if (!pathOf(item).starts_with('/') || identifier.empty()) return false;
-    std::unique_ptr<Bundle> bundle = bundles.openBundle(pathOf(item));
-    return bundle && bundle->identifier() == identifier;
+    std::unique_ptr<Bundle> bundle = platform.bundles.openBundle(pathOf(item));
+    return bundle ? bundle->identifier() == identifier
+                  : platform.applications.bundleIdentifier(pathOf(item)) == identifier;
 }
 
 using Condition = std::function<bool(const PropertyList& item)>;
@@ -56,8 +58,8 @@ void TSPreferencePane::addLoginItem_hide(std::optional<std::string_view> path, b
 void TSPreferencePane::removeLoginItem(std::optional<std::string_view> identifier) {
     if (!identifier) return;
     removeItems(platform_.preferences,
-                [&bundles = platform_.bundles, unwanted = std::string(*identifier)](const PropertyList& item) {
-                    return isApplication(bundles, item, unwanted);
+                [this, unwanted = std::string(*identifier)](const PropertyList& item) {
+                    return isApplication(platform_, item, unwanted);
                 });
 }
 
@@ -74,7 +76,7 @@ bool TSPreferencePane::isLoginItem_withPath(std::optional<std::string_view> iden
     if (!identifier || !items.isArray()) return false;
     auto all = items.elements();
     auto found = std::find_if(all.rbegin(), all.rend(), [&](const PropertyList& item) {
-        return isApplication(platform_.bundles, item, *identifier);
+        return isApplication(platform_, item, *identifier);
     });
     if (found == all.rend()) return false;
     if (pathOf(*found) == path) return true;

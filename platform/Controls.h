@@ -187,7 +187,7 @@ public:
     // Drops have no position: validation answers for the table as a whole, true for the copy operation.
     virtual bool tableView_validateDrop(TableView& table) = 0;
     virtual bool tableView_writeRows_toPasteboard(TableView& table, const std::vector<int>& rows) = 0;
-    // Never called without a file.
+    // Without a file there was no list of files in the drag.
     virtual bool tableView_acceptDrop(TableView& table, const std::vector<std::string>& fileNames) = 0;
 };
 

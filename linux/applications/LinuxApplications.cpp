@@ -26,11 +26,11 @@ namespace {
 // best first.
 struct StandIns {
     std::string_view identifier;
-    std::array<std::string_view, 6> desktopEntries;
+    std::array<std::string_view, 7> desktopEntries;
 };
 constexpr std::array<StandIns, 2> kStandIns = {{
     {"com.apple.Console",
-     {"org.gnome.Logs", "org.kde.ksystemlog", "mate-system-log", "deepin-log-viewer", "gnome-system-log", "logview"}},
+     {"org.gnome.Logs", "org.kde.kjournaldbrowser", "org.kde.ksystemlog", "mate-system-log", "deepin-log-viewer", "gnome-system-log", "logview"}},
     {"com.apple.FontBook",
      {"org.gnome.FontManager", "com.github.FontManager.FontManager", "fontmatrix", "kcm_fontinst",
       "org.gnome.font-viewer", "org.kde.kfontview"}},

@@ -11,6 +11,7 @@ namespace {
 // Keys of our own: by the first an entry is known as one of ours; the second makes an entry out of date, although
 // nothing else in it need change, when the user hides or shows the item.
 constexpr std::string_view kItemKey = "X-Typeslate-LoginItem", kHideKey = "X-Typeslate-Hide";
+constexpr std::string_view kOwnKeys = "X-Typeslate-", kFurtherKeys = "X-";
 constexpr std::string_view kFilePrefix = "login-item-";
 constexpr std::size_t kLongestStem = 100;
 
@@ -131,6 +132,17 @@ bool hasLinesOf(std::string_view file, std::string_view other) {
     return !anyLine(other, [&](std::string_view wanted) {
         return !anyLine(file, [&](std::string_view present) { return present == wanted; });
     });
+}
+
+std::string linesOfTheDesktop(std::string_view entry) {
+    std::string lines;
+    anyLine(entry, [&](std::string_view next) {
+        std::string_view key = next.substr(0, next.find('='));
+        bool isOthers = next.starts_with(kFurtherKeys) && !next.starts_with(kOwnKeys);
+        if (isOthers || key == "Hidden" || key == "OnlyShowIn" || key == "NotShowIn") lines.append(next) += '\n';
+        return next.starts_with('[') && next != "[Desktop Entry]";  // what follows is no key of the entry itself
+    });
+    return lines;
 }
 
 std::string autostartFileName(std::string_view itemPath, int number) {

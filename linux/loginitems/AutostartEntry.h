@@ -26,6 +26,9 @@ std::string autostartEntry(std::string_view itemPath, bool hide, const StartDesc
 // off.
 bool hasLinesOf(std::string_view file, std::string_view other);
 
+// Those lines of an entry, whole, by which a desktop's own settings say whether, where and when to start it.
+std::string linesOfTheDesktop(std::string_view entry);
+
 // "login-item-Editor.desktop" for .../Editor.app; from the number 2 on, "login-item-Editor-2.desktop". Plain ASCII, at
 // most 130 bytes, whatever the path.
 std::string autostartFileName(std::string_view itemPath, int number);

@@ -17,6 +17,7 @@ namespace {
 
 constexpr const char* kTemporaryName = ".login-item.tmp";
 constexpr int kMostOfOneName = 1000;
+constexpr std::string_view kCountKey = "Count";
 
 }  // namespace
 
@@ -39,11 +40,29 @@ std::vector<AutostartMirror::Item> AutostartMirror::storedItems() {
     PropertyList stored = reader_.copyValue(kLoginItemsKey, kLoginWindowDomain);
     for (const PropertyList& item : stored.elements()) {
         std::string path(item[kLoginItemPathKey].stringValue());
-        std::erase_if(items, [&](const Item& earlier) { return earlier.path == path; });
+        auto earlier = std::ranges::find(items, path, &Item::path);
+        std::int64_t count = earlier == items.end() ? 1 : earlier->count + 1;
+        if (earlier != items.end()) items.erase(earlier);
         std::string value = escapedDesktopEntryValue(path);
-        items.push_back({std::move(path), std::move(value), item[kLoginItemHideKey].boolValue()});
+        items.push_back({std::move(path), std::move(value), item[kLoginItemHideKey].boolValue(), count});
     }
     return items;
+}
+
+// Whether the user wants something else since the item was served last. Before there was a memory, every entry was.
+bool AutostartMirror::isNewWish(const Item& item, const OwnEntry* entry) {
+    PropertyList served = reader_.copyValue(kServedItemsKey, kServedDomain);
+    for (const PropertyList& known : served.elements())
+        if (known[kLoginItemPathKey].stringValue() == item.path)
+            return known[kLoginItemHideKey].boolValue() != item.hide || known[kCountKey].integerValue() < item.count;
+    return !entry;
+}
+
+void AutostartMirror::remember(std::vector<PropertyList> served) {
+    PropertyList before = reader_.copyValue(kServedItemsKey, kServedDomain), now = PropertyList::array(served);
+    if (before == now || (!before && served.empty())) return;
+    reader_.setValue(kServedItemsKey, now, kServedDomain);
+    (void)reader_.synchronize(kServedDomain);  // the store has logged what went wrong
 }
 
 // Once: an update comes with every synchronize.
@@ -77,23 +96,33 @@ void AutostartMirror::update() {
     hasFailed_ = false;
     reader_.setLongestWait(preferences_.longestWait());
     (void)reader_.synchronize(kLoginWindowDomain);
-    if (!takeFolder(!storedItems().empty())) return;
-    // Whoever held the lock may have stored something first.
-    if (reader_.synchronize(kLoginWindowDomain)) {
-        std::vector<Item> items = storedItems();
-        std::vector<OwnEntry> entries = ownEntries();
-        ApplicationEnvironment environment = ApplicationEnvironment::current();
-        environment.isTranslated = false;  // the language of whoever comes by is no reason to write an entry anew
-        for (const Item& item : items) {
-            auto own = std::ranges::find(entries, item.value, [](auto& e) { return *autostartPathValue(e.contents); });
-            updateEntry(item, own == entries.end() ? nullptr : &*own, environment);
-            if (own != entries.end()) entries.erase(own);
-        }
-        for (const OwnEntry& entry : entries)
-            if (int error = files_.remove(folder_.number(), entry.name.c_str()); error < 0)
-                report(entry.name, {"remove the entry", -error});
+    if (!takeFolder(false)) {
+        if (hasFailed_) return;
+        remember({});  // whoever removed the whole folder meant no single entry
+        if (storedItems().empty() || !takeFolder(true)) return;
     }
+    // Whoever held the lock may have stored something first.
+    (void)reader_.synchronize(kServedDomain);
+    if (reader_.synchronize(kLoginWindowDomain)) updateEntries();
     folder_.reset();
+}
+
+void AutostartMirror::updateEntries() {
+    std::vector<OwnEntry> entries = ownEntries();
+    std::vector<PropertyList> served;
+    ApplicationEnvironment environment = ApplicationEnvironment::current();
+    environment.isTranslated = false;  // the language of whoever comes by is no reason to write an entry anew
+    for (const Item& item : storedItems()) {
+        auto own = std::ranges::find(entries, item.value, [](auto& e) { return *autostartPathValue(e.contents); });
+        if (updateEntry(item, own == entries.end() ? nullptr : &*own, environment))
+            served.push_back(PropertyList::dictionary(
+                {{kLoginItemPathKey, item.path}, {kLoginItemHideKey, item.hide}, {kCountKey, item.count}}));
+        if (own != entries.end()) entries.erase(own);
+    }
+    for (const OwnEntry& entry : entries)
+        if (int error = files_.remove(folder_.number(), entry.name.c_str()); error < 0)
+            report(entry.name, {"remove the entry", -error});
+    remember(std::move(served));
 }
 
 std::vector<AutostartMirror::OwnEntry> AutostartMirror::ownEntries() {
@@ -111,16 +140,24 @@ std::vector<AutostartMirror::OwnEntry> AutostartMirror::ownEntries() {
     return own;
 }
 
-// What cannot be started now, perhaps because its disk is not there, keeps the entry that it has.
-void AutostartMirror::updateEntry(const Item& item, const OwnEntry* entry, const ApplicationEnvironment& environment) {
+// What cannot be started now, perhaps because its disk is not there, keeps the entry that it has. True when the item is
+// served: its entry is there, or the user has removed it.
+bool AutostartMirror::updateEntry(const Item& item, const OwnEntry* entry, const ApplicationEnvironment& environment) {
+    bool isNew = isNewWish(item, entry);
+    if (!entry && !isNew) return true;
     std::optional<StartDescription> start = startDescription(item.path, environment);
-    if (!start) return complain(formatted("Login item %@: there is nothing that can be started", {item.path}));
-    std::string text = autostartEntry(item.path, item.hide, *start);
-    if (entry && hasLinesOf(entry->contents, text)) return;
-    if (Failure failure = write(text, item, entry)) {
-        (void)files_.remove(folder_.number(), kTemporaryName);
-        report(item.path, failure);
+    if (!start) {
+        complain(formatted("Login item %@: there is nothing that can be started", {item.path}));
+        return entry && !isNew;
     }
+    std::string text = autostartEntry(item.path, item.hide, *start);
+    if (entry && !isNew && hasLinesOf(entry->contents, text)) return true;
+    if (entry && !isNew) text += linesOfTheDesktop(entry->contents);
+    Failure failure = write(text, item, entry);
+    if (!failure) return true;
+    (void)files_.remove(folder_.number(), kTemporaryName);
+    report(item.path, failure);
+    return false;
 }
 
 Failure AutostartMirror::write(std::string_view text, const Item& item, const OwnEntry* replaced) {

@@ -13,6 +13,12 @@
 
 namespace linux {
 
+// The domain in which is kept which items have had their entry: an array of dictionaries, each with the path, how many
+// items there were with it, and whether they were hidden. An entry that is missing, or switched off, although its item
+// is here is the user's own doing.
+inline constexpr std::string_view kServedDomain = "com.tarnwick.typeslate.LoginItems";
+inline constexpr std::string_view kServedItemsKey = "Served";
+
 // "autostart" in $XDG_CONFIG_HOME, or in ~/.config when that variable is not an absolute path.
 std::string autostartFolder();
 
@@ -33,16 +39,20 @@ private:
     struct Item {
         std::string path, value;  // as it is stored, and as it stands in an entry: with escapes
         bool hide;
+        std::int64_t count;  // of the items with this path
     };
     struct OwnEntry {
         std::string name, contents;
     };
 
     void update();
+    void updateEntries();
     std::vector<Item> storedItems();
+    bool isNewWish(const Item& item, const OwnEntry* entry);
+    void remember(std::vector<platform::PropertyList> served);
     bool takeFolder(bool make);
     std::vector<OwnEntry> ownEntries();
-    void updateEntry(const Item& item, const OwnEntry* entry, const ApplicationEnvironment& environment);
+    bool updateEntry(const Item& item, const OwnEntry* entry, const ApplicationEnvironment& environment);
     Failure write(std::string_view text, const Item& item, const OwnEntry* replaced);
     int moveToFreeName(const Item& item);
     void report(std::string_view what, const Failure& failure);

@@ -16,19 +16,21 @@ namespace {
 
 constexpr std::uint32_t kFeatureLevel = 0x1049;
 
-std::uint32_t takeNumber(std::string_view& text) {
+std::optional<std::uint32_t> takeNumber(std::string_view& text) {
     std::uint32_t number = 0;
     auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
     text.remove_prefix(static_cast<std::size_t>(end - text.data()));
-    return error == std::errc() ? number : 0;
+    return error == std::errc() ? std::optional(number) : std::nullopt;
 }
 
-SystemVersion parseDotted(std::string_view text) {
-    SystemVersion version;
-    for (std::uint32_t* number : {&version.major, &version.minor, &version.bugFix}) {
-        *number = takeNumber(text);
+std::optional<SystemVersion> parseDotted(std::string_view text) {
+    std::optional<std::uint32_t> major = takeNumber(text);
+    if (!major) return std::nullopt;
+    SystemVersion version{*major};
+    for (std::uint32_t* number : {&version.minor, &version.bugFix}) {
         if (!text.starts_with('.')) break;
         text.remove_prefix(1);
+        *number = takeNumber(text).value_or(0);
     }
     return version;
 }
@@ -51,8 +53,8 @@ std::string contents(LinuxFiles& files, std::string_view path) {
     return bytes ? *bytes : std::string();
 }
 
-const SystemVersion& systemVersion() {
-    static const SystemVersion kVersion = [] {
+const std::optional<SystemVersion>& systemVersion() {
+    static const std::optional<SystemVersion> kVersion = [] {
         LinuxFiles files;
         std::string osRelease = contents(files, "/etc/os-release");
         if (osRelease.empty()) osRelease = contents(files, "/usr/lib/os-release");
@@ -63,24 +65,28 @@ const SystemVersion& systemVersion() {
 
 }  // namespace
 
-SystemVersion parseSystemVersion(std::string_view osRelease, std::string_view debianVersion) {
-    SystemVersion version = parseDotted(valueOf(osRelease, "VERSION_ID"));
-    SystemVersion debian = parseDotted(debianVersion);
+std::optional<SystemVersion> parseSystemVersion(std::string_view osRelease, std::string_view debianVersion) {
+    std::optional<SystemVersion> version = parseDotted(valueOf(osRelease, "VERSION_ID"));
+    std::optional<SystemVersion> debian = parseDotted(debianVersion);
     bool isDebian = valueOf(osRelease, "ID") == "debian";
-    if (isDebian && version.minor == 0 && debian.major == version.major) version = debian;
-    return version;
+    bool isFiner = version && debian && version->minor == 0 && debian->major == version->major;
+    return isDebian && isFiner ? debian : version;
 }
 
 std::optional<std::uint32_t> LinuxSystem::gestalt(FourCharCode selector) {
+    auto part = [](std::uint32_t SystemVersion::*number) {
+        const std::optional<SystemVersion>& version = systemVersion();
+        return version ? std::optional(*version.*number) : std::nullopt;
+    };
     switch (selector) {
         case fourCharCode("sysv"):
             return kFeatureLevel;
         case fourCharCode("sys1"):
-            return systemVersion().major;
+            return part(&SystemVersion::major);
         case fourCharCode("sys2"):
-            return systemVersion().minor;
+            return part(&SystemVersion::minor);
         case fourCharCode("sys3"):
-            return systemVersion().bugFix;
+            return part(&SystemVersion::bugFix);
         default:
             return std::nullopt;
     }
@@ -89,8 +95,8 @@ std::optional<std::uint32_t> LinuxSystem::gestalt(FourCharCode selector) {
 std::uint32_t LinuxSystem::realUserID() {
     if (const char* text = std::getenv("TYPESLATE_UID")) {
         std::string_view rest = text;
-        std::uint32_t id = takeNumber(rest);
-        if (*text && rest.empty()) return id;
+        std::optional<std::uint32_t> id = takeNumber(rest);
+        if (id && rest.empty()) return *id;
     }
     return getuid();
 }

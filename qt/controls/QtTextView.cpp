@@ -1,5 +1,7 @@
 #include "qt/controls/QtTextView.h"
 
+#include "qt/controls/Motion.h"
+
 #include <QAbstractTextDocumentLayout>
 #include <QDir>
 #include <QFile>
@@ -52,9 +54,12 @@ private:
 };
 
 QtTextView::QtTextView(QTextEdit& widget) : WidgetView(widget), document_(*new FolderDocument(widget)) {
-    auto hold = [this] { isHeldByUser_ = true; };
+    auto hold = [this] { isHeld_ = true; };
     QObject::connect(widget.verticalScrollBar(), &QAbstractSlider::actionTriggered, &connections_, hold);
-    QObject::connect(&widget, &QTextEdit::selectionChanged, &connections_, hold);
+    // A plain click says so, too, and selects nothing.
+    QObject::connect(&widget, &QTextEdit::selectionChanged, &connections_, [this] {
+        if (widget_.textCursor().hasSelection()) isHeld_ = true;
+    });
 }
 
 Rect QtTextView::frame() const {
@@ -71,12 +76,13 @@ bool QtTextView::loadRichText(std::string_view path) {
     document_.setFolder(folder.path());
     widget_.setHtml(QString::fromUtf8(html));
     widget_.moveCursor(QTextCursor::Start);
-    isHeldByUser_ = false;
+    isHeld_ = false;
+    whenStillnessIsWanted(widget_, connections_, [this] { isHeld_ = true; });
     return true;
 }
 
 void QtTextView::scrollPoint(const Point& point) {
-    if (!isHeldByUser_) widget_.verticalScrollBar()->setValue(static_cast<int>(std::lround(point.y)));
+    if (!isHeld_) widget_.verticalScrollBar()->setValue(static_cast<int>(std::lround(point.y)));
 }
 
 }  // namespace qt

@@ -9,7 +9,7 @@
 namespace qt {
 
 // Once the user has scrolled or selected, the text stays where the user put it until another one is loaded: what moves
-// by itself can be stopped, and is not torn away from who reads it.
+// by itself can be stopped, and is not torn away from who reads it. For who wants no animations it stays from the start.
 class QtTextView final : public WidgetView<platform::TextView, QTextEdit> {
 public:
     explicit QtTextView(QTextEdit& widget);  // gives it a document of its own
@@ -27,7 +27,7 @@ private:
 
     FolderDocument& document_;  // the widget's
     QObject connections_;
-    bool isHeldByUser_ = false;
+    bool isHeld_ = false;
 };
 
 }  // namespace qt

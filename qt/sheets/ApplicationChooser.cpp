@@ -1,12 +1,12 @@
 #include "qt/sheets/ApplicationChooser.h"
 
+#include "qt/sheets/AnywhereChooser.h"
 #include "qt/texts/PlainToolTips.h"
 #include "qt/texts/Utf8.h"
 
 #include <QAbstractListModel>
 #include <QDialog>
 #include <QDialogButtonBox>
-#include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
@@ -56,17 +56,11 @@ private:
     const std::function<QIcon(const std::string&)> iconOf_;
 };
 
-// A file inside an .app folder stands for the application.
-QString applicationOf(const QString& file) {
-    const auto end = file.indexOf(QStringLiteral(".app/"));
-    return end < 0 ? file : file.left(end + 4);
-}
-
 class Chooser final : public QDialog {
 public:
     Chooser(QWidget* window, const OpenPanelRequest& request, const std::vector<ChoosableApplication>& applications,
             std::function<QIcon(const std::string&)> iconOf, const Bundle* texts)
-        : QDialog(window, Qt::Sheet), texts_(texts) {
+        : QDialog(window, Qt::Sheet), folder_(toQString(request.folder)), texts_(texts) {
         setObjectName(QStringLiteral("applicationChooser"));
         setWindowTitle(toQString(request.title));
         setWindowModality(Qt::WindowModal);
@@ -149,18 +143,15 @@ private:
     }
 
     void chooseElsewhere() {
-        auto* files = new QFileDialog(this, windowTitle());
-        files->setAttribute(Qt::WA_DeleteOnClose);
-        files->setWindowModality(Qt::WindowModal);
-        files->setFileMode(QFileDialog::ExistingFiles);
-        files->setNameFilters({localized("Applications (*.desktop)"), localized("All files (*)")});
-        connect(files, &QFileDialog::filesSelected, this, [this](const QStringList& selected) {
-            for (const QString& file : selected) chosen_.push_back(applicationOf(file).toStdString());
+        const AnywhereTexts texts{windowTitle(), localized("Applications (*.desktop *.app)"),
+                                  localized("All files (*)")};
+        openAnywhereChooser(this, folder_, texts, [this](const QStringList& paths) {
+            for (const QString& path : paths) chosen_.push_back(path.toStdString());
             accept();
         });
-        files->open();
     }
 
+    const QString folder_;
     const Bundle* const texts_;
     QLineEdit* search_ = nullptr;
     QListView* list_ = nullptr;

@@ -13,6 +13,7 @@ struct LoginItems : PaneFixture {
         for (auto [path, identifier] : {std::pair{"/a/TS.app", "ts"}, {"/b/TS.app", "ts"}, {"/Other.app", "other"}})
             world.bundles.onDisk[path].identifierText = identifier;
         world.bundles.onDisk["/Nameless.app"];
+        world.applications.items = {{"/entry.desktop", "Entry", kUnknownCreator, "ts"}};
     }
     void set(const PropertyList& items) {
         world.preferences.setValue(kLoginItemsKey, items, kLoginWindowDomain);

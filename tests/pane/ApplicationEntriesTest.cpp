@@ -74,7 +74,7 @@ TEST(DropsAreTakenByAnEnabledEntryTableOnly) {
     Fixture f;
     fake::TableView other;
     CHECK(f.pane->tableView_validateDrop(f.table()));
-    CHECK(!f.pane->tableView_acceptDrop(other, {"/a/Both.app"}));
+    CHECK(!f.pane->tableView_acceptDrop(other, {"/a/Both.app"}) && !f.drop({}));
     f.table().enabled = false;
     CHECK(!f.pane->tableView_validateDrop(f.table()));
     CHECK(!f.drop({"/a/Both.app"}));

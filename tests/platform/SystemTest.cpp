@@ -6,14 +6,15 @@ using namespace platform;
 using namespace linux;
 
 TEST(SystemVersionComesFromOsReleaseAndTheUserFromTheProcess) {
-    const std::tuple<const char*, const char*, SystemVersion> cases[] = {
-        {"ID=debian\nVERSION_ID=\"12\"\n", "12.11\n", {12, 11, 0}},
-        {"ID=debian\nVERSION_ID=\"12\"\n", "trixie/sid\n", {12, 0, 0}},
-        {"ID=ubuntu\nVERSION_ID=\"24.04\"\n", "trixie/sid\n", {24, 4, 0}},
-        {"NAME=x\nVERSION_ID='5.15.3'", "", {5, 15, 3}},
-        {"ID=arch\nBUILD_ID=rolling\n", "", {0, 0, 0}},
-        {"VERSION_ID=\nXVERSION_ID=9\n", "", {0, 0, 0}},
-        {"VERSION_ID=99999999999999999999", "", {0, 0, 0}},
+    const std::tuple<const char*, const char*, std::optional<SystemVersion>> cases[] = {
+        {"ID=debian\nVERSION_ID=\"12\"\n", "12.11\n", {{12, 11, 0}}},
+        {"ID=debian\nVERSION_ID=\"12\"\n", "trixie/sid\n", {{12, 0, 0}}},
+        {"ID=ubuntu\nVERSION_ID=\"24.04\"\n", "trixie/sid\n", {{24, 4, 0}}},
+        {"NAME=x\nVERSION_ID='5.15.3'", "", {{5, 15, 3}}},
+        {"ID=debian\n", "13.1\n", {}},
+        {"ID=other\nVERSION_ID=rolling\n", "", {}},
+        {"VERSION_ID=\nXVERSION_ID=9\n", "", {}},
+        {"VERSION_ID=99999999999999999999", "", {}},
     };
     for (const auto& [release, debian, expected] : cases) {
         CHECK(parseSystemVersion(release, debian) == expected);

@@ -3,7 +3,12 @@
 #include "tests/qt/QtTest.h"
 
 #include <QAccessible>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusVariant>
+#include <QDBusVirtualObject>
 #include <QDialog>
+#include <QProxyStyle>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTextBrowser>
@@ -79,8 +84,46 @@ TEST(WhoScrollsOrSelectsTheAboutTextKeepsItsPlace) {
     a.button("aboutButton").click();
     CHECK(a.sheet().isVisible() && a.position() == 0);
     REQUIRE(waitFor([&] { return a.position() > 0; }));
+    QTest::mouseClick(a.text().viewport(), Qt::LeftButton, {}, QPoint(3, 3));
+    const int clicked = a.position();
+    REQUIRE(waitFor([&] { return a.position() > clicked; }));
     a.text().selectAll();
     CHECK(a.staysForSeveralSteps());
+}
+
+TEST(WhoWantsNoAnimationsHasATextThatStandsStill) {
+    struct Portal : QDBusVirtualObject {
+        QString introspect(const QString&) const override { return {}; }
+        bool handleMessage(const QDBusMessage& question, const QDBusConnection& bus) override {
+            wasAsked = question.arguments().value(1) == QStringLiteral("enable-animations");
+            const QVariant no = QVariant::fromValue(QDBusVariant(isOn));
+            return bus.send(question.createReply(QVariant::fromValue(QDBusVariant(no))));
+        }
+        bool wasAsked = false, isOn = false;
+    } portal;
+    struct Still : QProxyStyle {
+        int styleHint(StyleHint hint, const QStyleOption* o, const QWidget* w, QStyleHintReturn* r) const override {
+            return hint == SH_Widget_Animation_Duration ? 0 : QProxyStyle::styleHint(hint, o, w, r);
+        }
+    } still;
+    About a;
+    QDBusConnection bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, QStringLiteral("portal"));
+    CHECK(bus.registerVirtualObject(QStringLiteral("/org/freedesktop/portal/desktop"), &portal));
+    CHECK(bus.registerService(QStringLiteral("org.freedesktop.portal.Desktop")));
+    for (bool isOn : {true, false}) {
+        portal.isOn = isOn;
+        portal.wasAsked = false;
+        a.button("aboutCloseButton").click();
+        a.button("aboutButton").click();
+        REQUIRE(waitFor([&] { return portal.wasAsked; }));
+        CHECK(isOn ? waitFor([&] { return a.position() > 5; }) : waitFor([&] { return a.staysForSeveralSteps(); }));
+    }
+    a.button("aboutCloseButton").click();
+    a.text().setStyle(&still);
+    a.button("aboutButton").click();
+    CHECK(a.staysForSeveralSteps() && a.position() == 0);
+    a.text().setStyle(nullptr);
+    QDBusConnection::disconnectFromBus(QStringLiteral("portal"));
 }
 
 TEST(TheAboutTextIsThereForEverybody) {

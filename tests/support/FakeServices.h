@@ -376,9 +376,10 @@ struct Launcher final : Noting<platform::Launcher> {
 struct Dates final : DateFormatter {
     std::optional<std::string> string(Date date, DateStyle dateStyle, DateStyle timeStyle) override {
         if (fails) return std::nullopt;
-        return formatted("%@ (%d/%d)",
-                         {iso8601FromDate(date), static_cast<int>(dateStyle), static_cast<int>(timeStyle)});
+        return formatted("%@%@ (%d/%d)",
+                         {month, iso8601FromDate(date), static_cast<int>(dateStyle), static_cast<int>(timeStyle)});
     }
+    std::string month;  // in front
     bool fails = false;
 };
 

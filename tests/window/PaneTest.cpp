@@ -12,11 +12,14 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QDialog>
+#include <QDialogButtonBox>
 #include <QElapsedTimer>
+#include <QFileDialog>
 #include <QFrame>
 #include <QHelpEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListView>
 #include <QPushButton>
 #include <QScreen>
 #include <QSpinBox>
@@ -155,6 +158,52 @@ TEST(TheChooserFindsByNameAndTakesWhatIsSelected) {
     settle();
     REQUIRE(pane.entries().size() == 2);
     CHECK_EQ(pane.entries().elements()[1]["Data"], PropertyList("org.test.Beta"));
+}
+
+TEST(ElsewhereOnTheDiskPackagesAreChosenWhole) {
+    Opened pane;
+    const std::filesystem::path folder = pane.home / "share/applications";  // where it starts
+    for (std::string name : {"One", "Two", "Three"}) {
+        check::writeFile(folder / (name + ".app/Contents/Info.plist"),
+                         "<plist><dict><key>CFBundleIdentifier</key><string>" + name +
+                             "</string><key>CFBundleExecutable</key><string>run</string></dict></plist>");
+        std::filesystem::create_directory(folder / (name + ".app/Contents/Linux"));
+        std::filesystem::create_symlink("/bin/true", folder / (name + ".app/Contents/Linux/run"));
+    }
+    check::writeFile(folder / "Two.app/inside.desktop", "[Desktop Entry]\nType=Application\nExec=/bin/true\nName=I\n");
+    auto typed = [](const char* name) {
+        return [name](QFileDialog& files) {
+            in<QLineEdit>(files, "fileNameEdit").setText(QLatin1String(name));
+            QTest::keyClick(&in<QLineEdit>(files, "fileNameEdit"), Qt::Key_Return);
+        };
+    };
+    auto withRow = [](auto act) {
+        return [act](QFileDialog& files) {
+            auto& list = in<QListView>(files, "listView");
+            auto row = [&] { return list.model()->match(list.model()->index(0, 0, list.rootIndex()), 0, "Three.app"); };
+            REQUIRE(waitFor([&] { return !row().isEmpty(); }));
+            act(files, list, row().first());
+        };
+    };
+    const std::pair<std::function<void(QFileDialog&)>, const char*> ways[] = {
+        {typed("One.app"), "One"},
+        {typed("Two.app/inside.desktop"), "Two.app-inside"},
+        {typed("Two.app/Contents/Linux"), "Two"},
+        {withRow([](auto&, auto& list, auto row) { Q_EMIT list.activated(row); }), "Three"},
+        {withRow([](auto& files, auto& list, auto row) {
+             list.selectionModel()->select(row, QItemSelectionModel::Select | QItemSelectionModel::Rows);
+             in<QDialogButtonBox>(files, "buttonBox").button(QDialogButtonBox::Open)->click();
+         }),
+         "Three"}};
+    for (const auto& [choose, data] : ways) {
+        CONTEXT(data);
+        pane.platform.preferences().setValue("TheExcList", PropertyList::array({}), kDomain);
+        QDialog& chooser = pane.openSheet(0, "exAddAppButton");
+        in<QPushButton>(chooser, "applicationOther").click();
+        choose(in<QFileDialog>(chooser, "anywhereChooser"));
+        REQUIRE(waitFor([] { return !QApplication::activeModalWidget(); }));
+        CHECK_EQ(pane.entries().elements().back()["Data"], PropertyList(data));
+    }
 }
 
 TEST(LeavingTakesAHalfTypedNumberAndWaitsForASheet) {

@@ -1,6 +1,6 @@
 #include "tools/commands/Commands.h"
 
-#include "linux/applications/ApplicationRecord.h"
+#include "linux/applications/LinuxApplications.h"
 #include "linux/texts/DisplayText.h"
 #include "linux/texts/TextColumns.h"
 #include "platform/LoginItems.h"
@@ -30,29 +30,32 @@ PropertyList storedItems(linux::DiskPreferences& preferences) {
     return items;
 }
 
-std::string identifierOf(const std::string& path, BundleServices& bundles) {
-    std::unique_ptr<Bundle> bundle = path.starts_with('/') ? bundles.openBundle(path) : nullptr;
-    std::string identifier = bundle ? linux::displayText(bundle->identifier()) : "";
+std::string identifierOf(const std::string& path, BundleServices& bundles, ApplicationServices& applications) {
+    if (!path.starts_with('/')) return "-";
+    std::unique_ptr<Bundle> bundle = bundles.openBundle(path);
+    std::string identifier =
+        linux::displayText(bundle ? bundle->identifier() : applications.bundleIdentifier(path).value_or(""));
     return identifier.empty() ? "-" : identifier;
 }
 
-std::string itemTable(const PropertyList& items, BundleServices& bundles) {
+std::string itemTable(const PropertyList& items) {
+    linux::FolderBundles bundles;
+    linux::LinuxApplications applications;
     std::vector<std::vector<std::string>> rows{{localized("HIDE"), localized("IDENTIFIER"), localized("PATH")}};
     for (const PropertyList& item : items.elements()) {
         std::string path(item[kLoginItemPathKey].stringValue());
         bool isHidden = item[kLoginItemHideKey].boolValue();
         rows.push_back(
-            {isHidden ? localized("yes") : localized("no"), identifierOf(path, bundles), linux::displayText(path)});
+            {isHidden ? localized("yes") : localized("no"), identifierOf(path, bundles, applications), linux::displayText(path)});
     }
     return linux::tableText(rows);
 }
 
 void list(const Arguments& arguments) {
     linux::LinuxStore store;
-    linux::FolderBundles bundles;
     PropertyList items = PropertyList::array(mutableArray(storedItems(store.preferences)));
     if (arguments.json) return printJson(items);
-    print(itemTable(items, bundles));
+    print(itemTable(items));
 }
 
 // The pane's operations tell nobody whether they were stored.
@@ -73,21 +76,32 @@ std::string pathToStore(const Arguments& arguments) {
     return path;
 }
 
+void warnOfNothing(const std::string& path) {
+    if (!linux::startDescription(path, linux::ApplicationEnvironment::current()))
+        printLine(
+            localizedFormat("%@ is stored, but now there is nothing that can be started", linux::displayText(path)));
+}
+
+// As it was typed where an item has exactly that: other programs store paths in other forms than we do.
+std::string pathOfItems(const std::string& typed, const PropertyList& items) {
+    bool isStored = std::ranges::any_of(
+        items.elements(), [&](const PropertyList& item) { return item[kLoginItemPathKey] == PropertyList(typed); });
+    return isStored ? typed : absolutePath(typed);
+}
+
 void add(const Arguments& arguments) {
     std::string path = pathToStore(arguments);
     HeadlessPane pane;
     storedItems(pane.preferences());
     pane.operations().addLoginItem_hide(path, arguments.hide);
     finish(pane);
-    if (!linux::startDescription(path, linux::ApplicationEnvironment::current()))
-        printLine(
-            localizedFormat("%@ is stored, but now there is nothing that can be started", linux::displayText(path)));
+    warnOfNothing(path);
 }
 
 void remove(const Arguments& arguments) {
     HeadlessPane pane;
     PropertyList before = storedItems(pane.preferences());
-    std::string path = absolutePath(arguments.pathIfAny.value_or(""));
+    std::string path = pathOfItems(arguments.pathIfAny.value_or(""), before);
     if (arguments.pathIfAny)
         pane.operations().removeLoginItemWithPath(path);
     else
@@ -105,6 +119,7 @@ void check(const Arguments& arguments) {
     if (!pane.operations().isLoginItem_withPath(*arguments.identifier, path))
         throw refused("there is no login item of %@", linux::displayText(*arguments.identifier));
     requireStored(pane);
+    warnOfNothing(path);
 }
 
 }  // namespace

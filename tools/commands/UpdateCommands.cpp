@@ -53,7 +53,11 @@ PropertyList statusOf(Updates& updates, bool fromModule) {
     twvc::ScheduleState state = twvc::scheduleState(updates.services, kSettingsDomain, version, fromModule);
     twvc::Decision decision = twvc::decide(state);
     MutableDictionary status;
-    if (updates.module) status.set("module", updates.module->path());
+    if (updates.module) {
+        status.set("module", updates.module->path());
+        auto updater = updates.module->resourcePath(twvc::kUpdaterName, twvc::kUpdaterType);
+        status.set("updater", updater ? *updater : "missing");
+    }
     for (std::string_view key : {twvc::kCheckForUpdatesKey, twvc::kCheckIntervalKey, twvc::kLastCheckDateKey,
                                  twvc::kLastRunSystemVersionKey, twvc::kLastCheckStatusKey})
         status.set(key, updates.stored(key));
@@ -64,13 +68,23 @@ PropertyList statusOf(Updates& updates, bool fromModule) {
     return std::move(status).freeze();
 }
 
+// As docs/updates.md writes them.
+std::string statusText(std::string_view key, const PropertyList& value) {
+    if (value.isBoolean()) return value.boolValue() ? "yes" : "no";
+    bool isVersion = key == "systemVersion" || key == twvc::kLastRunSystemVersionKey;
+    if (isVersion && value.isNumber()) return formatted("0x%X", {static_cast<std::uint32_t>(value.integerValue())});
+    return formatted("%@", {value});
+}
+
 void status(const Arguments& arguments) {
     Updates updates;
     PropertyList all = statusOf(updates, arguments.fromModule);
     if (arguments.json) return printJson(all);
     std::string lines;
     for (const PropertyList::Entry& entry : all.entries())
-        lines += linux::withVisibleControls(formatted("%@: %@", {entry.key, entry.value})) + "\n";
+        lines += linux::withVisibleControls(
+                     formatted("%@: %@", {entry.key, statusText(entry.key.stringValue(), entry.value)})) +
+                 "\n";
     print(lines);
 }
 

@@ -24,10 +24,12 @@ std::optional<std::string_view> text(const char* bytes) {
     return bytes && isValidUTF8(bytes) ? std::optional<std::string_view>(bytes) : std::nullopt;
 }
 
-// As much as there is room for, ended by a zero byte. Returns the whole text's length.
+// As many whole characters as there is room for, ended by a zero byte. Returns the whole text's length.
 std::size_t copyText(const std::string& whole, char* buffer, std::size_t size) {
     if (size > 0 && buffer) {
         std::size_t length = std::min(whole.size(), size - 1);
+        auto isWithinCharacter = [&] { return length < whole.size() && (whole[length] & 0xC0) == 0x80; };
+        while (length > 0 && isWithinCharacter()) --length;
         std::memcpy(buffer, whole.data(), length);
         buffer[length] = '\0';
     }
