@@ -2,12 +2,9 @@
 
 #include "qt/images/FileIcons.h"
 
-#include <QAbstractItemView>
 #include <QFileDialog>
 #include <QFileIconProvider>
 #include <QFileInfo>
-#include <QFileSystemModel>
-#include <QLineEdit>
 #include <QStandardPaths>
 
 #include <algorithm>
@@ -71,11 +68,6 @@ public:
         connect(this, &QFileDialog::directoryEntered, this, [this](const QString& entered) {
             if (!packageOf(entered).isEmpty()) choose({entered});
         });
-        for (auto* view : findChildren<QAbstractItemView*>())
-            if (qobject_cast<const QFileSystemModel*>(view->model()) &&
-                view->objectName() == QStringLiteral("listView"))
-                connect(view->selectionModel(), &QItemSelectionModel::selectionChanged, this,
-                        [this, view] { nameSelected(*view); });
     }
 
 protected:
@@ -92,20 +84,6 @@ private:
         for (const QString& file : files) applications.append(applicationOf(file));
         Q_EMIT filesSelected(applications);
         QDialog::accept();
-    }
-    // The dialog leaves out folders, and packages with them.
-    void nameSelected(const QAbstractItemView& view) {
-        QStringList names;
-        bool hasPackage = false;
-        for (const QModelIndex& row : view.selectionModel()->selectedRows()) {
-            const QFileInfo file(row.data(QFileSystemModel::FilePathRole).toString());
-            hasPackage = hasPackage || isPackage(file.filePath());
-            if (file.isFile() || isPackage(file.filePath())) names.append(file.fileName());
-        }
-        auto* field = findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
-        if (!hasPackage || !field) return;
-        const QString quote = names.size() > 1 ? QStringLiteral("\"") : QString();
-        field->setText(quote + names.join(QStringLiteral("\" \"")) + quote);
     }
 };
 

@@ -31,8 +31,7 @@ def keys():
     for file in (file for folder in CODE for suffix in ("cpp", "h") for file in (ROOT / folder).rglob("*." + suffix)):
         for match in LOOK_UP.finditer(file.read_text(encoding="utf-8")):
             found.setdefault("".join(json.loads(part) for part in re.findall(LITERAL, match.group(1))), file.name)
-    for entry in plistlib.loads((ROOT / "resources/Exclusions.plist").read_bytes()):
-        found.setdefault(entry["Name"], "Exclusions.plist")
+    found |= {each["Name"]: "" for each in plistlib.loads((ROOT / "resources/Exclusions.plist").read_bytes())}
     statuses = (ROOT / "platform/PlatformTypes.h").read_text(encoding="utf-8")
     return found | {text: "PlatformTypes.h" for text in re.findall(r'return "([^"]+)";', statuses)}
 

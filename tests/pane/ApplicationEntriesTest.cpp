@@ -44,32 +44,6 @@ TEST(ApplicationsAreAddedOnceAndMatchedByTheBestThatTheyHave) {
     }
 }
 
-TEST(TheChooserDefersLeavingUntilItEnds) {
-    for (int returnCode : {0, 1, 2}) {
-        Fixture f;
-        f.act("doExAddApp:", "addButton");
-        REQUIRE(f.world.toolkit.isOpenPanelOpen());
-        const OpenPanelRequest& request = f.world.toolkit.request;
-        CHECK_EQ(request.title + "|" + request.prompt + "|" + request.folder,
-                 "Choose an Application|Add|/Applications");
-        CHECK_EQ(request.allowedTypes, std::vector<std::string>{"app"});
-        CHECK(request.allowsMultipleSelection && request.canChooseFiles && !request.canChooseFolders);
-        CHECK(f.pane->shouldUnselect() == UnselectReply::Later);
-        CHECK_EQ(f.world.takeJournal(), fake::Journal{});
-        f.world.toolkit.endOpenPanel({"/a/Both.app"}, returnCode);
-        // A cancelled chooser announces the unchanged list all the same.
-        fake::Journal expected{"set TheExcList", "synchronize", "reply yes",
-                               "post com.tarnwick.typeslate PrefsChanged at once"};
-        if (returnCode != 1) expected[0] = "set the same";
-        CHECK_EQ(f.world.takeJournal(), expected);
-        CHECK_EQ(f.list().size(), std::size_t{returnCode == 1 ? 2U : 1U});
-        CHECK_EQ(f.table().visible, f.table().selected);
-        CHECK(f.pane->shouldUnselect() == UnselectReply::Now);
-        f.drop({"/a/Creator.app"});
-        CHECK_EQ(f.world.takeJournal(), kOneChange);  // nobody has asked again
-    }
-}
-
 TEST(DropsAreTakenByAnEnabledEntryTableOnly) {
     Fixture f;
     fake::TableView other;

@@ -42,27 +42,6 @@ TEST(EachKindOfEntryShowsItsNamePlaceAndIcon) {
     CHECK(f.button("exRemoveAppButton").enabled);
 }
 
-TEST(WithoutTheAliasClassRowsStillShowWhatIsStored) {
-    PaneFixture f;
-    f.world.bundles.onDisk.clear();
-    f.world.applications.items = {{"/new/Draw.app", "Draw!", kUnknownCreator, "org.draw"}};
-    f.setList("Global; Identifier Draw org.draw");
-    f.open();
-    CHECK_EQ(f.pane->nameForIndex(1), "Draw");
-    CHECK_EQ(f.pane->pathForIndex(1), "/new/Draw.app");
-    f.world.installAliasFramework();  // found at the next row count
-    f.pane->numberOfRowsInTableView(f.table());
-    CHECK_EQ(f.pane->nameForIndex(1), "Draw!");
-}
-
-TEST(FontSettingsAreReadFromTheRowsSettings) {
-    PaneFixture f;
-    f.setList("Global; Path A /a Font_Settings=7; text");
-    f.open();
-    for (int row : {-1, 0, 1, 2, 3})
-        CHECK_EQ(f.pane->fontSettingsForRow(row), row == 1 ? PropertyList(7) : PropertyList());
-}
-
 TEST(GlobalEntryComesFirstInTwoSteps) {
     for (const auto& [before, once, twice, journal] : cells<4>("global.txt")) {
         CONTEXT(before);

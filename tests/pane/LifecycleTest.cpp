@@ -28,7 +28,7 @@ TEST(TheGlobalEntryIsShownFirstWhateverTheTableHadSelected) {
         f.table().selected = before;
         f.show();
         CHECK_EQ(f.list(), entries(before < 0 ? "Global" : "Global; Path A /a"));
-        CHECK_EQ(f.table().selected, 0);
+        CHECK(f.table().selected == 0 && f.table().asked.front() == -1);
         CHECK_EQ(f.shownOptions(), "1011001111000001 1111101111100001");
         CHECK(f.button("logStuff").on);
         CHECK(!f.button("exRemoveAppButton").enabled);
@@ -58,18 +58,6 @@ TEST(AnUnreadableStoreIsShownAsNothingAndNeverWritten) {
     CHECK(f.list().empty() && !f.stored("Added Default Exclusions"));
 }
 
-TEST(VeryOldSystemsGetNoNewFeatures) {
-    using Version = std::optional<std::uint32_t>;
-    for (const auto& [version, takesFiles] : {std::pair{Version(0x1014), false}, {0x1015, true}, {{}, true}}) {
-        PaneFixture f;
-        f.world.system.known.clear();
-        if (version) f.world.system.known[fake::System::kVersion] = *version;
-        f.open();
-        CHECK_EQ(f.table().takesFiles, takesFiles);
-        CHECK_EQ(f.field("versionField").text, takesFiles ? "1.2.3" : "");
-    }
-}
-
 TEST(ThePaneRunsWithoutAnyInterfaceObject) {
     PaneFixture f;
     f.pane.emplace(f.world.platform());
@@ -90,22 +78,4 @@ TEST(ThePaneRunsWithoutAnyInterfaceObject) {
     f.pane->displayDialog_forError_andTitle("It failed.", kFileNotFound, "Sorry");
     CHECK_EQ(f.world.journal.back(), "alert Sorry: It failed. <-43>");
     CHECK(!f.pane->isCocoaApp("/Applications/Any.app"));
-}
-
-TEST(TheBadgeFillsTheLowerRightQuarter) {
-    const std::string typeslate = "host icon + image /Pane.prefPane/Typeslate.png ";
-    const std::tuple<Size, const char*, std::string> cases[] = {
-        {{127, 127}, "Typeslate.png", typeslate + "(0, 0, 127, 127) to (64, 0, 63, 63)"},
-        {{64, 48}, "/any/can.icns", "host icon + image /Pane.prefPane/can.icns (0, 0, 64, 48) to (32, 0, 32, 32)"},
-        {{128, 128}, "missing.png", "host icon"},
-        {{128, 128}, "can", "host icon"},
-        {{128, 128}, "", "host icon"},
-    };
-    for (const auto& [size, file, badged] : cases) {
-        CONTEXT(file);
-        PaneFixture f;
-        f.open();
-        f.world.toolkit.iconSize = size;
-        CHECK_EQ(fake::imageName(f.pane->overlayIcon_withProductIcon(f.world.toolkit.icon, file)), badged);
-    }
 }

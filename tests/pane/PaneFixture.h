@@ -18,8 +18,7 @@
 #include <string>
 #include <vector>
 
-// The lines of a file beside the tests, cut at "|" into cells; those that begin with "#" are comments. <E9> stands for
-// that byte alone, which is no UTF-8.
+// The lines of a file beside the tests, cut at "|" into cells; "#" begins a comment, and <E9> is that byte alone.
 template <std::size_t kColumns>
 std::vector<std::array<std::string, kColumns>> cells(const std::string& name) {
     std::vector<std::array<std::string, kColumns>> rows;
@@ -104,6 +103,7 @@ struct PaneFixture {
 
     PaneFixture() {
         forgetInstalledFontManagers();
+        TSPreferencePane::sGreatestAboutPosition = 0;
         TSPreferencePane::PlinthMessageBroadcast = nullptr;
         TSPreferencePane::PlinthMessageSend = nullptr;
         world.installAliasFramework();
@@ -155,6 +155,8 @@ struct PaneFixture {
         for (const char* name : {"versionField", "statusField", "warningText", "regexName", "regex", "regexText"})
             field(name);
         for (const char* name : {"warningSheet", "regexPanel"}) panel(name);
+        button("aboutCloseButton").window = &panel("aboutPanel");
+        interface->get<fake::TextView>("aboutTextView");
         menu("regexType");
         interface->get<fake::TabView>("tabs");
         table();

@@ -21,14 +21,21 @@ std::pair<std::string, std::string> cut(const std::string& text) {
 }
 
 std::string stateOf(View& view) {
-    if (auto* field = dynamic_cast<fake::TextField*>(&view)) return field->text;
+    if (auto* field = dynamic_cast<fake::TextField*>(&view))
+        return field->text + (field->selectable ? " (selectable)" : "");
+    if (auto* text = dynamic_cast<fake::TextView*>(&view)) {
+        std::string shown = std::exchange(text->text, "");
+        for (double place : std::exchange(text->visible, {})) shown += formatted(shown.empty() ? "%g" : " %g", {place});
+        return shown;
+    }
     if (auto* panel = dynamic_cast<fake::Panel*>(&view)) return panel->isOpen ? "open" : "closed";
     if (auto* tabs = dynamic_cast<fake::TabView*>(&view))
         return std::string(tabs->tint == ControlTint::Clear ? "clear" : "tinted") +
                (std::exchange(tabs->needsDisplay, false) ? " anew" : "");
     if (auto* box = view.asButton())
         return std::string(box->state() ? "on" : "off") + (box->isEnabled() ? "" : " unusable");
-    return std::to_string(view.selectedRow());
+    auto* table = dynamic_cast<fake::TableView*>(&view);
+    return std::to_string(view.selectedRow()) + (table && !table->takesFiles ? " (no drops)" : "");
 }
 
 struct Scenario : PaneFixture {
@@ -37,6 +44,18 @@ struct Scenario : PaneFixture {
         if (auto* field = view.asTextField()) field->setStringValue(text);
         if (auto* menu = view.asPopUpButton()) menu->selectItem(std::stoi(text));
         if (auto* box = view.asButton()) box->setState(text == "on");
+    }
+    // Of a panel the size of what is in it.
+    void frame(View& view, const std::string& numbers) {
+        std::istringstream in(numbers);
+        Rect frame;
+        if (!view.asPanel()) in >> frame.origin.x >> frame.origin.y;
+        in >> frame.size.width >> frame.size.height;
+        view.asPanel() ? view.asPanel()->setContentSize(frame.size) : view.setFrame(frame);
+    }
+    static std::string frameOf(View& view) {
+        const auto [origin, size] = view.frame();
+        return formatted(view.asPanel() ? "%3$g %4$g" : "%g %g %g %g", {origin.x, origin.y, size.width, size.height});
     }
     void tag(const std::string& name, const std::string& number) {
         button(name).tagValue = std::stoi(number);
@@ -58,14 +77,52 @@ struct Scenario : PaneFixture {
             {"logging", [&] { setStored("Log Stuff", valueOfWord(all)); }},
             {"quiet", [&] { setStored("Don't Show Log Stuff Sheet", valueOfWord(all)); }},
             {"runtime", [&] { world.loadRuntime(); }},
-            {"system", [&] { world.system.known[fake::System::kVersion] = std::stoul(all, nullptr, 16); }},
+            {"system",
+             [&] {
+                 world.system.known = {{fake::System::kVersion, std::stoul(all, nullptr, 16)}};
+             }},
+            {"nowhere", [&] { world.system.known.clear(); }},
             {"resource", [&] { world.paneBundle.resources.insert(all); }},
             {"application",
              [&] {
-                 world.applications.items.push_back({first, rest, 1, "com.apple." + rest});
+                 world.applications.items.push_back({first, rest, kUnknownCreator, "com.apple." + rest});
              }},
             {"module", [&] { world.files.existing = {all}; }},
+            {"called",
+             [&] {
+                 world.paneBundle.info = PropertyList::dictionary({{"CFBundleName", all}});
+             }},
             {"open", [&] { open(); }},
+            {"gone", [&] { pane.reset(); }},
+            {"keys", [&] { world.toolkit.keyModifiers = static_cast<std::uint32_t>(std::stoul(all, nullptr, 16)); }},
+            {"warn", [&] { pane->showWarningSheetForString_key(rest, first); }},
+            {"escape", [&] { panel(all).endSheet(0); }},
+            {"scrolled", [&] { CHECK_EQ(std::to_string(table().visible), all); }},
+            {"choose", [&] { world.toolkit.endOpenPanel({rest}, std::stoi(first)); }},
+            {"asked",
+             [&] {
+                 const OpenPanelRequest& r = world.toolkit.request;
+                 CHECK_EQ(r.title + "|" + r.prompt + "|" + r.folder + "|" + r.allowedTypes.at(0), all);
+                 CHECK(r.allowsMultipleSelection && r.canChooseFiles && !r.canChooseFolders);
+             }},
+            {"icon", [&] { std::istringstream(all) >> world.toolkit.iconSize.width >> world.toolkit.iconSize.height; }},
+            {"badged",
+             [&] {
+                 auto icon = pane->overlayIcon_withProductIcon(world.toolkit.icon, first == "-" ? "" : first);
+                 CHECK_EQ(fake::imageName(icon), rest);
+             }},
+            {"unaliased", [&] { world.bundles.onDisk.clear(); }},
+            {"aliased", [&] { world.installAliasFramework(), pane->numberOfRowsInTableView(table()); }},
+            {"at",
+             [&] {
+                 int row = std::stoi(first);
+                 CHECK_EQ(pane->nameForIndex(row) + " " + pane->pathForIndex(row).value_or("-"), rest);
+             }},
+            {"fonts", [&] { CHECK_EQ(pane->fontSettingsForRow(std::stoi(first)).description(), rest); }},
+            {"rows", [&] { CHECK_EQ(std::to_string(table().numberOfRows()), all); }},
+            {"frame", [&] { frame(interface->object(first), rest); }},
+            {"framed", [&] { CHECK_EQ(frameOf(interface->object(first)), rest); }},
+            {"leaving", [&] { CHECK_EQ(pane->shouldUnselect() == UnselectReply::Now ? "now" : "later", all); }},
             {"show", [&] { pane->willSelect(); }},
             {"leave", [&] { pane->willUnselect(); }},
             {"select", [&] { table().selectRow(std::stoi(all)); }},

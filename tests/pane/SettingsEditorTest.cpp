@@ -28,13 +28,20 @@ TEST(EachControlChangesItsOneKeyOfTheSelectedEntry) {
 TEST(TheEditorShowsSettingsAndFollowsClicksAtOnce) {
     const std::pair<const char*, fake::Applications::Item> managers[] = {
         {"fap", {"/fap", "FontAgent", fourCharCode("FApM"), ""}},
-        {"fex", {"/fex", "FontExplorer", kUnknownCreator, "com.linotype.FontExplorerX"}},
-        {"suitcase", {"/opt/Suitcase Fusion.app", "Suitcase", kUnknownCreator, ""}}};
+        {"fap-id", {"/fap", "FontAgent", 0, "com.insidersoftware.fontagentpro.fontmanager"}},
+        {"fap-name", {"/opt/FontAgent Pro.app", "FontAgent", 0, ""}},
+        {"fex", {"/fex", "FontExplorer", 0, "com.linotype.FontExplorerX"}},
+        {"fex-code", {"/fex", "FontExplorer", fourCharCode("LFEX"), ""}},
+        {"fex-name", {"/opt/Linotype FontExplorer X.app", "FontExplorer", 0, ""}},
+        {"suitcase", {"/opt/Suitcase Fusion.app", "Suitcase", 0, ""}},
+        {"suitcase-code", {"/suitcase", "Suitcase", fourCharCode("SUIT"), ""}},
+        {"suitcase-id", {"/suitcase", "Suitcase", 0, "com.extensis.SuitcaseFusion"}}};
     for (const auto& [master, installed, entrySettings, clicked, shown] : cells<5>("editor.txt")) {
         CONTEXT(master + "|" + installed + "|" + entrySettings + "|" + clicked);
         PaneFixture f;
         for (const auto& [name, item] : managers)
-            if (installed.find(name) != std::string::npos) f.world.applications.items.push_back(item);
+            if ((" " + installed + " ").find(" " + std::string(name) + " ") != std::string::npos)
+                f.world.applications.items.push_back(item);
         f.setStored("Disabled", master == "off");
         f.setList("Global Global - " + entrySettings);
         f.open();
@@ -46,24 +53,4 @@ TEST(TheEditorShowsSettingsAndFollowsClicksAtOnce) {
         if (clicked.empty()) CHECK_EQ(f.list(), before);  // showing stores nothing
         CHECK_EQ(f.world.applications.queries, 3);        // one for each manager, whatever is clicked
     }
-}
-
-TEST(WarningsFitTheirTextAndAreRememberedForAnyKey) {
-    PaneFixture f;
-    f.open();
-    f.panel("warningSheet").setContentSize({300, 200});
-    f.field("warningText").rect = {{20, 0}, {200, 17}};
-    for (const char* name : {"warningOKButton", "warningCancelButton"}) f.button(name).rect = {{50, 0}, {80, 30}};
-    f.button("dontShowAgain").rect = {{20, 0}, {150, 18}};
-    f.pane->showWarningSheetForString_key(std::string(100, 'x'), "Sets");
-    // Six lines of ten points: 60 + 30 + 60 high in all; from the top 20, text, 20, buttons.
-    CHECK(f.panel("warningSheet").content == Size{300, 150});
-    CHECK(f.field("warningText").rect == Rect{{20, 70}, {200, 60}});
-    for (const char* name : {"warningOKButton", "warningCancelButton"})
-        CHECK(f.button(name).rect == Rect{{50, 20}, {80, 30}});
-    CHECK(f.button("dontShowAgain").rect == Rect{{20, 27}, {150, 18}});
-    f.button("dontShowAgain").on = true;
-    f.act("warningEnd:", "warningOKButton");
-    CHECK_EQ(f.world.log.lines, std::vector<std::string>{"Warning for Sets is not implemented yet."});
-    CHECK_EQ(f.stored("Don't Show Sets Sheet"), PropertyList(true));
 }

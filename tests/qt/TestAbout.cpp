@@ -2,7 +2,6 @@
 #include "host/LoadedPane.h"
 #include "tests/qt/QtTest.h"
 
-#include <QAccessible>
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusVariant>
@@ -119,6 +118,7 @@ TEST(WhoWantsNoAnimationsHasATextThatStandsStill) {
         CHECK(isOn ? waitFor([&] { return a.position() > 5; }) : waitFor([&] { return a.staysForSeveralSteps(); }));
     }
     a.button("aboutCloseButton").click();
+    portal.isOn = true;
     a.text().setStyle(&still);
     a.button("aboutButton").click();
     CHECK(a.staysForSeveralSteps() && a.position() == 0);
@@ -126,14 +126,8 @@ TEST(WhoWantsNoAnimationsHasATextThatStandsStill) {
     QDBusConnection::disconnectFromBus(QStringLiteral("portal"));
 }
 
-TEST(TheAboutTextIsThereForEverybody) {
+TEST(TheAboutTextHasItsVersionPictureAndLinks) {
     About a;
-    QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(&a.text());
-    REQUIRE(accessible && accessible->textInterface());
-    QAccessibleTextInterface& text = *accessible->textInterface();
-    CHECK_EQ(accessible->text(QAccessible::Name).toStdString(), "About Typeslate");
-    CHECK(text.text(0, text.characterCount()).contains(QStringLiteral("MIT License")));
-    CHECK(a.text().focusPolicy() & Qt::TabFocus);
     // The version is the bundle's, and nothing is left of the format.
     QString shown = a.text().toPlainText();
     std::string version(a.pane.bundle().infoValue("CFBundleShortVersionString").stringValue());

@@ -117,6 +117,7 @@ struct TableView final : Control<platform::TableView> {
     }
     int selectedRow() const override { return selected; }
     void selectRow(int row) override {
+        asked.push_back(row);
         if (row == selected || row >= numberOfRows()) return;
         selected = row;
         if (observer) observer({platform::kTableViewSelectionDidChange, this});
@@ -126,6 +127,7 @@ struct TableView final : Control<platform::TableView> {
     platform::TableDataSource* source = nullptr;
     std::function<void(const platform::InterfaceNotification&)> observer;
     std::string imageColumn, doubleAction;
+    std::vector<int> asked;  // to select
     bool takesFiles = false;
     int rows = -1, selected = -1, visible = -1;
 };
@@ -167,7 +169,7 @@ struct TextView final : Control<platform::TextView> {
     void scrollPoint(const platform::Point& point) override { visible.push_back(point.y); }
     std::string text;
     bool isReadable = true;
-    platform::Rect scrollView;
+    platform::Rect scrollView{{}, {0, 300}};
     std::vector<double> visible;  // each place that was scrolled to
 };
 

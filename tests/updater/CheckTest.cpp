@@ -25,6 +25,9 @@ TEST(TheRuntimeMayHaveItsOwnUpdaterAndLog) {
                                  "%%s|[Typeslate] Launched the updater at %s\n",
                                  {kUpdater}));
     CHECK_EQ(f.takeLog(), std::vector<std::string>{});
+    gBundleName = "First";
+    runUpdater(f.services, f.world.bundles.openBundle(kModule).get(), kDomain, nullptr);
+    CHECK(sPrinted.find("[First] Checking for updated versions of First (") != sPrinted.npos);
 }
 
 TEST(ForeignCallersReachTheSameThroughC) {
@@ -56,10 +59,8 @@ TEST(ForeignCallersReachTheSameThroughC) {
     CHECK_EQ(GetNSStringFromDate(0, 1, 2, text, sizeof text), 33);
     CHECK_EQ(std::string(text), "1970-01-01T");
     f.world.dates.month = "M\u00E4rz";
-    for (const auto& [size, cut] : {std::pair{1, ""}, {2, "M"}, {3, "M"}, {4, "M\u00E4"}, {6, "M\u00E4rz"}}) {
-        CHECK(GetNSStringFromDate(0, 1, 2, text, static_cast<std::size_t>(size)) > 11);
-        CHECK_EQ(std::string(text), cut);
-    }
+    for (const auto& [size, cut] : {std::pair{1U, ""}, {2U, "M"}, {3U, "M"}, {4U, "M\u00E4"}, {6U, "M\u00E4rz"}})
+        CHECK(GetNSStringFromDate(0, 1, 2, text, size) > 11 && std::string(text) == cut);
     CHECK_EQ(GetNSStringFromDate(0, 1, 5, text, sizeof text), -1);
     CHECK_EQ(GetNSStringFromDate(std::numeric_limits<double>::quiet_NaN(), 1, 1, text, sizeof text), -1);
     CHECK(GetNSStringFromDate(-1e30, 1, 1, nullptr, 0) > 0);

@@ -162,45 +162,46 @@ TEST(TheChooserFindsByNameAndTakesWhatIsSelected) {
 
 TEST(ElsewhereOnTheDiskPackagesAreChosenWhole) {
     Opened pane;
-    const std::filesystem::path folder = pane.home / "share/applications";  // where it starts
+    const std::string folder = pane.home / "share/applications/";  // where it starts
     for (std::string name : {"One", "Two", "Three"}) {
-        check::writeFile(folder / (name + ".app/Contents/Info.plist"),
+        check::writeFile(folder + name + ".app/Contents/Info.plist",
                          "<plist><dict><key>CFBundleIdentifier</key><string>" + name +
                              "</string><key>CFBundleExecutable</key><string>run</string></dict></plist>");
-        std::filesystem::create_directory(folder / (name + ".app/Contents/Linux"));
-        std::filesystem::create_symlink("/bin/true", folder / (name + ".app/Contents/Linux/run"));
+        std::filesystem::create_directory(folder + name + ".app/Contents/Linux");
+        std::filesystem::create_symlink("/bin/true", folder + name + ".app/Contents/Linux/run");
     }
-    check::writeFile(folder / "Two.app/inside.desktop", "[Desktop Entry]\nType=Application\nExec=/bin/true\nName=I\n");
-    auto typed = [](const char* name) {
-        return [name](QFileDialog& files) {
-            in<QLineEdit>(files, "fileNameEdit").setText(QLatin1String(name));
-            QTest::keyClick(&in<QLineEdit>(files, "fileNameEdit"), Qt::Key_Return);
-        };
-    };
-    auto withRow = [](auto act) {
-        return [act](QFileDialog& files) {
-            auto& list = in<QListView>(files, "listView");
-            auto row = [&] { return list.model()->match(list.model()->index(0, 0, list.rootIndex()), 0, "Three.app"); };
-            REQUIRE(waitFor([&] { return !row().isEmpty(); }));
-            act(files, list, row().first());
-        };
-    };
-    const std::pair<std::function<void(QFileDialog&)>, const char*> ways[] = {
-        {typed("One.app"), "One"},
-        {typed("Two.app/inside.desktop"), "Two.app-inside"},
-        {typed("Two.app/Contents/Linux"), "Two"},
-        {withRow([](auto&, auto& list, auto row) { Q_EMIT list.activated(row); }), "Three"},
-        {withRow([](auto& files, auto& list, auto row) {
-             list.selectionModel()->select(row, QItemSelectionModel::Select | QItemSelectionModel::Rows);
-             in<QDialogButtonBox>(files, "buttonBox").button(QDialogButtonBox::Open)->click();
-         }),
-         "Three"}};
-    for (const auto& [choose, data] : ways) {
-        CONTEXT(data);
+    for (const char* name : {"Two.app/inside.desktop", "None.app/inside.desktop"})
+        check::writeFile(folder + name, "[Desktop Entry]\nType=Application\nExec=/bin/true\nName=I\n");
+    const std::pair<std::vector<std::string>, const char*> ways[] = {
+        {{"One.app"}, "One"},
+        {{"Two.app/inside.desktop"}, "Two.app-inside"},
+        {{"Two.app/Contents/Linux"}, "Two"},
+        {{"None.app", "inside.desktop"}, "None.app-inside"},  // a folder as any other
+        {{"(selected)"}, "Three"},
+        {{"(double click)"}, "Three"}};
+    for (const auto& [done, data] : ways) {
+        CONTEXT(done[0]);
         pane.platform.preferences().setValue("TheExcList", PropertyList::array({}), kDomain);
         QDialog& chooser = pane.openSheet(0, "exAddAppButton");
         in<QPushButton>(chooser, "applicationOther").click();
-        choose(in<QFileDialog>(chooser, "anywhereChooser"));
+        auto& files = in<QFileDialog>(chooser, "anywhereChooser");
+        auto& list = in<QListView>(files, "listView");
+        QModelIndexList row;
+        REQUIRE(waitFor([&] {
+            row = list.model()->match(list.model()->index(0, 0, list.rootIndex()), 0, QStringLiteral("Three.app"));
+            return !row.isEmpty();
+        }));
+        for (const std::string& step : done) {
+            if (step == "(double click)") {
+                Q_EMIT list.activated(row[0]);
+            } else if (step == "(selected)") {
+                list.selectionModel()->select(row[0], QItemSelectionModel::Select | QItemSelectionModel::Rows);
+                in<QDialogButtonBox>(files, "buttonBox").button(QDialogButtonBox::Open)->click();
+            } else {
+                in<QLineEdit>(files, "fileNameEdit").setText(QString::fromStdString(step));
+                QTest::keyClick(&in<QLineEdit>(files, "fileNameEdit"), Qt::Key_Return);
+            }
+        }
         REQUIRE(waitFor([] { return !QApplication::activeModalWidget(); }));
         CHECK_EQ(pane.entries().elements().back()["Data"], PropertyList(data));
     }

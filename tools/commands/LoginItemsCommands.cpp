@@ -45,8 +45,8 @@ std::string itemTable(const PropertyList& items) {
     for (const PropertyList& item : items.elements()) {
         std::string path(item[kLoginItemPathKey].stringValue());
         bool isHidden = item[kLoginItemHideKey].boolValue();
-        rows.push_back(
-            {isHidden ? localized("yes") : localized("no"), identifierOf(path, bundles, applications), linux::displayText(path)});
+        rows.push_back({isHidden ? localized("yes") : localized("no"), identifierOf(path, bundles, applications),
+                        linux::displayText(path)});
     }
     return linux::tableText(rows);
 }

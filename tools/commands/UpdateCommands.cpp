@@ -55,7 +55,7 @@ PropertyList statusOf(Updates& updates, bool fromModule) {
     MutableDictionary status;
     if (updates.module) {
         status.set("module", updates.module->path());
-        auto updater = updates.module->resourcePath(twvc::kUpdaterName, twvc::kUpdaterType);
+        auto updater = twvc::updaterOf(*updates.module);
         status.set("updater", updater ? *updater : "missing");
     }
     for (std::string_view key : {twvc::kCheckForUpdatesKey, twvc::kCheckIntervalKey, twvc::kLastCheckDateKey,
@@ -69,7 +69,7 @@ PropertyList statusOf(Updates& updates, bool fromModule) {
 }
 
 // As docs/updates.md writes them.
-std::string statusText(std::string_view key, const PropertyList& value) {
+std::string shownValue(std::string_view key, const PropertyList& value) {
     if (value.isBoolean()) return value.boolValue() ? "yes" : "no";
     bool isVersion = key == "systemVersion" || key == twvc::kLastRunSystemVersionKey;
     if (isVersion && value.isNumber()) return formatted("0x%X", {static_cast<std::uint32_t>(value.integerValue())});
@@ -83,7 +83,7 @@ void status(const Arguments& arguments) {
     std::string lines;
     for (const PropertyList::Entry& entry : all.entries())
         lines += linux::withVisibleControls(
-                     formatted("%@: %@", {entry.key, statusText(entry.key.stringValue(), entry.value)})) +
+                     formatted("%@: %@", {entry.key, shownValue(entry.key.stringValue(), entry.value)})) +
                  "\n";
     print(lines);
 }

@@ -28,8 +28,7 @@ std::optional<std::string_view> text(const char* bytes) {
 std::size_t copyText(const std::string& whole, char* buffer, std::size_t size) {
     if (size > 0 && buffer) {
         std::size_t length = std::min(whole.size(), size - 1);
-        auto isWithinCharacter = [&] { return length < whole.size() && (whole[length] & 0xC0) == 0x80; };
-        while (length > 0 && isWithinCharacter()) --length;
+        while (length > 0 && (whole[length] & 0xC0) == 0x80) --length;
         std::memcpy(buffer, whole.data(), length);
         buffer[length] = '\0';
     }
