@@ -2,14 +2,36 @@
 
 #include "qt/texts/Utf8.h"
 
+#include <QAccessibleWidget>
 #include <QCloseEvent>
 #include <QCoreApplication>
 #include <QScreen>
+#include <QShortcut>
 #include <QTimer>
 
 namespace host {
 
 using platform::UnselectReply;
+
+namespace {
+
+// For an assistive tool a widget is no window until it says so.
+QAccessibleInterface* makeWindowRole(const QString&, QObject* object) {
+    auto* window = dynamic_cast<PaneWindow*>(object);
+    return window ? new QAccessibleWidget(window, QAccessible::Window) : nullptr;
+}
+
+}  // namespace
+
+PaneWindow::PaneWindow(HostPlatform& platform) : pane_(platform, *this, *this) {
+    static const bool sIsInstalled = [] {
+        QAccessible::installFactory(makeWindowRole);
+        return true;
+    }();
+    Q_UNUSED(sIsInstalled)
+    for (const char* keys : {"Ctrl+W", "Ctrl+Q"})
+        connect(new QShortcut(QKeySequence(QLatin1String(keys)), this), &QShortcut::activated, this, &QWidget::close);
+}
 
 std::string PaneWindow::load(const std::string& bundlePath) {
     if (std::string problem = pane_.load(bundlePath); !problem.empty()) return problem;

@@ -1,4 +1,4 @@
-// A window around one pane.
+// A window around one pane. Ctrl+W and Ctrl+Q close it, as its title bar does.
 #pragma once
 
 #include "host/LoadedPane.h"
@@ -11,7 +11,7 @@ namespace host {
 
 class PaneWindow final : public QWidget, public platform::PaneHost {
 public:
-    explicit PaneWindow(HostPlatform& platform) : pane_(platform, *this, *this) {}
+    explicit PaneWindow(HostPlatform& platform);
 
     // Loads the pane up to mainViewDidLoad. Empty, or the reason in words for the user why it cannot be loaded.
     std::string load(const std::string& bundlePath);

@@ -77,6 +77,7 @@ public:
     int numberOfRowsInTableView(platform::TableView& table) override;
     platform::CellValue tableView_objectValueForTableColumn_row(platform::TableView& table,
                                                                 std::string_view columnIdentifier, int row) override;
+    bool tableView_opensRow(platform::TableView& table, int row) override;
     bool tableView_validateDrop(platform::TableView& table) override;
     bool tableView_acceptDrop(platform::TableView& table, const std::vector<std::string>& fileNames) override;
     bool tableView_writeRows_toPasteboard(platform::TableView& table, const std::vector<int>& rows) override;

@@ -88,6 +88,12 @@ void TSPreferencePane::showRegexFields(const PropertyList& entry) {
     if (isRegex) regexType->selectItem(menuItem(entry[kRegExTypeKey].integerValue()));
 }
 
+// What has no type counts as an expression.
+bool TSPreferencePane::tableView_opensRow(TableView&, int row) {
+    const PropertyList entry = entryAtRow(row);
+    return row >= 0 && (!entry[kTypeKey] || hasType(entry, kRegExType));
+}
+
 bool TSPreferencePane::tableView_validateDrop(TableView& table) { return table.isEnabled(); }
 
 bool TSPreferencePane::tableView_acceptDrop(TableView& table, const std::vector<std::string>& fileNames) {

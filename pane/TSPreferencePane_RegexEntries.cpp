@@ -34,7 +34,7 @@ void TSPreferencePane::regexNew(View& sender) {
     int row = exTableView->selectedRow();
     bool isNew = regexAdd.is(&sender);
     PropertyList shown = entryAtRow(row);
-    if (!isNew && (row < 0 || (shown[kTypeKey] && !hasType(shown, kRegExType)))) return;
+    if (!isNew && !tableView_opensRow(*exTableView, row)) return;
 
     MutableDictionary context;
     if (isNew) context.set(kNewRegEx, true);

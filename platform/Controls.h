@@ -184,6 +184,8 @@ public:
     virtual int numberOfRowsInTableView(TableView& table) = 0;
     virtual CellValue tableView_objectValueForTableColumn_row(TableView& table, std::string_view columnIdentifier,
                                                               int row) = 0;
+    // Whether the double action does anything with the row.
+    virtual bool tableView_opensRow(TableView& /*table*/, int /*row*/) { return true; }
     // Drops have no position: validation answers for the table as a whole, true for the copy operation.
     virtual bool tableView_validateDrop(TableView& table) = 0;
     virtual bool tableView_writeRows_toPasteboard(TableView& table, const std::vector<int>& rows) = 0;

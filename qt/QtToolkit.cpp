@@ -50,8 +50,10 @@ ImageRef QtToolkit::applicationIcon() {
     return icon.isNull() ? genericApplicationIcon() : std::make_shared<QtImage>(icon);
 }
 
+// Given back, what stood in for no icon is no icon again.
 void QtToolkit::setApplicationIcon(const ImageRef& image) {
-    if (const QtImage* given = QtImage::of(image)) QApplication::setWindowIcon(given->icon());
+    const QtImage* given = QtImage::of(image);
+    if (given) QApplication::setWindowIcon(image == genericIcon_ ? QIcon() : given->icon());
 }
 
 void QtToolkit::runAlert(std::string_view title, std::string_view message) {

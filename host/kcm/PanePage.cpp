@@ -18,7 +18,6 @@ std::string PanePage::load(const std::string& bundlePath) {
 void PanePage::showEvent(QShowEvent* event) {
     if (!event->spontaneous()) {
         lastWindow_ = window();
-        applicationIcon_ = QApplication::windowIcon();
         pane_.select();
     }
     QWidget::showEvent(event);
@@ -26,18 +25,12 @@ void PanePage::showEvent(QShowEvent* event) {
 
 // A window that is minimised has not been left.
 void PanePage::hideEvent(QHideEvent* event) {
-    if (!event->spontaneous() && pane_.askToLeave() == platform::UnselectReply::Now) unselect();
+    if (!event->spontaneous() && pane_.askToLeave() == platform::UnselectReply::Now) pane_.unselect();
     QWidget::hideEvent(event);
 }
 
-// The icon is the application's, which may have had none.
-void PanePage::unselect() {
-    pane_.unselect();
-    QApplication::setWindowIcon(applicationIcon_);
-}
-
 void PanePage::replyToShouldUnselect(bool mayUnselect) {
-    if (mayUnselect && !isVisible()) unselect();
+    if (mayUnselect && !isVisible()) pane_.unselect();
 }
 
 void PanePage::retire() {

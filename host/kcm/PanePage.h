@@ -7,7 +7,6 @@
 
 #include "host/LoadedPane.h"
 
-#include <QIcon>
 #include <QWidget>
 
 #include <string>
@@ -30,13 +29,11 @@ private:
     void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
     bool eventFilter(QObject* sheet, QEvent* event) override;
-    void unselect();
     bool waitsForSheet();
 
     host::HostPlatform platform_;
     host::LoadedPane pane_{platform_, *this, *this};
     QWidget* lastWindow_ = nullptr;  // for comparison only
-    QIcon applicationIcon_;
 };
 
 }  // namespace kcm

@@ -36,6 +36,7 @@ std::vector<OptionText> optionTexts() {
         {nullptr, "tab", localized("Opens the tab with this title."), "title"},
         {nullptr, "select", localized("Selects the entry in this row, from 0."), "row"},
         {nullptr, "dark", localized("Uses dark colours, for pictures."), nullptr},
+        {nullptr, "reverse", localized("Lays the window out from right to left."), nullptr},
         {nullptr, "platform", localized("Where to draw: xcb, wayland, vnc, offscreen."), "platform"},
         {nullptr, "style", localized("The look of the controls."), "style"},
     };

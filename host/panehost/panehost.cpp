@@ -135,6 +135,7 @@ int main(int argc, char** argv) {
     application.setApplicationName(QStringLiteral("panehost"));
     application.setApplicationVersion(QStringLiteral(TYPESLATE_VERSION));
     application.setDesktopFileName(QLatin1String(kApplicationId));
+    application.setWindowIcon(QIcon(QStringLiteral(":/panehost.png")));
     host::chooseLook(request.dark);
     const std::unique_ptr<QTranslator> toolkitTexts = host::toolkitTexts(request.bundle.toStdString());
 

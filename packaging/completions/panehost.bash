@@ -37,7 +37,7 @@ _panehost() {
   esac
   if [[ ${COMP_WORDS[COMP_CWORD]} == -* ]]; then
     case "$at" in
-      '') _typeslate_offer < <(printf '%s\0' --help --version --screenshot --tab --select --dark --platform --style) ;;
+      '') _typeslate_offer < <(printf '%s\0' --help --version --screenshot --tab --select --dark --reverse --platform --style) ;;
       *) _typeslate_offer < <(printf '%s\0' --help) ;;
     esac
     return

@@ -6,6 +6,7 @@ complete -c panehost -n 'true' -l screenshot -r -F -d 'Writes a picture of the w
 complete -c panehost -n 'true' -l tab -x -d 'Opens the tab with this title.'
 complete -c panehost -n 'true' -l select -x -d 'Selects the entry in this row, from 0.'
 complete -c panehost -n 'true' -l dark -d 'Uses dark colours, for pictures.'
+complete -c panehost -n 'true' -l reverse -d 'Lays the window out from right to left.'
 complete -c panehost -n 'true' -l platform -x -a 'xcb wayland vnc offscreen' -d 'Where to draw: xcb, wayland, vnc, offscreen.'
 complete -c panehost -n 'true' -l style -x -a 'fusion windows' -d 'The look of the controls.'
 complete -c panehost -n 'true' -a '(__fish_complete_directories)'

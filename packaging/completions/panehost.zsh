@@ -11,6 +11,7 @@ _panehost() {
     '--tab[Opens the tab with this title.]:title:{ _message value }' \
     '--select[Selects the entry in this row, from 0.]:row:{ _message value }' \
     '--dark[Uses dark colours, for pictures.]' \
+    '--reverse[Lays the window out from right to left.]' \
     '--platform[Where to draw\: xcb, wayland, vnc, offscreen.]:platform:{ compadd -- xcb wayland vnc offscreen }' \
     '--style[The look of the controls.]:style:{ compadd -- fusion windows }' \
     ':BUNDLE:{ _files -/ }'

@@ -91,7 +91,9 @@ private:
             label_.contentsRect(), int(label_.alignment()) | (label_.wordWrap() ? Qt::TextWordWrap : 0), label_.text());
         const bool isOneLine = text.height() < 2 * sign_->height();
         const int top = isOneLine ? label_.contentsRect().center().y() - sign_->height() / 2 : text.top();
-        const QPoint place(std::max(0, text.left() - kGap - sign_->width()), top);
+        const int left = label_.isRightToLeft() ? std::min(text.right() + kGap, label_.width() - sign_->width())
+                                                : std::max(0, text.left() - kGap - sign_->width());
+        const QPoint place(left, top);
         if (sign_->pos() != place) sign_->move(place);
     }
 

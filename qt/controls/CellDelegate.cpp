@@ -1,6 +1,7 @@
 #include "qt/controls/CellDelegate.h"
 
 #include "qt/controls/CellModel.h"
+#include "qt/controls/Contrast.h"
 #include "qt/images/QtImage.h"
 #include "qt/texts/Utf8.h"
 
@@ -27,13 +28,25 @@ QPalette::ColorGroup colorGroup(const QStyleOptionViewItem& option) {
     return option.state & QStyle::State_Active ? QPalette::Normal : QPalette::Inactive;
 }
 
+// Styles take what lies behind a selected row from here.
+QStyleOptionViewItem withReadableSelection(const QStyleOptionViewItem& option) {
+    QStyleOptionViewItem readable(option);
+    const QPalette::ColorGroup group = colorGroup(option);
+    const QColor text = option.palette.color(group, QPalette::HighlightedText);
+    const QColor farthest = text.lightness() < 128 ? Qt::white : Qt::black;
+    readable.palette.setColor(group, QPalette::Highlight,
+                              readableOn(text, option.palette.color(group, QPalette::Highlight), farthest));
+    return readable;
+}
+
 QColor textColor(const QStyleOptionViewItem& option, bool grey) {
-    QPalette::ColorGroup group = colorGroup(option);
-    bool selected = option.state & QStyle::State_Selected;
-    if (!selected && grey && group != QPalette::Disabled) return option.palette.color(group, QPalette::PlaceholderText);
-    QColor color = option.palette.color(group, selected ? QPalette::HighlightedText : QPalette::Text);
-    if (selected && grey) color.setAlphaF(0.8);
-    return color;
+    const QPalette::ColorGroup group = colorGroup(option);
+    const bool isSelected = option.state & QStyle::State_Selected;
+    const QColor text = option.palette.color(group, isSelected ? QPalette::HighlightedText : QPalette::Text);
+    if (!grey || group == QPalette::Disabled) return text;
+    QColor paler = isSelected ? text : option.palette.color(group, QPalette::PlaceholderText);
+    if (isSelected) paler.setAlphaF(0.8F);
+    return readableOn(option.palette.color(group, isSelected ? QPalette::Highlight : QPalette::Base), paler, text);
 }
 
 void drawImage(QPainter* painter, const QStyleOptionViewItem& option, const QIcon& icon) {
@@ -44,21 +57,28 @@ void drawImage(QPainter* painter, const QStyleOptionViewItem& option, const QIco
     icon.paint(painter, square, Qt::AlignCenter, enabled ? QIcon::Normal : QIcon::Disabled);
 }
 
+// Paths and expressions run from left to right whatever surrounds them, and whichever letters are in them; a name runs
+// as its own letters do.
+int ownDirection(const AttributedLine& line) {
+    return !line.small && toQString(line.text).isRightToLeft() ? Qt::TextForceRightToLeft : Qt::TextForceLeftToRight;
+}
+
 void drawLines(QPainter* painter, const QStyleOptionViewItem& option, const std::vector<AttributedLine>& lines) {
     QFont small = smallFont(option.font);
     int height = 0;
     for (const AttributedLine& line : lines) height += QFontMetrics(line.small ? small : option.font).lineSpacing();
     QRect area = option.rect.adjusted(CellDelegate::kMargin, 0, -CellDelegate::kMargin, 0);
     int y = area.top() + (area.height() - height) / 2;
+    const int alignment =
+        QStyle::visualAlignment(option.direction, Qt::AlignLeft | Qt::AlignVCenter) | Qt::AlignAbsolute;
     for (const AttributedLine& line : lines) {
         QFontMetrics metrics(line.small ? small : option.font);
         QRect box(area.left(), y, area.width(), metrics.lineSpacing());
         painter->setFont(line.small ? small : option.font);
         painter->setPen(textColor(option, line.small));
-        auto alignment = QStyle::visualAlignment(option.direction, Qt::AlignLeft | Qt::AlignVCenter);
         QString text = metrics.elidedText(toQString(line.text), Qt::ElideMiddle, box.width());
         // Scripts that the font borrows from another may stand higher than its own lines.
-        painter->drawText(box, static_cast<int>(alignment) | Qt::TextSingleLine | Qt::TextDontClip, text);
+        painter->drawText(box, alignment | ownDirection(line) | Qt::TextSingleLine | Qt::TextDontClip, text);
         y += metrics.lineSpacing();
     }
 }
@@ -72,12 +92,13 @@ int CellDelegate::rowHeight(const QFont& font) {
 
 void CellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const {
     const QStyle* style = option.widget ? option.widget->style() : QApplication::style();
-    style->drawPrimitive(QStyle::PE_PanelItemViewItem, &option, painter, option.widget);
+    const QStyleOptionViewItem shown = withReadableSelection(option);
+    style->drawPrimitive(QStyle::PE_PanelItemViewItem, &shown, painter, option.widget);
     CellValue value = model_.cell(index);
     painter->save();
     const QtImage* image = QtImage::of(value.image);
-    if (image && (image->isMade() || !postponesImages_)) drawImage(painter, option, image->icon());
-    drawLines(painter, option, value.lines);
+    if (image && (image->isMade() || !postponesImages_)) drawImage(painter, shown, image->icon());
+    drawLines(painter, shown, value.lines);
     painter->restore();
 }
 

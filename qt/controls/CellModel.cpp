@@ -44,9 +44,10 @@ int CellModel::columnCount(const QModelIndex& parent) const {
 QVariant CellModel::data(const QModelIndex& index, int role) const {
     bool isText = role == Qt::DisplayRole || role == Qt::AccessibleTextRole || role == Qt::ToolTipRole;
     if (!isText || !index.isValid()) return {};
-    // A picture speaks by its neighbour: without a name it would be a blank place under the cursor.
+    // A picture speaks by its neighbour: without a name it would be a blank place under the cursor, and no row would
+    // be found from it by typing.
     if (isImageColumn(index.column()))
-        return role == Qt::AccessibleTextRole ? data(index.siblingAtColumn(index.column() + 1), role) : QVariant();
+        return role == Qt::ToolTipRole ? QVariant() : data(index.siblingAtColumn(index.column() + 1), role);
     QStringList texts;
     for (const AttributedLine& line : cell(index).lines) texts << toQString(line.text);
     if (role == Qt::DisplayRole) return texts.value(0);

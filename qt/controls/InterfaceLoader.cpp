@@ -6,6 +6,7 @@
 #include "qt/controls/QtTableView.h"
 #include "qt/controls/QtTextView.h"
 #include "qt/controls/StatusText.h"
+#include "qt/controls/UserActions.h"
 #include "qt/sheets/QtPanel.h"
 #include "qt/texts/InterfaceTexts.h"
 #include "qt/texts/PlainToolTips.h"
@@ -13,6 +14,7 @@
 #include <QCoreApplication>
 #include <QFile>
 #include <QIcon>
+#include <QKeyEvent>
 #include <QUiLoader>
 
 namespace qt {
@@ -40,21 +42,10 @@ std::unique_ptr<View> makeView(QWidget& widget, InterfaceOwner& owner) {
     return std::make_unique<QtPlainView>(widget);
 }
 
-// The signals that only the user's own changes send; the setters of the wrappers keep theirs quiet.
 void connectAction(QWidget& widget, View& view, InterfaceOwner& owner, QObject& context) {
     std::string selector = widget.property("action").toString().toStdString();
-    if (selector.empty()) return;
-    auto perform = [&owner, &view, selector] { owner.performAction(selector, view); };
-    if (auto* button = qobject_cast<QAbstractButton*>(&widget)) {
-        QObject::connect(button, &QAbstractButton::clicked, &context, perform);
-    } else if (auto* menu = qobject_cast<QComboBox*>(&widget)) {
-        QObject::connect(menu, QOverload<int>::of(&QComboBox::activated), &context, perform);
-    } else if (auto* box = qobject_cast<QSpinBox*>(&widget)) {
-        box->setKeyboardTracking(false);  // one action for a number, not one for each digit
-        QObject::connect(box, QOverload<int>::of(&QSpinBox::valueChanged), &context, perform);
-    } else if (auto* edit = qobject_cast<QLineEdit*>(&widget)) {
-        QObject::connect(edit, &QLineEdit::returnPressed, &context, perform);
-    }
+    if (!selector.empty())
+        onUserAction(widget, context, [&owner, &view, selector] { owner.performAction(selector, view); });
 }
 
 void showImage(QWidget& widget, const Bundle& resources) {
@@ -64,6 +55,14 @@ void showImage(QWidget& widget, const Bundle& resources) {
     auto path = resources.resourcePath(file, "");
     int extent = widget.property("imageExtent").toInt();
     if (path) label->setPixmap(QIcon(toQString(*path)).pixmap(extent, extent));
+}
+
+// A line whose file gives it a direction has texts that run so whichever letters are in them, such as expressions. Of a
+// text's direction it hears by the key for it alone.
+void keepDirection(QWidget& widget) {
+    if (!qobject_cast<QLineEdit*>(&widget) || !widget.testAttribute(Qt::WA_SetLayoutDirection)) return;
+    QKeyEvent key(QEvent::KeyPress, widget.isRightToLeft() ? Qt::Key_Direction_R : Qt::Key_Direction_L, {});
+    QCoreApplication::sendEvent(&widget, &key);
 }
 
 void scaleFont(QWidget& widget) {
@@ -148,8 +147,10 @@ private:
         auto& view = result_->views_[nameOf(widget)];
         view = makeView(widget, owner_);
         connectAction(widget, *view, owner_, *result_->connections_);
+        takeEveryInput(widget);
         showImage(widget, resources_);
         scaleFont(widget);
+        keepDirection(widget);
         if (auto* area = dynamic_cast<FittingScrollArea*>(&widget)) area->showWhatLiesBehind();
     }
 

@@ -3,8 +3,9 @@
 // A widget's object name is its outlet. Its dynamic properties: "action" (a selector, performed on the user's own
 // changes and never on those of the code), "tag" (a number), "sheet" (true: a child of the root that becomes a panel,
 // hidden until it is begun), "image" and "imageExtent" (of a label: the resource that it shows, and its size in
-// points), "hideWhenEmpty" (of a label), "fontScale" (makes the font bold and this much larger), "columnIdentifiers"
-// and "columnTitles" (of a table), "itemTags" (of a menu: the numbers of its items).
+// points), "hideWhenEmpty" (of a label), "fontScale" (makes the font bold and this much larger), "columnIdentifiers",
+// "columnTitles", "removeButton" and "openTitle" (of a table, see QtTableView.h), "itemTags" (of a menu: the numbers of
+// its items).
 //
 // The texts in the file are English, and keys of the bundle's localised strings, mnemonics included.
 #pragma once

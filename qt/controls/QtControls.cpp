@@ -1,9 +1,11 @@
 #include "qt/controls/QtControls.h"
 
 #include "qt/controls/AlertTone.h"
+#include "qt/controls/UserActions.h"
 #include "qt/texts/ForeignText.h"
 
 #include <QAccessible>
+#include <QMetaMethod>
 #include <QSignalBlocker>
 #include <QTabBar>
 
@@ -36,16 +38,22 @@ void QtButton::setState(bool on) {
 
 std::string QtButton::title() const { return withoutMnemonic(widget_.text()).toStdString(); }
 
+// The designed tool tip, which a screen reader describes the button by, tells what the designed title does.
 void QtButton::setTitle(std::string_view title) {
     QString text = toQString(title);
-    widget_.setText(text == withoutMnemonic(designedText_) ? designedText_ : text);
+    const bool isDesigned = text == withoutMnemonic(designedText_);
+    widget_.setText(isDesigned ? designedText_ : text);
+    widget_.setToolTip(isDesigned ? designedToolTip_ : text);
 }
 
+// What the interface file names as the action hears of nothing any more either.
 void QtButton::setTarget(InterfaceOwner* target, std::string_view selector) {
-    QObject::disconnect(&widget_, &QAbstractButton::clicked, nullptr, nullptr);
+    const auto changed = widget_.isCheckable() ? QMetaMethod::fromSignal(&QAbstractButton::toggled)
+                                               : QMetaMethod::fromSignal(&QAbstractButton::clicked);
+    QObject::disconnect(&widget_, changed, nullptr, {});
     if (!target) return;
-    QObject::connect(&widget_, &QAbstractButton::clicked, &widget_,
-                     [this, target, name = std::string(selector)] { target->performAction(name, *this); });
+    onUserAction(widget_, widget_,
+                 [this, target, name = std::string(selector)] { target->performAction(name, *this); });
 }
 
 QtLabel::QtLabel(QLabel& label) : WidgetView(label), designedAlignment_(label.alignment()), text_(label.text()) {

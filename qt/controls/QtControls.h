@@ -14,17 +14,18 @@ namespace qt {
 
 class QtButton final : public WidgetView<platform::Button, QAbstractButton> {
 public:
-    explicit QtButton(QAbstractButton& button) : WidgetView(button), designedText_(button.text()) {}
+    explicit QtButton(QAbstractButton& button)
+        : WidgetView(button), designedText_(button.text()), designedToolTip_(button.toolTip()) {}
     bool state() const override { return widget_.isChecked(); }
     void setState(bool on) override;
     std::string title() const override;
     std::int64_t integerValue() const override { return state() ? 1 : 0; }
-    void setTitle(std::string_view title) override;  // the designed title comes with its mnemonic
+    void setTitle(std::string_view title) override;  // the designed one comes with its mnemonic and tip
     void setTag(int tag) override { widget_.setProperty("tag", tag); }
     void setTarget(platform::InterfaceOwner* target, std::string_view selector) override;
 
 private:
-    const QString designedText_;
+    const QString designedText_, designedToolTip_;
 };
 
 // A label with the dynamic property "hideWhenEmpty" takes no room while it has no text.

@@ -2,9 +2,12 @@
 
 #include "qt/UriList.h"
 
+#include <QAbstractButton>
+#include <QContextMenuEvent>
 #include <QDropEvent>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QMenu>
 #include <QMimeData>
 #include <QTimer>
 
@@ -113,6 +116,54 @@ void QtTableView::performDoubleAction() {
     if (!doubleAction_.empty()) owner_.performAction(doubleAction_, *this);
 }
 
+bool QtTableView::handleKey(const QKeyEvent& event) {
+    if (event.modifiers() & ~Qt::KeypadModifier) return false;
+    QAbstractButton* remover = nullptr;
+    switch (event.key()) {
+        case Qt::Key_Home:
+        case Qt::Key_End:
+            widget_.setCurrentIndex(model_.index(event.key() == Qt::Key_Home ? 0 : model_.rowCount() - 1, 0));
+            return true;
+        case Qt::Key_Return:
+        case Qt::Key_Enter:
+            performDoubleAction();
+            return !doubleAction_.empty();
+        case Qt::Key_Delete:
+            remover = removeButton();
+            if (remover && !event.isAutoRepeat()) remover->click();  // a key held down shall not clear the table
+            return remover;
+        default:
+            return false;
+    }
+}
+
+// It is beside the table, not in it.
+QAbstractButton* QtTableView::removeButton() const {
+    const QString name = widget_.property("removeButton").toString();
+    QAbstractButton* button = nullptr;
+    for (QWidget* around = widget_.parentWidget(); around && !button; around = around->parentWidget())
+        button = around->findChild<QAbstractButton*>(name);
+    return name.isEmpty() ? nullptr : button;
+}
+
+// Of the selected row; a press of the right button has selected the row below it.
+bool QtTableView::showMenu(const QContextMenuEvent& event) {
+    const int row = selectedRow();
+    const bool isByMouse = event.reason() == QContextMenuEvent::Mouse;
+    const QString opening = widget_.property("openTitle").toString();
+    if (row < 0 || opening.isEmpty() || (isByMouse && widget_.indexAt(event.pos()).row() != row)) return false;
+    auto* menu = new QMenu(&widget_);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    QAction* open = menu->addAction(opening, this, [this] { performDoubleAction(); });
+    open->setEnabled(model_.dataSource() && model_.dataSource()->tableView_opensRow(*this, row));
+    menu->setDefaultAction(open);
+    if (QAbstractButton* remover = removeButton())
+        menu->addAction(remover->text(), remover, &QAbstractButton::click)->setEnabled(remover->isEnabled());
+    const QRect cell = widget_.visualRect(model_.index(row, model_.columnCount() - 1));
+    menu->popup(isByMouse ? event.globalPos() : widget_.viewport()->mapToGlobal(cell.center()));
+    return true;
+}
+
 bool QtTableView::handleDrag(QEvent* event) {
     auto* drop = static_cast<QDropEvent*>(event);
     TableDataSource* source = model_.dataSource();
@@ -141,12 +192,10 @@ bool QtTableView::eventFilter(QObject* object, QEvent* event) {
             if (onViewport && !std::exchange(wasPainted_, true))
                 QTimer::singleShot(0, this, [this] { showPostponedImages(); });
             return false;
-        case QEvent::KeyPress: {
-            int key = static_cast<QKeyEvent*>(event)->key();
-            if (onViewport || (key != Qt::Key_Return && key != Qt::Key_Enter) || doubleAction_.empty()) return false;
-            performDoubleAction();
-            return true;
-        }
+        case QEvent::KeyPress:
+            return !onViewport && handleKey(*static_cast<QKeyEvent*>(event));
+        case QEvent::ContextMenu:
+            return showMenu(*static_cast<QContextMenuEvent*>(event));
         case QEvent::FontChange:
         case QEvent::StyleChange:
             if (!onViewport) applyMetrics();

@@ -1,6 +1,10 @@
 // A table whose columns are named by the widget's dynamic properties "columnIdentifiers" and "columnTitles" (lists of
 // strings). Rows are all of one height; the first column is as wide as an icon, the last takes the rest. Only rows on
 // screen are asked for, each time they are painted. Files are taken as text/uri-list (qt/UriList.h), always as copies.
+//
+// Return does what a double click does. Home and End select the first row and the last, typing the next whose first
+// line begins so. Delete clicks the button beside the table that the property "removeButton" names. With a property
+// "openTitle" there is a context menu, with that title for what a double click does, and with the remove button's.
 #pragma once
 
 #include "qt/controls/CellDelegate.h"
@@ -8,6 +12,10 @@
 #include "qt/controls/WidgetView.h"
 
 #include <QTableView>
+
+class QAbstractButton;
+class QContextMenuEvent;
+class QKeyEvent;
 
 namespace qt {
 
@@ -33,6 +41,9 @@ private:
     void selectionChanged();
     void performDoubleAction();
     bool handleDrag(QEvent* event);
+    bool handleKey(const QKeyEvent& event);
+    bool showMenu(const QContextMenuEvent& event);
+    QAbstractButton* removeButton() const;
     void showPostponedImages();
 
     platform::InterfaceOwner& owner_;

@@ -79,6 +79,12 @@ void fitButtons(QWidget& content) {
     }
 }
 
+// Designed from left to right. A layout turns its widgets round by itself.
+void mirror(QWidget& content) {
+    for (QWidget* child : directChildren(content))
+        child->move(content.width() - child->x() - child->width(), child->y());
+}
+
 // A button learns that it is the default one from the dialog it is in when told so.
 void settleDefaultButton(QWidget& content) {
     for (auto* button : content.findChildren<QPushButton*>()) {
@@ -101,6 +107,7 @@ QtPanel::QtPanel(QWidget& content) : WidgetView(makeDialog(content)), content_(c
     } else {
         enlargeForText(content);
         fitButtons(content);
+        if (content.isRightToLeft()) mirror(content);
         widget_.setFixedSize(content.size());
     }
     content.show();

@@ -12,9 +12,9 @@ using namespace platform;
 
 namespace {
 
-constexpr const char* kTextProperties[] = {"text",           "plainText",       "title",
-                                           "windowTitle",    "toolTip",         "suffix",
-                                           "accessibleName", "placeholderText", "accessibleDescription"};
+constexpr const char* kTextProperties[] = {
+    "text",   "plainText",      "title",           "windowTitle",           "toolTip",
+    "suffix", "accessibleName", "placeholderText", "accessibleDescription", "openTitle"};
 constexpr const char* kTextListProperties[] = {"columnTitles"};
 
 class Translator {

@@ -27,7 +27,7 @@ def test(session):
     changes = session.watch()
     assert f"{MODULE} " in listed(session) and "Schriftmenüs" in listed(session, LANGUAGE="de", LC_ALL="C.UTF-8")
 
-    shell = start(session, SHELL)
+    shell = start(session, SHELL, MODULE, TITLE, "-reverse")
     toggle(session, changes)
     # Asked to close while a sheet is open, the window waits for it.
     session.key("alt+e")

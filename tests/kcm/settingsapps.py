@@ -26,8 +26,8 @@ def listed(session, **environment):
                           capture_output=True, timeout=windowtest.LIMIT).stdout
 
 
-def start(session, program, module=MODULE, title=TITLE):
-    process = session.open(program, module, title=title, end="")
+def start(session, program, module=MODULE, title=TITLE, *arguments):
+    process = session.open(program, module, *arguments, title=title, end="")
     session.settle(process.window)
     return process
 

@@ -1,14 +1,20 @@
 // Sample.ui on a screen that is not there: controls.txt, table.txt and sheet.txt say what is done to it, by the user
 // and by code, and what is seen then.
 #include "qt/UriList.h"
+#include "qt/controls/Contrast.h"
 #include "tests/qt/QtTest.h"
 #include "tests/support/Script.h"
 
 #include <QAbstractButton>
+#include <QAbstractItemView>
+#include <QAccessible>
 #include <QApplication>
+#include <QComboBox>
+#include <QContextMenuEvent>
 #include <QDialog>
 #include <QDropEvent>
 #include <QLabel>
+#include <QMenu>
 #include <QMimeData>
 #include <QPushButton>
 #include <QSpinBox>
@@ -51,6 +57,7 @@ struct Stage : SampleInterface, TableDataSource {
         if (column == "13") return {};
         return {nullptr, {{"Entry " + std::to_string(row)}, {"/a/rather/long/path/to/the/entry/of/that/row", true}}};
     }
+    bool tableView_opensRow(TableView&, int) override { return opens; }
     bool tableView_validateDrop(TableView&) override { return takesDrops; }
     bool tableView_writeRows_toPasteboard(TableView&, const std::vector<int>&) override { return false; }
     bool tableView_acceptDrop(TableView&, const std::vector<std::string>& files) override {
@@ -81,8 +88,37 @@ struct Stage : SampleInterface, TableDataSource {
     }
     static void key(QWidget& receiver, const std::string& name) {
         static const std::map<std::string, Qt::Key> kKeys = {
-            {"Up", Qt::Key_Up}, {"Return", Qt::Key_Return}, {"Enter", Qt::Key_Enter}, {"Escape", Qt::Key_Escape}};
-        QTest::keyClick(&receiver, kKeys.at(name));
+            {"Up", Qt::Key_Up},         {"Return", Qt::Key_Return}, {"Enter", Qt::Key_Enter},   {"Home", Qt::Key_Home},
+            {"Escape", Qt::Key_Escape}, {"Delete", Qt::Key_Delete}, {"Repeat", Qt::Key_Delete}, {"End", Qt::Key_End}};
+        QKeyEvent press(QEvent::KeyPress, kKeys.at(name), {}, {}, name == "Repeat");
+        QCoreApplication::sendEvent(&receiver, &press);
+    }
+    // As an assistive tool does it: no key is pressed and no mouse is moved.
+    static void assist(QWidget& widget, const QString& what) {
+        QAccessibleInterface& seen = *QAccessible::queryAccessibleInterface(&widget);
+        if (auto* menu = qobject_cast<QComboBox*>(&widget)) {
+            const QModelIndex item = menu->model()->index(what.toInt(), 0);
+            return menu->view()->selectionModel()->select(item, QItemSelectionModel::ClearAndSelect);
+        }
+        if (auto* text = seen.editableTextInterface()) return text->replaceText(0, 9, what);
+        seen.actionInterface()->doAction(what);
+    }
+    void turnWheel(QWidget& widget) {
+        if ((widget.focusPolicy() & Qt::WheelFocus) == Qt::WheelFocus) told.emplace_back("takes the keyboard");
+        const QPointF place = widget.rect().center();
+        QWheelEvent turn(place, widget.mapToGlobal(place.toPoint()), {}, {0, 120}, {}, {}, Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(&widget, &turn);
+        if (!turn.isAccepted()) told.emplace_back("the page scrolls");
+    }
+    void openMenu(const std::string& choice) {
+        QWidget& view = *widgetOf(&table);
+        QContextMenuEvent event(QContextMenuEvent::Keyboard, {}, {});
+        QCoreApplication::sendEvent(&view, &event);
+        for (QAction* action : view.findChild<QMenu*>()->actions()) {
+            told.push_back(action->text().toStdString() + (action->isEnabled() ? "" : ", off"));
+            if (told.back() == choice) action->trigger();
+        }
+        delete view.findChild<QMenu*>();
     }
     void clickRow(int row, bool isDouble) {
         auto& view = widget<QTableView>("table");
@@ -101,6 +137,9 @@ struct Stage : SampleInterface, TableDataSource {
         if (what == "take-files") return table.registerForFileNameDrags();
         if (what == "take-drops") return void(takesDrops = w.value().boolValue());
         if (what == "drop") return drop(w.next());
+        if (what == "menu") return openMenu(w.next());
+        if (what == "opens") return void(opens = w.value().boolValue());
+        if (what == "find") return QTest::keyClicks(widgetOf(&table), QString::fromStdString(w.next()));
         check::fail(__FILE__, __LINE__, "no such command: " + what);
     }
     static void type(QSpinBox& box, const std::string& text) {
@@ -122,7 +161,11 @@ struct Stage : SampleInterface, TableDataSource {
         if (what == "click") return widget<QAbstractButton>(name).click();
         if (what == "press") return key(*widgetOf(&view), w.next());
         if (what == "type") return type(widget<QSpinBox>(name), w.next());
+        if (what == "again") return widget<QComboBox>(name).activated(view.selectedRow());
         if (what == "leave") return widgetOf(&view)->clearFocus();
+        if (what == "focus") return widgetOf(&view)->setFocus();
+        if (what == "assist") return assist(*widgetOf(&view), QString::fromStdString(w.next()));
+        if (what == "wheel") return turnWheel(*widgetOf(&view));
         if (what == "state") return view.asButton()->setState(w.value().boolValue());
         if (what == "title") return view.asButton()->setTitle(w.next());
         if (what == "number") return view.asTextField()->setIntegerValue(w.value().integerValue());
@@ -158,18 +201,60 @@ struct Stage : SampleInterface, TableDataSource {
         return text + check::changes(seen, values());
     }
 
-    const std::set<std::string> named{"click", "press",  "type", "leave",  "state", "title", "text",
-                                      "item",  "number", "hide", "enable", "frame", "target"};
+    const std::set<std::string> named{"click",  "press", "type",   "leave", "state",  "title",
+                                      "text",   "item",  "number", "hide",  "enable", "frame",
+                                      "target", "focus", "assist", "wheel", "again"};
     TableView& table;
     Panel& sheet;
     int rows = 0;
-    bool takesDrops = true, insists = false;
+    bool takesDrops = true, insists = false, opens = true;
     std::set<int> asked;
     std::vector<std::string> told;
     std::map<std::string, std::string> seen;
 };
 
+// What is painted of a row's second line, cut out, and its greatest contrast with what lies behind it.
+std::pair<QImage, double> smallLine(QTableView& view, int row) {
+    const QRect cell = view.visualRect(view.model()->index(row, 1));
+    const QImage seen = view.viewport()->grab(cell.adjusted(0, cell.height() / 2 + 4, 0, -1)).toImage();
+    const QColor ground = seen.pixelColor(0, 0);
+    QRect ink;
+    double contrast = 1;
+    for (int x = 0; x < seen.width(); ++x)
+        for (int y = 0; y < seen.height(); ++y) {
+            if (seen.pixelColor(x, y) != ground) ink |= QRect(x, y, 1, 1);
+            contrast = std::max(contrast, contrastOf(seen.pixelColor(x, y), ground));
+        }
+    return {seen.copy(ink), contrast};
+}
+
 }  // namespace
+
+TEST(TheSmallLineOfARowCanBeReadAndRunsFromLeftToRight) {
+    Stage stage;
+    stage.rows = 2;
+    stage.table.reloadData();
+    stage.table.selectRow(0);
+    auto& view = stage.widget<QTableView>("table");
+    QFont font = view.font();
+    font.setHintingPreference(QFont::PreferFullHinting);  // the same letters at any place
+    view.setFont(font);
+    QPalette dark(QColor(58, 64, 70), QColor(42, 46, 50)), glaring;
+    glaring.setColor(QPalette::PlaceholderText, QColor(0, 0, 0, 20));
+    glaring.setColor(QPalette::Highlight, Qt::yellow);
+    for (const QPalette& palette : {QPalette(), dark, glaring})
+        for (QWidget* active : {stage.interface->root(), static_cast<QWidget*>(nullptr)})
+            for (int row : {0, 1}) {
+                view.setPalette(palette);
+                QApplication::setActiveWindow(active);
+                view.setLayoutDirection(Qt::LeftToRight);
+                const auto [ink, contrast] = smallLine(view, row);
+                CONTEXT(std::to_string(row) + " " + std::to_string(contrast));
+                CHECK(contrast >= 4.5 && ink.width() > 100);
+                view.setLayoutDirection(Qt::RightToLeft);
+                CHECK(smallLine(view, row).first == ink);
+            }
+}
 
 TEST(ControlsByScript) { check::play<Stage>(TEST_DATA "/controls.txt"); }
 TEST(TablesByScript) { check::play<Stage>(TEST_DATA "/table.txt"); }

@@ -119,6 +119,7 @@ void checkPage(QWidget& page) {
 TEST(EveryControlHasANameAndADescriptionAndIsReached) {
     Opened pane;
     CHECK(pane.window.focusWidget() == &in<QWidget>(pane.window, "exTableView"));
+    CHECK(QAccessible::queryAccessibleInterface(&pane.window)->role() == QAccessible::Window);
     auto& tabs = in<QTabWidget>(pane.window, "tabs");
     for (int i = 0; i < tabs.count(); ++i) {
         CONTEXT(tabs.tabText(i).toStdString());
@@ -158,6 +159,8 @@ TEST(TheChooserFindsByNameAndTakesWhatIsSelected) {
     settle();
     REQUIRE(pane.entries().size() == 2);
     CHECK_EQ(pane.entries().elements()[1]["Data"], PropertyList("org.test.Beta"));
+    QTest::keyClick(&in<QTableView>(pane.window, "exTableView"), Qt::Key_Delete);
+    CHECK_EQ(pane.entries().size(), std::size_t{1});
 }
 
 TEST(ElsewhereOnTheDiskPackagesAreChosenWhole) {

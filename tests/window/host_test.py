@@ -72,7 +72,11 @@ def test(session):
     another_home_has_a_window_of_its_own(session, host)
     host.kill()  # which is no obstacle
     host.wait()
-    session.close(session.open_pane())
+    host = session.open_pane()
+    icon = subprocess.check_output(["xprop", "-id", host.window, "-notype", "-f", "_NET_WM_ICON", "32x", "= $0+",
+                                    "_NET_WM_ICON"], text=True)
+    assert "0xff4b5a6b" in icon, "the title bar in the window's own icon"
+    session.close(host, "ctrl+w")
 
 
 windowtest.run(test)

@@ -66,10 +66,10 @@ def test(session):
     changes = session.watch()
     host = session.open_pane()
     ticks_an_option(session, changes)
-    session.close(host)
+    session.close(host, "ctrl+q")
 
-    # Opened again, the box shows what is stored: ticking it turns it on.
-    host = session.open_pane()
+    # Opened again, from right to left, the box shows what is stored: ticking it turns it on.
+    host = session.open_pane("-reverse")
     session.key("Down", "alt+o")
     changes.until(notified)
     assert session.entries()[1]["Settings"]["ShowSets"] is True, session.entries()

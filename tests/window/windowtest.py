@@ -126,10 +126,10 @@ class Session:
     def type(self, text):
         self.xdotool("type", "--clearmodifiers", text)
 
-    def close(self, process):
+    def close(self, process, key="alt+F4"):
         """Closes the window as its owner would and waits for the program to end."""
         self.focus(process.window)
-        self.key("alt+F4")
+        self.key(key)
         self.wait_for_end(process)
 
     def wait_for_end(self, process):
