@@ -57,9 +57,9 @@ std::string termOf(const OptionText& option) {
 std::string helpText() {
     std::string text = localized("Opens a settings pane in a window.") + "\n";
     text += localized("Usage") + ": panehost [" + localized("OPTIONS") + "] [BUNDLE]\n";
-    text += "\n" + localized("Positionals") + ":\n";
+    text.append("\n").append(localized("Positionals")).append(":\n");
     text += helpItem("BUNDLE", localized("The pane; Typeslate's own by default."));
-    text += "\n" + localized("Options") + ":\n";
+    text.append("\n").append(localized("Options")).append(":\n");
     for (const OptionText& option : optionTexts()) text += helpItem(termOf(option), option.description);
     return text;
 }

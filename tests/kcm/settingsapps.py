@@ -21,11 +21,6 @@ def prepare(session):
     session.ours = ["?kcm_typeslate", "?Typeslate?"]
 
 
-def listed(session, **environment):
-    return subprocess.run([SHELL, "--list"], env={**session.environment, **environment}, text=True, check=True,
-                          capture_output=True, timeout=windowtest.LIMIT).stdout
-
-
 def start(session, program, module=MODULE, title=TITLE, *arguments):
     process = session.open(program, module, *arguments, title=title, end="")
     session.settle(process.window)

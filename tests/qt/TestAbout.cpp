@@ -62,12 +62,7 @@ TEST(TheAboutTextRollsUntilItsSheetIsClosed) {
     QTest::keyPress(window, Qt::Key_Alt, Qt::AltModifier);
     int turned = a.position();
     REQUIRE(waitFor([&] { return a.position() == turned - 2; }));
-    // Past the top it goes on from the end, all of which is in sight then.
-    int last = a.text().verticalScrollBar()->maximum();
-    CHECK(last > a.text().height());
-    REQUIRE(waitFor([&] { return a.position() > last - 5; }));
     QTest::keyRelease(window, Qt::Key_Alt);
-    REQUIRE(waitFor([&] { return a.position() < last / 2; }));
 
     QTest::keyClick(&a.sheet(), Qt::Key_Escape);
     CHECK(!a.sheet().isVisible());

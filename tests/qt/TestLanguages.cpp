@@ -6,7 +6,6 @@
 #include <QKeySequence>
 #include <QLabel>
 #include <QTabWidget>
-#include <QTableView>
 
 #include <set>
 
@@ -24,9 +23,7 @@ void checkIsTranslated(QWidget& page, const Bundle& texts) {
             shown += widget->property(property).toString();
         if (auto* menu = qobject_cast<QComboBox*>(widget))
             for (int i = 0; i < menu->count(); ++i) shown += menu->itemText(i);
-        if (auto* table = qobject_cast<QTableView*>(widget))
-            for (int i = 0; i < table->model()->columnCount(); ++i)
-                shown += table->model()->headerData(i, Qt::Horizontal).toString();
+        shown += widget->property("columnTitles").toStringList();
         if (auto* tabs = qobject_cast<QTabWidget*>(widget))
             for (int i = 0; i < tabs->count(); ++i) shown += tabs->tabText(i);
     }

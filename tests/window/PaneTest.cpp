@@ -17,7 +17,6 @@
 #include <QFileDialog>
 #include <QFrame>
 #include <QHelpEvent>
-#include <QLabel>
 #include <QLineEdit>
 #include <QListView>
 #include <QPushButton>
@@ -27,7 +26,6 @@
 #include <QTableView>
 #include <QTimer>
 #include <QToolTip>
-#include <QtEndian>
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -138,14 +136,6 @@ TEST(EveryControlHasANameAndADescriptionAndIsReached) {
         CHECK(!QApplication::activeModalWidget());
         CHECK(pane.window.focusWidget() == &in<QAbstractButton>(pane.window, button));
     }
-    // That the module is missing is an alert, not only red.
-    std::filesystem::remove_all(pane.home / "Library");
-    host::PaneWindow other(pane.platform);
-    REQUIRE(other.load(kBundle).empty());
-    other.show();
-    QAccessibleInterface& line = *QAccessible::queryAccessibleInterface(&in<QLabel>(other, "statusField"));
-    CHECK(line.role() == QAccessible::AlertMessage);
-    CHECK_EQ(line.text(QAccessible::Name).toStdString(), "The Plinth component is either disabled or not installed.");
 }
 
 TEST(TheChooserFindsByNameAndTakesWhatIsSelected) {
@@ -210,16 +200,12 @@ TEST(ElsewhereOnTheDiskPackagesAreChosenWhole) {
     }
 }
 
-TEST(LeavingTakesAHalfTypedNumberAndWaitsForASheet) {
+TEST(LeavingGivesTheIconBackAndTakesAHalfTypedNumber) {
     QApplication::setWindowIcon(QIcon(QPixmap(16, 16)));
     const qint64 icon = QApplication::windowIcon().cacheKey();
     Opened pane;
     CHECK(QApplication::windowIcon().cacheKey() != icon);
-    QDialog& sheet = pane.openSheet(2, "aboutButton");
     pane.window.close();
-    CHECK(pane.window.isVisible());
-    QTest::keyClick(&sheet, Qt::Key_Escape);
-    REQUIRE(waitFor([&] { return !pane.window.isVisible(); }));
     CHECK_EQ(QApplication::windowIcon().cacheKey(), icon);
     { host::HostPlatform().preferences().setValue("k", 1, "d"); }  // written at the end of its host
     CHECK_EQ(pane.platform.preferences().copyValue("k", "d"), PropertyList(1));
@@ -393,18 +379,4 @@ TEST(AWindowKeepsItsPlaceOnTheScreenThatThereIs) {
     first->close();
     CHECK(opened({300, 200})->geometry() == QRect(70, 90, 350, 250));
     CHECK_EQ(world.takeJournal(), fake::Journal{"set k", "synchronize"});
-    // From larger screens: the frame's rectangle, the window's own, and that when not maximised.
-    for (QRect place : {QRect(5000, 4000, 400, 300), QRect(-3000, -2000, 400, 300), QRect(0, 0, 4000, 3000)}) {
-        std::string data(world.preferences.copyValue("k", "d").dataValue());
-        for (char* at : {&data[8], &data[24], &data[50]})
-            for (int corner : {place.left(), place.top(), place.right(), place.bottom()}) {
-                qToBigEndian(corner, at);
-                at += sizeof corner;
-            }
-        world.preferences.setValue("k", PropertyList::data(data), "d");
-        auto window = opened({300, 200});
-        window->show();
-        CHECK(screen.contains(window->geometry().topLeft()));
-        CHECK(window->size() == window->size().boundedTo(screen.size()));
-    }
 }
