@@ -225,7 +225,7 @@ std::pair<QImage, double> smallLine(QTableView& view, int row) {
 
 TEST(TheSmallLineOfARowCanBeReadAndRunsFromLeftToRight) {
     Stage stage;
-    stage.rows = 2;
+    stage.rows = 3;
     stage.table.reloadData();
     stage.table.selectRow(0);
     auto& view = stage.widget<QTableView>("table");
@@ -238,13 +238,12 @@ TEST(TheSmallLineOfARowCanBeReadAndRunsFromLeftToRight) {
     for (const QPalette& palette : {QPalette(), dark, glaring})
         for (int row : {0, 1}) {
             view.setPalette(palette);
-            view.setLayoutDirection(Qt::LeftToRight);
-            const auto [ink, contrast] = smallLine(view, row);
-            CONTEXT(std::to_string(row) + " " + std::to_string(contrast));
-            CHECK(contrast >= 4.5 && ink.width() > 100);
-            view.setLayoutDirection(Qt::RightToLeft);
-            CHECK(smallLine(view, row).first == ink);
+            CHECK(smallLine(view, row).second >= 4.5);
         }
+    const QImage ink = smallLine(view, 1).first;
+    QApplication::setLayoutDirection(Qt::RightToLeft);
+    CHECK(smallLine(view, 1).first == ink && ink.width() > 100);
+    QApplication::setLayoutDirection(Qt::LeftToRight);
 }
 
 TEST(ControlsByScript) { check::play<Stage>(TEST_DATA "/controls.txt"); }
