@@ -118,7 +118,6 @@ TEST(LookUpOrderAndPath) {
     CHECK_EQ(lookup.getFontFileForSubpath("//A//two").value_or(""), machine.local + "Fonts/A/two");
     CHECK_EQ(lookup.getFontFileForSubpath("one").value_or(""), machine.network + "Fonts/one");
     CHECK(!lookup.getFontFileForSubpath("classic") && !lookup.getFontFileForSubpath(std::nullopt));
-    CHECK(!lookup.getFontFileForSubpath_inDomain("all", FolderDomain::Classic));
 }
 
 TEST(LookUpAsksOncePerFolder) {
