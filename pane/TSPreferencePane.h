@@ -206,6 +206,7 @@ private:
     EntryRows entryRows() const;
     void showRegexFields(const platform::PropertyList& entry);
     void showEntry(int row);
+    void showSelectedEntry();
     void restoreSelection();
 
     std::vector<settings::ApplicationIdentity> describeApplications(const std::vector<std::string>& fileNames);

@@ -49,6 +49,7 @@ bool TSPreferencePane::commit(std::function<void(List&)> change, const std::func
     bool isChanged = changeList(std::move(change));
     bool isSaved = isChanged && save();
     showAnew();
+    showSelectedEntry();
     announce(isChanged ? kBroadcastSoon | kPost : 0u, isSaved);
     return isSaved;
 }

@@ -66,6 +66,13 @@ void TSPreferencePane::showEntry(int row) {
     toggleAll();
 }
 
+// With what others have changed, the selected row may hold another entry than before, of which no table tells.
+void TSPreferencePane::showSelectedEntry() {
+    const int row = exTableView->selectedRow();
+    if (row >= 0 && shownEntry.find(entryList().elements()) != static_cast<std::size_t>(row))
+        tableViewSelectionDidChange({kTableViewSelectionDidChange, &*exTableView});
+}
+
 // The selection cannot be emptied by a click into blank space: the last valid one comes back.
 void TSPreferencePane::restoreSelection() {
     int rows = exTableView->numberOfRows();

@@ -57,10 +57,9 @@ void TSPreferencePane::addLoginItem_hide(std::optional<std::string_view> path, b
 
 void TSPreferencePane::removeLoginItem(std::optional<std::string_view> identifier) {
     if (!identifier) return;
-    removeItems(platform_.preferences,
-                [this, unwanted = std::string(*identifier)](const PropertyList& item) {
-                    return isApplication(platform_, item, unwanted);
-                });
+    removeItems(platform_.preferences, [this, unwanted = std::string(*identifier)](const PropertyList& item) {
+        return isApplication(platform_, item, unwanted);
+    });
 }
 
 void TSPreferencePane::removeLoginItemWithPath(std::optional<std::string_view> path) {
@@ -75,9 +74,8 @@ bool TSPreferencePane::isLoginItem_withPath(std::optional<std::string_view> iden
     PropertyList items = storedItems(platform_.preferences);
     if (!identifier || !items.isArray()) return false;
     auto all = items.elements();
-    auto found = std::find_if(all.rbegin(), all.rend(), [&](const PropertyList& item) {
-        return isApplication(platform_, item, *identifier);
-    });
+    auto found = std::find_if(all.rbegin(), all.rend(),
+                              [&](const PropertyList& item) { return isApplication(platform_, item, *identifier); });
     if (found == all.rend()) return false;
     if (pathOf(*found) == path) return true;
     platform_.log("[Quirklet Doctor] Login item %@ found, but not in sync, repairing (was:%@, now:%@)", *identifier,

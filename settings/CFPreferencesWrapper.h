@@ -14,8 +14,8 @@
 
 class CFPreferencesWrapper_Typeslate {
 public:
-    // Both are the same: the caller owns what they make. Null without an identifier, the domain's name. The service must
-    // outlive the wrapper.
+    // Both are the same: the caller owns what they make. Null without an identifier, the domain's name. The service
+    // must outlive the wrapper.
     static std::unique_ptr<CFPreferencesWrapper_Typeslate> initWithApplication(
         platform::PreferenceService& service, std::optional<std::string_view> identifier);
     static std::unique_ptr<CFPreferencesWrapper_Typeslate> preferencesWithApplication(

@@ -30,7 +30,8 @@ struct StandIns {
 };
 constexpr std::array<StandIns, 2> kStandIns = {{
     {"com.apple.Console",
-     {"org.gnome.Logs", "org.kde.kjournaldbrowser", "org.kde.ksystemlog", "mate-system-log", "deepin-log-viewer", "gnome-system-log", "logview"}},
+     {"org.gnome.Logs", "org.kde.kjournaldbrowser", "org.kde.ksystemlog", "mate-system-log", "deepin-log-viewer",
+      "gnome-system-log", "logview"}},
     {"com.apple.FontBook",
      {"org.gnome.FontManager", "com.github.FontManager.FontManager", "fontmatrix", "kcm_fontinst",
       "org.gnome.font-viewer", "org.kde.kfontview"}},

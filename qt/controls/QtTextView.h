@@ -9,7 +9,8 @@
 namespace qt {
 
 // Once the user has scrolled or selected, the text stays where the user put it until another one is loaded: what moves
-// by itself can be stopped, and is not torn away from who reads it. For who wants no animations it stays from the start.
+// by itself can be stopped, and is not torn away from who reads it. For who wants no animations it stays from the
+// start.
 class QtTextView final : public WidgetView<platform::TextView, QTextEdit> {
 public:
     explicit QtTextView(QTextEdit& widget);  // gives it a document of its own

@@ -56,7 +56,8 @@ TWVC_EXPORT int TWVC_CopyLoginWindowLaunchDate(double* outSeconds);
 TWVC_EXPORT void TWVC_SetVersionDatePreferences(const char* bundleID);
 
 /* Writes the text of a date in the user's language, in UTF-8 and ended by a zero byte, as many characters as the buffer
- * has room for, and returns the whole text's length in bytes; -1 when the date is not a finite number or there is no text for it. */
+ * has room for, and returns the whole text's length in bytes; -1 when the date is not a finite number or there is no
+ * text for it. */
 TWVC_EXPORT ptrdiff_t GetNSStringFromDate(double seconds, int dateStyle, int timeStyle, char* buffer, size_t size);
 
 #ifdef __cplusplus
