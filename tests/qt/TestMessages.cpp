@@ -93,6 +93,19 @@ TEST(ObserversHearWhatTheyAskedForUntilTheyEnd) {
     CHECK_EQ(all + " " + one, "ax!ay.bx!end! axax");
 }
 
+TEST(WhoEndsHearsNothingOfWhatIsHeldBack) {
+    PrivateBus bus;
+    check::RecordingLog log;
+    DBusNotificationCenter center(log);
+    bool isOver = false, isHeard = false;
+    std::unique_ptr<Observation> ended;
+    auto each = center.addObserver("a", "", Delivery::Each, [&](const Notification&) { ended.reset(); });
+    ended = center.addObserver("a", "", Delivery::Latest, [&](const Notification&) { isHeard = true; });
+    auto last = center.addObserver("a", "", Delivery::Latest, [&](const Notification&) { isOver = true; });
+    center.post("a", "", {}, true);
+    CHECK(waitFor([&] { return isOver; }) && !isHeard);
+}
+
 TEST(WithoutABusOneLineSaysSoAndAPostFindsOneThatCame) {
     useApplication();
     check::RecordingLog log;
