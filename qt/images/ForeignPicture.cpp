@@ -46,7 +46,7 @@ bool isHarmlessPicture(const QString& path) {
     const QByteArray start = file.peek(256);
     if (path.endsWith(QStringLiteral(".svg"), Qt::CaseInsensitive) || isDrawing(start))
         return file.size() <= kLargestDrawing && isHarmlessDrawing(file.readAll());
-    QImageReader reader(&file);
+    QImageReader reader(path);  // by its name, without which every plug-in there is would be loaded and asked
     const QSize size = reader.size();
     return reader.canRead() && std::max(size.width(), size.height()) <= kLargestPicture;
 }

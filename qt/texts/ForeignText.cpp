@@ -4,6 +4,8 @@
 #include <QTextBoundaryFinder>
 #include <QWidget>
 
+#include <algorithm>
+
 namespace qt {
 
 namespace {

@@ -115,12 +115,12 @@ std::string nameOfUser(uid_t user) {
 Refusal failed(Updates& updates, OSStatus status) {
     const auto lock = twvc::updaterLockPath(updates.services, kSettingsDomain);
     struct stat facts;
-    if (status != kDuplicateFile || !lock || ::lstat(lock->c_str(), &facts) != 0)
-        return refused("error %d: %@", status, localized(statusText(status)));
+    const std::string error = localizedFormat("error %d: %@", status, localized(statusText(status)));
+    if (status != kDuplicateFile || !lock || ::lstat(lock->c_str(), &facts) != 0) return Refusal(error);
     const std::string owner = nameOfUser(facts.st_uid), path = linux::withVisibleControls(*lock);
     const bool isOurs = facts.st_uid == ::geteuid() || ::geteuid() == 0;
     return Refusal(std::vector{
-        localizedFormat("error %d: %@", status, localized(statusText(status))),
+        error,
         localizedFormat("the lock %@ belongs to %@ and is %@ old", path, owner,
                         ageOf(::time(nullptr) - facts.st_mtime)),
         isOurs
