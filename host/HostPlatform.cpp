@@ -1,6 +1,7 @@
 #include "host/HostPlatform.h"
 
 #include "linux/LinuxMachine.h"
+#include "linux/system/Network.h"
 #include "qt/QtRunLoop.h"
 #include "qt/QtToolkit.h"
 #include "qt/messages/DBusNotificationCenter.h"
@@ -28,6 +29,7 @@ struct HostPlatform::Parts {
 
 HostPlatform::HostPlatform() : parts_(new Parts) {
     parts_->machine.preferences.setLongestWait(kPatience);
+    parts_->toolkit.setReach([](std::string_view url) { return linux::mayReach(url); });
     parts_->toolkit.setApplicationLister([&applications = parts_->machine.applications] {
         std::vector<qt::ChoosableApplication> choosable;
         for (const linux::ApplicationRecord& application : applications.installedApplications())
@@ -52,7 +54,7 @@ PreferenceService& HostPlatform::preferences() { return parts_->machine.preferen
 
 RunLoop& HostPlatform::runLoop() { return parts_->runLoop; }
 
-InterfaceToolkit& HostPlatform::toolkit() { return parts_->toolkit; }
+qt::QtToolkit& HostPlatform::toolkit() { return parts_->toolkit; }
 
 void HostPlatform::saveChanges() { parts_->machine.preferences.synchronizeChanges(); }
 

@@ -8,6 +8,10 @@
 
 class QWidget;
 
+namespace qt {
+class QtToolkit;
+}
+
 namespace host {
 
 class HostPlatform {
@@ -24,7 +28,7 @@ public:
     platform::BundleServices& bundles();
     platform::PreferenceService& preferences();
     platform::RunLoop& runLoop();
-    platform::InterfaceToolkit& toolkit();
+    qt::QtToolkit& toolkit();
     // What was set in the preferences and not yet synchronised is written.
     void saveChanges();
 

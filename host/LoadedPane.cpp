@@ -2,6 +2,7 @@
 
 #include "linux/files/Paths.h"
 #include "linux/texts/Localized.h"
+#include "qt/QtToolkit.h"
 #include "qt/controls/MessageLine.h"
 #include "qt/texts/Utf8.h"
 
@@ -64,6 +65,7 @@ LoadedPane::LoadedPane(HostPlatform& platform, PaneHost& host, QWidget& page)
 }
 
 LoadedPane::~LoadedPane() {
+    platform_.toolkit().setFailureHandler({});
     messages_.reset();
     platform_.setWindow(nullptr);
     if (interface_) interface_->disconnectOwner();
@@ -84,6 +86,7 @@ std::string LoadedPane::load(const std::string& bundlePath) {
     platform_.setWindow(&page_);
     messages_ =
         std::make_unique<SettingsMessages>(platform_.preferences(), platform_.runLoop(), [this] { showMessage(); });
+    platform_.toolkit().setFailureHandler([this](const std::string& text) { messages_->sayOfAction(text); });
     pane_.reset(factory(platform_.forPane(*bundle_, host_)));
     return loadInterface();
 }
@@ -97,6 +100,7 @@ std::string LoadedPane::loadInterface() {
     owner_ = std::make_unique<Owner>(*pane_, *messages_);
     interface_ = qt::loadInterface(*file, *bundle_, *owner_, error);
     if (!interface_) return error;
+    interface_->followLinks([this](const QUrl& link) { platform_.toolkit().followLink(link); });
     placeInterface();
     pane_->awakeFromNib();
     pane_->mainViewDidLoad();
@@ -140,7 +144,15 @@ void LoadedPane::unselect() {
     showMessage();
 }
 
-void LoadedPane::entryWasRemoved(std::string_view name) { messages_->entryWasRemoved(name); }
+void LoadedPane::entryWasRemoved(std::string_view name) {
+    messages_->sayOfAction(
+        linux::localizedFormat("Another program has removed “%@”. Nothing was changed.", std::string(name)));
+}
+
+void LoadedPane::fontManagerIsMissing() {
+    messages_->sayOfAction(
+        localized("No font manager was found. Font Manager is one that many systems offer for installation."));
+}
 
 // A page that nobody looks at has no message either: a window keeps the size in mind that it has without.
 void LoadedPane::showMessage() {

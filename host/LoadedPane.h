@@ -38,8 +38,9 @@ public:
     platform::UnselectReply askToLeave();
     void unselect();
 
-    // For the host's part of the same name.
+    // For the host's parts of the same names.
     void entryWasRemoved(std::string_view name);
+    void fontManagerIsMissing();
 
 private:
     class Owner;

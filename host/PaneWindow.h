@@ -19,6 +19,7 @@ public:
 
     void replyToShouldUnselect(bool mayUnselect) override;
     void entryWasRemoved(std::string_view name) override { pane_.entryWasRemoved(name); }
+    void fontManagerIsMissing() override { pane_.fontManagerIsMissing(); }
 
 private:
     void showEvent(QShowEvent* event) override;

@@ -59,9 +59,7 @@ std::string movedAside(const PreferenceReport& report) {
                : localizedFormat("The settings were damaged and start anew. The old file is now %@.", report.path);
 }
 
-std::string entryRemoved(const PreferenceReport& report) {
-    return localizedFormat("Another program has removed “%@”. Nothing was changed.", report.detail);
-}
+std::string ofAction(const PreferenceReport& report) { return report.detail; }
 
 }  // namespace
 
@@ -74,12 +72,12 @@ struct SettingsMessages::Matter {
     std::string (*text)(const PreferenceReport& report);
 };
 
-// What stands further up is shown first. The last one comes from the pane and of no domain; its detail is the name.
+// What stands further up is shown first. The last one is of the user's last action and of no domain.
 const SettingsMessages::Matter SettingsMessages::kMatters[] = {
     {Kind::NotSaved, true, true, Message::Tone::Warning, Message::Button::TryAgain, notSaved},
     {Kind::Unreadable, true, false, Message::Tone::Warning, Message::Button::TryAgain, unreadable},
     {Kind::MovedAside, false, false, Message::Tone::Warning, Message::Button::ShowInFolder, movedAside},
-    {Kind::Synchronized, false, true, Message::Tone::Information, Message::Button::None, entryRemoved},
+    {Kind::Synchronized, false, true, Message::Tone::Information, Message::Button::None, ofAction},
 };
 
 SettingsMessages::SettingsMessages(PreferenceService& preferences, RunLoop& runLoop, std::function<void()> hasChanged)
@@ -124,8 +122,8 @@ void SettingsMessages::tell() {
     hasChanged_();
 }
 
-void SettingsMessages::entryWasRemoved(std::string_view name) {
-    put(*std::prev(std::end(kMatters)), {.domain = {}, .detail = std::string(name)});
+void SettingsMessages::sayOfAction(const std::string& text) {
+    put(*std::prev(std::end(kMatters)), {.domain = {}, .detail = text});
     tell();
 }
 

@@ -38,7 +38,8 @@ public:
 
     const Message* current() const;  // null when there is nothing to say; good until the next call
 
-    void entryWasRemoved(std::string_view name);
+    // What became of the user's last action, in the user's language.
+    void sayOfAction(const std::string& text);
     void userActed();  // in the pane: what was said of the action before is said no more
     void tryAgain();
     // Until it comes to another failure, or to the same one by an action of the user's.

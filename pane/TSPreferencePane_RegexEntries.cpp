@@ -6,10 +6,6 @@
 
 #include <algorithm>
 
-#ifndef TYPESLATE_HELP_HOST
-#define TYPESLATE_HELP_HOST "typeslate.example"
-#endif
-
 using namespace platform;
 using namespace settings;
 
@@ -130,10 +126,12 @@ void TSPreferencePane::editCollections(View&) {
     std::optional<std::uint32_t> version = platform_.system.gestalt(fourCharCode("sysv"));
     if (version.value_or(0) <= kLastSystemWithoutFontBook) return platform_.toolkit.showFontPanel(kCollectionsPane);
     auto fontBook = platform_.applications.findApplication({std::nullopt, kFontBookIdentifier, ""});
-    if (fontBook) platform_.applications.openApplication(*fontBook);
+    if (!fontBook || platform_.applications.openApplication(*fontBook) != kNoErr) platform_.host.fontManagerIsMissing();
 }
 
-void TSPreferencePane::doRegExHelp(View&) { platform_.toolkit.openURL(kHelpPage); }
+void TSPreferencePane::doRegExHelp(View&) {
+    platform_.toolkit.openURL(kHelpPage, thisBundle.resourcePath("RegEx Help", "rtfd").value_or(""));
+}
 
 void TSPreferencePane::doMore(View&) {
     if (auto path = thisBundle.resourcePath("Typeslate ReadMe", "rtfd")) platform_.toolkit.openFile(*path);

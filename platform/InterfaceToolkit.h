@@ -74,8 +74,10 @@ public:
                                 std::function<void(OpenPanel& panel, int returnCode)> /*didEnd*/) {}
     // The shared font panel in front, at the pane with the given tag where it has several.
     virtual void showFontPanel(int /*paneTag*/) {}
-    // With the user's default application; nothing is reported.
-    virtual void openURL(std::string_view /*url*/) {}
+    // With the user's default application; nothing is reported. Where the address cannot be reached from here, or
+    // nothing opens it, its copy is shown instead: the path of a rich text (TextView::loadRichText) that says the same;
+    // empty when there is none.
+    virtual void openURL(std::string_view /*url*/, std::string_view /*copy*/) {}
     virtual void openFile(std::string_view /*path*/) {}
 };
 

@@ -37,6 +37,8 @@ public:
     virtual void replyToShouldUnselect(bool mayUnselect) = 0;
     // Nothing was done to the entry of that name, because another program had removed it.
     virtual void entryWasRemoved(std::string_view name) = 0;
+    // Nothing was opened for the user's font collections: no font manager was found, or it does not start.
+    virtual void fontManagerIsMissing() {}
 };
 
 // The host owns the pane and deletes it before anything that the Platform refers to.

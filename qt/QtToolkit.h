@@ -11,9 +11,12 @@
 #include <QDateTime>
 #include <QHash>
 #include <QPointer>
+#include <QUrl>
 #include <QWidget>
 
 namespace qt {
+
+class DocumentWindow;
 
 class QtToolkit final : public platform::InterfaceToolkit {
 public:
@@ -22,6 +25,7 @@ public:
     using IconNameFinder = std::function<std::string(std::string_view path)>;
 
     explicit QtToolkit(IconNameFinder iconName) : iconName_(std::move(iconName)) {}
+    ~QtToolkit() override;  // closes the documents that it has opened
     // Alerts, choosers and the font panel stand on this window, which may go before this object. Null: on none.
     void setWindow(QWidget* window) { window_ = window; }
     // The toolkit's own dialogs speak with this bundle's localised strings. It outlives them; null: in English.
@@ -45,8 +49,19 @@ public:
     void beginOpenPanel(const platform::OpenPanelRequest& request,
                         std::function<void(platform::OpenPanel& panel, int returnCode)> didEnd) override;
     void showFontPanel(int paneTag) override;
-    void openURL(std::string_view url) override;
+    void openURL(std::string_view url, std::string_view copy) override;
+    // A document that is a folder (TXT.html in it) is shown in a window of the toolkit's own: desktops take it for a
+    // folder of the user's, whatever is installed.
     void openFile(std::string_view path) override;
+    // As the user who has clicked on it wants it: in the browser.
+    void followLink(const QUrl& link);
+    // Says whether an address can be reached from here. Without it every one can.
+    using Reach = std::function<bool(std::string_view url)>;
+    void setReach(Reach reach) { reach_ = std::move(reach); }
+    // What could not be opened is told here, in words for the user, unless the window that it was asked for in says so
+    // itself. Null: nobody is told.
+    using FailureHandler = std::function<void(const std::string& text)>;
+    void setFailureHandler(FailureHandler handler) { tellFailure_ = std::move(handler); }
     // What the chooser of applications offers; without it the chooser shows files only.
     using ApplicationLister = std::function<std::vector<ChoosableApplication>()>;
     void setApplicationLister(ApplicationLister lister) { listApplications_ = std::move(lister); }
@@ -59,9 +74,16 @@ private:
     using Cache = QHash<QString, Kept>;
     template <typename Make>
     static platform::ImageRef kept(Cache& cache, const QString& path, Make make);
+    std::string localized(std::string_view english) const;
+    bool showDocument(const QString& folder);
+    void tellFailure(const std::string& text);
 
     IconNameFinder iconName_;
     ApplicationLister listApplications_;
+    Reach reach_;
+    FailureHandler tellFailure_;
+    QHash<QString, QPointer<DocumentWindow>> documents_;  // by their folders
+    QObject openings_;                                    // of the desktop's, that may fail yet
     const platform::Bundle* texts_ = nullptr;
     QPointer<QWidget> window_;
     Cache images_, workspaceIcons_;

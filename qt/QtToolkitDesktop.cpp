@@ -1,14 +1,13 @@
 // What the toolkit asks of the desktop around it: choosers, other applications, the font panel, the keys
 // that are held.
+#include "platform/Log.h"
+#include "qt/DesktopOpener.h"
 #include "qt/QtToolkit.h"
-
+#include "qt/sheets/DocumentWindow.h"
 #include "qt/texts/Utf8.h"
 
-#include <QDesktopServices>
-#include <QDir>
-#include <QFileInfo>
+#include <QApplication>
 #include <QFontDialog>
-#include <QGuiApplication>
 #include <QUrl>
 
 namespace qt {
@@ -24,12 +23,6 @@ struct ChosenFiles final : OpenPanel {
 private:
     std::vector<std::string> files_;
 };
-
-// A document that is a folder is opened by its text: few applications know such folders.
-QString documentFile(const QString& path) {
-    QFileInfo text(QDir(path), QStringLiteral("TXT.rtf"));
-    return text.exists() ? text.filePath() : path;
-}
 
 }  // namespace
 
@@ -59,10 +52,50 @@ std::uint32_t QtToolkit::currentKeyModifiers() {
     return (held & Qt::AltModifier ? kLeftOption : 0) | (held & Qt::GroupSwitchModifier ? kRightOption : 0);
 }
 
-void QtToolkit::openURL(std::string_view url) { QDesktopServices::openUrl(QUrl(toQString(url))); }
+std::string QtToolkit::localized(std::string_view english) const {
+    return texts_ ? texts_->localizedString(english) : std::string(english);
+}
+
+QtToolkit::~QtToolkit() { qDeleteAll(documents_); }
+
+void QtToolkit::openURL(std::string_view url, std::string_view copy) {
+    const QUrl address(toQString(url));
+    auto showCopy = [this, what = std::string(url), copy = toQString(copy)](const std::string& whyNot) {
+        if (!showDocument(copy)) tellFailure(formatted(whyNot, {what}));
+    };
+    if (reach_ && !reach_(url)) return showCopy(localized("%@ cannot be reached from this computer."));
+    openWithDesktop(address, openings_, [this, showCopy] { showCopy(localized("Nothing was found that opens %@.")); });
+}
+
+void QtToolkit::followLink(const QUrl& link) { openURL(link.toString(QUrl::FullyEncoded).toStdString(), {}); }
 
 void QtToolkit::openFile(std::string_view path) {
-    QDesktopServices::openUrl(QUrl::fromLocalFile(documentFile(toQString(path))));
+    if (showDocument(toQString(path))) return;
+    auto failed = [this, what = std::string(path)] {
+        tellFailure(formatted(localized("Nothing was found that opens %@."), {what}));
+    };
+    openWithDesktop(QUrl::fromLocalFile(toQString(path)), openings_, failed);
+}
+
+bool QtToolkit::showDocument(const QString& folder) {
+    QPointer<DocumentWindow>& window = documents_[folder];
+    if (!window) {
+        auto opened = std::make_unique<DocumentWindow>(toQString(localized("Close this message")),
+                                                       [this](const QUrl& link) { followLink(link); });
+        if (folder.isEmpty() || !opened->load(folder)) return false;
+        window = opened.release();
+    }
+    window->show();
+    window->raise();
+    window->activateWindow();
+    return true;
+}
+
+void QtToolkit::tellFailure(const std::string& text) {
+    if (auto* document = dynamic_cast<DocumentWindow*>(QApplication::activeWindow()))
+        document->say(toQString(text));
+    else if (tellFailure_)
+        tellFailure_(text);
 }
 
 }  // namespace qt

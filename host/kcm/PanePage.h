@@ -22,6 +22,7 @@ public:
 
     void replyToShouldUnselect(bool mayUnselect) override;
     void entryWasRemoved(std::string_view name) override { pane_.entryWasRemoved(name); }
+    void fontManagerIsMissing() override { pane_.fontManagerIsMissing(); }
     // An area that scrolls would take the height that suits the pane best for the least that it needs.
     bool hasHeightForWidth() const override { return false; }
 

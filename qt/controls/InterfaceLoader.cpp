@@ -15,6 +15,7 @@
 #include <QFile>
 #include <QIcon>
 #include <QKeyEvent>
+#include <QTextBrowser>
 #include <QUiLoader>
 
 namespace qt {
@@ -173,6 +174,14 @@ Interface::~Interface() {
 View* Interface::view(const std::string& name) const {
     auto found = views_.find(name);
     return found == views_.end() ? nullptr : found->second.get();
+}
+
+void Interface::followLinks(const std::function<void(const QUrl& link)>& follow) {
+    for (auto& [name, view] : views_)
+        if (auto* text = qobject_cast<QTextBrowser*>(widgetOf(view.get()))) {
+            text->setOpenLinks(false);
+            QObject::connect(text, &QTextBrowser::anchorClicked, connections_.get(), follow);
+        }
 }
 
 void Interface::disconnectOwner() {

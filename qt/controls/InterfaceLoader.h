@@ -14,8 +14,10 @@
 #include "platform/Controls.h"
 
 #include <QPointer>
+#include <QUrl>
 #include <QWidget>
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -30,6 +32,8 @@ public:
 
     QWidget* root() const { return root_; }
     platform::View* view(const std::string& name) const;  // null when there is none of that name
+    // Links in its texts are handed to this function instead of being opened.
+    void followLinks(const std::function<void(const QUrl& link)>& follow);
     // The owner hears of nothing from now on. To be called before the owner goes.
     void disconnectOwner();
 

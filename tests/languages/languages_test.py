@@ -60,6 +60,21 @@ def problems(wanted):
         yield from unlike(file.name, file.read_text(encoding="utf-8"))
 
 
+def examples(language):
+    """Of the help on expressions: each expression with what it matches and what it does not."""
+    text = (ROOT / f"resources/texts/RegEx Help.{language}.md").read_text(encoding="utf-8")
+    return [(expression, re.findall("([✓✗])\u00a0`([^`]+)`", samples))
+            for expression, samples in re.findall(r"^`(.+)`\\\n(.*)$", text, re.M)]
+
+
+def wrong_examples():
+    for expression, samples in examples("en"):
+        yield from (f"{expression} and {text}: not {sign}" for sign, text in samples
+                    if (sign == "✓") != bool(re.search(expression, text)))
+    yield from (f"{language}: the help has other examples" for language in LANGUAGES
+                if examples(language) != examples("en") or len(examples("en")) < 5)
+
+
 def unlike(name, text):
     """Name=... needs Name[de]=... in desktop entries and in the plug-in's description, a <p> a <p xml:lang="de">."""
     keys = re.findall(r'^\s*"?(Name|GenericName|Comment|Description|Keywords|X-KDE-Keywords)"?\s*[=:]', text, re.M)
@@ -95,4 +110,5 @@ wanted = {text: place for text, place in keys().items() if text}
 if "--keys" in sys.argv:
     print(*(json.dumps(text, ensure_ascii=False) for text in wanted), sep="\n")
 else:
-    sys.exit("\n".join(drifted() if "--documents" in sys.argv else problems(wanted)) or not wanted)
+    found = drifted() if "--documents" in sys.argv else [*problems(wanted), *wrong_examples()]
+    sys.exit("\n".join(found) or not wanted)

@@ -1,5 +1,6 @@
 #include "linux/system/FolderBundle.h"
 #include "linux/system/LinuxSystem.h"
+#include "linux/system/Network.h"
 #include "tests/support/Check.h"
 
 using namespace platform;
@@ -25,6 +26,37 @@ TEST(SystemVersionComesFromOsReleaseAndTheUserFromTheProcess) {
     for (auto [text, isTaken] : {std::pair{"1234", true}, {"", false}, {"12x", false}, {"-1", false}}) {
         check::ScopedEnvironment environment("TYPESLATE_UID", text);
         CHECK_EQ(LinuxSystem().realUserID() == 1234, isTaken);
+    }
+}
+
+TEST(APageIsOutOfReachWithoutARouteOrBehindAnExamplesName) {
+    const std::string head = "Iface Destination Gateway Flags RefCnt Use Metric Mask MTU Window IRTT\n";
+    const std::string local = head + "eth0 000200C0 00000000 0001 0 0 0 00FFFFFF 0 0 0\n";
+    const std::string all = head + "eth0 00000000 010200C0 0003 0 0 0 00000000 0 0 0\n";
+    const std::string half = head + "tun0 00000000 0100000A 0003 0 0 0 00000080 0 0 0\n";
+    const std::string zeros(32, '0'), prefix = zeros + " 00 " + zeros + " 00 ";
+    const std::string refuses = prefix + zeros + " ffffffff 1 0 00200200 lo\n";
+    const std::string all6 = prefix + "fd01 400 3 0 3 eth0\n";
+    const std::tuple<std::string, std::string, const char*, bool> cases[] = {
+        {all, refuses, "https://a.org/b", true},
+        {local, refuses, "https://a.org/b", false},
+        {half, "", "https://a.org/b", false},
+        {local, refuses + all6, "https://a.org/b", true},
+        {head, "x\n\n", "https://a.org/b", false},
+        {all, "", "https://a.example/b", false},
+        {all, "", "https://a.example:80/b", false},
+        {all, "", "https://a.org/b.example", true},
+        {all, "", "https://examples.org?a.test", true},
+        {all, "", "mailto:a@b.invalid", true},
+        {all, "", "https://localhost.localhost/", false},
+    };
+    check::TemporaryFolder folder;
+    CHECK(mayReach("https://a.org/", folder.path()));
+    for (const auto& [route, route6, url, isReached] : cases) {
+        check::writeFile(folder / "route", route);
+        check::writeFile(folder / "ipv6_route", route6);
+        CHECK_EQ(std::string(url) + (mayReach(url, folder.path()) ? " reached" : ""),
+                 std::string(url) + (isReached ? " reached" : ""));
     }
 }
 

@@ -1,5 +1,6 @@
-// The About panel as the bundle ships it: its text in the toolkit's own view, rolling on real timers.
+// The texts of the bundle as it ships them: About in its panel, rolling on real timers, Read Me and help in windows.
 #include "host/LoadedPane.h"
+#include "qt/QtToolkit.h"
 #include "tests/qt/QtTest.h"
 
 #include <QDBusConnection>
@@ -7,6 +8,7 @@
 #include <QDBusVariant>
 #include <QDBusVirtualObject>
 #include <QDialog>
+#include <QLabel>
 #include <QProxyStyle>
 #include <QPushButton>
 #include <QScrollBar>
@@ -27,6 +29,7 @@ struct About : PaneHost {
     }
     void replyToShouldUnselect(bool may) override { mayLeave = may; }
     void entryWasRemoved(std::string_view) override {}
+    void fontManagerIsMissing() override { pane.fontManagerIsMissing(); }
     template <typename Widget>
     Widget& find(const char* name) {
         return *qobject_cast<Widget*>(qt::widgetOf(pane.view(name)));
@@ -128,6 +131,64 @@ TEST(TheAboutTextHasItsVersionPictureAndLinks) {
     std::string version(a.pane.bundle().infoValue("CFBundleShortVersionString").stringValue());
     CHECK(shown.contains(QStringLiteral("Version ") + QString::fromStdString(version)));
     CHECK(!shown.contains(QLatin1Char('\\')) && !shown.contains(QLatin1Char('@')));
-    CHECK(shown.startsWith(QChar::ObjectReplacementCharacter) && a.text().openExternalLinks());
+    CHECK(shown.startsWith(QChar::ObjectReplacementCharacter));
     CHECK_EQ(a.text().toHtml().count(QStringLiteral("href=\"https://")), 2);
+}
+
+TEST(WhatTheDesktopDoesNotOpenIsShownOrSaid) {
+    About a;
+    a.button("aboutCloseButton").click();
+    const std::string opened = a.home / "opened", opener = a.home / "bin/xdg-open";
+    check::ScopedEnvironment path{"PATH", (a.home / "bin:/usr/bin:/bin").c_str()};
+    auto said = [](QWidget& window) {
+        auto* line = window.findChild<QLabel*>(QStringLiteral("messageText"));
+        return line && line->isVisibleTo(&window) ? line->text().remove(QChar(0x200B)).toStdString() : std::string();
+    };
+    auto window = [](const char* title) -> QWidget* {
+        for (QWidget* each : QApplication::topLevelWidgets())
+            if (each->isVisible() && each->windowTitle() == QLatin1String(title)) return each;
+        return nullptr;
+    };
+    struct {
+        const char* name;
+        const char* button;
+        bool isReached;
+        int ends;              // of the desktop's opener
+        const char* document;  // that stands in its own window then
+        const char* message;   // of the pane's line
+        bool isHandedOn;
+    } const kCases[] = {
+        {"the Read Me never leaves the house", "readMeButton", true, 0, "Typeslate Read Me", "", false},
+        {"a reached page", "expressionHelpButton", true, 0, nullptr, "", true},
+        {"no browser", "expressionHelpButton", true, 3, "Help on expressions", "", true},
+        {"no network", "expressionHelpButton", false, 0, "Help on expressions", "", false},
+        {"no font manager", "collectionsButton", true, 0, nullptr, "No font manager was found.", false},
+    };
+    for (const auto& c : kCases) {
+        check::writeFile(opener, "#!/bin/sh\necho \"$1\" > " + opened + "\nexit " + std::to_string(c.ends));
+        std::filesystem::permissions(opener, std::filesystem::perms::owner_all);
+        a.platform.toolkit().setReach([&](std::string_view) { return c.isReached; });
+        for (int times : {1, 2}) {
+            a.button(c.button).click();
+            const bool isDone = waitFor([&] {
+                return c.isHandedOn == std::filesystem::exists(opened) && (!c.document || window(c.document)) &&
+                       said(a.page).starts_with(c.message) && said(a.page).empty() == !*c.message;
+            });
+            CHECK_EQ(std::string(isDone ? "" : c.name), "");
+            CHECK(times && c.isHandedOn == std::filesystem::remove(opened));
+        }
+        if (QWidget* document = c.document ? window(c.document) : nullptr) QTest::keyClick(document, Qt::Key_Escape);
+        settle();
+    }
+    // A link is said to lead nowhere where it was followed.
+    check::writeFile(opener, "#!/bin/sh\nexit 4");
+    a.platform.toolkit().openURL("https://a.example/", a.pane.bundle().resourcePath("RegEx Help", "rtfd").value());
+    REQUIRE(waitFor([&] { return window("Help on expressions"); }));
+    QWidget& help = *window("Help on expressions");
+    auto& text = *help.findChild<QTextBrowser*>();
+    for (QWidget* asked : {&help, &a.page}) {
+        asked->activateWindow();
+        Q_EMIT text.anchorClicked(QUrl(QStringLiteral("https://b.example/c%20d")));
+        CHECK(waitFor([&] { return said(*asked) == "Nothing was found that opens https://b.example/c%20d."; }));
+    }
 }

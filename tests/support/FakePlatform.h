@@ -45,7 +45,9 @@ struct Toolkit final : Noting<platform::InterfaceToolkit> {
         panelDidEnd = std::move(didEnd);
     }
     void showFontPanel(int paneTag) override { journal_.push_back("font panel " + std::to_string(paneTag)); }
-    void openURL(std::string_view url) override { journal_.push_back("open " + std::string(url)); }
+    void openURL(std::string_view url, std::string_view copy) override {
+        journal_.push_back("open " + std::string(url) + (copy.empty() ? "" : ", else " + std::string(copy)));
+    }
     void openFile(std::string_view path) override { journal_.push_back("open " + std::string(path)); }
     // Fills the owner's outlets with what the test prepared; without it there are no interface files.
     std::unique_ptr<LoadedInterface> loadInterface(const platform::Bundle&, std::string_view name,
@@ -76,6 +78,7 @@ struct Host final : Noting<platform::PaneHost> {
     using Noting::Noting;
     void replyToShouldUnselect(bool may) override { journal_.push_back(may ? "reply yes" : "reply no"); }
     void entryWasRemoved(std::string_view name) override { journal_.push_back("gone " + std::string(name)); }
+    void fontManagerIsMissing() override { journal_.push_back("no font manager"); }
 };
 
 struct FakeAlias final : CVAlias {

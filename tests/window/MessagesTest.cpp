@@ -45,7 +45,7 @@ struct Stage {
         if (what == "report") return service.report(reportOf(w));
         if (what == "stays") return void(service.answer = reportOf(w));
         if (what == "pass") return runLoop.advance(w.value().realValue());
-        if (what == "removed") return messages.entryWasRemoved(w.next());
+        if (what == "say") return messages.sayOfAction(w.next());
         if (what == "act") return messages.userActed();
         if (what == "try") return messages.tryAgain();
         if (what == "close") return messages.closeCurrent();

@@ -73,7 +73,10 @@ def test(session):
     another_home_has_a_window_of_its_own(session, host)
     host.kill()  # which is no obstacle
     host.wait()
-    session.close(session.open_pane(), "ctrl+w")
+    host = session.open_pane()
+    session.key("alt+v", "alt+r")
+    session.wait_for_window("Typeslate Read Me")  # which goes with the pane's
+    session.close(host, "ctrl+w")
 
 
 windowtest.run(test)
