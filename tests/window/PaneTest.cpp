@@ -205,7 +205,12 @@ TEST(LeavingGivesTheIconBackAndTakesAHalfTypedNumber) {
     const qint64 icon = QApplication::windowIcon().cacheKey();
     Opened pane;
     CHECK(QApplication::windowIcon().cacheKey() != icon);
+    // Not before its sheet has ended, and by itself then.
+    QDialog& sheet = pane.openSheet(2, "aboutButton");
     pane.window.close();
+    CHECK(pane.window.isVisible());
+    QTest::keyClick(&sheet, Qt::Key_Escape);
+    CHECK(waitFor([&] { return !pane.window.isVisible(); }));
     CHECK_EQ(QApplication::windowIcon().cacheKey(), icon);
     { host::HostPlatform().preferences().setValue("k", 1, "d"); }  // written at the end of its host
     CHECK_EQ(pane.platform.preferences().copyValue("k", "d"), PropertyList(1));
