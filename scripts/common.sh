@@ -6,7 +6,7 @@ preset=release
 build=$root/build/$preset
 
 # A line of scripts/packages.txt is a package name; "test:" before it marks one that only ./check needs, "package:" one
-# that only ./package does.
+# that only ./package does; "?" after it one that not every release has.
 wanted_packages() { # kinds...
   local line
   while read -r line; do
@@ -15,8 +15,12 @@ wanted_packages() { # kinds...
       *:*) [[ " $* " == *" ${line%%:*} "* ]] && echo "${line#*:}" ;;
       *) echo "$line" ;;
     esac
-  done <"$root/scripts/packages.txt"
+  done <"$root/scripts/packages.txt" | while read -r line; do
+    if [[ $line != *'?' ]]; then echo "$line"; elif is_offered "${line%'?'}"; then echo "${line%'?'}"; fi
+  done
 }
+
+is_offered() { apt-cache pkgnames "$1" 2>/dev/null | grep -xF -e "$1" >/dev/null; }
 
 missing_packages() {
   local wanted

@@ -21,21 +21,18 @@ public:
                       SignalReceiver::Handler handler)
         : latest_(latest), handler_(std::move(handler)) {
         auto hold = [this](const QDBusMessage& message) { latest_.hold(handler_, message); };
-        receiver_.reset(new SignalReceiver(std::move(bus), kNotificationPath, kNotificationInterface,
-                                           kNotificationMember, arguments, kSignature,
-                                           delivery == Delivery::Latest ? hold : handler_));
+        receiver_ = new SignalReceiver(std::move(bus), kNotificationPath, kNotificationInterface, kNotificationMember,
+                                       arguments, kSignature, delivery == Delivery::Latest ? hold : handler_);
     }
-    // Its own handler may end it, and Qt is still in the receiver's slot then.
     ~SignalObservation() override {
         latest_.forget(handler_);
-        receiver_->stop();
-        receiver_.release()->deleteLater();
+        receiver_->retire();
     }
 
 private:
     LatestMessages& latest_;
     const SignalReceiver::Handler handler_;
-    std::unique_ptr<SignalReceiver> receiver_;
+    SignalReceiver* receiver_;
 };
 
 Notification notificationOf(const QDBusMessage& message) {

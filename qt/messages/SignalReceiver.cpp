@@ -14,15 +14,21 @@ SignalReceiver::SignalReceiver(QDBusConnection bus, const char* path, const char
     bus_.connect(QString(), path_, interface_, member_, arguments_, QString(), this, SLOT(receive(QDBusMessage)));
 }
 
-void SignalReceiver::stop() {
+void SignalReceiver::retire() {
     handler_ = nullptr;
     bus_.disconnect(QString(), path_, interface_, member_, arguments_, QString(), this, SLOT(receive(QDBusMessage)));
+    if (handling_)
+        deleteLater();
+    else
+        delete this;
 }
 
 void SignalReceiver::receive(const QDBusMessage& message) {
     if (!handler_ || message.signature() != signature_) return;
     Handler handler = handler_;  // it may end the observation that holds it
+    ++handling_;
     handler(message);
+    --handling_;
 }
 
 }  // namespace qt

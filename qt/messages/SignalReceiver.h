@@ -19,8 +19,10 @@ public:
     SignalReceiver(QDBusConnection bus, const char* path, const char* interface, const char* member,
                    const QStringList& arguments, const char* signature, Handler handler);
 
-    // Nothing is handed on from now on, signals on their way included.
-    void stop();
+    // Nothing is handed on from now on, signals on their way included. Deletes the receiver: at once, or later when
+    // this is its own handler's doing. A bus asks its thread about each receiver that goes, and waits for ever once
+    // that thread has ended, so none may be left to the end of the application.
+    void retire();
 
 private Q_SLOTS:
     void receive(const QDBusMessage& message);
@@ -31,6 +33,7 @@ private:
     QStringList arguments_;
     QString signature_;
     Handler handler_;
+    int handling_ = 0;  // depth
 };
 
 }  // namespace qt

@@ -100,6 +100,7 @@ class Session:
 
     def start_window_manager(self):
         signal.pthread_sigmask(signal.SIG_BLOCK, {signal.SIGUSR1})
+        signal.signal(signal.SIGUSR2, signal.SIG_IGN)  # newer ones send it, too
         self.start("icewm", "--notify", stderr=subprocess.DEVNULL)
         assert signal.sigtimedwait({signal.SIGUSR1}, LIMIT), "the window manager did not start"
 
