@@ -6,7 +6,7 @@ from settingsapps import MODULE, SHELL, TITLE, start, turn_to, windowtest
 from windowtest import broadcast, notified
 
 GLOBAL = {"Name": "Global", "Type": "Global", "Settings": {"Enabled": True, "HierarchicalMenu": False, "Kept": 7}}
-OTHER, OTHER_TITLE = "netpref", "Connection Preferences"
+OTHER, OTHER_TITLE = "kcm_filetypes", "File Associations"
 
 
 def toggle(session, changes):

@@ -58,6 +58,17 @@ class InstallTest(unittest.TestCase):
                 self.assertNotRegex(self.run_installed(*command), "(?i)(warning|error): ")
         self.assertTrue(pages)
 
+    def test_the_installed_texts_lead_to_texts_that_are_there(self):
+        texts = [self.prefix / f"share/doc/TypeslatePane/{name}" for name in ("README.md", "docs/updates.md")]
+        for text in texts:
+            for link in re.findall(r"\]\((?!https?:)([^)#]+)", text.read_text()):
+                linked = text.parent / link
+                self.assertTrue(linked.is_file(), f"{text.name}: {link}")
+                if linked.suffix == ".md" and linked not in texts:
+                    texts.append(linked)
+        self.assertGreater(len(texts), 8)
+        self.assertNotIn("./check", texts[0].read_text())
+
     def test_versions_agree(self):
         changelog = (SOURCE / "packaging/debian/changelog").read_text()
         self.assertEqual(re.match(r"typeslate-settings \(([^)]*)\)", changelog)[1], VERSION)
