@@ -10,8 +10,10 @@ namespace kcm {
 
 std::string PanePage::load(const std::string& bundlePath) {
     std::string problem = pane_.load(bundlePath);
-    // The application has margins of its own around a page.
+#if QT_VERSION_MAJOR < 6
+    // Up to Plasma 5 the application has margins of its own around a page.
     if (problem.empty() && pane_.root().layout()) pane_.root().layout()->setContentsMargins(0, 0, 0, 0);
+#endif
     return problem;
 }
 
