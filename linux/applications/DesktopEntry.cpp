@@ -64,6 +64,9 @@ public:
     std::string text(const std::string& key) const {
         if (!has(key.c_str())) return {};
         Owned<char> value(g_key_file_get_string(file_.get(), kGroup, key.c_str(), nullptr));
+        // Newer versions of GLib give nothing for an escape that is none.
+        if (!value) value.reset(g_key_file_get_value(file_.get(), kGroup, key.c_str(), nullptr));
+        if (value && !g_utf8_validate(value.get(), -1, nullptr)) return {};
         std::string_view text = value ? value.get() : "";
         return std::string(text.size() > kMaximumDesktopEntryValue ? "" : text);
     }

@@ -19,6 +19,8 @@ public:
     // The dialog takes the content out of its parent, whose child it becomes.
     explicit QtPanel(QWidget& content);
 
+    // Of a dialog, newer versions of Qt do not note who has shown or hidden it.
+    bool isHidden() const override { return widget_.isHidden(); }
     platform::Rect frame() const override { return {{}, contentSize()}; }
     void setFrame(const platform::Rect& frame) override { setContentSize(frame.size); }
     platform::Size contentSize() const override;

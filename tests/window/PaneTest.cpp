@@ -75,7 +75,7 @@ struct Opened : Home {
         platform.preferences().setValue("Default Exclusions Version", 1000, kDomain);
         REQUIRE(window.load(kBundle).empty());
         window.show();
-        QApplication::setActiveWindow(&window);
+        window.activateWindow();
         settle();
     }
     QDialog& openSheet(int tab, const char* button) {
@@ -218,7 +218,7 @@ TEST(LeavingGivesTheIconBackAndTakesAHalfTypedNumber) {
     host::LoadedPane page(pane.platform, pane.window, pane.page);
     REQUIRE(page.load(kBundle).empty());
     pane.page.show();
-    QApplication::setActiveWindow(&pane.page);
+    pane.page.activateWindow();
     page.select();
     auto& size = in<QSpinBox>(pane.page, "perAppFontSize");
     if (!size.isEnabled()) in<QCheckBox>(pane.page, "perAppShowSize").click();
