@@ -44,6 +44,19 @@ std::string linesOfInterest(std::string_view bytes, const char* const* languages
     return lines;
 }
 
+// As GLib did up to 2.76. Newer versions give no value at all when there is an escape in it that is none, such as the
+// \" that many commands have.
+std::string unescaped(std::string_view value) {
+    static constexpr std::string_view kEscapes = "sntr\\", kMeanings = " \n\t\r\\";
+    std::string text;
+    for (std::size_t i = 0; i < value.size(); ++i) {
+        std::size_t escape = value[i] == '\\' && i + 1 < value.size() ? kEscapes.find(value[i + 1]) : kEscapes.npos;
+        text += escape == kEscapes.npos ? value[i] : kMeanings[escape];
+        if (escape != kEscapes.npos) ++i;
+    }
+    return text;
+}
+
 class MainGroup {
 public:
     explicit MainGroup(bool isTranslated) : languages_(isTranslated ? g_get_language_names() : &kNone) {}
@@ -63,12 +76,10 @@ public:
     // Empty when there is none, when it is no UTF-8, and when it is too long.
     std::string text(const std::string& key) const {
         if (!has(key.c_str())) return {};
-        Owned<char> value(g_key_file_get_string(file_.get(), kGroup, key.c_str(), nullptr));
-        // Newer versions of GLib give nothing for an escape that is none.
-        if (!value) value.reset(g_key_file_get_value(file_.get(), kGroup, key.c_str(), nullptr));
-        if (value && !g_utf8_validate(value.get(), -1, nullptr)) return {};
-        std::string_view text = value ? value.get() : "";
-        return std::string(text.size() > kMaximumDesktopEntryValue ? "" : text);
+        Owned<char> value(g_key_file_get_value(file_.get(), kGroup, key.c_str(), nullptr));
+        if (!value || !g_utf8_validate(value.get(), -1, nullptr)) return {};
+        std::string text = unescaped(value.get());
+        return text.size() > kMaximumDesktopEntryValue ? std::string() : text;
     }
     // GLib's own way to a translation makes up messages, too.
     std::string translated(const std::string& key) const {
