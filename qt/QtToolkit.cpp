@@ -45,15 +45,27 @@ ImageRef QtToolkit::genericApplicationIcon() {
     return genericIcon_;
 }
 
+void QtToolkit::setWindow(QWidget* window) {
+    window_ = window;
+    firstPaint_ = window ? std::make_unique<FirstPaint>(*window, [this] { showApplicationIcon(); }) : nullptr;
+}
+
 ImageRef QtToolkit::applicationIcon() {
+    if (postponedIcon_) return postponedIcon_;
     QIcon icon = QApplication::windowIcon();
     return icon.isNull() ? genericApplicationIcon() : std::make_shared<QtImage>(icon);
 }
 
-// Given back, what stood in for no icon is no icon again.
 void QtToolkit::setApplicationIcon(const ImageRef& image) {
-    const QtImage* given = QtImage::of(image);
-    if (given) QApplication::setWindowIcon(image == genericIcon_ ? QIcon() : given->icon());
+    if (!QtImage::of(image)) return;
+    postponedIcon_ = image;
+    if (!window_ || firstPaint_->isOver()) showApplicationIcon();
+}
+
+// Given back, what stood in for no icon is no icon again.
+void QtToolkit::showApplicationIcon() {
+    const ImageRef image = std::exchange(postponedIcon_, nullptr);
+    if (image) QApplication::setWindowIcon(image == genericIcon_ ? QIcon() : QtImage::of(image)->icon());
 }
 
 void QtToolkit::runAlert(std::string_view title, std::string_view message) {

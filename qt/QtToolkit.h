@@ -5,6 +5,7 @@
 #pragma once
 
 #include "platform/InterfaceToolkit.h"
+#include "qt/controls/FirstPaint.h"
 #include "qt/images/QtImage.h"
 #include "qt/sheets/ApplicationChooser.h"
 
@@ -27,7 +28,8 @@ public:
     explicit QtToolkit(IconNameFinder iconName) : iconName_(std::move(iconName)) {}
     ~QtToolkit() override;  // closes the documents that it has opened
     // Alerts, choosers and the font panel stand on this window, which may go before this object. Null: on none.
-    void setWindow(QWidget* window) { window_ = window; }
+    // The host's icon is set once the window has been painted, which need not wait for it.
+    void setWindow(QWidget* window);
     // The toolkit's own dialogs speak with this bundle's localised strings. It outlives them; null: in English.
     void setTexts(const platform::Bundle* texts) { texts_ = texts; }
 
@@ -78,6 +80,8 @@ private:
     bool showDocument(const QString& folder);
     void tellFailure(const std::string& text);
 
+    void showApplicationIcon();
+
     IconNameFinder iconName_;
     ApplicationLister listApplications_;
     Reach reach_;
@@ -88,6 +92,8 @@ private:
     QPointer<QWidget> window_;
     Cache images_, workspaceIcons_;
     platform::ImageRef genericIcon_;
+    platform::ImageRef postponedIcon_;  // of the host; null: the application has it
+    std::unique_ptr<FirstPaint> firstPaint_;
 };
 
 }  // namespace qt

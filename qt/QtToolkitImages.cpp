@@ -11,16 +11,17 @@ namespace {
 
 QSize sizeOf(const QtImage* image) {
     constexpr QSize kLargest(QtToolkit::kLargestImage, QtToolkit::kLargestImage);
+    if (image && image->knownSize().isValid()) return image->knownSize();
     if (!image || image->icon().isNull()) return {0, 0};
     // A drawing has any size.
     return image->icon().availableSizes().isEmpty() ? kLargest : image->icon().actualSize(kLargest);
 }
 
-QImage picture(const QtImage& image) {
-    QImage canvas(sizeOf(&image), QImage::Format_ARGB32_Premultiplied);
+QImage picture(const ImageRef& image) {
+    QImage canvas(sizeOf(QtImage::of(image)), QImage::Format_ARGB32_Premultiplied);
     canvas.fill(Qt::transparent);
     QPainter painter(&canvas);
-    image.icon().paint(&painter, canvas.rect());
+    QtImage::of(image)->icon().paint(&painter, canvas.rect());
     return canvas;
 }
 
@@ -38,16 +39,18 @@ Size QtToolkit::imageSize(const ImageRef& image) {
 
 ImageRef QtToolkit::imageByDrawing(const ImageRef& base, const ImageRef& image, const Rect& destination,
                                    const Rect& source) {
-    const QtImage* below = QtImage::of(base);
-    const QtImage* above = QtImage::of(image);
-    if (!below || !above || sizeOf(below).isEmpty() || sizeOf(above).isEmpty()) return base;
-    QImage canvas = picture(*below);
-    QImage drawn = picture(*above);
-    QPainter painter(&canvas);
-    painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    painter.drawImage(flipped(destination, canvas.height()), drawn, flipped(source, drawn.height()));
-    painter.end();
-    return std::make_shared<QtImage>(QIcon(QPixmap::fromImage(canvas)));
+    const QSize size = sizeOf(QtImage::of(base));
+    if (size.isEmpty() || sizeOf(QtImage::of(image)).isEmpty()) return base;
+    auto draw = [base, image, destination, source] {
+        QImage canvas = picture(base);
+        QImage drawn = picture(image);
+        QPainter painter(&canvas);
+        painter.setRenderHint(QPainter::SmoothPixmapTransform);
+        painter.drawImage(flipped(destination, canvas.height()), drawn, flipped(source, drawn.height()));
+        painter.end();
+        return QIcon(QPixmap::fromImage(canvas));
+    };
+    return std::make_shared<QtImage>(draw, size);
 }
 
 }  // namespace qt

@@ -9,6 +9,8 @@
 #include "host/panehost/WindowPlace.h"
 #include "linux/texts/Localized.h"
 #include "qt/EndSignals.h"
+#include "qt/QtToolkit.h"
+#include "qt/images/QtImage.h"
 
 #include <QApplication>
 #include <QFileInfo>
@@ -67,6 +69,12 @@ void choosePlatform(const host::Request& request) {
     } else if (qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")) {
         refuseWithoutDisplay();
     }
+}
+
+// Its size is known, so that reading it can wait for the window.
+platform::ImageRef ownIcon() {
+    constexpr QSize kSize(128, 128);
+    return std::make_shared<qt::QtImage>([] { return QIcon(QStringLiteral(":/panehost.png")); }, kSize);
 }
 
 // Each pane has a size of its own.
@@ -135,7 +143,6 @@ int main(int argc, char** argv) {
     application.setApplicationName(QStringLiteral("panehost"));
     application.setApplicationVersion(QStringLiteral(TYPESLATE_VERSION));
     application.setDesktopFileName(QLatin1String(kApplicationId));
-    application.setWindowIcon(QIcon(QStringLiteral(":/panehost.png")));
     host::chooseLook(request.dark);
     const std::unique_ptr<QTranslator> toolkitTexts = host::toolkitTexts(request.bundle.toStdString());
 
@@ -146,6 +153,8 @@ int main(int argc, char** argv) {
     }
     host::HostPlatform platform;
     host::PaneWindow window(platform);
+    platform.setWindow(&window);
+    platform.toolkit().setApplicationIcon(ownIcon());
     if (std::string problem = window.load(request.bundle.toStdString()); !problem.empty()) {
         std::fprintf(stderr, "panehost: %s\n", problem.c_str());
         return kRefused;

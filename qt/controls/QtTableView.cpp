@@ -22,7 +22,8 @@ QtTableView::QtTableView(QTableView& widget, InterfaceOwner& owner)
       owner_(owner),
       model_(*this, widget.property("columnIdentifiers").toStringList(), widget.property("columnTitles").toStringList(),
              nullptr),
-      delegate_(model_, nullptr) {
+      delegate_(model_, nullptr),
+      firstPaint_(*widget.viewport(), [this] { showPostponedImages(); }) {
     widget.setModel(&model_);
     widget.setItemDelegate(&delegate_);
     widget.setSelectionBehavior(QAbstractItemView::SelectRows);
@@ -188,10 +189,6 @@ bool QtTableView::eventFilter(QObject* object, QEvent* event) {
         case QEvent::DragMove:
         case QEvent::Drop:
             return onViewport && handleDrag(event);
-        case QEvent::Paint:
-            if (onViewport && !std::exchange(wasPainted_, true))
-                QTimer::singleShot(0, this, [this] { showPostponedImages(); });
-            return false;
         case QEvent::KeyPress:
             return !onViewport && handleKey(*static_cast<QKeyEvent*>(event));
         case QEvent::ContextMenu:

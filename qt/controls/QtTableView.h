@@ -9,6 +9,7 @@
 
 #include "qt/controls/CellDelegate.h"
 #include "qt/controls/CellModel.h"
+#include "qt/controls/FirstPaint.h"
 #include "qt/controls/WidgetView.h"
 
 #include <QTableView>
@@ -49,12 +50,12 @@ private:
     platform::InterfaceOwner& owner_;
     CellModel model_;
     CellDelegate delegate_;
+    FirstPaint firstPaint_;
     std::function<void(const platform::InterfaceNotification&)> observer_;
     std::string doubleAction_;
     int announcedRow_ = -1;
     bool needsRows_ = false;
     bool isLoading_ = false;
-    bool wasPainted_ = false;
 };
 
 }  // namespace qt

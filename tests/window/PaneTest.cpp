@@ -204,7 +204,7 @@ TEST(LeavingGivesTheIconBackAndTakesAHalfTypedNumber) {
     QApplication::setWindowIcon(QIcon(QPixmap(16, 16)));
     const qint64 icon = QApplication::windowIcon().cacheKey();
     Opened pane;
-    CHECK(QApplication::windowIcon().cacheKey() != icon);
+    CHECK(waitFor([icon] { return QApplication::windowIcon().cacheKey() != icon; }));
     // Not before its sheet has ended, and by itself then.
     QDialog& sheet = pane.openSheet(2, "aboutButton");
     pane.window.close();
