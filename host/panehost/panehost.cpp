@@ -10,6 +10,7 @@
 #include "linux/texts/Localized.h"
 #include "qt/EndSignals.h"
 #include "qt/QtToolkit.h"
+#include "qt/images/FileIcons.h"
 #include "qt/images/QtImage.h"
 
 #include <QApplication>
@@ -74,7 +75,7 @@ void choosePlatform(const host::Request& request) {
 // Its size is known, so that reading it can wait for the window.
 platform::ImageRef ownIcon() {
     constexpr QSize kSize(128, 128);
-    return std::make_shared<qt::QtImage>([] { return QIcon(QStringLiteral(":/panehost.png")); }, kSize);
+    return std::make_shared<qt::QtImage>([] { return qt::iconOfImageFile(QStringLiteral(":/panehost.png")); }, kSize);
 }
 
 // Each pane has a size of its own.

@@ -7,13 +7,13 @@
 #include "qt/controls/QtTextView.h"
 #include "qt/controls/StatusText.h"
 #include "qt/controls/UserActions.h"
+#include "qt/images/FileIcons.h"
 #include "qt/sheets/QtPanel.h"
 #include "qt/texts/InterfaceTexts.h"
 #include "qt/texts/PlainToolTips.h"
 
 #include <QCoreApplication>
 #include <QFile>
-#include <QIcon>
 #include <QKeyEvent>
 #include <QTextBrowser>
 #include <QUiLoader>
@@ -55,7 +55,7 @@ void showImage(QWidget& widget, const Bundle& resources) {
     if (!label || file.empty()) return;
     auto path = resources.resourcePath(file, "");
     int extent = widget.property("imageExtent").toInt();
-    if (path) label->setPixmap(QIcon(toQString(*path)).pixmap(extent, extent));
+    if (path) label->setPixmap(iconOfImageFile(toQString(*path)).pixmap(extent, extent));
 }
 
 // A line whose file gives it a direction has texts that run so whichever letters are in them, such as expressions. Of a

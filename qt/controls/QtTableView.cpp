@@ -24,6 +24,8 @@ QtTableView::QtTableView(QTableView& widget, InterfaceOwner& owner)
              nullptr),
       delegate_(model_, nullptr),
       firstPaint_(*widget.viewport(), [this] { showPostponedImages(); }) {
+    widget.horizontalHeader()->hide();  // before they have anything to measure
+    widget.verticalHeader()->hide();
     widget.setModel(&model_);
     widget.setItemDelegate(&delegate_);
     widget.setSelectionBehavior(QAbstractItemView::SelectRows);
@@ -32,8 +34,6 @@ QtTableView::QtTableView(QTableView& widget, InterfaceOwner& owner)
     widget.setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
     widget.setShowGrid(false);
     widget.setTabKeyNavigation(false);
-    widget.horizontalHeader()->hide();
-    widget.verticalHeader()->hide();
     widget.verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     widget.horizontalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     widget.horizontalHeader()->setSectionResizeMode(model_.columnCount() - 1, QHeaderView::Stretch);

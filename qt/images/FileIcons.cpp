@@ -5,6 +5,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QImageReader>
 #include <QMimeDatabase>
 #include <QPainter>
 #include <QSvgRenderer>
@@ -19,6 +20,13 @@ QByteArray contentsOf(const QString& path, qint64 limit) {
 }
 
 QIcon iconOfSvg(const QString& path) { return QSvgRenderer(path).isValid() ? QIcon(path) : QIcon(); }
+
+// The toolkit's own way to an icon asks every image plug-in there is.
+QIcon iconOfPicture(const QString& path) {
+    QImageReader reader;
+    openPicture(reader, path);
+    return reader.autoDetectImageFormat() ? QIcon(path) : QIcon(QPixmap::fromImageReader(&reader));
+}
 
 QIcon iconOfKind(const QString& path) {
     QMimeType type = QMimeDatabase().mimeTypeForFile(path, QMimeDatabase::MatchExtension);
@@ -52,7 +60,7 @@ QIcon iconOfImageFile(const QString& path) {
     if (path.endsWith(QStringLiteral(".icns"), Qt::CaseInsensitive))
         return iconFromContainer(contentsOf(path, kLargestContainer));
     if (!isHarmlessPicture(path)) return {};
-    return path.endsWith(QStringLiteral(".svg"), Qt::CaseInsensitive) ? iconOfSvg(path) : QIcon(path);
+    return path.endsWith(QStringLiteral(".svg"), Qt::CaseInsensitive) ? iconOfSvg(path) : iconOfPicture(path);
 }
 
 QIcon iconNamed(const QString& name) {

@@ -40,13 +40,24 @@ bool isHarmlessDrawing(const QByteArray& svg) {
     return !reader.hasError();
 }
 
+void openPicture(QImageReader& reader, const QString& path) {
+    reader.setFileName(path);
+    reader.setFormat("PNG");
+    reader.setAutoDetectImageFormat(false);
+    if (reader.canRead()) return;
+    reader.setFileName(path);  // which forgets what it found out
+    reader.setFormat({});
+    reader.setAutoDetectImageFormat(true);
+}
+
 bool isHarmlessPicture(const QString& path) {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) return false;
     const QByteArray start = file.peek(256);
     if (path.endsWith(QStringLiteral(".svg"), Qt::CaseInsensitive) || isDrawing(start))
         return file.size() <= kLargestDrawing && isHarmlessDrawing(file.readAll());
-    QImageReader reader(path);  // by its name, without which every plug-in there is would be loaded and asked
+    QImageReader reader;
+    openPicture(reader, path);
     const QSize size = reader.size();
     return reader.canRead() && std::max(size.width(), size.height()) <= kLargestPicture;
 }
