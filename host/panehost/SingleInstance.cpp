@@ -22,11 +22,16 @@ QString objectPathOf(const QString& id) {
 }  // namespace
 
 SingleInstance::SingleInstance(const QString& id, const QString& scene)
-    : id_(id), path_(objectPathOf(id)), scene_(scene), bus_(qt::sessionBusConnection(id)) {}
+    : id_(id), path_(objectPathOf(id)), scene_(scene), connecting_(qt::connectToSessionBus(id)), bus_(id) {}
 
-SingleInstance::~SingleInstance() { QDBusConnection::disconnectFromBus(bus_.name()); }
+SingleInstance::~SingleInstance() {
+    if (connecting_.valid()) connecting_.wait();
+    QDBusConnection::disconnectFromBus(id_);
+}
 
 bool SingleInstance::handOver(QVariantMap platformData) {
+    connecting_.get();
+    bus_ = QDBusConnection(id_);
     if (!bus_.isConnected()) return false;
     bus_.registerVirtualObject(path_, this);
     // Whoever has the name keeps it, and the bus takes it from the dead.

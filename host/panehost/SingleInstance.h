@@ -8,18 +8,20 @@
 #include <QVariantMap>
 
 #include <functional>
+#include <future>
 
 namespace host {
 
 class SingleInstance final : public QDBusVirtualObject {
 public:
     // The id is the bus name, and with slashes the object's path. Starts whose scenes differ (another pane, display or
-    // home) cannot stand in for one another.
+    // home) cannot stand in for one another. Connects on a thread meanwhile.
     SingleInstance(const QString& id, const QString& scene);
     ~SingleInstance() override;
 
-    // Makes this process the first, or asks the one that is to come forward. True: it does, and nothing is left to do
-    // here. False where there is no bus, no first, one of another scene, or one that does not answer within seconds.
+    // To be called once. Makes this process the first, or asks the one that is to come forward. True: it does, and
+    // nothing is left to do here. False where there is no bus, no first, one of another scene, or one that does not
+    // answer within seconds.
     bool handOver(QVariantMap platformData);
 
     // Told what a later start or a desktop hands over; requests that come before wait for the handler and its loop.
@@ -30,6 +32,7 @@ private:
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override;
 
     const QString id_, path_, scene_;
+    std::future<void> connecting_;  // valid until the hand-over
     QDBusConnection bus_;
     std::function<void(const QVariantMap&)> handler_ = [](const QVariantMap&) {};
 };

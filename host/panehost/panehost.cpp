@@ -144,15 +144,13 @@ int main(int argc, char** argv) {
     application.setApplicationName(QStringLiteral("panehost"));
     application.setApplicationVersion(QStringLiteral(TYPESLATE_VERSION));
     application.setDesktopFileName(QLatin1String(kApplicationId));
+    std::unique_ptr<host::SingleInstance> instance;
+    if (QString scene = sceneOf(request); !scene.isEmpty())
+        instance = std::make_unique<host::SingleInstance>(QLatin1String(kApplicationId), scene);
     host::chooseLook(request.dark);
     const std::unique_ptr<QTranslator> toolkitTexts = host::toolkitTexts(request.bundle.toStdString());
-
-    std::unique_ptr<host::SingleInstance> instance;
-    if (QString scene = sceneOf(request); !scene.isEmpty()) {
-        instance = std::make_unique<host::SingleInstance>(QLatin1String(kApplicationId), scene);
-        if (wasHandedOver(*instance, request, tokens)) return 0;
-    }
     host::HostPlatform platform;
+    if (instance && wasHandedOver(*instance, request, tokens)) return 0;
     host::PaneWindow window(platform);
     platform.setWindow(&window);
     platform.toolkit().setApplicationIcon(ownIcon());

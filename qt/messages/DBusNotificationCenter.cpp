@@ -48,11 +48,16 @@ QString argumentToMatch(std::string_view text) { return text.empty() ? QString()
 
 DBusNotificationCenter::DBusNotificationCenter(Log& log) : log_(log), connectionName_(freshConnectionName()) {
     registerDBusTypes();
+    connecting_ = connectToSessionBus(connectionName_);
 }
 
-DBusNotificationCenter::~DBusNotificationCenter() { QDBusConnection::disconnectFromBus(connectionName_); }
+DBusNotificationCenter::~DBusNotificationCenter() {
+    if (connecting_.valid()) connecting_.wait();
+    QDBusConnection::disconnectFromBus(connectionName_);
+}
 
 QDBusConnection DBusNotificationCenter::bus() {
+    if (connecting_.valid()) connecting_.get();
     QDBusConnection connection = sessionBusConnection(connectionName_);
     if (!connection.isConnected() && !std::exchange(saidUnreachable_, true))
         log_("No session bus can be reached: changes are not announced");

@@ -16,14 +16,22 @@ QString address() {
     return QFileInfo::exists(socket) ? QStringLiteral("unix:path=") + socket : QString();
 }
 
+QDBusConnection connectedTo(const QString& bus, const QString& name) {
+    if (bus.isEmpty()) return QDBusConnection(name);
+    QDBusConnection::disconnectFromBus(name);
+    return QDBusConnection::connectToBus(bus, name);
+}
+
 }  // namespace
 
 QDBusConnection sessionBusConnection(const QString& name) {
     QDBusConnection kept(name);
-    QString bus = kept.isConnected() ? QString() : address();
-    if (bus.isEmpty()) return kept;
-    QDBusConnection::disconnectFromBus(name);
-    return QDBusConnection::connectToBus(bus, name);
+    return kept.isConnected() ? kept : connectedTo(address(), name);
+}
+
+// Whoever asks changes the environment perhaps, so it is read here.
+std::future<void> connectToSessionBus(const QString& name) {
+    return std::async([bus = address(), name] { connectedTo(bus, name); });
 }
 
 QString freshConnectionName() {
