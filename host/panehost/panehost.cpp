@@ -15,6 +15,7 @@
 
 #include <QApplication>
 #include <QFileInfo>
+#include <QFontMetrics>
 #include <QTabWidget>
 
 #include <dlfcn.h>
@@ -49,6 +50,12 @@ std::thread readingFontConfiguration() {
         auto initialize = library ? reinterpret_cast<int (*)()>(dlsym(library, "FcInit")) : nullptr;
         if (initialize) initialize();
     });
+}
+
+// Qt lists the fonts at the first text, and lets any thread measure one.
+std::jthread listingFonts() {
+    const QFont font = QApplication::font();
+    return std::jthread([font = QFont(font.family(), font.pointSize())] { QFontMetrics(font).height(); });
 }
 
 // Qt aborts with its own message when no window system answers.
@@ -140,6 +147,7 @@ int main(int argc, char** argv) {
     std::thread fonts = readingFontConfiguration();
     QApplication application(argc, argv);
     fonts.join();
+    const std::jthread fontList = listingFonts();
     qInstallMessageHandler(request.screenshot.isEmpty() ? nullptr : leaveOutLimits);
     application.setApplicationName(QStringLiteral("panehost"));
     application.setApplicationVersion(QStringLiteral(TYPESLATE_VERSION));
