@@ -3,11 +3,13 @@
 #include "qt/images/ForeignPicture.h"
 #include "qt/images/IconContainer.h"
 
+#include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
 #include <QImageReader>
 #include <QMimeDatabase>
 #include <QPainter>
+#include <QPixmapCache>
 #include <QSvgRenderer>
 
 namespace qt {
@@ -23,9 +25,16 @@ QIcon iconOfSvg(const QString& path) { return QSvgRenderer(path).isValid() ? QIc
 
 // The toolkit's own way to an icon asks every image plug-in there is.
 QIcon iconOfPicture(const QString& path) {
+    const QDateTime modified = QFileInfo(path).lastModified();
+    const QString key = path + QString::number(modified.toMSecsSinceEpoch());
+    QPixmap picture;
+    if (QPixmapCache::find(key, &picture)) return {picture};
     QImageReader reader;
     openPicture(reader, path);
-    return reader.autoDetectImageFormat() ? QIcon(path) : QIcon(QPixmap::fromImageReader(&reader));
+    if (reader.autoDetectImageFormat()) return QIcon(path);
+    picture = QPixmap::fromImageReader(&reader);
+    QPixmapCache::insert(key, picture);
+    return {picture};
 }
 
 QIcon iconOfKind(const QString& path) {
