@@ -1,5 +1,5 @@
-// The least that a window of the toolkit takes, and what one line of text adds: the peers of the settings pane's window.
-// With an argument it shows that text.
+// The least that a window of the toolkit takes, and what one line of text adds: the peers of the settings pane's
+// window. With an argument it shows that text.
 #include <QApplication>
 #include <QLabel>
 #include <QWidget>

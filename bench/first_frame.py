@@ -6,15 +6,18 @@ have that counted as paint. Wants an X server that shows nothing else, and libX1
 """
 import ctypes
 import os
+import plistlib
+import select
 import signal
 import statistics
 import subprocess
+import sys
 import time
 
 SUBSTRUCTURE_NOTIFY, CREATE_NOTIFY, MAP_NOTIFY, CONFIGURE_NOTIFY = 1 << 19, 16, 19, 22
 RAW_RECTANGLES, DAMAGE_NOTIFY = 0, 0
 SMALLEST = 100  # pixels each way of what counts as a window, and as paint
-PATIENCE = 30  # seconds
+PATIENCE = 10  # seconds
 
 IDENTIFIER = ctypes.c_ulong
 _head = [("type", ctypes.c_int), ("serial", ctypes.c_ulong), ("send_event", ctypes.c_int), ("display", ctypes.c_void_p)]
@@ -40,6 +43,25 @@ class _Event(ctypes.Union):
                 ("room", ctypes.c_long * 24)]
 
 
+def entry(number):
+    name = f"org.example.Application{number}"
+    return {"Name": f"Application {number}", "Type": "Identifier", "Data": name, "Identifier": name,
+            "Path": f"/usr/share/applications/{name}.desktop", "Settings": {"Enabled": True, "ShowSets": True}}
+
+
+def environment_with(count, build, home):
+    """Of a user with a new home and so many entries."""
+    os.mkdir(home)
+    environment = {key: value for key, value in os.environ.items() if not key.startswith("XDG_")}
+    environment.update(HOME=home, TYPESLATE_ROOT=home + "/root", TYPESLATE_UID="1000", XDG_RUNTIME_DIR=home)
+    entries = [{"Name": "Global", "Type": "Global", "Settings": {"Enabled": True}}]
+    entries += [entry(i) for i in range(1, count)]
+    subprocess.run([build + "/bin/typeslatectl", "defaults", "import", "com.tarnwick.typeslate", "-"], check=True,
+                   input=plistlib.dumps({"TheExcList": entries, "Added Default Exclusions": True,
+                                         "Default Exclusions Version": 1000}), env=environment)
+    return environment
+
+
 def _isLarge(area):
     return area.width >= SMALLEST and area.height >= SMALLEST
 
@@ -53,6 +75,7 @@ class Screen:
         self.display = ctypes.c_void_p(x.XOpenDisplay(None))
         root = IDENTIFIER(x.XDefaultRootWindow(self.display))
         x.XSelectInput(self.display, root, ctypes.c_long(SUBSTRUCTURE_NOTIFY))
+        self.connection = x.XConnectionNumber(self.display)
         first, errors = ctypes.c_int(), ctypes.c_int()
         if not damage.XDamageQueryExtension(self.display, ctypes.byref(first), ctypes.byref(errors)):
             raise SystemExit("the X server cannot tell what is painted")
@@ -66,18 +89,17 @@ class Screen:
         start = time.perf_counter()
         process = subprocess.Popen(command, env=environment, start_new_session=True, stdout=subprocess.DEVNULL,
                                    stderr=subprocess.DEVNULL)
-        signal.signal(signal.SIGALRM, lambda *_: os.killpg(process.pid, signal.SIGKILL) or exit(f"{command}: no window"))
-        signal.alarm(PATIENCE)
         try:
-            return self._wait(start)
+            return self._wait(start) or sys.exit(f"{command}: no window")
         finally:
-            signal.alarm(0)
             os.killpg(process.pid, signal.SIGKILL)
             process.wait()
 
     def _wait(self, start):
         event, large, mapped = _Event(), set(), None
         while True:
+            if not self.x.XPending(self.display) and not select.select([self.connection], [], [], PATIENCE)[0]:
+                return None
             self.x.XNextEvent(self.display, ctypes.byref(event))
             now = (time.perf_counter() - start) * 1e3
             if event.type in (CREATE_NOTIFY, CONFIGURE_NOTIFY):
@@ -97,3 +119,12 @@ def medians(commands, runs):
         for name, (command, environment) in commands.items():
             times[name].append(screen.times(command, environment))
     return {name: tuple(map(statistics.median, zip(*all[2:]))) for name, all in times.items()}
+
+
+def print_table(medians, peers, runs):
+    """Beside the figures how many times as long each takes as the named peers."""
+    print(f"{'':24} {'ms until mapped, painted':>26}" + "".join(f"{'times ' + peer:>26}" for peer in peers))
+    for name, times in medians.items():
+        print(f"{name[-24:]:24}{times[0]:18.1f}{times[1]:9.1f}" +
+              "".join(f"{times[0] / medians[peer][0]:19.2f}{times[1] / medians[peer][1]:7.2f}" for peer in peers))
+    print(f"(medians of {runs} runs each, which take turns)")
