@@ -57,6 +57,8 @@ TEST(ImagesOfEveryShippedKindAreReadAndOthersRefused) {
     };
     std::string many = "<use href='#a'/>";
     for (int i = 0; i < 6; ++i) many += many;
+    std::string red("\xFF\0\0", 3);
+    for (int i = 0; i < 10; ++i) red += red;
     const std::tuple<const char*, std::string, bool> cases[] = {
         {"a.png", png, true},
         {"a.svg", drawing(""), true},
@@ -66,6 +68,7 @@ TEST(ImagesOfEveryShippedKindAreReadAndOthersRefused) {
         {"style.svg", "<?xml-stylesheet href='a.css'?>" + drawing(""), false},
         {"used.svg", drawing("<defs><g id='a'/></defs><use href='#a'/><a href='http://b'/>"), true},
         {"bomb.svg", drawing(many), false},
+        {"a.ppm", "P6 32 32 255 " + red, true},
         {"wide.ppm", "P6 4097 1 255 " + std::string(3 * 4097, '\xFF'), false},
         {"one.icns", whole, true},
         {"b.svg", "<svg", false},
@@ -128,6 +131,7 @@ TEST(TheBadgeTakesTheLowerRightQuarterPixelByPixel) {
         CHECK_EQ(toolkit.imageSize(imageOf(base)).width, size);
         const ImageRef badged = toolkit.imageByDrawing(imageOf(base), imageOf(product),
                                                        {{size - side, 0}, {side, side}}, {{0, 0}, {size, size}});
+        CHECK_EQ(toolkit.imageSize(badged).width, size);
         const QImage result = QtImage::of(badged)->icon().pixmap(extent, extent).toImage();
         REQUIRE(result.size() == base.size());
         int wrong = 0;
