@@ -101,9 +101,11 @@ char* putUnit(char* out, std::uint32_t unit) {
 }  // namespace
 
 bool isASCII(std::string_view text) noexcept {
-    for (std::size_t i = asciiPrefix(text); i < text.size(); ++i)
-        if (static_cast<Byte>(text[i]) >= 0x80) return false;
-    return true;
+    if (text.size() >= 8) {  // the last eight bytes stand for those that make no whole word
+        std::string_view end = text.substr(text.size() - 8);
+        return asciiPrefix(text) + 8 > text.size() && asciiPrefix(end) == 8;
+    }
+    return std::ranges::none_of(text, [](char c) { return static_cast<Byte>(c) >= 0x80; });
 }
 
 std::size_t validUTF8Prefix(std::string_view text) noexcept {

@@ -28,31 +28,48 @@ public:
             if (objects_[i]->isContainer()) addReferences(*objects_[i]);
         numbers_.clear(0);
         if (isMerged_[kTexts] || isMerged_[kNumbers]) mergeEqual();
-        for (const Node* object : objects_) stored_ += PropertyListStorage::storedWeight(*object);
     }
 
     const std::vector<const Node*>& objects() const { return objects_; }
     const std::vector<std::uint32_t>& references() const { return references_; }
-    std::uint64_t stored() const { return stored_; }
+
+    // Whether the file may stand for a value of that weight.
+    bool warrants(std::uint64_t weight) const {
+        if (PropertyListStorage::warrants(0, weight)) return true;
+        std::uint64_t stored = 0;
+        for (const Node* object : objects_) stored += PropertyListStorage::storedWeight(*object);
+        return PropertyListStorage::warrants(stored, weight);
+    }
 
 private:
     enum Content { kTexts, kNumbers, kNoContent };
 
+    std::size_t placeInFile(const Node& node) const {
+        return (reinterpret_cast<std::uintptr_t>(&node) - firstInFile_) / sizeof(Node);
+    }
+
+    // Most of what is written was read from one file before, and has numbers already.
     std::uint32_t numberOf(const Node& node) {
-        // Most of what is written was read from one file before, and has numbers already.
-        const std::size_t at = (reinterpret_cast<std::uintptr_t>(&node) - firstInFile_) / sizeof(Node);
-        if (at < numbersInFile_.size()) {
-            if (numbersInFile_[at] == HashTable::kMissing) numbersInFile_[at] = add(node);
-            return numbersInFile_[at];
-        }
-        if (const PropertyListDocument* file = fileOf(node); file && numbersInFile_.empty()) {
+        const std::size_t at = placeInFile(node);
+        if (at >= numbersInFile_.size()) return numberOfOther(node);
+        std::uint32_t& number = numbersInFile_[at];
+        return number == HashTable::kMissing ? number = add(node) : number;
+    }
+
+    std::uint32_t numberOfOther(const Node& node) {
+        const PropertyListDocument* file = fileOf(node);
+        if (file && numbersInFile_.empty()) {
             firstInFile_ = reinterpret_cast<std::uintptr_t>(file->nodes);
             numbersInFile_.resize(file->nodeCount, HashTable::kMissing);
-            return numberOf(node);
+            return numbersInFile_[placeInFile(node)] = add(node);
         }
         const std::uint32_t hash = hashOfPlace(node);
         std::uint32_t number = numbers_.find(hash, [&](std::uint32_t other) { return objects_[other] == &node; });
-        if (number == HashTable::kMissing) numbers_.add(hash, number = add(node));
+        if (number != HashTable::kMissing) return number;
+        number = add(node);
+        if (objects_[number] == &node) numbers_.add(hash, number);
+        const Content content = contentOf(node);
+        if (content != kNoContent && !file) isMerged_[content] = true;
         return number;
     }
 
@@ -62,18 +79,25 @@ private:
         return hashNumber(place / 8) << 3 | static_cast<std::uint32_t>(place % 8);
     }
 
+    // Truth values are merged here: they are the one kind that nearly every change brings in from outside of the file.
     std::uint32_t add(const Node& node) {
+        const auto next = static_cast<std::uint32_t>(objects_.size());
+        if (node.type == Type::Boolean) {
+            std::uint32_t& number = booleans_[node.integer != 0];
+            if (number != HashTable::kMissing) return number;
+            number = next;
+        }
         objects_.push_back(&node);
-        if (const Content content = contentOf(node); content != kNoContent && !fileOf(node)) isMerged_[content] = true;
-        return static_cast<std::uint32_t>(objects_.size() - 1);
+        return next;
     }
 
     void addReferences(const Node& container) {
         const auto children = container.children();
         const std::size_t step = container.type == Type::Dictionary ? 2 : 1;  // all keys first, then all values
+        references_.resize(references_.size() + children.size());
+        std::uint32_t* reference = references_.data() + references_.size() - children.size();
         for (std::size_t first = 0; first < step; ++first)
-            for (std::size_t i = first; i < children.size(); i += step)
-                references_.push_back(numberOf(*children[i].node()));
+            for (std::size_t i = first; i < children.size(); i += step) *reference++ = numberOf(*children[i].node());
     }
 
     void mergeEqual() {
@@ -104,7 +128,8 @@ private:
     }
     static Content contentOf(const Node& node) {
         if (node.type == Type::String) return kTexts;
-        return node.isContainer() || node.type == Type::Data ? kNoContent : kNumbers;
+        bool isNumber = node.type == Type::Integer || node.type == Type::Real || node.type == Type::Date;
+        return isNumber ? kNumbers : kNoContent;
     }
     static std::uint32_t contentHash(const Node& node) {
         if (node.type == Type::String) return hashText(node.text());
@@ -121,7 +146,7 @@ private:
     std::vector<std::uint32_t> numbersInFile_;  // of the nodes of that file
     HashTable numbers_;                         // of all others
     bool isMerged_[2] = {false, false};         // by Content
-    std::uint64_t stored_ = 0;
+    std::uint32_t booleans_[2] = {HashTable::kMissing, HashTable::kMissing};
 };
 
 unsigned widthFor(std::uint64_t largest) {
@@ -220,8 +245,18 @@ private:
         at_ = writeUTF16BigEndian(text, at_);
     }
 
+    template <typename Number>
     void writeReferences(std::uint64_t count) {
-        for (; count > 0; --count) at_ = storeNumber(at_, *reference_++, referenceWidth_);
+        for (; count > 0; --count, at_ += sizeof(Number)) {
+            Number number = swapped(static_cast<Number>(*reference_++));
+            std::memcpy(at_, &number, sizeof number);
+        }
+    }
+    // A loop for each width: most of the bytes of a file are references.
+    void writeReferences(std::uint64_t count) {
+        if (referenceWidth_ == 1) return writeReferences<std::uint8_t>(count);
+        if (referenceWidth_ == 2) return writeReferences<std::uint16_t>(count);
+        writeReferences<std::uint32_t>(count);
     }
 
     void writeObject(const Node& node) {
@@ -265,13 +300,12 @@ private:
 
 bool expandsTooFar(const PropertyList& value) {
     std::uint64_t weight = PropertyListStorage::weight(*value.node());
-    return !PropertyListStorage::warrants(0, weight) &&
-           !PropertyListStorage::warrants(Layout(*value.node()).stored(), weight);
+    return !PropertyListStorage::warrants(0, weight) && !Layout(*value.node()).warrants(weight);
 }
 
 std::string encodeBinaryPropertyList(const PropertyList& value) {
     Layout layout(*value.node());
-    if (!PropertyListStorage::warrants(layout.stored(), PropertyListStorage::weight(*value.node()))) return {};
+    if (!layout.warrants(PropertyListStorage::weight(*value.node()))) return {};
     return ObjectWriter(layout).write();
 }
 

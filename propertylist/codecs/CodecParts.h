@@ -53,8 +53,12 @@ enum Kind : std::uint8_t {
     kDictionaryKind = 0xD,
 };
 
-inline std::uint64_t swapped(std::uint64_t value) {
-    return std::endian::native == std::endian::little ? __builtin_bswap64(value) : value;
+template <typename Number>
+constexpr Number swapped(Number value) {
+    if constexpr (std::endian::native == std::endian::big || sizeof value == 1) return value;
+    if constexpr (sizeof value == 2) return __builtin_bswap16(value);
+    if constexpr (sizeof value == 4) return __builtin_bswap32(value);
+    return __builtin_bswap64(value);
 }
 
 // A number of 1 to 8 bytes; 8 bytes are read whatever the width, so the trailer or more must follow.

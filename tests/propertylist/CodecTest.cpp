@@ -123,6 +123,8 @@ TEST(EqualTextsAndNumbersAreWrittenOnce) {
     edited.push_back(decodePropertyList(binary(list())));
     CHECK(binary(PropertyList::array(edited)).size() < once.size() + 40);
     CHECK_EQ(decodePropertyList(binary(PropertyList::array(edited))), PropertyList::array(edited));
+    const PropertyList read = decodePropertyList(binary(PropertyList::array({true, false})));
+    CHECK_EQ(binary(PropertyList::array({read[0], true, read[1], false})).size(), 8 + 5 + 2 + 3 + 32u);
     many.clear();
     for (int i = 0; i < 100; ++i) many.emplace_back(1'000'000);
     CHECK(binary(PropertyList::array(many)).size() < 200);
