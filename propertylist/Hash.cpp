@@ -28,19 +28,21 @@ std::uint64_t seed() noexcept {
     return value;
 }
 
-std::uint32_t finish(std::uint64_t a, std::uint64_t b, std::uint64_t state) {
-    std::uint64_t hash = mix(mix(a ^ kOdd1, b ^ state), kOdd2 ^ state);
-    return static_cast<std::uint32_t>(hash ^ (hash >> 32));
+std::uint64_t finish(std::uint64_t a, std::uint64_t b, std::uint64_t state) {
+    return mix(mix(a ^ kOdd1, b ^ state), kOdd2 ^ state);
 }
 
-}  // namespace
+std::uint32_t folded(std::uint64_t hash) { return static_cast<std::uint32_t>(hash ^ (hash >> 32)); }
 
-std::uint32_t hashText(std::string_view text) noexcept {
-    const char* p = text.data();
-    std::size_t left = text.size();
-    std::uint64_t state = seed() ^ mix(left ^ kOdd2, kOdd1), a = 0, b = 0;
-    for (; left > 16; left -= 16, p += 16)
-        state = mix(load<std::uint64_t>(p) ^ kOdd1, load<std::uint64_t>(p + 8) ^ state);
+std::uint64_t absorb(const char* p, std::uint64_t state) {
+    return mix(load<std::uint64_t>(p) ^ kOdd1, load<std::uint64_t>(p + 8) ^ state);
+}
+
+std::uint64_t start(std::size_t size) { return seed() ^ mix(size ^ kOdd2, kOdd1); }
+
+std::uint64_t hashRest(const char* p, std::size_t left, std::uint64_t state) {
+    std::uint64_t a = 0, b = 0;
+    for (; left > 16; left -= 16, p += 16) state = absorb(p, state);
     if (left >= 8) {
         a = load<std::uint64_t>(p), b = load<std::uint64_t>(p + left - 8);
     } else if (left >= 4) {
@@ -52,6 +54,27 @@ std::uint32_t hashText(std::string_view text) noexcept {
     return finish(a, b, state);
 }
 
-std::uint32_t hashNumber(std::uint64_t bits) noexcept { return finish(bits, 0, seed()); }
+}  // namespace
+
+std::uint32_t hashText(std::string_view text) noexcept {
+    return folded(hashRest(text.data(), text.size(), start(text.size())));
+}
+
+// Four lanes, because a multiplication takes several times as long as it takes to begin the next.
+std::uint64_t hashContents(std::string_view bytes) noexcept {
+    constexpr std::size_t kLane = 16, kRound = 4 * kLane;
+    const char* p = bytes.data();
+    std::size_t left = bytes.size();
+    std::uint64_t a = start(left), b = a ^ kOdd1, c = a ^ kOdd2, d = ~a;
+    for (; left > kRound; left -= kRound, p += kRound) {
+        a = absorb(p, a);
+        b = absorb(p + kLane, b);
+        c = absorb(p + 2 * kLane, c);
+        d = absorb(p + 3 * kLane, d);
+    }
+    return hashRest(p, left, finish(a, b, finish(c, d, start(bytes.size()))));
+}
+
+std::uint32_t hashNumber(std::uint64_t bits) noexcept { return folded(finish(bits, 0, seed())); }
 
 }  // namespace propertylist

@@ -12,6 +12,8 @@ namespace propertylist {
 
 // Seeded afresh in every process, and alike in all its libraries, so that a hostile file cannot hold keys that collide.
 std::uint32_t hashText(std::string_view text) noexcept;
+// For the contents of files, by 64 bytes at a time: equal ones are taken for the same.
+std::uint64_t hashContents(std::string_view bytes) noexcept;
 std::uint32_t hashNumber(std::uint64_t bits) noexcept;
 
 class HashTable {

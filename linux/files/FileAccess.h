@@ -80,6 +80,7 @@ public:
     Descriptor& operator=(Descriptor&& other) noexcept;
     ~Descriptor() { reset(); }
     void reset() noexcept;
+    void release() noexcept { number_ = -1; }  // somebody else closes the file
     explicit operator bool() const { return number_ >= 0; }
     int number() const { return number_; }
     int error() const { return number_ < 0 ? -number_ : 0; }  // of the call that should have opened it

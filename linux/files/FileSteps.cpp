@@ -89,7 +89,8 @@ Failure takeOverOwnerAndMode(FileAccess& files, int folder, const std::string& p
     // Whoever may not give the file away keeps it, if possible in its group.
     if ((old.st_uid != own.st_uid || old.st_gid != own.st_gid) && files.changeOwner(file, old.st_uid, old.st_gid) < 0)
         (void)files.changeOwner(file, static_cast<uid_t>(-1), old.st_gid);
-    error = files.changeMode(file, old.st_mode & 0777);
+    mode_t mode = old.st_mode & 0777;
+    error = mode == (own.st_mode & 0777) ? 0 : files.changeMode(file, mode);
     return error < 0 ? Failure{"set the mode of the new file", -error} : Failure{};
 }
 

@@ -1,5 +1,6 @@
 #include "linux/preferences/DiskPreferencesDomain.h"
 
+#include "linux/files/LateClose.h"
 #include "linux/files/Paths.h"
 #include "propertylist/Codec.h"
 
@@ -122,7 +123,13 @@ Failure DiskPreferencesDomain::writeChanges() {
             return {};
         }
     }
-    Snapshot written;  // outlives the lock: closing the replaced file frees its blocks, for which nobody need wait
+    Snapshot written;  // outlives the lock, as afterwards it is the replaced file
+    Failure failure = writeLocked(written);
+    closeLater(std::move(written.file), written.identity.size);
+    return failure;
+}
+
+Failure DiskPreferencesDomain::writeLocked(Snapshot& written) {
     Transaction transaction(files_, path_, isHeld_ ? LockWait() : longestWait_);
     if (Failure failure = lock(transaction)) return failure;
     if (Failure failure = refreshLocked(transaction)) return failure;

@@ -64,6 +64,7 @@ private:
     bool changesNothing() { return all() == stored_ || (!stored_ && all().size() == 0); }
     Failure lock(Transaction& transaction);
     Failure writeChanges();
+    Failure writeLocked(Snapshot& written);
     Failure save(Transaction& transaction, Snapshot& written);
     void report(const char* what, const Failure& failure, platform::PreferenceReport::Kind kind, const Failure& before);
 

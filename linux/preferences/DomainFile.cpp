@@ -3,12 +3,12 @@
 #include "linux/files/FileSteps.h"
 #include "linux/files/Paths.h"
 #include "linux/files/WholeFile.h"
+#include "propertylist/Hash.h"
 
 #include <unistd.h>
 
 #include <cerrno>
 #include <chrono>
-#include <functional>
 #include <thread>
 
 namespace linux {
@@ -80,7 +80,7 @@ Failure readFile(FileAccess& files, const char* path, Snapshot& snapshot, std::s
             ++attempt;
         }
     }
-    snapshot.hash = std::hash<std::string_view>()(*buffer);
+    snapshot.hash = propertylist::hashContents(*buffer);
     bytes = std::move(buffer);
     return {};
 }
@@ -158,7 +158,7 @@ Failure Transaction::replace(std::string_view bytes, Snapshot& written) {
 void Transaction::identify(Snapshot& written, std::string_view bytes) {
     std::int64_t clock = fileClock();
     struct stat status;
-    written.hash = std::hash<std::string_view>()(bytes);
+    written.hash = propertylist::hashContents(bytes);
     written.settled = files_.statDescriptor(written.file.number(), status) == 0;
     if (!written.settled) return;
     written.identity = FileIdentity(status);

@@ -20,8 +20,8 @@ inline constexpr std::size_t kMaximumFileSize = std::size_t{512} << 20;
 struct Snapshot {
     Descriptor file;  // stays open: no file that takes this one's place can be given its inode number
     FileIdentity identity;
-    std::size_t hash = 0;  // of the contents
-    bool settled = true;   // false: a later change within the same clock tick may bear the same time stamps
+    std::uint64_t hash = 0;  // of the contents
+    bool settled = true;     // false: a later change within the same clock tick may bear the same time stamps
 
     bool sameContents(const Snapshot& other) const;
 };

@@ -10,6 +10,7 @@ namespace {
 
 using namespace binary;
 using Node = PropertyList::Node;
+using Entry = PropertyList::Entry;
 using Type = PropertyList::Type;
 
 // The document as it will stand in the file: every distinct value once, in the order in which it is first met, and the
@@ -92,13 +93,26 @@ private:
     }
 
     void addReferences(const Node& container) {
+        const bool isDictionary = container.type == Type::Dictionary;
         const auto children = container.children();
-        const std::size_t step = container.type == Type::Dictionary ? 2 : 1;  // all keys first, then all values
         references_.resize(references_.size() + children.size());
         std::uint32_t* reference = references_.data() + references_.size() - children.size();
-        for (std::size_t first = 0; first < step; ++first)
-            for (std::size_t i = first; i < children.size(); i += step) *reference++ = numberOf(*children[i].node());
+        if (isDictionary) reference = addKeys(container, reference);
+        const std::size_t step = isDictionary ? 2 : 1;
+        for (std::size_t i = step - 1; i < children.size(); i += step) *reference++ = numberOf(*children[i].node());
     }
+
+    // All keys come first, then all values. Most dictionaries have the same keys as the one before.
+    std::uint32_t* addKeys(const Node& dictionary, std::uint32_t* reference) {
+        const std::span<const Entry> entries(dictionary.entries, dictionary.size),
+            before = std::exchange(lastEntries_, entries);
+        const auto lastKeys = std::exchange(lastKeys_, reference - references_.data());
+        if (std::ranges::equal(entries, before, {}, &keyNode, &keyNode))
+            return std::copy_n(references_.data() + lastKeys, entries.size(), reference);
+        for (const Entry& entry : entries) *reference++ = numberOf(*entry.key.node());
+        return reference;
+    }
+    static const Node* keyNode(const Entry& entry) { return entry.key.node(); }
 
     void mergeEqual() {
         HashTable merged;
@@ -146,6 +160,8 @@ private:
     std::vector<std::uint32_t> numbersInFile_;  // of the nodes of that file
     HashTable numbers_;                         // of all others
     bool isMerged_[2] = {false, false};         // by Content
+    std::span<const Entry> lastEntries_;        // of the dictionary that was walked last
+    std::ptrdiff_t lastKeys_ = 0;               // where the references to its keys are
     std::uint32_t booleans_[2] = {HashTable::kMissing, HashTable::kMissing};
 };
 

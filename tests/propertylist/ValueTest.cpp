@@ -1,11 +1,13 @@
 #include "Samples.h"
 
 #include "propertylist/Date.h"
+#include "propertylist/Hash.h"
 #include "propertylist/PropertyListArena.h"
 
 #include <algorithm>
 #include <atomic>
 #include <limits>
+#include <set>
 #include <thread>
 
 using propertylist::Date;
@@ -121,6 +123,21 @@ TEST(ArenasMakeDictionariesOfStrings) {
 }
 
 // For the thread sanitizer: the first look-ups race to make the index, and the last holder frees the value.
+TEST(EveryByteCountsInTheHashOfContents) {
+    std::set<std::uint64_t> hashes;
+    std::string bytes(300, 'x');
+    for (std::size_t size = 0; size < bytes.size(); ++size)
+        hashes.insert(propertylist::hashContents({bytes.data(), size}));
+    for (char& changed : bytes) {
+        for (char other : {'y', '\0'}) {
+            changed = other;
+            hashes.insert(propertylist::hashContents(bytes));
+        }
+        changed = 'x';
+    }
+    CHECK_EQ(hashes.size(), 3 * bytes.size());
+}
+
 TEST(ThreadsShareAValue) {
     std::vector<std::string> keys;
     MutableDictionary built;

@@ -6,6 +6,7 @@
 #include <chrono>
 #include <fstream>
 #include <regex>
+#include <thread>
 
 #include "linux/system/SystemLog.h"
 #include "tests/store/StoreSupport.h"
@@ -96,6 +97,25 @@ TEST(ChangesOfOthersAreNoticedWhateverTheTimeStampsSay) {
         CHECK_EQ(store["n"].integerValue(), 100 + i % 800);
     }
     CHECK(openFiles() <= openAtFirst + 1);
+}
+
+TEST(ReplacedFilesAreClosedWhateverTheirSize) {
+    Stage stage;
+    Store store(stage.folder);
+    auto replacedAndOpen = [] {
+        auto isReplaced = [](const fs::path& link) { return link.string().ends_with(".plist (deleted)"); };
+        std::error_code closedMeanwhile;
+        int count = 0;
+        for (const auto& entry : fs::directory_iterator("/proc/self/fd"))
+            count += isReplaced(fs::read_symlink(entry, closedMeanwhile));
+        return count;
+    };
+    for (int i = 0; i < 50; ++i) {
+        CHECK(store.write("large", std::string(i % 5 ? 200'000 : 2'000, static_cast<char>('a' + i % 26))));
+        if (i % 10 == 0) CHECK(inAnotherProcess([&] { return store.write("child", i) && store.write("child", -1); }));
+        CHECK(replacedAndOpen() <= 2);  // the one being closed, and ours, which the child has replaced
+    }
+    while (replacedAndOpen() > 0) std::this_thread::yield();  // or until the test's time is over
 }
 
 TEST(WhatCannotBeReadIsNotTakenForEmpty) {
