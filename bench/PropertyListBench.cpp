@@ -3,6 +3,7 @@
 #include "propertylist/Codec.h"
 
 #include <benchmark/benchmark.h>
+#include <sys/resource.h>
 
 #include <cstdlib>
 #include <fstream>
@@ -118,6 +119,22 @@ void fileDecode(benchmark::State& state) {
     for (auto _ : state) benchmark::DoNotOptimize(propertylist::decodePropertyList(bytes));
 }
 BENCHMARK(fileDecode)->Unit(benchmark::kMillisecond);
+
+// The first decoding of a process, which touches every page of its memory for the first time.
+void coldDecode(benchmark::State& state) {
+    auto bytes = sharedFile();
+    auto faults = [] {
+        rusage used{};
+        getrusage(RUSAGE_SELF, &used);
+        return used.ru_minflt;
+    };
+    PropertyList value;
+    const long before = faults();
+    for (auto _ : state) value = propertylist::decodePropertyList(bytes);
+    if (!value) return state.SkipWithError("TYPESLATE_BENCH_FILE names no property list");
+    state.counters["faults"] = static_cast<double>(faults() - before);
+}
+BENCHMARK(coldDecode)->Iterations(1)->Unit(benchmark::kMillisecond);
 
 void fileEncode(benchmark::State& state) {
     PropertyList value = propertylist::decodePropertyList(sharedFile());
