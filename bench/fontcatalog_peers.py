@@ -174,7 +174,7 @@ def compare_parsing(report, program, folder, records, rounds, encoding):
     print(f"\nparsing {records} records, {ours['bytes'] / 1e6:.1f} MB of {encoding}, {ours['names']} names")
     report.line(f"  parse {ours['parse'] * 1e3:.1f} ms / read and scan {ours['scan'] * 1e3:.1f} ms",
                 ours["parse"] / ours["scan"], 6)
-    report.line(f"  Python {python * 1e3:.0f} ms / parse", python / ours["parse"], 30, at_most=False)
+    report.line(f"  Python {python * 1e3:.0f} ms / parse", python / ours["parse"], 20, at_most=False)
 
 
 def compare_rebuild(report, program, folder, records, rounds, with_python=True):
