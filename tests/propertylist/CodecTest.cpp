@@ -1,5 +1,7 @@
 #include "Samples.h"
 
+#include "propertylist/Unicode.h"
+
 #include <functional>
 #include <sstream>
 
@@ -90,6 +92,7 @@ TEST(BytesAndWhatTheyDecodeTo) {
 }
 
 TEST(EveryValueIsKept) {
+    CHECK(propertylist::isASCII("ASCII up to e") && !propertylist::isASCII("ASCII up to \u00E9"));
     for (PropertyListFormat format : kFormats) {
         const bool isXML = format == PropertyListFormat::XML;
         const PropertyList value = isXML ? withoutControls() : samples::everything();
