@@ -31,7 +31,7 @@ QDBusConnection sessionBusConnection(const QString& name) {
 
 // Whoever asks changes the environment perhaps, so it is read here.
 std::future<void> connectToSessionBus(const QString& name) {
-    return std::async([bus = address(), name] { connectedTo(bus, name); });
+    return std::async(std::launch::async, [bus = address(), name] { connectedTo(bus, name); });
 }
 
 QString freshConnectionName() {
