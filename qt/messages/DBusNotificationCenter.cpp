@@ -5,6 +5,7 @@
 #include "qt/messages/SignalReceiver.h"
 #include "qt/texts/Utf8.h"
 
+#include <QCoreApplication>
 #include <QDBusMessage>
 
 namespace qt {
@@ -41,6 +42,16 @@ Notification notificationOf(const QDBusMessage& message) {
             propertyListFromDBus(arguments.at(2)), arguments.at(3).toBool(), message.service().toStdString()};
 }
 
+// A connection that is closed takes along what it has not written yet. What is asked last is answered last.
+void waitUntilSent(const QDBusConnection& bus) {
+    constexpr int kPatience = 2000;  // milliseconds
+    if (!bus.isConnected()) return;
+    bus.call(
+        QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
+                                       QStringLiteral("org.freedesktop.DBus"), QStringLiteral("GetId")),
+        QDBus::Block, kPatience);
+}
+
 // Null, not empty, where any text will do.
 QString argumentToMatch(std::string_view text) { return text.empty() ? QString() : toQString(text); }
 
@@ -53,6 +64,7 @@ DBusNotificationCenter::DBusNotificationCenter(Log& log) : log_(log), connection
 
 DBusNotificationCenter::~DBusNotificationCenter() {
     if (connecting_.valid()) connecting_.wait();
+    if (hasPosted_ && QCoreApplication::instance()) waitUntilSent(QDBusConnection(connectionName_));
     QDBusConnection::disconnectFromBus(connectionName_);
 }
 
@@ -73,6 +85,7 @@ void DBusNotificationCenter::post(std::string_view name, std::string_view object
         log_("The notification \"%@\" is sent without its user information, which is nested too deeply", name);
     QDBusMessage signal = QDBusMessage::createSignal(
         QLatin1String(kNotificationPath), QLatin1String(kNotificationInterface), QLatin1String(kNotificationMember));
+    hasPosted_ = true;
     signal << toQString(name) << toQString(object) << information.value_or(QVariantMap()) << deliverImmediately;
     connection.send(signal);
 }

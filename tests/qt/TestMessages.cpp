@@ -93,6 +93,18 @@ TEST(ObserversHearWhatTheyAskedForUntilTheyEnd) {
     CHECK_EQ(all + " " + one, "ax!ay.bx!end! axax");
 }
 
+TEST(WhatWasPostedIsSentThoughItsSenderEnds) {
+    PrivateBus bus;
+    check::RecordingLog log;
+    DBusNotificationCenter receiver(log);
+    int heard = 0;
+    auto observation = receiver.addObserver("name", "", Delivery::Each, [&](const Notification&) { ++heard; });
+    const PropertyList large = PropertyList::dictionary({{"text", std::string(1 << 20, 'x')}});
+    for (DBusNotificationCenter sender(log); const char* object : {"a", "b", "c", "d", "e", "f"})
+        sender.post("name", object, large, true);
+    CHECK(waitFor([&] { return heard == 6; }));
+}
+
 TEST(WhoEndsHearsNothingOfWhatIsHeldBack) {
     PrivateBus bus;
     check::RecordingLog log;
