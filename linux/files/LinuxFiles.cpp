@@ -36,6 +36,14 @@ std::string winePrefix() {
     return prefix.empty() ? joined(homeFolder(), ".wine") : belowTestRoot(std::move(prefix));
 }
 
+// In a prefix for 64 bits, programs of 32 have folders of their own. The one with something of Adobe's is taken.
+std::string wineCommonFiles() {
+    const std::string folder = joined(winePrefix(), "drive_c/Program Files"), common = "/Common Files";
+    for (const std::string& each : {folder + common, folder + " (x86)" + common})
+        if (struct stat status; ::stat((each + "/Adobe").c_str(), &status) == 0) return each;
+    return folder + common;
+}
+
 std::optional<std::string> applicationSupportFolder(FolderDomain domain) {
     switch (domain) {
         case FolderDomain::User:
@@ -45,7 +53,7 @@ std::optional<std::string> applicationSupportFolder(FolderDomain domain) {
         case FolderDomain::Network:
             return belowTestRoot("/usr/share");
         case FolderDomain::Classic:
-            return joined(winePrefix(), "drive_c/Program Files/Common Files");
+            return wineCommonFiles();
         default:
             return std::nullopt;
     }

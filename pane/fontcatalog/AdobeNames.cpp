@@ -49,12 +49,17 @@ NamesCollection scanLists(const Context& context, const PropertyList& lists, Nam
 
 }  // namespace
 
+std::vector<std::string> adobeDBPlaces(platform::FileServices& files) {
+    std::vector<std::string> places;
+    for (const FolderDomain domain : {FolderDomain::Local, FolderDomain::Classic})
+        if (const auto support = files.folder(domain, platform::FolderKind::ApplicationSupport))
+            places.push_back(*support + "/Adobe/TypeSpt/FntNames.db");
+    return places;
+}
+
 std::optional<std::string> adobeDBPath(platform::FileServices& files) {
-    for (const FolderDomain domain : {FolderDomain::Local, FolderDomain::Classic}) {
-        const auto support = files.folder(domain, platform::FolderKind::ApplicationSupport);
-        if (!support) continue;
-        if (std::string path = *support + "/Adobe/TypeSpt/FntNames.db"; files.fileExists(path)) return path;
-    }
+    for (std::string& place : adobeDBPlaces(files))
+        if (files.fileExists(place)) return std::move(place);
     return std::nullopt;
 }
 

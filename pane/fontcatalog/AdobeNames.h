@@ -35,7 +35,9 @@ struct Catalogue {
 inline constexpr std::size_t kLargestText = std::size_t{64} << 20;
 inline constexpr std::size_t kMostListText = std::size_t{128} << 20;
 
-// The name database of the local, else of the Classic domain; nothing when there is none.
+// Where the name database may be, the first place first: in the local and in the Classic domain.
+std::vector<std::string> adobeDBPlaces(platform::FileServices& files);
+// The first one that is there; nothing when there is none.
 std::optional<std::string> adobeDBPath(platform::FileServices& files);
 // 0 when there is no database, when it cannot be read, or when it states no version. Reads the whole file.
 float adobeDBVersion(const Context& context);

@@ -30,6 +30,13 @@ TEST(WellKnownFolders) {
         CHECK_EQ(files.folder(domains.at(c.label), kinds.at(c.argument)).value_or(""), c.expected);
     }
     CHECK(cases.size() == 16);
+    const check::TemporaryFolder prefix;
+    const check::ScopedEnvironment root("TYPESLATE_ROOT", nullptr), wine("WINEPREFIX", prefix.path().c_str());
+    for (const char* programs : {"Program Files (x86)", "Program Files"}) {  // from now on there are both
+        const std::string common = prefix / "drive_c/" + programs + "/Common Files";
+        std::filesystem::create_directories(common + "/Adobe");
+        CHECK_EQ(files.folder(FolderDomain::Classic, FolderKind::ApplicationSupport).value_or(""), common);
+    }
     CHECK_EQ(files.expandTilde("~/a~ ~") + files.expandTilde("~") + files.expandTilde("~you/a"),
              "/h/me/a~ ~/h/me~you/a");
 }

@@ -32,6 +32,12 @@ struct Arguments {
     bool isVerbose = false;
 };
 
+std::string placesOfDatabase(FileServices& files) {
+    std::string places;
+    for (const std::string& place : adobeDBPlaces(files)) places += (places.empty() ? "" : ", ") + place;
+    return linux::displayText(places);
+}
+
 // Unlike the pane, which passes over what it cannot read, a person who named the file is told.
 std::shared_ptr<const std::string> requireContent(linux::LinuxFiles& files, const std::string& path) {
     if (path.empty()) throw refused("the path is empty");
@@ -102,7 +108,8 @@ void build(const Arguments& arguments) {
     const CacheCheck check = checkFontNameCache({files, progress, diagnostics, tell, note}, cache.get(), catalogue);
     progress.clear();
     if (catalogue.state == Catalogue::State::Unavailable)
-        throw refused("there is no font name database (FntNames.db), and without it no catalogue");
+        throw refused("there is no font name database, and without it no catalogue; looked for %@",
+                      placesOfDatabase(files));
     if (!check.isStored) refuseUnsaved(store.preferences, kCacheDomain);
     const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - start;
     printLine(localizedFormat("%@: %d files, %d records, %.3f s", localized("rebuilt"), check.files.size(),
