@@ -1,11 +1,13 @@
 // TS, the module's helper: it stays in the background of the user's session, takes in changes of the settings as they
 // are stored, and leaves on SIGTERM, SIGINT or SIGHUP, when the session ends, and when the preferences folder goes.
-// While nothing happens it sleeps. docs/login-items.md tells more.
+// When an upgrade puts another program in its place it goes on as that one. While nothing happens it sleeps.
+// docs/login-items.md tells more.
 #include "host/helper/HelperLock.h"
 #include "linux/LinuxMachine.h"
 #include "linux/preferences/DomainWatch.h"
 #include "linux/processes/ProcessFiles.h"
 #include "linux/processes/ProcessHandle.h"
+#include "linux/processes/ProgramWatch.h"
 #include "linux/processes/SessionLeader.h"
 #include "settings/EntryList.h"
 
@@ -61,11 +63,15 @@ void logSettings(const DomainWatch& watch, Log& log) {
 
 // poll() passes over descriptors below 0.
 void takeInUntilTheEnd(DomainWatch& watch, Log& log, const Descriptor& signals, const Descriptor& session) {
+    const ProgramWatch program;
     for (;;) {
-        pollfd waits[] = {
-            {watch.events().number(), POLLIN, 0}, {signals.number(), POLLIN, 0}, {session.number(), POLLIN, 0}};
+        pollfd waits[] = {{watch.events().number(), POLLIN, 0},
+                          {signals.number(), POLLIN, 0},
+                          {session.number(), POLLIN, 0},
+                          {program.events().number(), POLLIN, 0}};
         if (::poll(waits, std::size(waits), -1) < 0 && errno != EINTR) return;
         if (waits[1].revents || waits[2].revents) return;
+        if (waits[3].revents && program.isReplaced()) program.startAnew();
         if (!waits[0].revents) continue;
         DomainWatch::Outcome outcome = watch.takeIn();
         if (outcome == DomainWatch::Outcome::Gone) return;

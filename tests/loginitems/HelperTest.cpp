@@ -129,6 +129,29 @@ TEST(OneHelperRunsUntilItsSessionEnds) {
     }
 }
 
+TEST(AnUpgradedHelperGoesOnAsTheNewProgram) {
+    Home h;
+    h.set(settings::kLogStuffKey, true);
+    const std::string program = h.home / "TS", next = h.home / "next";
+    fs::copy(HELPER_PROGRAM, program);
+    Child helper(program);
+    CHECK_EQ(helper.line(), "[Typeslate] Took in the settings: 0 entries, enabled");
+    fs::copy(HELPER_PROGRAM, next);
+    check::writeFile(h.home / "beside", "");  // is nothing to begin anew for
+    fs::permissions(next, fs::perms::owner_read);
+    fs::rename(next, program);
+    fs::permissions(program, fs::perms::owner_all);
+    CHECK_EQ(helper.line(), "[Typeslate] Took in the settings: 0 entries, enabled");
+    CHECK(fs::equivalent("/proc/" + std::to_string(helper.process) + "/exe", program));
+    CHECK_EQ(helper::takeHelperLock().error(), EWOULDBLOCK);
+    check::writeFile(next, "no program");  // which leaves it as it is
+    fs::permissions(next, fs::perms::owner_all);
+    fs::rename(next, program);
+    h.set(settings::kDisabledKey, true);
+    CHECK_EQ(helper.line(), "[Typeslate] Took in the settings: 0 entries, disabled");
+    CHECK_EQ(helper.end(SIGTERM), 0);
+}
+
 TEST(AQuitRequestReachesNobodyElse) {
     check::TemporaryFolder folder;
     fs::create_directories(folder / "S.app/Contents/Linux");
