@@ -62,8 +62,8 @@ void logSettings(const DomainWatch& watch, Log& log) {
 }
 
 // poll() passes over descriptors below 0.
-void takeInUntilTheEnd(DomainWatch& watch, Log& log, const Descriptor& signals, const Descriptor& session) {
-    const ProgramWatch program;
+void takeInUntilTheEnd(DomainWatch& watch, Log& log, const Descriptor& signals, const Descriptor& session,
+                       const ProgramWatch& program) {
     for (;;) {
         pollfd waits[] = {{watch.events().number(), POLLIN, 0},
                           {signals.number(), POLLIN, 0},
@@ -82,6 +82,7 @@ void takeInUntilTheEnd(DomainWatch& watch, Log& log, const Descriptor& signals, 
 }  // namespace
 
 int main() {
+    const ProgramWatch program;
     Descriptor signals = endSignals();
     letGoOfStarter();
     LinuxStore store;
@@ -99,6 +100,6 @@ int main() {
     }
     helper::sayReady(lock);
     logSettings(watch, store.log);
-    takeInUntilTheEnd(watch, store.log, signals, session);
+    takeInUntilTheEnd(watch, store.log, signals, session, program);
     return EXIT_SUCCESS;
 }

@@ -39,10 +39,11 @@ struct Child {
         ::waitpid(std::exchange(process, -1), &status, 0);
         return status;
     }
-    // The next line; empty when it has ended.
+    // The next line; empty when it has ended, or says nothing for far too long.
     std::string line() {
         std::string text;
-        for (char c = 0; ::read(errors, &c, 1) == 1 && c != '\n';) text += c;
+        pollfd wait = {errors, POLLIN, 0};
+        for (char c = 0; ::poll(&wait, 1, 10'000) == 1 && ::read(errors, &c, 1) == 1 && c != '\n';) text += c;
         return text;
     }
     pid_t process = -1;
