@@ -7,6 +7,7 @@
 #include "tests/support/FakeLogind.h"
 
 #include <fcntl.h>
+#include <poll.h>
 
 #include <csignal>
 #include <fstream>
