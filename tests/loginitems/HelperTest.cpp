@@ -141,16 +141,18 @@ TEST(AnUpgradedHelperGoesOnAsTheNewProgram) {
     fs::copy(HELPER_PROGRAM, next);
     check::writeFile(h.home / "beside", "");  // is nothing to begin anew for
     fs::permissions(next, fs::perms::owner_read);
-    fs::rename(next, program);
+    fs::rename(next, program);  // and becomes executable when it has been seen
+    h.set(settings::kDisabledKey, true);
+    CHECK_EQ(helper.line(), "[Typeslate] Took in the settings: 0 entries, disabled");
     fs::permissions(program, fs::perms::owner_all);
-    CHECK_EQ(helper.line(), "[Typeslate] Took in the settings: 0 entries, enabled");
+    CHECK_EQ(helper.line(), "[Typeslate] Took in the settings: 0 entries, disabled");
     CHECK(fs::equivalent("/proc/" + std::to_string(helper.process) + "/exe", program));
     CHECK_EQ(helper::takeHelperLock().error(), EWOULDBLOCK);
     check::writeFile(next, "no program");  // which leaves it as it is
     fs::permissions(next, fs::perms::owner_all);
     fs::rename(next, program);
-    h.set(settings::kDisabledKey, true);
-    CHECK_EQ(helper.line(), "[Typeslate] Took in the settings: 0 entries, disabled");
+    h.set(settings::kDisabledKey, false);
+    CHECK_EQ(helper.line(), "[Typeslate] Took in the settings: 0 entries, enabled");
     CHECK_EQ(helper.end(SIGTERM), 0);
 }
 
