@@ -19,9 +19,9 @@ inline constexpr const char* kNotificationMember = "Notification";
 
 // A notification's sender is the unique name of a connection to the bus.
 //
-// Connects on a thread as it is made, and the first use waits for the bus to answer; posting itself only queues. Its end
-// waits up to two seconds until the bus has what was posted. Where no bus can be reached posts are lost and nothing is
-// heard, which one line in the log says. A bus that went away is looked for again at the next use; observations made
+// Connects on a thread as it is made, and the first use waits for the bus to answer; posting itself only queues. Its
+// end waits up to two seconds until the bus has what was posted. Where no bus can be reached posts are lost and nothing
+// is heard, which one line in the log says. A bus that went away is looked for again at the next use; observations made
 // before it went end with it. For the main thread; handlers are called there.
 class DBusNotificationCenter final : public platform::DistributedNotificationCenter {
 public:
