@@ -28,6 +28,7 @@ struct HostPlatform::Parts {
 };
 
 HostPlatform::HostPlatform() : parts_(new Parts) {
+    parts_->notifications.connectAhead();
     parts_->machine.preferences.setLongestWait(kPatience);
     parts_->toolkit.setReach([](std::string_view url) { return linux::mayReach(url); });
     parts_->toolkit.setApplicationLister([&applications = parts_->machine.applications] {

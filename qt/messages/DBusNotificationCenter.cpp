@@ -59,7 +59,10 @@ QString argumentToMatch(std::string_view text) { return text.empty() ? QString()
 
 DBusNotificationCenter::DBusNotificationCenter(Log& log) : log_(log), connectionName_(freshConnectionName()) {
     registerDBusTypes();
-    connecting_ = connectToSessionBus(connectionName_);
+}
+
+void DBusNotificationCenter::connectAhead() {
+    if (!connecting_.valid()) connecting_ = connectToSessionBus(connectionName_);
 }
 
 DBusNotificationCenter::~DBusNotificationCenter() {
