@@ -35,7 +35,7 @@ TEST(UserInformationComesBackAsItWasSent) {
     PrivateBus bus;
     check::RecordingLog log;
     DBusNotificationCenter sender(log), receiver(log);
-    sender.connectAhead();
+    receiver.connectAhead();
     std::vector<Notification> heard;
     auto observation =
         receiver.addObserver("name", "", Delivery::Each, [&](const Notification& n) { heard.push_back(n); });
