@@ -74,6 +74,8 @@ class InstallTest(unittest.TestCase):
         self.assertEqual(re.match(r"typeslate-settings \(([^)]*)\)", changelog)[1], VERSION)
         metadata = (self.prefix / f"share/metainfo/{ID}.metainfo.xml").read_text()
         self.assertEqual(re.search(r'<release version="([^"]*)"', metadata)[1], VERSION)
+        for recipe in (SOURCE / "packaging/PKGBUILD", *(SOURCE / "packaging").glob("typeslate.*")):
+            self.assertEqual(re.search(r"^(?:Version: *|pkgver=)(.*)", recipe.read_text(), re.M)[1], VERSION)
 
 
 unittest.main()
