@@ -77,6 +77,8 @@ private:
     template <typename Make>
     static platform::ImageRef kept(Cache& cache, const QString& path, Make make);
     std::string localized(std::string_view english) const;
+    void handToDesktop(const QUrl& address, std::string_view what, std::string_view copy);
+    void showInstead(std::string_view copy, const std::string& whyNot, std::string_view what);
     bool showDocument(const QString& folder);
     void tellFailure(const std::string& text);
 

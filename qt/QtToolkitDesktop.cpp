@@ -59,30 +59,34 @@ std::string QtToolkit::localized(std::string_view english) const {
 QtToolkit::~QtToolkit() { qDeleteAll(documents_); }
 
 void QtToolkit::openURL(std::string_view url, std::string_view copy) {
-    const QUrl address(toQString(url));
-    auto showCopy = [this, what = std::string(url), copy = toQString(copy)](const std::string& whyNot) {
-        if (!showDocument(copy)) tellFailure(formatted(whyNot, {what}));
-    };
-    if (reach_ && !reach_(url)) return showCopy(localized("%@ cannot be reached from this computer."));
-    openWithDesktop(address, openings_, [this, showCopy] { showCopy(localized("Nothing was found that opens %@.")); });
+    if (reach_ && !reach_(url)) return showInstead(copy, localized("%@ cannot be reached from this computer."), url);
+    handToDesktop(QUrl(toQString(url)), url, copy);
 }
 
 void QtToolkit::followLink(const QUrl& link) { openURL(link.toString(QUrl::FullyEncoded).toStdString(), {}); }
 
 void QtToolkit::openFile(std::string_view path) {
     if (showDocument(toQString(path))) return;
-    auto failed = [this, what = std::string(path)] {
-        tellFailure(formatted(localized("Nothing was found that opens %@."), {what}));
-    };
-    openWithDesktop(QUrl::fromLocalFile(toQString(path)), openings_, failed);
+    handToDesktop(QUrl::fromLocalFile(toQString(path)), path, {});
+}
+
+void QtToolkit::handToDesktop(const QUrl& address, std::string_view what, std::string_view copy) {
+    openWithDesktop(address, openings_, [this, what = std::string(what), copy = std::string(copy)] {
+        showInstead(copy, localized("Nothing was found that opens %@."), what);
+    });
+}
+
+void QtToolkit::showInstead(std::string_view copy, const std::string& whyNot, std::string_view what) {
+    if (!showDocument(toQString(copy))) tellFailure(formatted(whyNot, {std::string(what)}));
 }
 
 bool QtToolkit::showDocument(const QString& folder) {
+    if (folder.isEmpty()) return false;
     QPointer<DocumentWindow>& window = documents_[folder];
     if (!window) {
         auto opened = std::make_unique<DocumentWindow>(toQString(localized("Close this message")),
                                                        [this](const QUrl& link) { followLink(link); });
-        if (folder.isEmpty() || !opened->load(folder)) return false;
+        if (!opened->load(folder)) return false;
         window = opened.release();
     }
     window->show();
