@@ -28,10 +28,12 @@ struct ButtonTexts {
     std::string title, hint;
 };
 
-ButtonTexts textsOf(Message::Button button) {
-    switch (button) {
+ButtonTexts textsOf(const Message& message) {
+    switch (message.button) {
         case Message::Button::None:
             break;
+        case Message::Button::Offered:
+            return {message.offer.buttonTitle, message.offer.buttonHint};
         case Message::Button::TryAgain:
             return {localized("Try Again"), localized("Tries at once, instead of within a second")};
         case Message::Button::ShowInFolder:
@@ -86,7 +88,7 @@ std::string LoadedPane::load(const std::string& bundlePath) {
     platform_.setWindow(&page_);
     messages_ =
         std::make_unique<SettingsMessages>(platform_.preferences(), platform_.runLoop(), [this] { showMessage(); });
-    platform_.toolkit().setFailureHandler([this](const std::string& text) { messages_->sayOfAction(text); });
+    platform_.toolkit().setFailureHandler([this](const std::string& text) { messages_->sayOfAction({text}); });
     pane_.reset(factory(platform_.forPane(*bundle_, host_)));
     return loadInterface();
 }
@@ -146,12 +148,14 @@ void LoadedPane::unselect() {
 
 void LoadedPane::entryWasRemoved(std::string_view name) {
     messages_->sayOfAction(
-        linux::localizedFormat("Another program has removed “%@”. Nothing was changed.", std::string(name)));
+        {linux::localizedFormat("Another program has removed “%@”. Nothing was changed.", std::string(name))});
 }
+
+void LoadedPane::say(const ActionMessage& message) { messages_->sayOfAction(message); }
 
 void LoadedPane::fontManagerIsMissing() {
     messages_->sayOfAction(
-        localized("No font manager was found. Font Manager is one that many systems offer for installation."));
+        {localized("No font manager was found. Font Manager is one that many systems offer for installation.")});
 }
 
 // A page that nobody looks at has no message either: a window keeps the size in mind that it has without.
@@ -162,7 +166,7 @@ void LoadedPane::showMessage() {
         QMargins margins = root().layout() ? root().layout()->contentsMargins() : QMargins();
         margins.setTop(margins.bottom() > 0 ? 0 : page_.style()->pixelMetric(QStyle::PM_LayoutVerticalSpacing));
         line_->setContentsMargins(margins);
-        const ButtonTexts texts = textsOf(message->button);
+        const ButtonTexts texts = textsOf(*message);
         const bool isWarning = message->tone == Message::Tone::Warning;
         line_->say(isWarning ? qt::MessageLine::Tone::Warning : qt::MessageLine::Tone::Information,
                    qt::toQString(message->text), {qt::toQString(texts.title), qt::toQString(texts.hint)});
@@ -176,6 +180,11 @@ void LoadedPane::performButton() {
     const Message* message = messages_->current();
     if (!message) return;
     if (message->button == Message::Button::TryAgain) return messages_->tryAgain();
+    if (message->button == Message::Button::Offered) {
+        const std::function<void()> perform = message->offer.perform;
+        messages_->userActed();
+        return perform();
+    }
     platform_.toolkit().openFile(linux::folderOf(message->path));
 }
 

@@ -41,6 +41,7 @@ public:
     // For the host's parts of the same names.
     void entryWasRemoved(std::string_view name);
     void fontManagerIsMissing();
+    void say(const platform::ActionMessage& message);
 
 private:
     class Owner;

@@ -20,6 +20,7 @@ public:
     void replyToShouldUnselect(bool mayUnselect) override;
     void entryWasRemoved(std::string_view name) override { pane_.entryWasRemoved(name); }
     void fontManagerIsMissing() override { pane_.fontManagerIsMissing(); }
+    void say(const platform::ActionMessage& message) override { pane_.say(message); }
 
 private:
     void showEvent(QShowEvent* event) override;

@@ -122,8 +122,12 @@ void SettingsMessages::tell() {
     hasChanged_();
 }
 
-void SettingsMessages::sayOfAction(const std::string& text) {
-    put(*std::prev(std::end(kMatters)), {.domain = {}, .detail = text});
+void SettingsMessages::sayOfAction(const ActionMessage& message) {
+    const Matter& matter = *std::prev(std::end(kMatters));
+    put(matter, {.domain = {}, .detail = message.text});
+    Message& said = notices_[{&matter, {}}].message;
+    if (!message.buttonTitle.empty()) said.button = Message::Button::Offered;
+    said.offer = message;
     tell();
 }
 

@@ -2,6 +2,7 @@
 // trying again what could not be done. Hears of it from the preference service.
 #pragma once
 
+#include "platform/PreferencePane.h"
 #include "platform/Preferences.h"
 #include "platform/RunLoop.h"
 
@@ -16,13 +17,13 @@ namespace host {
 
 struct Message {
     enum class Tone { Information, Warning };
-    enum class Button { None, TryAgain, ShowInFolder };
+    enum class Button { None, TryAgain, ShowInFolder, Offered };
 
     Tone tone = Tone::Information;
     Button button = Button::None;  // beside the one that closes it
     std::string text = {};         // plain, in the user's language
     std::string path = {};         // of the file that it is about; empty for none
-    bool operator==(const Message&) const = default;
+    platform::ActionMessage offer = {};  // Offered: the button's texts, and what it does
 };
 
 class SettingsMessages {
@@ -38,8 +39,8 @@ public:
 
     const Message* current() const;  // null when there is nothing to say; good until the next call
 
-    // What became of the user's last action, in the user's language.
-    void sayOfAction(const std::string& text);
+    // What became of the user's last action.
+    void sayOfAction(const platform::ActionMessage& message);
     void userActed();  // in the pane: what was said of the action before is said no more
     void tryAgain();
     // Until it comes to another failure, or to the same one by an action of the user's.

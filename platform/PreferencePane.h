@@ -9,6 +9,7 @@
 
 #include "platform/Controls.h"
 
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -31,6 +32,13 @@ public:
     virtual void hostDidBecomeActive() = 0;
 };
 
+// What became of something that the user did in the pane, in the user's language, and what may be done about it.
+struct ActionMessage {
+    std::string text;
+    std::string buttonTitle = {}, buttonHint = {};  // without a title there is no button
+    std::function<void()> perform = {};             // what the button does; not called after the pane has gone
+};
+
 class PaneHost {
 public:
     virtual ~PaneHost() = default;
@@ -39,6 +47,8 @@ public:
     virtual void entryWasRemoved(std::string_view name) = 0;
     // Nothing was opened for the user's font collections: no font manager was found, or it does not start.
     virtual void fontManagerIsMissing() {}
+    // Said until the user acts again in the pane, or closes it.
+    virtual void say(const ActionMessage& /*message*/) {}
 };
 
 // The host owns the pane and deletes it before anything that the Platform refers to.

@@ -23,6 +23,7 @@ public:
     void replyToShouldUnselect(bool mayUnselect) override;
     void entryWasRemoved(std::string_view name) override { pane_.entryWasRemoved(name); }
     void fontManagerIsMissing() override { pane_.fontManagerIsMissing(); }
+    void say(const platform::ActionMessage& message) override { pane_.say(message); }
     // An area that scrolls would take the height that suits the pane best for the least that it needs.
     bool hasHeightForWidth() const override { return false; }
 

@@ -45,7 +45,7 @@ struct Stage {
         if (what == "report") return service.report(reportOf(w));
         if (what == "stays") return void(service.answer = reportOf(w));
         if (what == "pass") return runLoop.advance(w.value().realValue());
-        if (what == "say") return messages.sayOfAction(w.next());
+        if (what == "say") return messages.sayOfAction(messageOf(w));
         if (what == "act") return messages.userActed();
         if (what == "try") return messages.tryAgain();
         if (what == "close") return messages.closeCurrent();
@@ -57,12 +57,18 @@ struct Stage {
         if (std::string before = std::exchange(seen, shown); seen != before) text += seen + "\n";
         return text;
     }
+    static ActionMessage messageOf(Words& w) {
+        ActionMessage message{w.next()};
+        message.buttonTitle = w.next();
+        return message;
+    }
     void look() {
-        static const std::map<Message::Button, std::string> kButtons = {
+        const Message* message = messages.current();
+        const std::map<Message::Button, std::string> kButtons = {
             {Message::Button::None, ""},
             {Message::Button::TryAgain, " [Try Again]"},
-            {Message::Button::ShowInFolder, " [Show in Folder]"}};
-        const Message* message = messages.current();
+            {Message::Button::ShowInFolder, " [Show in Folder]"},
+            {Message::Button::Offered, " [" + (message ? message->offer.buttonTitle : "") + "]"}};
         shown = "nothing";
         if (!message) return;
         CHECK(message->button != Message::Button::ShowInFolder || message->path == "/p");
