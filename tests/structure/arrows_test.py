@@ -5,14 +5,15 @@ import re
 import sys
 
 ROOT = pathlib.Path(sys.argv[1])
-BUNDLE = {"settings", "pane", "TarnwickUpdater"}
+BUNDLE = {"settings", "entrylist", "pane", "TarnwickUpdater"}
 FLOOR = {"propertylist", "platform"}
 MAY_SEE = {
     "propertylist": set(),
     "platform": {"propertylist"},
     "settings": FLOOR,
     "TarnwickUpdater": FLOOR | {"settings"},
-    "pane": FLOOR | {"settings", "TarnwickUpdater"},
+    "entrylist": FLOOR | {"settings"},
+    "pane": FLOOR | {"settings", "entrylist", "TarnwickUpdater"},
     "linux": FLOOR,
     "qt": FLOOR,
     "host": FLOOR | BUNDLE | {"linux", "qt"},

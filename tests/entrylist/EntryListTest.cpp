@@ -1,0 +1,75 @@
+// What is done to the list as a whole: taking changes back, and finding entries.
+#include "entrylist/Differences.h"
+#include "entrylist/EntryIndex.h"
+#include "entrylist/History.h"
+#include "entrylist/ListEdits.h"
+#include "tests/pane/PaneFixture.h"
+
+#include <random>
+
+using namespace platform;
+using namespace entrylist;
+
+namespace {
+
+std::string inWords(const std::vector<Conflict>& conflicts) {
+    std::string text;
+    for (const Conflict& conflict : conflicts) {
+        const char* kinds[] = {"gone ", "back ", "changed "};
+        text += (text.empty() ? "" : ", ") + std::string(kinds[static_cast<int>(conflict.kind)]);
+        text += conflict.entry["Name"].stringValue();
+    }
+    return text;
+}
+
+// A list of up to six of nine entries, each with one of three values of each of two options.
+List anyList(std::mt19937& random) {
+    List list;
+    for (unsigned i = random() % 7; i > 0; --i) {
+        const std::string name(1, static_cast<char>('a' + random() % 9));
+        const PropertyList made = entry("Path " + name + " " + name + " x=" + std::to_string(random() % 3) +
+                                        " y=" + std::to_string(random() % 3));
+        if (EntryIndex(list).find(made, 0)) continue;
+        list.insert(list.begin() + static_cast<std::ptrdiff_t>(random() % (list.size() + 1)), made);
+    }
+    return list;
+}
+
+}  // namespace
+
+TEST(ChangesAreTakenBackAndWhatOthersDidStays) {
+    for (const auto& [before, after, meanwhile, expected, conflicts] : cells<5>("../entrylist/edits.txt")) {
+        CONTEXT(before + " | " + after + " | " + meanwhile);
+        const List from = entries(before), to = entries(after);
+        List list = meanwhile == "=" ? to : entries(meanwhile);
+        CHECK_EQ(inWords(revert(difference(from, to), list)), conflicts);
+        CHECK_EQ(list, entries(expected));
+    }
+}
+
+TEST(WhateverWasDoneIsUndoneAndRedone) {
+    std::mt19937 random(17);
+    for (int round = 0; round < 3000; ++round) {
+        std::vector<List> lists{anyList(random)};
+        History history;
+        for (int step = 0; step < 4; ++step) {
+            lists.push_back(anyList(random));
+            history.record(std::make_shared<ListEdits>(difference(lists[lists.size() - 2], lists.back())));
+            if (lists.back() == lists[lists.size() - 2]) lists.pop_back();
+        }
+        List list = lists.back();
+        auto go = [&](History::Direction direction, const List& expected) {
+            SharedEdits edits = history.take(direction);
+            REQUIRE(edits);
+            const List now = list;
+            CHECK(revert(*edits, list).empty());
+            history.recordOpposite(direction, std::make_shared<ListEdits>(difference(now, list)));
+            CHECK_EQ(list, expected);
+        };
+        for (std::size_t i = lists.size() - 1; i > 0; --i) go(History::Direction::Undo, lists[i - 1]);
+        CHECK(!history.has(History::Direction::Undo));
+        for (std::size_t i = 1; i < lists.size(); ++i) go(History::Direction::Redo, lists[i]);
+        CHECK(!history.take(History::Direction::Redo));
+        if (check::failures()) return;
+    }
+}
