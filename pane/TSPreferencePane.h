@@ -214,6 +214,7 @@ private:
     void selectLastRow();
     platform::PropertyList regexWorkingEntry(const platform::PropertyList& entry, bool isNew);
     void layOutRegexSheet();
+    void refuseEmptyRegexField();
     void storeRegex(const platform::PropertyList& context, const settings::EntryIdentity& target);
 
     platform::View& optionControl(const settings::Option& option);

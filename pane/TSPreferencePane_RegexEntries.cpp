@@ -79,8 +79,17 @@ void TSPreferencePane::layOutRegexSheet() {
 
 void TSPreferencePane::regexEnd(View& sender) {
     bool isIncomplete = regexName->stringValue().empty() || regex->stringValue().empty();
-    if (sender.tag() != 0 && isIncomplete) return platform_.toolkit.beep();
+    if (sender.tag() != 0 && isIncomplete) return refuseEmptyRegexField();
     regexPanel->endSheet(sender.tag());
+}
+
+// Marked first: a screen reader says what is wrong with a field as the focus comes to it.
+void TSPreferencePane::refuseEmptyRegexField() {
+    platform_.toolkit.beep();
+    bool isNameless = regexName->stringValue().empty();
+    Outlet<TextField>& field = isNameless ? regexName : regex;
+    field->setProblem(isNameless ? localized("Please fill in the name") : localized("Please fill in the expression"));
+    field->takeFocus();
 }
 
 void TSPreferencePane::regexWasEdited_returnCode_contextInfo(Panel& sheet, int returnCode, const PropertyList& context,

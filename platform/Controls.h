@@ -75,6 +75,7 @@ public:
     // Puts the other view into this one's place in its superview; this one is on no screen afterwards. Where a layout
     // manages the superview, it also manages the other view from then on.
     virtual void replaceInSuperview(View& /*other*/) {}
+    virtual void takeFocus() {}  // what is typed goes there from now on
     // The panel that this view is in; null in a window that is no panel.
     virtual Panel* panel() { return nullptr; }
 
@@ -109,6 +110,9 @@ public:
     virtual void setIntegerValue(std::int64_t) {}
     virtual bool isBeingEdited() const { return false; }  // something was typed that no action has told of yet
     virtual void setSelectable(bool) {}
+    // Marks a line that cannot stay as it is and says why, in words for the user, until its text changes; empty: no
+    // mark.
+    virtual void setProblem(std::string_view) {}
     // The size that shows the whole text, wrapped at the width of the given bounds.
     virtual Size cellSizeForBounds(const Rect&) const { return {}; }
 };

@@ -13,29 +13,6 @@ namespace {
 
 constexpr int kGap = 6;  // points between sign and text
 
-// One red cannot be read on both a light and a dark ground.
-QColor alertColor(const QPalette& palette) {
-    const bool isDark = palette.color(QPalette::Window).lightness() < 128;
-    return isDark ? QColor(0xff, 0x8a, 0x80) : QColor(0xb7, 0x1c, 0x1c);
-}
-
-// A triangle with an exclamation mark, drawn here because icon themes do not agree on what they show this small.
-QPixmap warningSign(int extent, qreal scale, const QColor& color) {
-    QPixmap sign(QSize(extent, extent) * scale);
-    sign.setDevicePixelRatio(scale);
-    sign.fill(Qt::transparent);
-    QPainter painter(&sign);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.scale(extent / 16.0, extent / 16.0);
-    painter.setPen(QPen(color, 2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-    painter.setBrush(color);
-    painter.drawPolygon(QPolygonF({{8, 2.5}, {14.5, 13.5}, {1.5, 13.5}}));
-    painter.setCompositionMode(QPainter::CompositionMode_Clear);
-    painter.drawLine(QPointF(8, 6.5), QPointF(8, 9));
-    painter.drawPoint(QPointF(8, 12));
-    return sign;
-}
-
 class AlertTone final : public QObject {
 public:
     static AlertTone* of(const QObject& label) {
@@ -121,6 +98,29 @@ QAccessibleInterface* makeAlertRole(const QString& className, QObject* object) {
 }
 
 }  // namespace
+
+// One red cannot be read on both a light and a dark ground.
+QColor alertColor(const QPalette& palette) {
+    const bool isDark = palette.color(QPalette::Window).lightness() < 128;
+    return isDark ? QColor(0xff, 0x8a, 0x80) : QColor(0xb7, 0x1c, 0x1c);
+}
+
+// A triangle with an exclamation mark, drawn here because icon themes do not agree on what they show this small.
+QPixmap warningSign(int extent, qreal scale, const QColor& color) {
+    QPixmap sign(QSize(extent, extent) * scale);
+    sign.setDevicePixelRatio(scale);
+    sign.fill(Qt::transparent);
+    QPainter painter(&sign);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.scale(extent / 16.0, extent / 16.0);
+    painter.setPen(QPen(color, 2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.setBrush(color);
+    painter.drawPolygon(QPolygonF({{8, 2.5}, {14.5, 13.5}, {1.5, 13.5}}));
+    painter.setCompositionMode(QPainter::CompositionMode_Clear);
+    painter.drawLine(QPointF(8, 6.5), QPointF(8, 9));
+    painter.drawPoint(QPointF(8, 12));
+    return sign;
+}
 
 void setAlertTone(QLabel& label, bool isAlert) {
     static const bool sIsInstalled = [] {

@@ -89,6 +89,7 @@ Size QtLabel::cellSizeForBounds(const Rect& bounds) const {
 }
 
 void QtLineEdit::setStringValue(std::string_view text, TextTone) {
+    setProblem({});
     QSignalBlocker quiet(widget_);
     widget_.setText(toQString(text));
     widget_.setCursorPosition(0);

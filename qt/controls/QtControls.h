@@ -1,6 +1,7 @@
 // Buttons, fields, menus and tabs. Setters never cause an action: only the user's own changes do. None owns its widget.
 #pragma once
 
+#include "qt/controls/FieldProblem.h"
 #include "qt/controls/WidgetView.h"
 
 #include <QAbstractButton>
@@ -58,6 +59,7 @@ public:
 class QtLineEdit final : public OneLineField<QLineEdit> {
 public:
     using OneLineField::OneLineField;
+    void setProblem(std::string_view problem) override { showProblem(widget_, toQString(problem)); }
     std::string stringValue() const override { return widget_.text().toStdString(); }
     std::int64_t integerValue() const override { return widget_.text().toLongLong(); }
     void setStringValue(std::string_view text, platform::TextTone tone) override;

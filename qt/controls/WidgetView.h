@@ -49,6 +49,7 @@ public:
     void setNeedsDisplay() override { widget_.update(); }
     void display() override { widget_.repaint(); }
     void replaceInSuperview(platform::View& other) override { replaceWidget(widget_, widgetOf(&other)); }
+    void takeFocus() override { widget_.setFocus(Qt::OtherFocusReason); }
     platform::Panel* panel() override { return panelAround(widget_); }
     int tag() const override { return widget_.property("tag").toInt(); }
 

@@ -9,6 +9,7 @@
 #include "tests/support/FakePlatform.h"
 
 #include <QAccessible>
+#include <QAction>
 #include <QApplication>
 #include <QCheckBox>
 #include <QDialog>
@@ -151,6 +152,35 @@ TEST(TheChooserFindsByNameAndTakesWhatIsSelected) {
     CHECK_EQ(pane.entries().elements()[1]["Data"], PropertyList("org.test.Beta"));
     QTest::keyClick(&in<QTableView>(pane.window, "exTableView"), Qt::Key_Delete);
     CHECK_EQ(pane.entries().size(), std::size_t{1});
+}
+
+TEST(AnEmptyFieldOfAnExpressionIsMarkedUntilSomethingIsTyped) {
+    Opened pane;
+    QDialog& sheet = pane.openSheet(0, "regexAdd");
+    for (auto [name, problem] :
+         {std::pair{"regexName", "Please fill in the name"}, {"regex", "Please fill in the expression"}}) {
+        auto& field = in<QLineEdit>(sheet, name);
+        QAccessibleInterface& seen = *QAccessible::queryAccessibleInterface(&field);
+        const QString designed = seen.text(QAccessible::Description);
+        auto isMarked = [&] {
+            auto* frame = field.findChild<QWidget*>(QStringLiteral("fieldProblem"));
+            const bool hasSign = !field.actions().isEmpty() && field.actions()[0]->toolTip() == QLatin1String(problem);
+            CHECK(hasSign == (frame && frame->isVisible() && frame->size() == field.size()));
+            return hasSign && seen.text(QAccessible::Description) == QLatin1String(problem);
+        };
+        field.clear();
+        for (int presses = 0; presses < 2; ++presses) {
+            in<QPushButton>(sheet, "regexSheetOK").setFocus();
+            QTest::keyClick(sheet.focusWidget(), Qt::Key_Return);
+            CHECK(sheet.isVisible() && sheet.focusWidget() == &field && isMarked() && field.actions().size() == 1);
+        }
+        QTest::keyClick(&field, Qt::Key_X);
+        CHECK(!isMarked() && seen.text(QAccessible::Description) == designed);
+    }
+    QTest::keyClick(sheet.focusWidget(), Qt::Key_Return);
+    settle();
+    CHECK(!QApplication::activeModalWidget());
+    CHECK_EQ(pane.entries().elements().back()["Name"], PropertyList("x"));
 }
 
 TEST(ElsewhereOnTheDiskPackagesAreChosenWhole) {
