@@ -22,6 +22,8 @@ public:
     SharedEdits take(Direction direction);
     // What taking a step back has changed: the step in the other direction.
     void recordOpposite(Direction taken, SharedEdits edits);
+    // A step that could not be taken.
+    void putBack(Direction direction, SharedEdits edits) { steps(direction).push_back(std::move(edits)); }
     bool has(Direction direction) const { return !steps(direction).empty(); }
 
 private:

@@ -64,6 +64,10 @@ std::string EntryRows::secondLine(const PropertyList& entry) const {
                                        : pane.localizedString("<<Not Found On Computer>>");
 }
 
+bool EntryRows::isMissing(const PropertyList& entry) const {
+    return !hasType(entry, kGlobalType) && !hasType(entry, kRegExType) && !existingPath(entry);
+}
+
 std::vector<AttributedLine> EntryRows::lines(const PropertyList& entry) const {
     return {{name(entry), false}, {secondLine(entry), true}};
 }

@@ -21,6 +21,8 @@ public:
     std::optional<std::string> path(const platform::PropertyList& entry) const;  // nothing: the entry has none
     std::string name(const platform::PropertyList& entry) const;
     std::vector<platform::AttributedLine> lines(const platform::PropertyList& entry) const;  // two
+    // An application that is nowhere on this computer.
+    bool isMissing(const platform::PropertyList& entry) const;
     platform::ImageRef icon(const platform::PropertyList& entry) const;  // null when the pane's own image is missing
 
 private:

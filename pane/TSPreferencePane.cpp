@@ -50,7 +50,12 @@ extern "C" __attribute__((visibility("default"))) PreferencePane* TSPreferencePa
 TSPreferencePane::TSPreferencePane(const Platform& platform)
     : platform_(platform),
       prefs(CFPreferencesWrapper_Typeslate::preferencesWithApplication(platform.preferences, kSettingsDomain)),
-      thisBundle(platform.paneBundle) {}
+      thisBundle(platform.paneBundle),
+      listCommands(platform_, *this),
+      listSearch(platform_, *this),
+      optionMarks(platform_, *this, [this](const Option& option) {
+          listCommands.useGlobals({&option, 1});
+      }) {}
 
 TSPreferencePane::~TSPreferencePane() = default;
 
@@ -74,6 +79,7 @@ void TSPreferencePane::awakeFromNib() {
     logStuff->setState(isLogging());
     enabledCheckbox->setState(isModuleOn());
 
+    listSearch.start();
     exTableView->setDataSource(this);
     exTableView->setSelectionObserver(
         [this](const InterfaceNotification& notification) { tableViewSelectionDidChange(notification); });
@@ -157,6 +163,11 @@ UnselectReply TSPreferencePane::shouldUnselect() {
 void TSPreferencePane::sheetEnded() {
     canUnselect = UnselectReply::Now;
     if (std::exchange(unselectRequest, false)) platform_.host.replyToShouldUnselect(true);
+}
+
+void TSPreferencePane::hostDidBecomeActive() {
+    takeInChanges();
+    listSearch.lookAgain();
 }
 
 void TSPreferencePane::willUnselect() { platform_.toolkit.setApplicationIcon(mSystemPrefsIcon); }

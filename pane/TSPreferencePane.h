@@ -11,6 +11,9 @@
 #pragma once
 
 #include "TarnwickUpdater/PrefPane Stuff/TWVCUpdateViewController/TWVCUpdateViewController.h"
+#include "entrylist/ListCommands.h"
+#include "entrylist/ListSearch.h"
+#include "entrylist/OptionMarks.h"
 #include "pane/EntryRows.h"
 #include "pane/fontcatalog/AdobeNames.h"
 #include "platform/AliasClass.h"
@@ -29,7 +32,9 @@
 #include <string_view>
 #include <vector>
 
-class TSPreferencePane final : public platform::PreferencePane, public platform::TableDataSource {
+class TSPreferencePane final : public platform::PreferencePane,
+                               public platform::TableDataSource,
+                               private entrylist::ListOwner {
 public:
     // What the platform refers to must outlive the pane, and so must every object that setOutlet is given. A sheet that
     // is open when the pane goes must not end afterwards.
@@ -53,7 +58,7 @@ public:
     void willSelect() override;
     platform::UnselectReply shouldUnselect() override;
     void willUnselect() override;
-    void hostDidBecomeActive() override { takeInChanges(); }
+    void hostDidBecomeActive() override;
     // Loads the alias class from the pane's private framework. Without it names and paths come from what is stored; it
     // is tried again before each row count.
     void getCVAliasClass();
@@ -77,6 +82,7 @@ public:
     int numberOfRowsInTableView(platform::TableView& table) override;
     platform::CellValue tableView_objectValueForTableColumn_row(platform::TableView& table,
                                                                 std::string_view columnIdentifier, int row) override;
+    std::optional<std::vector<int>> tableView_shownRows(platform::TableView& table) override;
     bool tableView_opensRow(platform::TableView& table, int row) override;
     bool tableView_validateDrop(platform::TableView& table) override;
     bool tableView_acceptDrop(platform::TableView& table, const std::vector<std::string>& fileNames) override;
@@ -184,7 +190,9 @@ private:
     // is shown what is there instead, and the host tells why.
     bool commitEntry(settings::EntryIdentity target, EntryChange change,
                      const std::function<void(std::size_t row)>& showAnew);
-    bool changeList(std::function<void(List&)> change);
+    // Null while the stored list cannot be read; else what the change did when it was last made.
+    using Edits = std::shared_ptr<entrylist::ListEdits>;
+    Edits changeList(std::function<void(List&)> change);
     bool save();
     enum Announcement : unsigned { kBroadcastDisabled = 1, kBroadcastSoon = 2, kPost = 4 };
     void announce(unsigned announcements, bool isSaved);
@@ -216,6 +224,20 @@ private:
     void layOutRegexSheet();
     void refuseEmptyRegexField();
     void storeRegex(const platform::PropertyList& context, const settings::EntryIdentity& target);
+
+    // For the tools of the list.
+    platform::PropertyList entries() const override { return entryList(); }
+    settings::EntryIdentity shown() const override { return shownEntry; }
+    bool changeEntries(std::function<void(List&)> change, const platform::PropertyList& toShow) override;
+    void addLike(const platform::PropertyList& entry) override;
+    std::string nameOf(const platform::PropertyList& entry) const override { return entryRows().name(entry); }
+    std::string placeOf(const platform::PropertyList& entry) const override;
+    bool isMissing(const platform::PropertyList& entry) const override { return entryRows().isMissing(entry); }
+    platform::TableView& table() override { return *exTableView; }
+    platform::View& controlOf(const settings::Option& option) override { return optionControl(option); }
+    void showAroundList();
+    std::vector<std::string> marksOf(const platform::PropertyList& entry) const;
+    bool isPale(const platform::PropertyList& entry) const;
 
     platform::View& optionControl(const settings::Option& option);
     bool showsSetsInOwnFaces();
@@ -290,6 +312,11 @@ private:
     Outlet<platform::Button> regexSheetOK;
     Outlet<platform::Button> regexCancel;
     Outlet<platform::Button> regexHelp;
+
+    entrylist::ListCommands listCommands;
+    entrylist::ListSearch listSearch;
+    entrylist::OptionMarks optionMarks;
+    platform::PropertyList settingsOfNew;  // instead of Global's, for the entry that is added next
 
     Outlet<platform::Panel> aboutPanel;
     Outlet<platform::TextView> aboutTextView;

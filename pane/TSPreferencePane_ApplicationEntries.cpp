@@ -34,7 +34,9 @@ void TSPreferencePane::exOpenPanelDidEnd_returnCode_contextInfo(OpenPanel* panel
                                                                 const std::vector<std::string>& fileNames) {
     std::vector<ApplicationIdentity> applications;
     if (returnCode == kPanelOK) applications = describeApplications(panel ? panel->filenames() : fileNames);
-    auto add = [applications = std::move(applications)](List& list) { addApplications(list, applications); };
+    auto add = [applications = std::move(applications), like = std::exchange(settingsOfNew, {})](List& list) {
+        addApplications(list, applications, like);
+    };
     commit(std::move(add), [this] {
         exTableView->reloadData();
         selectLastRow();

@@ -46,40 +46,51 @@ bool TSPreferencePane::save() {
 }
 
 bool TSPreferencePane::commit(std::function<void(List&)> change, const std::function<void()>& showAnew) {
-    bool isChanged = changeList(std::move(change));
-    bool isSaved = isChanged && save();
+    Edits edits = changeList(std::move(change));
+    bool isSaved = edits && save();
     showAnew();
     showSelectedEntry();
-    announce(isChanged ? kBroadcastSoon | kPost : 0u, isSaved);
+    if (edits) listCommands.record(edits);
+    showAroundList();
+    announce(edits ? kBroadcastSoon | kPost : 0u, isSaved);
     return isSaved;
 }
 
 bool TSPreferencePane::commitEntry(EntryIdentity target, EntryChange change,
                                    const std::function<void(std::size_t)>& showAnew) {
     auto row = std::make_shared<std::optional<std::size_t>>();  // where it stood when the change was last made
-    bool isChanged = changeList([target, change = std::move(change), row](List& list) {
+    Edits edits = changeList([target, change = std::move(change), row](List& list) {
         *row = target.find(list);
         if (*row) change(list, **row);
     });
-    if (!isChanged) return false;
+    if (!edits) return false;
     PropertyList expected = entryList();
     bool isSaved = save();
     if (*row) showAnew(**row);
     if (*row && entryList() == expected) listShown = expected;
     showStoredList();
+    if (*row) listCommands.record(edits);
+    showAroundList();
     announce(*row ? kBroadcastSoon | kPost : 0u, isSaved);
     if (!*row) platform_.host.entryWasRemoved(target.entry()[kNameKey].stringValue());
     return isSaved && *row;
 }
 
-bool TSPreferencePane::changeList(std::function<void(List&)> change) {
+TSPreferencePane::Edits TSPreferencePane::changeList(std::function<void(List&)> change) {
     // A list made without knowing the stored one must never replace it.
     if (!prefs->isReadable()) {
         platform_.log("The settings cannot be read; the change is not stored.");
-        return false;
+        return nullptr;
     }
-    prefs->changeArray_forKey(std::move(change), kEntryListKey);
-    return true;
+    auto edits = std::make_shared<entrylist::ListEdits>();
+    prefs->changeArray_forKey(
+        [change = std::move(change), edits](List& list) {
+            const List before = list;
+            change(list);
+            *edits = entrylist::difference(before, list);
+        },
+        kEntryListKey);
+    return edits;
 }
 
 // Whoever reads the store on hearing of a change finds it there: what is not saved yet is announced when it is.

@@ -41,8 +41,9 @@ std::vector<AttributedLine> TSPreferencePane::nameAndPathForIndex(int row) {
 CellValue TSPreferencePane::tableView_objectValueForTableColumn_row(TableView& table, std::string_view columnIdentifier,
                                                                     int row) {
     if (!exTableView.is(&table)) return {};
-    if (columnNumber(columnIdentifier) == kIconColumnNumber) return {entryRows().icon(entryAtRow(row)), {}};
-    return {nullptr, nameAndPathForIndex(row)};
+    if (columnNumber(columnIdentifier) == kIconColumnNumber)
+        return {entryRows().icon(entryAtRow(row)), {}, {}, isPale(entryAtRow(row))};
+    return {nullptr, nameAndPathForIndex(row), marksOf(entryAtRow(row))};
 }
 
 void TSPreferencePane::tableViewSelectionDidChange(const InterfaceNotification& notification) {
@@ -64,6 +65,7 @@ void TSPreferencePane::showEntry(int row) {
     exRemoveAppButton->setEnabled(!hasType(entry, kGlobalType));
     perAppEnabled->setEnabled(true);
     toggleAll();
+    showAroundList();
 }
 
 // With what others have changed, the selected row may hold another entry than before, of which no table tells.

@@ -52,6 +52,7 @@ void TSPreferencePane::regexNew(View& sender) {
 PropertyList TSPreferencePane::regexWorkingEntry(const PropertyList& entry, bool isNew) {
     MutableDictionary working(entry);
     PropertyList entrySettings = isNew ? getDefaultSettingsBasedOnGlobal() : entry[kSettingsKey];
+    if (PropertyList like = std::exchange(settingsOfNew, {}); isNew && like) entrySettings = like;
     std::string fieldName = regexName->stringValue();
     if (!fieldName.empty() && !isNew) {
         working.set(kNameKey, fieldName);

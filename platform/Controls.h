@@ -47,6 +47,13 @@ public:
     virtual void performAction(std::string_view selector, class View& sender) = 0;
 };
 
+// A sign beside a control that it is not what it might be, and what may be done about it.
+struct ControlMark {
+    std::string description;        // for tool tips and assistive tools
+    std::string actionTitle;        // of the item in the control's own menu
+    std::function<void()> perform;  // what the item does
+};
+
 class View {
 public:
     View() = default;
@@ -70,6 +77,8 @@ public:
     virtual void setFrame(const Rect&) {}
     virtual bool isHidden() const { return false; }  // itself, whatever surrounds it
     virtual void setHidden(bool) {}
+    // Nothing takes the sign away.
+    virtual void setMark(const std::optional<ControlMark>&) {}
     virtual void setNeedsDisplay() {}  // soon
     virtual void display() {}          // at once
     // Puts the other view into this one's place in its superview; this one is on no screen afterwards. Where a layout
@@ -172,6 +181,8 @@ struct AttributedLine {
 struct CellValue {
     ImageRef image;
     std::vector<AttributedLine> lines;
+    std::vector<std::string> marks = {};  // words about the row, at the far end of the first line
+    bool isPale = false;                  // the image, of what is not in use
 };
 
 // A message between interface objects: what happened, and to which object.
@@ -188,6 +199,9 @@ public:
     virtual int numberOfRowsInTableView(TableView& table) = 0;
     virtual CellValue tableView_objectValueForTableColumn_row(TableView& table, std::string_view columnIdentifier,
                                                               int row) = 0;
+    // The rows that are to be seen, in order; nothing: all. Asked once after each reload. Hiding a row changes no row's
+    // number, and one that is selected by code is seen even so.
+    virtual std::optional<std::vector<int>> tableView_shownRows(TableView& /*table*/) { return std::nullopt; }
     // Whether the double action does anything with the row.
     virtual bool tableView_opensRow(TableView& /*table*/, int /*row*/) { return true; }
     // Drops have no position: validation answers for the table as a whole, true for the copy operation.
@@ -212,6 +226,7 @@ public:
     virtual int numberOfRows() { return 0; }  // asks the data source after a reload
     virtual void selectRow(int) {}            // -1 clears the selection; tells the observer when the selection changes
     virtual void scrollRowToVisible(int) {}
+    virtual void setPlaceholder(std::string_view) {}  // what is read where no row is to be seen
 };
 
 // A sheet: a panel attached to the pane's window, which stays unusable until the sheet has ended.

@@ -5,6 +5,7 @@
 
 #include "platform/Bundle.h"
 #include "platform/Controls.h"
+#include "propertylist/ASCII.h"
 
 #include <memory>
 #include <optional>
@@ -58,6 +59,12 @@ public:
     // Modal, with the default button only.
     virtual void runAlert(std::string_view /*title*/, std::string_view /*message*/) {}
     virtual void beep() {}
+    // Text as searches compare it: without case and accents. By itself it makes ASCII letters small.
+    virtual std::string searchKey(std::string_view text);
+    // What the user has copied, in one form of our own; empty when there is nothing of that form. Setting replaces all
+    // that was copied before.
+    virtual std::string clipboard(std::string_view /*mediaType*/) { return {}; }
+    virtual void setClipboard(std::string_view /*mediaType*/, std::string_view /*content*/) {}
     // The modifier keys held now, each a bit of a keyboard event's mask: kLeftOption, kRightOption.
     virtual std::uint32_t currentKeyModifiers() { return 0; }
     static constexpr std::uint32_t kLeftOption = 0x0800;   // Alt
@@ -80,5 +87,11 @@ public:
     virtual void openURL(std::string_view /*url*/, std::string_view /*copy*/) {}
     virtual void openFile(std::string_view /*path*/) {}
 };
+
+inline std::string InterfaceToolkit::searchKey(std::string_view text) {
+    std::string key(text);
+    for (char& c : key) c = propertylist::lowerASCII(c);
+    return key;
+}
 
 }  // namespace platform

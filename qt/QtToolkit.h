@@ -8,6 +8,8 @@
 #include "qt/controls/FirstPaint.h"
 #include "qt/images/QtImage.h"
 #include "qt/sheets/ApplicationChooser.h"
+#include "qt/texts/SearchKey.h"
+#include "qt/texts/Utf8.h"
 
 #include <QDateTime>
 #include <QHash>
@@ -37,6 +39,9 @@ public:
     platform::ImageRef workspaceIcon(std::string_view path) override;
     platform::ImageRef genericApplicationIcon() override;
     platform::ImageRef applicationIcon() override;
+    std::string searchKey(std::string_view text) override { return qt::searchKey(toQString(text)).toStdString(); }
+    std::string clipboard(std::string_view mediaType) override;
+    void setClipboard(std::string_view mediaType, std::string_view content) override;
     void setApplicationIcon(const platform::ImageRef& image) override;
     // In points. Larger images are used at this size; drawings, which have any size, have this one.
     static constexpr int kLargestImage = 128;

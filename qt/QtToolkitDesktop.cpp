@@ -7,7 +7,9 @@
 #include "qt/texts/Utf8.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QFontDialog>
+#include <QMimeData>
 #include <QUrl>
 
 namespace qt {
@@ -25,6 +27,17 @@ private:
 };
 
 }  // namespace
+
+std::string QtToolkit::clipboard(std::string_view mediaType) {
+    const QMimeData* copied = QApplication::clipboard()->mimeData();
+    return copied ? copied->data(toQString(mediaType)).toStdString() : std::string();
+}
+
+void QtToolkit::setClipboard(std::string_view mediaType, std::string_view content) {
+    auto* copied = new QMimeData;
+    copied->setData(toQString(mediaType), QByteArray(content.data(), static_cast<qsizetype>(content.size())));
+    QApplication::clipboard()->setMimeData(copied);
+}
 
 void QtToolkit::beginOpenPanel(const OpenPanelRequest& request,
                                std::function<void(OpenPanel& panel, int returnCode)> didEnd) {

@@ -64,13 +64,15 @@ bool ApplicationIndex::contains(const ApplicationIdentity& application) const {
 }
 
 // A list without a Global entry gets one only for the sake of the settings: each look repairs it further.
-void addApplications(std::vector<PropertyList>& list, const std::vector<ApplicationIdentity>& applications) {
+void addApplications(std::vector<PropertyList>& list, const std::vector<ApplicationIdentity>& applications,
+                     const PropertyList& entrySettings) {
     std::vector<PropertyList> repaired = list;
     ApplicationIndex index(list);
     for (const ApplicationIdentity& application : applications) {
         if (index.contains(application)) continue;
         putGlobalFirst(repaired);
-        list.push_back(applicationEntry(application, repaired.front()[kSettingsKey]));
+        const PropertyList& usual = repaired.front()[kSettingsKey];
+        list.push_back(applicationEntry(application, entrySettings ? entrySettings : usual));
         index.add(list.back());
     }
 }

@@ -26,8 +26,10 @@ struct ApplicationIdentity {
 platform::PropertyList applicationEntry(const ApplicationIdentity& application,
                                         const platform::PropertyList& entrySettings);
 
-// Appends an entry for each application that no entry matches yet, with the settings that a new entry gets.
-void addApplications(std::vector<platform::PropertyList>& list, const std::vector<ApplicationIdentity>& applications);
+// Appends an entry for each application that no entry matches yet, with the settings given, else with those that a new
+// entry gets.
+void addApplications(std::vector<platform::PropertyList>& list, const std::vector<ApplicationIdentity>& applications,
+                     const platform::PropertyList& entrySettings = {});
 
 // Answers in constant time whether some entry of a list matches an application by the entry's own type. It is a copy:
 // an entry that joins the list later must be added here, too. Strings are compared byte by byte.

@@ -49,12 +49,12 @@ QColor textColor(const QStyleOptionViewItem& option, bool grey) {
     return readableOn(option.palette.color(group, isSelected ? QPalette::Highlight : QPalette::Base), paler, text);
 }
 
-void drawImage(QPainter* painter, const QStyleOptionViewItem& option, const QIcon& icon) {
+void drawImage(QPainter* painter, const QStyleOptionViewItem& option, const QIcon& icon, bool isPale) {
     constexpr int kExtent = CellDelegate::kIconExtent;
     QRect square(0, 0, kExtent, kExtent);
     square.moveCenter(option.rect.center());
     bool enabled = option.state & QStyle::State_Enabled;
-    icon.paint(painter, square, Qt::AlignCenter, enabled ? QIcon::Normal : QIcon::Disabled);
+    icon.paint(painter, square, Qt::AlignCenter, enabled && !isPale ? QIcon::Normal : QIcon::Disabled);
 }
 
 // Paths and expressions run from left to right whatever surrounds them, and whichever letters are in them; a name runs
@@ -63,7 +63,31 @@ int ownDirection(const AttributedLine& line) {
     return !line.small && toQString(line.text).isRightToLeft() ? Qt::TextForceRightToLeft : Qt::TextForceLeftToRight;
 }
 
-void drawLines(QPainter* painter, const QStyleOptionViewItem& option, const std::vector<AttributedLine>& lines) {
+// A word in a frame at the far end of the line. The width that it takes.
+int drawMark(QPainter* painter, const QStyleOptionViewItem& option, const QRect& line, const QString& word) {
+    constexpr int kInset = 5, kGap = 4;
+    const int width = painter->fontMetrics().horizontalAdvance(word) + 2 * kInset;
+    QRect frame(line.right() - width + 1, line.top() + 1, width, line.height() - 2);
+    if (frame.left() < line.left() + line.width() / 3) return 0;  // the name comes first
+    frame = QStyle::visualRect(option.direction, line, frame);
+    painter->drawRoundedRect(QRectF(frame).adjusted(0.5, 0.5, -0.5, -0.5), 3, 3);
+    painter->drawText(frame, Qt::AlignCenter | Qt::TextSingleLine | Qt::TextDontClip, word);
+    return width + kGap;
+}
+
+int drawMarks(QPainter* painter, const QStyleOptionViewItem& option, QRect line, const CellValue& value) {
+    painter->setFont(smallFont(option.font));
+    painter->setPen(textColor(option, true));
+    const int wholeWidth = line.width();
+    for (auto mark = value.marks.rbegin(); mark != value.marks.rend(); ++mark) {
+        const int width = drawMark(painter, option, line, toQString(*mark));
+        line = QStyle::visualRect(option.direction, line, line.adjusted(0, 0, -width, 0));
+    }
+    return wholeWidth - line.width();
+}
+
+void drawLines(QPainter* painter, const QStyleOptionViewItem& option, const CellValue& value) {
+    const std::vector<AttributedLine>& lines = value.lines;
     QFont small = smallFont(option.font);
     int height = 0;
     for (const AttributedLine& line : lines) height += QFontMetrics(line.small ? small : option.font).lineSpacing();
@@ -74,6 +98,10 @@ void drawLines(QPainter* painter, const QStyleOptionViewItem& option, const std:
     for (const AttributedLine& line : lines) {
         QFontMetrics metrics(line.small ? small : option.font);
         QRect box(area.left(), y, area.width(), metrics.lineSpacing());
+        if (&line == lines.data() && !value.marks.empty()) {
+            const int width = drawMarks(painter, option, box, value);
+            box = QStyle::visualRect(option.direction, box, box.adjusted(0, 0, -width, 0));
+        }
         painter->setFont(line.small ? small : option.font);
         painter->setPen(textColor(option, line.small));
         QString text = metrics.elidedText(toQString(line.text), Qt::ElideMiddle, box.width());
@@ -97,8 +125,8 @@ void CellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, 
     CellValue value = model_.cell(index);
     painter->save();
     const QtImage* image = QtImage::of(value.image);
-    if (image && (image->isMade() || !postponesImages_)) drawImage(painter, shown, image->icon());
-    drawLines(painter, shown, value.lines);
+    if (image && (image->isMade() || !postponesImages_)) drawImage(painter, shown, image->icon(), value.isPale);
+    drawLines(painter, shown, value);
     painter->restore();
 }
 

@@ -25,15 +25,45 @@ void CellModel::setRowCount(int rows) {
     }
 }
 
-void CellModel::refresh() {
-    setRowCount(source_ ? std::max(0, source_->numberOfRowsInTableView(table_)) : 0);
+void CellModel::refresh(int mustBeSeen) {
+    allRows_ = source_ ? std::max(0, source_->numberOfRowsInTableView(table_)) : 0;
+    shown_ = source_ ? source_->tableView_shownRows(table_) : std::nullopt;
+    if (shown_ && !shown_->empty() && mustBeSeen >= 0 && mustBeSeen < allRows_) addShown(mustBeSeen);
+    setRowCount(shown_ ? static_cast<int>(shown_->size()) : allRows_);
     if (rows_ > 0) Q_EMIT dataChanged(index(0, 0), index(rows_ - 1, columnCount() - 1));
+}
+
+void CellModel::addShown(int row) {
+    auto place = std::ranges::lower_bound(*shown_, row);
+    if (place == shown_->end() || *place != row) shown_->insert(place, row);
+}
+
+void CellModel::showRow(int row) {
+    if (!shown_ || row < 0 || row >= allRows_) return;
+    addShown(row);
+    setRowCount(static_cast<int>(shown_->size()));
+    Q_EMIT dataChanged(index(0, 0), index(rows_ - 1, columnCount() - 1));
+}
+
+int CellModel::sourceRow(const QModelIndex& index) const {
+    if (!index.isValid() || !shown_) return index.row();
+    return index.row() < static_cast<int>(shown_->size()) ? (*shown_)[static_cast<std::size_t>(index.row())] : -1;
+}
+
+QModelIndex CellModel::indexOf(int sourceRow) const {
+    int row = sourceRow;
+    if (shown_) {
+        auto place = std::ranges::lower_bound(*shown_, sourceRow);
+        if (place == shown_->end() || *place != sourceRow) return {};
+        row = static_cast<int>(place - shown_->begin());
+    }
+    return index(row, columnCount() - 1);
 }
 
 CellValue CellModel::cell(const QModelIndex& index) const {
     if (!source_ || !index.isValid()) return {};
     std::string identifier = identifiers_.value(index.column()).toStdString();
-    return source_->tableView_objectValueForTableColumn_row(table_, identifier, index.row());
+    return source_->tableView_objectValueForTableColumn_row(table_, identifier, sourceRow(index));
 }
 
 int CellModel::columnCount(const QModelIndex& parent) const {
@@ -49,7 +79,9 @@ QVariant CellModel::data(const QModelIndex& index, int role) const {
     if (isImageColumn(index.column()))
         return role == Qt::ToolTipRole ? QVariant() : data(index.siblingAtColumn(index.column() + 1), role);
     QStringList texts;
-    for (const AttributedLine& line : cell(index).lines) texts << toQString(line.text);
+    const CellValue value = cell(index);
+    for (const AttributedLine& line : value.lines) texts << toQString(line.text);
+    for (const std::string& mark : value.marks) texts << toQString(mark);
     if (role == Qt::DisplayRole) return texts.value(0);
     return texts.join(role == Qt::ToolTipRole ? QStringLiteral("\n") : QStringLiteral(", "));
 }

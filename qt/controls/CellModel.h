@@ -7,6 +7,9 @@
 #include <QAbstractTableModel>
 #include <QStringList>
 
+#include <optional>
+#include <vector>
+
 namespace qt {
 
 class CellModel final : public QAbstractTableModel {
@@ -18,9 +21,16 @@ public:
     void setImageColumn(const QString& identifier) { imageColumn_ = identifier; }
     bool isImageColumn(int column) const { return identifiers_.value(column) == imageColumn_; }
 
-    // Asks the data source for the number of rows and has what is on screen painted again.
-    void refresh();
+    // Asks the data source for the number of rows and for those that are to be seen, and has what is on screen painted
+    // again. A row that must be seen is, while any other is.
+    void refresh(int mustBeSeen);
+    void showRow(int row);                                     // from now to the next refresh
     platform::CellValue cell(const QModelIndex& index) const;  // empty without a data source and outside the rows
+
+    // The data source's rows. Those of the model are the ones that are to be seen: the two differ while some are not.
+    int allRows() const { return allRows_; }
+    int sourceRow(const QModelIndex& index) const;
+    QModelIndex indexOf(int sourceRow) const;  // in the last column; invalid for a row that is not to be seen
 
     int rowCount(const QModelIndex& parent = {}) const override { return parent.isValid() ? 0 : rows_; }
     int columnCount(const QModelIndex& parent = {}) const override;
@@ -30,11 +40,14 @@ public:
 
 private:
     void setRowCount(int rows);
+    void addShown(int row);
 
     platform::TableView& table_;
     platform::TableDataSource* source_ = nullptr;
     QStringList identifiers_, titles_;
     QString imageColumn_;
+    int allRows_ = 0;
+    std::optional<std::vector<int>> shown_;  // in order; nothing: all
     int rows_ = 0;
 };
 

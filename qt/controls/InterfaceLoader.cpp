@@ -1,10 +1,13 @@
 #include "qt/controls/InterfaceLoader.h"
 
 #include "qt/controls/FittingScrollArea.h"
+#include "qt/controls/PageKeys.h"
+#include "qt/controls/QtAction.h"
 #include "qt/controls/QtControls.h"
 #include "qt/controls/QtProgressIndicator.h"
 #include "qt/controls/QtTableView.h"
 #include "qt/controls/QtTextView.h"
+#include "qt/controls/SearchField.h"
 #include "qt/controls/StatusText.h"
 #include "qt/controls/UserActions.h"
 #include "qt/images/FileIcons.h"
@@ -47,6 +50,14 @@ void connectAction(QWidget& widget, View& view, InterfaceOwner& owner, QObject& 
     std::string selector = widget.property("action").toString().toStdString();
     if (!selector.empty())
         onUserAction(widget, context, [&owner, &view, selector] { owner.performAction(selector, view); });
+}
+
+void connectSearch(QWidget& widget, View& view, InterfaceOwner& owner, QObject& context) {
+    auto* line = qobject_cast<QLineEdit*>(&widget);
+    auto* list = widget.window()->findChild<QWidget*>(widget.property("searches").toString());
+    std::string selector = widget.property("action").toString().toStdString();
+    if (line && list)
+        makeSearchField(*line, *list, context, [&owner, &view, selector] { owner.performAction(selector, view); });
 }
 
 void showImage(QWidget& widget, const Bundle& resources) {
@@ -137,6 +148,8 @@ private:
         widgets.prepend(result_->root_);
         for (QWidget* widget : widgets)
             if (isNamed(*widget)) add(*widget);
+        for (QAction* action : result_->root_->actions()) add(*action);
+        servePageKeys(*result_->root_);
         // Texts of another length ask for other sizes, which a window is made for before it is shown: from the leaves
         // up.
         for (auto widget = widgets.crbegin(); widget != widgets.crend(); ++widget) (*widget)->updateGeometry();
@@ -147,12 +160,24 @@ private:
         showInUsersLanguage(widget, resources_);
         auto& view = result_->views_[nameOf(widget)];
         view = makeView(widget, owner_);
-        connectAction(widget, *view, owner_, *result_->connections_);
+        if (widget.property("searches").isValid())
+            connectSearch(widget, *view, owner_, *result_->connections_);
+        else
+            connectAction(widget, *view, owner_, *result_->connections_);
         takeEveryInput(widget);
         showImage(widget, resources_);
         scaleFont(widget);
         keepDirection(widget);
         if (auto* area = dynamic_cast<FittingScrollArea*>(&widget)) area->showWhatLiesBehind();
+    }
+
+    void add(QAction& action) {
+        showInUsersLanguage(action, resources_);
+        auto& view = result_->views_[action.objectName().toStdString()];
+        view = std::make_unique<QtAction>(action);
+        std::string selector = action.property("action").toString().toStdString();
+        QObject::connect(&action, &QAction::triggered, result_->connections_.get(),
+                         [&owner = owner_, &sender = *view, selector] { owner.performAction(selector, sender); });
     }
 
     InterfaceOwner& owner_;

@@ -5,7 +5,11 @@
 // hidden until it is begun), "image" and "imageExtent" (of a label: the resource that it shows, and its size in
 // points), "hideWhenEmpty" (of a label), "fontScale" (makes the font bold and this much larger), "columnIdentifiers",
 // "columnTitles", "removeButton" and "openTitle" (of a table, see QtTableView.h), "itemTags" (of a menu: the numbers of
-// its items).
+// its items), "searches" (of a line of text: the name of the
+// list that is searched by it; the action is performed at each change, see SearchField.h).
+//
+// An action that the root has is an outlet and performs its selector too; it may be an item of a tool button's or a
+// table's menu. Its keys serve the whole page (PageKeys.h).
 //
 // The texts in the file are English, and keys of the bundle's localised strings, mnemonics included.
 #pragma once

@@ -1,6 +1,7 @@
 #include "qt/controls/QtTableView.h"
 
 #include "qt/UriList.h"
+#include "qt/controls/PageKeys.h"
 
 #include <QAbstractButton>
 #include <QContextMenuEvent>
@@ -40,7 +41,7 @@ QtTableView::QtTableView(QTableView& widget, InterfaceOwner& owner)
     applyMetrics();
     widget.installEventFilter(this);
     widget.viewport()->installEventFilter(this);
-    connect(widget.selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] { selectionChanged(); });
+    connect(widget.selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] { takeSelection(); });
     connect(&widget, &QTableView::doubleClicked, this, [this] { performDoubleAction(); });
 }
 
@@ -72,45 +73,84 @@ void QtTableView::reloadData() {
 
 void QtTableView::loadRowsIfNeeded() {
     if (!std::exchange(needsRows_, false)) return;
-    int selected = selectedRow();
     isLoading_ = true;
-    model_.refresh();
+    model_.refresh(selectedRow_);
     isLoading_ = false;
     // The view moves the selection to a neighbour when its row goes; here it goes with the row.
-    if (selected >= model_.rowCount()) widget_.clearSelection();
-    selectionChanged();
+    if (selectedRow_ >= model_.allRows()) selectedRow_ = -1;
+    showSelection();
+    showPlaceholder();
+    tellOfSelection();
 }
 
 int QtTableView::numberOfRows() {
     loadRowsIfNeeded();
-    return model_.rowCount();
+    return model_.allRows();
 }
 
-int QtTableView::selectedRow() const {
-    const QModelIndexList rows = widget_.selectionModel()->selectedRows();
-    return rows.isEmpty() ? -1 : rows.first().row();
+void QtTableView::selectRow(int row) {
+    loadRowsIfNeeded();
+    if (row >= model_.allRows()) return;
+    selectedRow_ = std::max(row, -1);
+    isLoading_ = true;
+    model_.showRow(row);
+    isLoading_ = false;
+    showSelection();
+    tellOfSelection();
 }
 
 // The view scrolls to a row that becomes the current one; whoever looks at others keeps them.
-void QtTableView::selectRow(int row) {
-    loadRowsIfNeeded();
+void QtTableView::showSelection() {
+    const QModelIndex index = model_.indexOf(selectedRow_).siblingAtColumn(0);
+    const QModelIndexList selected = widget_.selectionModel()->selectedRows();
+    if (selected.size() == (index.isValid() ? 1 : 0) && (selected.isEmpty() || selected.first() == index)) return;
+    isLoading_ = true;
     widget_.setAutoScroll(false);
-    if (row >= 0 && row < model_.rowCount())
-        widget_.selectionModel()->setCurrentIndex(model_.index(row, 0),
+    if (index.isValid())
+        widget_.selectionModel()->setCurrentIndex(index,
                                                   QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
-    else if (row < 0)
+    else
         widget_.clearSelection();
     widget_.setAutoScroll(true);
+    isLoading_ = false;
 }
 
 void QtTableView::scrollRowToVisible(int row) {
     loadRowsIfNeeded();
-    if (row >= 0 && row < model_.rowCount()) widget_.scrollTo(model_.index(row, model_.columnCount() - 1));
+    if (const QModelIndex index = model_.indexOf(row); index.isValid()) widget_.scrollTo(index);
 }
 
-void QtTableView::selectionChanged() {
-    if (isLoading_ || std::exchange(announcedRow_, selectedRow()) == selectedRow()) return;
+// What the user selects in the view.
+void QtTableView::takeSelection() {
+    if (isLoading_) return;
+    const QModelIndexList rows = widget_.selectionModel()->selectedRows();
+    selectedRow_ = rows.isEmpty() ? -1 : model_.sourceRow(rows.first());
+    tellOfSelection();
+}
+
+void QtTableView::tellOfSelection() {
+    if (std::exchange(announcedRow_, selectedRow_) == selectedRow_) return;
     if (observer_) observer_({kTableViewSelectionDidChange, this});
+}
+
+void QtTableView::setPlaceholder(std::string_view text) {
+    if (!placeholder_) {
+        placeholder_ = new QLabel(widget_.viewport());
+        placeholder_->setObjectName(widget_.objectName() + QStringLiteral("Placeholder"));
+        placeholder_->setWordWrap(true);
+        placeholder_->setTextFormat(Qt::PlainText);
+        placeholder_->setAlignment(Qt::AlignCenter);
+        placeholder_->setMargin(2 * CellDelegate::kMargin);
+        placeholder_->setAttribute(Qt::WA_TransparentForMouseEvents);
+        placeholder_->hide();
+    }
+    placeholder_->setText(toQString(text));
+}
+
+void QtTableView::showPlaceholder() {
+    if (!placeholder_) return;
+    placeholder_->setGeometry(widget_.viewport()->rect());
+    placeholder_->setVisible(model_.rowCount() == 0 && model_.allRows() > 0);
 }
 
 void QtTableView::performDoubleAction() {
@@ -118,6 +158,7 @@ void QtTableView::performDoubleAction() {
 }
 
 bool QtTableView::handleKey(const QKeyEvent& event) {
+    if (triggerByKey(widget_.actions(), event)) return true;
     if (event.modifiers() & ~Qt::KeypadModifier) return false;
     QAbstractButton* remover = nullptr;
     switch (event.key()) {
@@ -150,9 +191,11 @@ QAbstractButton* QtTableView::removeButton() const {
 // Of the selected row; a press of the right button has selected the row below it.
 bool QtTableView::showMenu(const QContextMenuEvent& event) {
     const int row = selectedRow();
+    const QModelIndex index = model_.indexOf(row);
     const bool isByMouse = event.reason() == QContextMenuEvent::Mouse;
     const QString opening = widget_.property("openTitle").toString();
-    if (row < 0 || opening.isEmpty() || (isByMouse && widget_.indexAt(event.pos()).row() != row)) return false;
+    if (!index.isValid() || opening.isEmpty()) return false;
+    if (isByMouse && widget_.indexAt(event.pos()).row() != index.row()) return false;
     auto* menu = new QMenu(&widget_);
     menu->setAttribute(Qt::WA_DeleteOnClose);
     QAction* open = menu->addAction(opening, this, [this] { performDoubleAction(); });
@@ -160,7 +203,9 @@ bool QtTableView::showMenu(const QContextMenuEvent& event) {
     menu->setDefaultAction(open);
     if (QAbstractButton* remover = removeButton())
         menu->addAction(remover->text(), remover, &QAbstractButton::click)->setEnabled(remover->isEnabled());
-    const QRect cell = widget_.visualRect(model_.index(row, model_.columnCount() - 1));
+    menu->addSeparator();
+    menu->addActions(widget_.actions());
+    const QRect cell = widget_.visualRect(index);
     menu->popup(isByMouse ? event.globalPos() : widget_.viewport()->mapToGlobal(cell.center()));
     return true;
 }
@@ -193,6 +238,9 @@ bool QtTableView::eventFilter(QObject* object, QEvent* event) {
             return !onViewport && handleKey(*static_cast<QKeyEvent*>(event));
         case QEvent::ContextMenu:
             return showMenu(*static_cast<QContextMenuEvent*>(event));
+        case QEvent::Resize:
+            showPlaceholder();
+            return false;
         case QEvent::FontChange:
         case QEvent::StyleChange:
             if (!onViewport) applyMetrics();

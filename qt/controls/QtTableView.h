@@ -4,7 +4,11 @@
 //
 // Return does what a double click does. Home and End select the first row and the last, typing the next whose first
 // line begins so. Delete clicks the button beside the table that the property "removeButton" names. With a property
-// "openTitle" there is a context menu, with that title for what a double click does, and with the remove button's.
+// "openTitle" there is a context menu, with that title for what a double click does, with the remove button's, and with
+// the actions that the interface file gives the table.
+//
+// While the data source hides rows the others stand closer, and every row keeps its number here. The selected one stays
+// the selected one when it is hidden. Where none is to be seen a text says so.
 #pragma once
 
 #include "qt/controls/CellDelegate.h"
@@ -12,6 +16,8 @@
 #include "qt/controls/FirstPaint.h"
 #include "qt/controls/WidgetView.h"
 
+#include <QLabel>
+#include <QPointer>
 #include <QTableView>
 
 class QAbstractButton;
@@ -31,7 +37,9 @@ public:
     void setImageColumn(std::string_view identifier) override;
     void reloadData() override;
     int numberOfRows() override;
-    int selectedRow() const override;
+    int selectedRow() const override { return selectedRow_; }
+    void setPlaceholder(std::string_view text) override;
+    void setNeedsDisplay() override { widget_.viewport()->update(); }
     void selectRow(int row) override;
     void scrollRowToVisible(int row) override;
 
@@ -39,7 +47,10 @@ private:
     bool eventFilter(QObject* object, QEvent* event) override;
     void applyMetrics();
     void loadRowsIfNeeded();
-    void selectionChanged();
+    void takeSelection();
+    void showSelection();
+    void tellOfSelection();
+    void showPlaceholder();
     void performDoubleAction();
     bool handleDrag(QEvent* event);
     bool handleKey(const QKeyEvent& event);
@@ -53,7 +64,9 @@ private:
     FirstPaint firstPaint_;
     std::function<void(const platform::InterfaceNotification&)> observer_;
     std::string doubleAction_;
+    int selectedRow_ = -1;  // of all rows, be it in sight or not
     int announcedRow_ = -1;
+    QPointer<QLabel> placeholder_;
     bool needsRows_ = false;
     bool isLoading_ = false;
 };

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/Controls.h"
+#include "qt/controls/DifferenceMark.h"
 #include "qt/texts/Utf8.h"
 
 #include <QVariant>
@@ -47,6 +48,7 @@ public:
     bool isHidden() const override { return isHiddenItself(widget_); }
     void setHidden(bool hidden) override { widget_.setHidden(hidden); }
     void setNeedsDisplay() override { widget_.update(); }
+    void setMark(const std::optional<platform::ControlMark>& mark) override { setDifferenceMark(widget_, mark); }
     void display() override { widget_.repaint(); }
     void replaceInSuperview(platform::View& other) override { replaceWidget(widget_, widgetOf(&other)); }
     void takeFocus() override { widget_.setFocus(Qt::OtherFocusReason); }

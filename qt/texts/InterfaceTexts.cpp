@@ -28,31 +28,31 @@ private:
     const Bundle& texts_;
 };
 
-void translateProperties(QWidget& widget, const Translator& translated) {
+void translateProperties(QObject& object, const Translator& translated) {
     for (const char* name : kTextProperties) {
-        const QString english = widget.property(name).toString();
-        if (const QString text = translated(english); text != english) widget.setProperty(name, text);
+        const QString english = object.property(name).toString();
+        if (const QString text = translated(english); text != english) object.setProperty(name, text);
     }
     for (const char* name : kTextListProperties) {
-        QStringList list = widget.property(name).toStringList();
+        QStringList list = object.property(name).toStringList();
         for (QString& text : list) text = translated(text);
-        if (!list.isEmpty()) widget.setProperty(name, list);
+        if (!list.isEmpty()) object.setProperty(name, list);
     }
 }
 
-void translateItems(QWidget& widget, const Translator& translated) {
-    if (auto* menu = qobject_cast<QComboBox*>(&widget))
+void translateItems(QObject& object, const Translator& translated) {
+    if (auto* menu = qobject_cast<QComboBox*>(&object))
         for (int i = 0; i < menu->count(); ++i) menu->setItemText(i, translated(menu->itemText(i)));
-    if (auto* tabs = qobject_cast<QTabWidget*>(&widget))
+    if (auto* tabs = qobject_cast<QTabWidget*>(&object))
         for (int i = 0; i < tabs->count(); ++i) tabs->setTabText(i, translated(tabs->tabText(i)));
 }
 
 }  // namespace
 
-void showInUsersLanguage(QWidget& widget, const Bundle& texts) {
+void showInUsersLanguage(QObject& object, const Bundle& texts) {
     const Translator translated(texts);
-    translateProperties(widget, translated);
-    translateItems(widget, translated);
+    translateProperties(object, translated);
+    translateItems(object, translated);
 }
 
 }  // namespace qt

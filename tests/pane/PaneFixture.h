@@ -152,6 +152,11 @@ struct PaneFixture {
         for (const char* name : {"enabledCheckbox", "logStuff", "exRemoveAppButton", "dontShowAgain",
                                  "warningCancelButton", "regexAdd", "regexCancel", "regexHelp"})
             button(name);
+        for (const char* name : {"undoAction", "redoAction", "duplicateAction", "pasteAction", "useGlobalAction"})
+            button(name);
+        menu("listStates").titles = {"All", "Off", "Missing", "Different"};
+        field("listSearch");
+        button("hideMissing");
         for (const char* name : {"versionField", "statusField", "warningText", "regexName", "regex", "regexText"})
             field(name);
         for (const char* name : {"warningSheet", "regexPanel"}) panel(name);

@@ -66,6 +66,39 @@ struct Scenario : PaneFixture {
         for (std::string& line : lines) line = line.substr(0, line.find(" (0x"));
         CHECK_EQ(lines, split(expected, '|'));
     }
+    std::string said() {
+        const ActionMessage message = world.host.said;
+        if (message.buttonTitle.empty()) world.host.said = {};
+        return message.text + (message.buttonTitle.empty() ? "" : " [" + message.buttonTitle + "]");
+    }
+    std::optional<ControlMark>& markOn(const OptionControl& option) {
+        View& shown = control(option);
+        if (auto* field = dynamic_cast<fake::TextField*>(&shown)) return field->mark;
+        if (auto* menu = dynamic_cast<fake::PopUpButton*>(&shown)) return menu->mark;
+        return dynamic_cast<fake::Button&>(shown).mark;
+    }
+    std::string marked() {
+        std::string text;
+        for (const OptionControl& option : optionControls())
+            if (auto mark = markOn(option)) text += (text.empty() ? "" : "|") + option.key + ": " + mark->description;
+        return text;
+    }
+    // The rows that are seen then, and what stands where none is.
+    void find(const std::string& typed, const std::string& expected) {
+        field("listSearch").text = typed == "-" ? "" : typed;
+        act("searchEntries:", "listSearch");
+        auto rows = pane->tableView_shownRows(table());
+        std::string text = rows ? "" : "all";
+        if (rows)
+            for (int row : *rows) text += (text.empty() ? "" : " ") + std::to_string(row);
+        CHECK_EQ(text.empty() ? table().placeholder : text, expected);
+    }
+    std::string tagsOfRow(int row) {
+        std::string text;
+        CellValue cell = pane->tableView_objectValueForTableColumn_row(table(), "name", row);
+        for (const std::string& tag : cell.marks) text += (text.empty() ? "" : "|") + tag;
+        return text + (pane->tableView_objectValueForTableColumn_row(table(), "13", row).isPale ? " (pale)" : "");
+    }
     void play(const std::string& line) {
         std::string verb, all, first, rest;
         std::tie(verb, all) = cut(line);
@@ -147,6 +180,13 @@ struct Scenario : PaneFixture {
             {"opened", [&] { CHECK_EQ(world.applications.opened, split(all, '|')); }},
             {"journal", [&] { CHECK_EQ(world.takeJournal(), all == "change" ? kOneChange : split(all, '|')); }},
             {"logged", [&] { checkLog(all); }},
+            {"said", [&] { CHECK_EQ(said(), all); }},
+            {"offer", [&] { std::exchange(world.host.said, {}).perform(); }},
+            {"marked", [&] { CHECK_EQ(marked(), all); }},
+            {"mark", [&] { markOn(*std::ranges::find(optionControls(), all, &OptionControl::key))->perform(); }},
+            {"find", [&] { find(first, rest); }},
+            {"tagged", [&] { CHECK_EQ(tagsOfRow(std::stoi(first)), rest); }},
+            {"clipboard", [&] { world.toolkit.copied = all; }},
         };
         REQUIRE(verbs.contains(verb));
         verbs.at(verb)();

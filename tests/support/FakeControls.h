@@ -25,8 +25,11 @@ struct Control : Base {
     void display() override { ++displays; }
     void replaceInSuperview(platform::View& other) override { replacement = &other; }
     platform::Panel* panel() override { return window; }
+    void setMark(const std::optional<platform::ControlMark>& value) override { mark = value; }
+    void takeFocus() override { isFocused = true; }
 
-    bool enabled = true, hidden = false, needsDisplay = false;
+    bool enabled = true, hidden = false, needsDisplay = false, isFocused = false;
+    std::optional<platform::ControlMark> mark;
     int displays = 0;
     platform::View* replacement = nullptr;
     platform::Panel* window = nullptr;
@@ -123,7 +126,9 @@ struct TableView final : Control<platform::TableView> {
         if (observer) observer({platform::kTableViewSelectionDidChange, this});
     }
     void scrollRowToVisible(int row) override { visible = row; }
+    void setPlaceholder(std::string_view text) override { placeholder = text; }
 
+    std::string placeholder;
     platform::TableDataSource* source = nullptr;
     std::function<void(const platform::InterfaceNotification&)> observer;
     std::string imageColumn, doubleAction;

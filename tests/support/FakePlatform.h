@@ -40,6 +40,9 @@ struct Toolkit final : Noting<platform::InterfaceToolkit> {
     void beep() override { journal_.push_back("beep"); }
     std::uint32_t currentKeyModifiers() override { return keyModifiers; }
     std::uint32_t keyModifiers = 0;
+    std::string clipboard(std::string_view) override { return copied; }
+    void setClipboard(std::string_view, std::string_view content) override { copied = content; }
+    std::string copied;
     void beginOpenPanel(const OpenPanelRequest& asked, std::function<void(OpenPanel&, int)> didEnd) override {
         request = asked;
         panelDidEnd = std::move(didEnd);
@@ -79,6 +82,8 @@ struct Host final : Noting<platform::PaneHost> {
     void replyToShouldUnselect(bool may) override { journal_.push_back(may ? "reply yes" : "reply no"); }
     void entryWasRemoved(std::string_view name) override { journal_.push_back("gone " + std::string(name)); }
     void fontManagerIsMissing() override { journal_.push_back("no font manager"); }
+    void say(const ActionMessage& message) override { said = message; }
+    ActionMessage said;
 };
 
 struct FakeAlias final : CVAlias {
