@@ -111,7 +111,7 @@ void ListCommands::tellOfConflicts(const std::vector<Conflict>& conflicts) {
     const Conflict& first = conflicts.front();
     std::string said = formatted(sentences[static_cast<std::size_t>(first.kind)], {owner_.nameOf(first.entry)});
     if (conflicts.size() > 1)
-        said += " " + formatted(localized("And %d more could not be taken back."), {conflicts.size() - 1});
+        said.append(" ").append(formatted(localized("And %d more could not be taken back."), {conflicts.size() - 1}));
     platform_.host.say({said});
 }
 

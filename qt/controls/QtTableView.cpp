@@ -203,7 +203,7 @@ bool QtTableView::showMenu(const QContextMenuEvent& event) {
     menu->setDefaultAction(open);
     if (QAbstractButton* remover = removeButton())
         menu->addAction(remover->text(), remover, &QAbstractButton::click)->setEnabled(remover->isEnabled());
-    menu->addSeparator();
+    if (!widget_.actions().isEmpty()) menu->addSeparator();
     menu->addActions(widget_.actions());
     const QRect cell = widget_.visualRect(index);
     menu->popup(isByMouse ? event.globalPos() : widget_.viewport()->mapToGlobal(cell.center()));
