@@ -59,6 +59,7 @@ public:
         std::filesystem::remove_all(folder_);
     }
 
+    void pass(double seconds) { world_.runLoop.advance(seconds); }
     void clear() {
         store.setValue(settings::kEntryListKey, platform::PropertyList::array({settings::newGlobalEntry()}),
                        settings::kSettingsDomain);

@@ -136,7 +136,7 @@ void ListCommands::offerToCarry(const PropertyList& before, const PropertyList& 
         names += (i > 0 ? ", " : "") + owner_.nameOf(having[i]);
     if (having.size() > kNamesListed) names += ", …";
     std::string said =
-        formatted(localized("Still as it was, “%@”, in %d entries: %@"), {nameOf(*option), having.size(), names});
+        formatted(localized("“%@” is still as before in %d entries: %@"), {nameOf(*option), having.size(), names});
     platform_.host.say({std::move(said), localized("Change There Too"),
                         localized("Gives these entries the new setting of Global"),
                         [this, option, old, having] { carry(*option, old, having); }});

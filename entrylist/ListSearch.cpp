@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <sstream>
+#include <utility>
 
 using namespace platform;
 using namespace settings;
@@ -16,6 +17,10 @@ namespace {
 // What the window itself remembers, in a domain of its own.
 constexpr std::string_view kWindowDomain = "com.tarnwick.typeslate.Settings";
 constexpr std::string_view kHideMissingKey = "Hide What Is Not Installed";  // boolean
+
+// Of preparing: rows, some milliseconds' worth, and seconds between.
+constexpr std::size_t kRowsAtOnce = 400;
+constexpr double kPause = 0.005;
 
 }  // namespace
 
@@ -57,7 +62,8 @@ void ListSearch::search() {
     std::istringstream typed(platform_.toolkit.searchKey(field_->stringValue()));
     words_.clear();
     for (std::string word; typed >> word;) words_.push_back(word);
-    if (!isSearching()) known_.clear();
+    if (!isSearching()) prepareSoon();
+    if (!std::exchange(wasSearching_, isSearching()) && !isSearching()) return;  // the field only got the keyboard
     TableView& table = owner_.table();
     std::optional<std::vector<int>> found = shownRows();
     const int selected = table.selectedRow();
@@ -68,9 +74,20 @@ void ListSearch::search() {
 }
 
 void ListSearch::lookAgain() {
-    if (!isSearching()) return;
     known_.clear();
-    owner_.table().reloadData();
+    if (isSearching()) owner_.table().reloadData();
+}
+
+// The first letter shall not wait until all that 10,000 rows show is found out.
+void ListSearch::prepareSoon() {
+    if (!preparing_) preparing_ = platform_.runLoop.scheduleTimer(kPause, true, [this] { prepareSome(); });
+}
+
+void ListSearch::prepareSome() {
+    const PropertyList entries = owner_.entries();
+    const std::size_t end = std::min(entries.size(), known_.size() + kRowsAtOnce);
+    for (std::size_t row = known_.size(); row < end; ++row) known(row, entries[row]);
+    if (end == entries.size()) preparing_.reset();
 }
 
 std::optional<std::vector<int>> ListSearch::shownRows() {

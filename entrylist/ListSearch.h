@@ -9,6 +9,7 @@
 #include "platform/Outlet.h"
 #include "platform/Platform.h"
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -46,6 +47,8 @@ private:
     void search();
     void toggleMissing();
     void startTyping();
+    void prepareSoon();
+    void prepareSome();
     const Known& known(std::size_t row, const platform::PropertyList& entry);
     bool isFound(std::size_t row, const platform::PropertyList& entry, const platform::PropertyList& global);
     void showPlaceholder();
@@ -55,6 +58,8 @@ private:
     ListOwner& owner_;
     std::vector<std::string> words_;
     std::vector<Known> known_;  // by row
+    std::unique_ptr<platform::Timer> preparing_;
+    bool wasSearching_ = false;
     Outlet<platform::TextField> field_;
     Outlet<platform::PopUpButton> states_;
     Outlet<platform::Button> hideMissing_;

@@ -4,18 +4,22 @@
 #include <QKeyEvent>
 #include <QPointer>
 
+#include <utility>
+
 namespace qt {
 
 namespace {
 
 class SearchKeys final : public QObject {
 public:
-    SearchKeys(QLineEdit& line, QWidget& list) : QObject(&line), line_(line), list_(&list) {
+    SearchKeys(QLineEdit& line, QWidget& list, std::function<void()> gotKeyboard)
+        : QObject(&line), line_(line), list_(&list), gotKeyboard_(std::move(gotKeyboard)) {
         line.installEventFilter(this);
     }
 
 private:
     bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() == QEvent::FocusIn && line_.text().isEmpty()) gotKeyboard_();
         // What the window would do with the key is not meant here.
         const bool isAsked = event->type() == QEvent::ShortcutOverride;
         if ((!isAsked && event->type() != QEvent::KeyPress) || !list_) return false;
@@ -51,12 +55,15 @@ private:
 
     QLineEdit& line_;
     const QPointer<QWidget> list_;
+    const std::function<void()> gotKeyboard_;
 };
 
 }  // namespace
 
 void makeSearchField(QLineEdit& line, QWidget& list, QObject& context, const std::function<void()>& perform) {
-    new SearchKeys(line, list);
+    new SearchKeys(line, list, [alive = QPointer<QObject>(&context), perform] {
+        if (alive) perform();
+    });
     QObject::connect(&line, &QLineEdit::textChanged, &context, [&line, perform] {
         line.setClearButtonEnabled(true);
         perform();
