@@ -158,7 +158,9 @@ void QtTableView::performDoubleAction() {
 }
 
 bool QtTableView::handleKey(const QKeyEvent& event) {
-    if (triggerByKey(widget_.actions(), event)) return true;
+    // Before a letter begins a search for a row.
+    for (QWidget* page = &widget_; page; page = page->parentWidget())
+        if (triggerByKey(page->actions(), event)) return true;
     if (event.modifiers() & ~Qt::KeypadModifier) return false;
     QAbstractButton* remover = nullptr;
     switch (event.key()) {

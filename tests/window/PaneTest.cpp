@@ -21,6 +21,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
+#include <QMenu>
 #include <QPushButton>
 #include <QScreen>
 #include <QSpinBox>
@@ -138,6 +139,73 @@ TEST(EveryControlHasANameAndADescriptionAndIsReached) {
         CHECK(!QApplication::activeModalWidget());
         CHECK(pane.window.focusWidget() == &in<QAbstractButton>(pane.window, button));
     }
+}
+
+TEST(TheListIsSearchedAndMendedFromTheKeyboard) {
+    Opened pane;
+    // Another program's entries: an application that is here, and two that are not.
+    const std::string alpha = pane.home / "share/applications/org.test.Alpha.desktop";
+    auto addAll = [alpha](MutableDictionary& values) {
+        std::vector<PropertyList> list = mutableArray(values["TheExcList"]);
+        for (const auto& [name, path] : {std::pair{"Étude", alpha.c_str()}, {"Other", "/o"}, {"Gone", "/g"}})
+            list.push_back(
+                PropertyList::dictionary({{"Type", "Path"}, {"Name", name}, {"Path", path}, {"Data", path}}));
+        values.set("TheExcList", PropertyList::array(list));
+    };
+    pane.platform.preferences().changeValues(addAll, kDomain);
+    CHECK(pane.platform.preferences().synchronize(kDomain));
+    auto& table = in<QTableView>(pane.window, "exTableView");
+    REQUIRE(waitFor([&] { return table.model()->rowCount() == 4; }));
+    auto press = [&](auto key, Qt::KeyboardModifiers with = {}) {
+        QTest::keyClick(pane.window.focusWidget(), key, with);
+        settle();
+    };
+    // Every row that is seen, as a screen reader says it.
+    auto seen = [&] {
+        QStringList rows;
+        for (int row = 0; row < table.model()->rowCount(); ++row)
+            rows << table.model()->index(row, 1).data(Qt::AccessibleTextRole).toString();
+        return rows.join(QLatin1Char('|')).toStdString();
+    };
+    const std::string missing = "<<Not Found On Computer>>, Off, Not installed";
+    for (char letter : std::string("/etude")) press(letter);
+    CHECK_EQ(seen(), "Étude, " + alpha + ", Off");
+    press(Qt::Key_Escape);
+    press('f', Qt::ControlModifier);
+    for (char letter : std::string("E")) press(letter);
+    CHECK_EQ(seen(), "Étude, " + alpha + ", Off|Other, " + missing + "|Gone, " + missing);
+    press(Qt::Key_Down);
+    press(Qt::Key_Return);
+    CHECK(table.hasFocus());
+    press(Qt::Key_Delete);
+    CHECK_EQ(seen(), "Étude, " + alpha + ", Off|Gone, " + missing);
+    CHECK_EQ(pane.entries().size(), 3U);
+    press('z', Qt::ControlModifier);
+    CHECK_EQ(pane.entries()[2]["Name"].stringValue(), "Other");
+    press('z', Qt::ControlModifier | Qt::ShiftModifier);
+    in<QAbstractButton>(pane.window, "messageClose");
+    press('z', Qt::ControlModifier);
+    CHECK_EQ(pane.entries().size(), 4U);
+
+    // An option that differs is marked, says so, and has a menu of its own.
+    auto& box = in<QCheckBox>(pane.window, "perAppEnabled");
+    auto& mark = in<QWidget>(pane.window, "perAppEnabledDifference");
+    CHECK(mark.isVisible() && box.accessibleDescription().endsWith(QStringLiteral("there it is on")));
+    QContextMenuEvent asked(QContextMenuEvent::Keyboard, {}, box.mapToGlobal(QPoint()));
+    QCoreApplication::sendEvent(&box, &asked);
+    auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+    REQUIRE(menu && menu->actions().size() == 1);
+    menu->actions().first()->trigger();
+    menu->close();
+    settle();
+    CHECK(box.isChecked() && !box.accessibleDescription().contains(QStringLiteral("there")));
+    press('c', Qt::ControlModifier);
+    in<QLineEdit>(pane.window, "listSearch").clear();
+    settle();
+    table.setFocus();
+    press(Qt::Key_End);
+    press('v', Qt::ControlModifier);
+    CHECK(pane.entries()[3]["Settings"]["Enabled"].boolValue());
 }
 
 TEST(TheChooserFindsByNameAndTakesWhatIsSelected) {
