@@ -1,5 +1,6 @@
 // User information as anyone on the bus may send it: any nesting of D-Bus types, over a connection without a bus, held
-// against the table of the types.
+// against the table of the types; by both readers, with the toolkit and without.
+#include "linux/messages/BusValues.h"
 #include "qt/messages/DBusValues.h"
 #include "qt/messages/SignalReceiver.h"
 
@@ -20,7 +21,7 @@ using namespace platform;
 namespace {
 
 constexpr int kDeepest = 8;  // each step may be three of D-Bus's 64 containers
-constexpr const char *kPath = "/fuzz", *kInterface = "fuzz.Interface", *kMember = "Value";
+constexpr SignalForm kForm{"/fuzz", "fuzz.Interface", "Value", "a{sv}"};
 
 void require(bool holds) {
     if (!holds) std::abort();
@@ -187,10 +188,9 @@ public:
     Peers() {
         qt::registerDBusTypes();
         QObject::connect(&server_, &QDBusServer::newConnection, [this](const QDBusConnection& connection) {
-            receiver_ = new qt::SignalReceiver(connection, kPath, kInterface, kMember, {}, "a{sv}",
-                                               [this](const QDBusMessage& message) {
-                                                   received = qt::propertyListFromDBus(message.arguments().at(0));
-                                               });
+            receiver_ = new qt::SignalReceiver(connection, kForm, {}, [this](const QDBusMessage& message) {
+                received = qt::propertyListFromDBus(message.arguments().at(0));
+            });
         });
         sender_ = dbus_connection_open_private(server_.address().toUtf8().constData(), nullptr);
         require(sender_);
@@ -226,13 +226,15 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     static auto* sApplication = new QCoreApplication(sCount, sArguments);
     static auto* sPeers = new Peers;
     Q_UNUSED(sApplication)
-    DBusMessage* message = dbus_message_new_signal(kPath, kInterface, kMember);
+    DBusMessage* message = dbus_message_new_signal(kForm.path, kForm.interface, kForm.member);
     DBusMessageIter arguments;
     dbus_message_iter_init_append(message, &arguments);
     Bytes bytes(data, size);
     const PropertyList sent = appendDictionary(arguments, bytes, 0);
     const PropertyList received = sPeers->carried(message);
+    dbus_message_iter_init(message, &arguments);
+    const PropertyList direct = linux::propertyListFromMessage(arguments);
     dbus_message_unref(message);
-    require(received == sent);
+    require(received == sent && direct == sent);
     return 0;
 }

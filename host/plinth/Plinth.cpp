@@ -1,19 +1,15 @@
 // A sample of the injection runtime's messaging: messages travel as signals on the session bus. docs/messages.md has
 // their form.
+#include "linux/messages/BusConnection.h"
+#include "platform/MessageForms.h"
 #include "platform/PlinthRuntime.h"
 
-#include <dbus/dbus.h>
-#include <unistd.h>
-
-#include <cstdlib>
 #include <mutex>
 #include <string>
 
 namespace {
 
-constexpr const char* kPath = "/com/tarnwick/plinth";
-constexpr const char* kInterface = "com.tarnwick.plinth.Runtime";
-constexpr const char* kMember = "Message";
+constexpr platform::SignalForm kForm = platform::kRuntimeMessageForm;
 constexpr const char* kProcessNamePrefix = "com.tarnwick.plinth.p";
 
 enum Status : int32_t { kSent = 0, kNoBus = -1, kBadArgument = -50, kNoMemory = -108 };
@@ -21,30 +17,10 @@ enum Status : int32_t { kSent = 0, kNoBus = -1, kBadArgument = -50, kNoMemory = 
 std::mutex sMutex;
 DBusConnection* sConnection = nullptr;  // guarded by sMutex
 
-// Empty when nobody has started a bus: libdbus would start one of its own.
-std::string busAddress() {
-    const char* address = std::getenv("DBUS_SESSION_BUS_ADDRESS");
-    if (address && *address) return address;
-    const char* runtime = std::getenv("XDG_RUNTIME_DIR");
-    std::string socket = std::string(runtime ? runtime : "") + "/bus";
-    return access(socket.c_str(), F_OK) == 0 ? "unix:path=" + socket : "";
-}
-
-DBusConnection* openConnection() {
-    std::string address = busAddress();
-    DBusConnection* opened = address.empty() ? nullptr : dbus_connection_open_private(address.c_str(), nullptr);
-    if (!opened) return nullptr;
-    dbus_connection_set_exit_on_disconnect(opened, FALSE);
-    if (dbus_bus_register(opened, nullptr)) return opened;
-    dbus_connection_close(opened);
-    dbus_connection_unref(opened);
-    return nullptr;
-}
-
 DBusConnection* connection() {
     if (sConnection && dbus_connection_get_is_connected(sConnection)) return sConnection;
     if (sConnection) dbus_connection_unref(sConnection);
-    return sConnection = openConnection();
+    return sConnection = linux::openSessionBus().release();
 }
 
 bool isText(const char* text) { return text && dbus_validate_utf8(text, nullptr); }
@@ -68,7 +44,7 @@ int32_t send(const char* module, const char* message, const PlinthData* data, co
     std::lock_guard lock(sMutex);
     DBusConnection* bus = connection();
     if (!bus) return kNoBus;
-    DBusMessage* signal = dbus_message_new_signal(kPath, kInterface, kMember);
+    DBusMessage* signal = dbus_message_new_signal(kForm.path, kForm.interface, kForm.member);
     if (!signal) return kNoMemory;
     bool queued = (!destination || dbus_message_set_destination(signal, destination)) &&
                   appendArguments(signal, module, message, data) && dbus_connection_send(bus, signal, nullptr);

@@ -14,16 +14,14 @@ using namespace platform;
 
 namespace {
 
-constexpr const char* kSignature = "ssa{sv}b";
-
 class SignalObservation final : public Observation {
 public:
     SignalObservation(QDBusConnection bus, const QStringList& arguments, Delivery delivery, LatestMessages& latest,
                       SignalReceiver::Handler handler)
         : latest_(latest), handler_(std::move(handler)) {
         auto hold = [this](const QDBusMessage& message) { latest_.hold(handler_, message); };
-        receiver_ = new SignalReceiver(std::move(bus), kNotificationPath, kNotificationInterface, kNotificationMember,
-                                       arguments, kSignature, delivery == Delivery::Latest ? hold : handler_);
+        receiver_ = new SignalReceiver(std::move(bus), kNotificationForm, arguments,
+                                       delivery == Delivery::Latest ? hold : handler_);
     }
     ~SignalObservation() override {
         latest_.forget(handler_);
@@ -86,8 +84,9 @@ void DBusNotificationCenter::post(std::string_view name, std::string_view object
     auto information = dbusDictionary(userInfo);
     if (!information)
         log_("The notification \"%@\" is sent without its user information, which is nested too deeply", name);
-    QDBusMessage signal = QDBusMessage::createSignal(
-        QLatin1String(kNotificationPath), QLatin1String(kNotificationInterface), QLatin1String(kNotificationMember));
+    QDBusMessage signal =
+        QDBusMessage::createSignal(QLatin1String(kNotificationForm.path), QLatin1String(kNotificationForm.interface),
+                                   QLatin1String(kNotificationForm.member));
     hasPosted_ = true;
     signal << toQString(name) << toQString(object) << information.value_or(QVariantMap()) << deliverImmediately;
     connection.send(signal);

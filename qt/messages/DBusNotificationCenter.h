@@ -13,10 +13,6 @@
 
 namespace qt {
 
-inline constexpr const char* kNotificationPath = "/com/tarnwick/DistributedNotificationCenter";
-inline constexpr const char* kNotificationInterface = "com.tarnwick.DistributedNotificationCenter";
-inline constexpr const char* kNotificationMember = "Notification";
-
 // A notification's sender is the unique name of a connection to the bus.
 //
 // Connects at the first use, which waits for the bus to answer; posting itself only queues. Its end waits up to two
@@ -34,7 +30,7 @@ public:
     void post(std::string_view name, std::string_view object, const platform::PropertyList& userInfo,
               bool deliverImmediately) override;
     // An empty name observes every name, an empty object every object. Information that is nested more deeply than
-    // kDeepestUserInfo is left out, with a line in the log.
+    // platform::kDeepestUserInfo is left out, with a line in the log.
     std::unique_ptr<platform::Observation> addObserver(
         std::string_view name, std::string_view object, platform::Delivery delivery,
         std::function<void(const platform::Notification&)> handler) override;

@@ -1,5 +1,6 @@
 #include "qt/messages/DBusValues.h"
 
+#include "platform/MessageForms.h"
 #include "qt/texts/Utf8.h"
 
 #include <QDBusArgument>

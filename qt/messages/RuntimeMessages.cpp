@@ -19,7 +19,7 @@ RuntimeMessageListener::RuntimeMessageListener(std::function<void(const RuntimeM
     : connectionName_(freshConnectionName()),
       bus_(sessionBusConnection(connectionName_)),
       receiver_(new SignalReceiver(
-          bus_, "/com/tarnwick/plinth", "com.tarnwick.plinth.Runtime", "Message", {}, "ssay",
+          bus_, platform::kRuntimeMessageForm, {},
           [handler = std::move(handler)](const QDBusMessage& signal) { handler(messageOf(signal)); })) {}
 
 RuntimeMessageListener::~RuntimeMessageListener() {

@@ -2,14 +2,14 @@
 
 namespace qt {
 
-SignalReceiver::SignalReceiver(QDBusConnection bus, const char* path, const char* interface, const char* member,
-                               const QStringList& arguments, const char* signature, Handler handler)
+SignalReceiver::SignalReceiver(QDBusConnection bus, const platform::SignalForm& form, const QStringList& arguments,
+                               Handler handler)
     : bus_(std::move(bus)),
-      path_(QLatin1String(path)),
-      interface_(QLatin1String(interface)),
-      member_(QLatin1String(member)),
+      path_(QLatin1String(form.path)),
+      interface_(QLatin1String(form.interface)),
+      member_(QLatin1String(form.member)),
       arguments_(arguments),
-      signature_(QLatin1String(signature)),
+      signature_(QLatin1String(form.signature)),
       handler_(std::move(handler)) {
     bus_.connect(QString(), path_, interface_, member_, arguments_, QString(), this, SLOT(receive(QDBusMessage)));
 }

@@ -1,6 +1,8 @@
 // Hands each signal of one kind to a function, on the thread that made the receiver.
 #pragma once
 
+#include "platform/MessageForms.h"
+
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QObject>
@@ -14,10 +16,10 @@ class SignalReceiver final : public QObject {
 
 public:
     using Handler = std::function<void(const QDBusMessage&)>;
-    // Signals of another D-Bus signature than the given one are left out. The arguments are those that a signal's first
+    // Signals of another D-Bus signature than the form's are left out. The arguments are those that a signal's first
     // arguments must equal; a null text accepts any. Where the bus is not connected nothing is ever heard.
-    SignalReceiver(QDBusConnection bus, const char* path, const char* interface, const char* member,
-                   const QStringList& arguments, const char* signature, Handler handler);
+    SignalReceiver(QDBusConnection bus, const platform::SignalForm& form, const QStringList& arguments,
+                   Handler handler);
 
     // Nothing is handed on from now on, signals on their way included. Deletes the receiver: at once, or later when
     // this is its own handler's doing. A bus asks its thread about each receiver that goes, and waits for ever once

@@ -1,3 +1,4 @@
+#include "linux/messages/BusNotificationCenter.h"
 #include "platform/PlinthRuntime.h"
 #include "qt/messages/DBusNotificationCenter.h"
 #include "qt/messages/DBusValues.h"
@@ -22,27 +23,62 @@ PropertyList nested(int depth) {
 }
 
 void sendForeign(const QVariantList& arguments) {
-    QDBusMessage signal = QDBusMessage::createSignal(
-        QLatin1String(kNotificationPath), QLatin1String(kNotificationInterface), QLatin1String(kNotificationMember));
+    QDBusMessage signal =
+        QDBusMessage::createSignal(QLatin1String(kNotificationForm.path), QLatin1String(kNotificationForm.interface),
+                                   QLatin1String(kNotificationForm.member));
     signal.setArguments(arguments);
     QDBusConnection bus = sessionBusConnection(QStringLiteral("foreign"));
     CHECK(bus.send(signal));
 }
 
-}  // namespace
+// The one of programs without a toolkit, which the test turns.
+class PlainCenter final : public DistributedNotificationCenter {
+public:
+    explicit PlainCenter(Log& log) : center_(bus_, loop_, log) { sAll.push_back(this); }
+    ~PlainCenter() override { std::erase(sAll, this); }
+    void post(std::string_view name, std::string_view object, const PropertyList& userInfo, bool now) override {
+        center_.post(name, object, userInfo, now);
+    }
+    std::unique_ptr<Observation> addObserver(std::string_view name, std::string_view object, Delivery delivery,
+                                             std::function<void(const Notification&)> handler) override {
+        return center_.addObserver(name, object, delivery, std::move(handler));
+    }
+    void turn() {
+        auto end = loop_.scheduleTimer(0.001, false, [this] { loop_.stop(); });
+        loop_.run(bus_);
+    }
+    static inline std::vector<PlainCenter*> sAll;
 
-TEST(UserInformationComesBackAsItWasSent) {
-    PrivateBus bus;
-    check::RecordingLog log;
-    DBusNotificationCenter sender(log), receiver(log);
-    receiver.connectAhead();
+private:
+    linux::EventLoop loop_;
+    linux::SessionBus bus_;
+    linux::BusNotificationCenter center_;
+};
+
+using CenterPointer = std::unique_ptr<DistributedNotificationCenter>;
+template <typename Center>
+CenterPointer make(Log& log) {
+    return std::make_unique<Center>(log);
+}
+constexpr CenterPointer (*kKinds[])(Log&) = {make<DBusNotificationCenter>, make<PlainCenter>};
+
+bool comes(const std::function<bool()>& condition) {
+    return waitFor([&] {
+        for (PlainCenter* center : PlainCenter::sAll) center->turn();
+        return condition();
+    });
+}
+
+// What one kind of centre says to another.
+void compareInformation(DistributedNotificationCenter& sender, DistributedNotificationCenter& receiver,
+                        check::RecordingLog& log) {
     std::vector<Notification> heard;
     auto observation =
         receiver.addObserver("name", "", Delivery::Each, [&](const Notification& n) { heard.push_back(n); });
     auto sent = [&](const PropertyList& userInfo) {
         heard.clear();
         sender.post("name", "object", userInfo, true);
-        REQUIRE(waitFor([&] { return !heard.empty(); }));
+        REQUIRE(comes([&] { return !heard.empty(); }));
         CHECK_EQ(heard[0].object, "object");
         return heard[0].userInfo;
     };
@@ -69,7 +105,7 @@ TEST(UserInformationComesBackAsItWasSent) {
                              {QStringLiteral("short"), QVariant::fromValue<short>(-2)},
                              {QStringLiteral("path"), QVariant::fromValue(QDBusObjectPath(QStringLiteral("/a")))}},
                  false});
-    REQUIRE(waitFor([&] { return !heard.empty(); }));
+    REQUIRE(comes([&] { return !heard.empty(); }));
     CHECK_EQ(heard.size(), 1u);
     CHECK_EQ(heard[0].sender, sessionBusConnection(QStringLiteral("foreign")).baseService().toStdString());
     CHECK_EQ(heard[0].userInfo,
@@ -77,10 +113,7 @@ TEST(UserInformationComesBackAsItWasSent) {
                  {{"strings", PropertyList::array({"a", "b"})}, {"int", 7}, {"short", -2}, {"path", "/a"}}));
 }
 
-TEST(ObserversHearWhatTheyAskedForUntilTheyEnd) {
-    PrivateBus bus;
-    check::RecordingLog log;
-    DBusNotificationCenter center(log);
+void hearUntilTheEnd(DistributedNotificationCenter& center) {
     std::string all, one;
     std::unique_ptr<Observation> everything = center.addObserver("", "", Delivery::Each, [&](const Notification& n) {
         all += n.name + n.object + (n.deliverImmediately ? "!" : ".");
@@ -90,33 +123,59 @@ TEST(ObserversHearWhatTheyAskedForUntilTheyEnd) {
         center.addObserver("a", "x", Delivery::Each, [&](const Notification& n) { one += n.name + n.object; });
     for (auto [name, object] : {std::pair{"a", "x"}, {"a", "y"}, {"b", "x"}, {"end", ""}, {"a", "x"}})
         center.post(name, object, {}, object[0] != 'y');
-    REQUIRE(waitFor([&] { return one.size() == 4; }));
+    REQUIRE(comes([&] { return one.size() == 4; }));
     CHECK_EQ(all + " " + one, "ax!ay.bx!end! axax");
+}
+
+}  // namespace
+
+TEST(UserInformationComesBackAsItWasSent) {
+    PrivateBus bus;
+    for (int kinds = 0; kinds < 4; ++kinds) {
+        check::RecordingLog log;
+        CenterPointer sender = kKinds[kinds / 2](log), receiver = kKinds[kinds % 2](log);
+        compareInformation(*sender, *receiver, log);
+    }
+}
+
+TEST(ObserversHearWhatTheyAskedForUntilTheyEnd) {
+    PrivateBus bus;
+    check::RecordingLog log;
+    for (auto kind : kKinds) hearUntilTheEnd(*kind(log));
 }
 
 TEST(WhatWasPostedIsSentThoughItsSenderEnds) {
     PrivateBus bus;
     check::RecordingLog log;
-    DBusNotificationCenter receiver(log);
-    int heard = 0;
-    auto observation = receiver.addObserver("name", "", Delivery::Each, [&](const Notification&) { ++heard; });
     const PropertyList large = PropertyList::dictionary({{"text", std::string(1 << 20, 'x')}});
-    for (DBusNotificationCenter sender(log); const char* object : {"a", "b", "c", "d", "e", "f"})
-        sender.post("name", object, large, true);
-    CHECK(waitFor([&] { return heard == 6; }));
+    for (auto kind : kKinds) {
+        CenterPointer receiver = kind(log);
+        int heard = 0;
+        auto observation = receiver->addObserver(
+            "name", "", Delivery::Each, [&](const Notification& n) { heard += n.object == std::to_string(heard); });
+        {
+            CenterPointer sender = kind(log);
+            for (int i = 0; i < 1000; ++i)
+                sender->post("name", std::to_string(i), i < 6 ? large : PropertyList(), true);
+        }
+        CHECK(comes([&] { return heard == 1000; }));
+    }
 }
 
 TEST(WhoEndsHearsNothingOfWhatIsHeldBack) {
     PrivateBus bus;
     check::RecordingLog log;
-    DBusNotificationCenter center(log);
-    bool isOver = false, isHeard = false;
-    std::unique_ptr<Observation> ended;
-    auto each = center.addObserver("a", "", Delivery::Each, [&](const Notification&) { ended.reset(); });
-    ended = center.addObserver("a", "", Delivery::Latest, [&](const Notification&) { isHeard = true; });
-    auto last = center.addObserver("a", "", Delivery::Latest, [&](const Notification&) { isOver = true; });
-    center.post("a", "", {}, true);
-    CHECK(waitFor([&] { return isOver; }) && !isHeard);
+    for (auto kind : kKinds) {
+        CenterPointer center = kind(log);
+        bool isOver = false, isHeard = false;
+        std::unique_ptr<Observation> ended;
+        auto each = center->addObserver("a", "", Delivery::Each, [&](const Notification&) { ended.reset(); });
+        ended = center->addObserver("a", "", Delivery::Latest, [&](const Notification&) { isHeard = true; });
+        auto last =
+            center->addObserver("a", "", Delivery::Latest, [&](const Notification& n) { isOver = n.object == "2"; });
+        for (const char* object : {"1", "2"}) center->post("a", object, {}, true);
+        CHECK(comes([&] { return isOver; }) && !isHeard);
+    }
 }
 
 TEST(WithoutABusOneLineSaysSoAndAPostFindsOneThatCame) {
@@ -128,6 +187,10 @@ TEST(WithoutABusOneLineSaysSoAndAPostFindsOneThatCame) {
         auto observation = center.addObserver("a", "", Delivery::Each, [](const Notification&) {});
         for (int i = 0; i < 3; ++i) center.post("a", "b", {}, true);
         CHECK_EQ(log.lines, std::vector<std::string>{"No session bus can be reached: changes are not announced"});
+        check::RecordingLog plainLog;
+        PlainCenter plain(plainLog);
+        for (int i = 0; i < 3; ++i) plain.post("a", "b", {}, true);
+        CHECK_EQ(plainLog.lines, log.lines);
     }
     {
         PrivateBus bus;
@@ -143,7 +206,6 @@ TEST(WithoutABusOneLineSaysSoAndAPostFindsOneThatCame) {
     }));
 }
 
-#ifdef PLINTH_LIBRARY
 TEST(TheRuntimeLibrarySendsMessagesToListeners) {
     void* library = dlopen(PLINTH_LIBRARY, RTLD_NOW | RTLD_LOCAL);
     REQUIRE(library != nullptr);
@@ -160,4 +222,3 @@ TEST(TheRuntimeLibrarySendsMessagesToListeners) {
     CHECK_EQ(heard, "com.tarnwick.typeslate:PrefChanged:;m:Ä:" + std::string("a\0b", 3) + ";");
     CHECK(broadcast(nullptr, "m", nullptr) < 0 && broadcast("m", "\xFF", nullptr) < 0);
 }
-#endif
