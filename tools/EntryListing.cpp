@@ -6,16 +6,30 @@
 #include "settings/EntryList.h"
 #include "tools/Localized.h"
 
+#include <algorithm>
 #include <charconv>
+#include <iterator>
 
+using namespace entrylist;
 using namespace platform;
 using namespace settings;
 
 namespace tools {
 namespace {
 
+// The items of the window's menu.
+constexpr std::string_view kDupeHandling[] = {"every", "one", "marked"};
+
 // What the window's controls let a user choose.
-std::int64_t largestValue(const Option& option) { return option.key == "DupeHandling" ? 2 : 255; }
+std::int64_t largestValue(const Option& option) {
+    return option.type == OptionType::Choice ? std::ssize(kDupeHandling) - 1 : 255;
+}
+
+std::string lower(std::string_view text) {
+    std::string word(text);
+    for (char& c : word) c = propertylist::lowerASCII(c);
+    return word;
+}
 
 std::string kindOf(const PropertyList& entry) {
     if (!hasType(entry, kRegExType)) return linux::displayText(entry[kTypeKey].stringValue());
@@ -40,20 +54,37 @@ std::string entryTable(const std::vector<PropertyList>& list) {
     return linux::tableText(rows);
 }
 
-Refusal noEntry(int index, std::size_t count) {
-    return refused("there is no entry %d; the last one is %d", index, count - 1);
+std::vector<PropertyList> repairedList(const PropertyList& stored) {
+    std::vector<PropertyList> list = mutableArray(stored);
+    while (putGlobalFirst(list)) {
+    }
+    return list;
+}
+
+std::size_t rowAt(const EntryAddress& address, std::span<const PropertyList> list) {
+    const std::vector<std::size_t> rows = rowsAt(address, list);
+    if (rows.size() == 1) return rows.front();
+    if (address.kind == EntryAddress::Kind::Row)
+        throw refused("there is no entry %d; the last one is %d", address.row, list.size() - 1);
+    const std::string name = linux::displayText(textOf(address));
+    if (rows.empty()) throw refused("there is no entry %@", name);
+    std::string numbers;
+    for (std::size_t row : rows) numbers += (numbers.empty() ? "" : ", ") + std::to_string(row);
+    throw refused("%@ is not one entry but several: %@", name, numbers);
 }
 
 std::optional<std::int64_t> optionValueFromText(const Option& option, std::string_view text) {
     if (option.type == OptionType::Boolean) {
-        std::string word(text);
-        for (char& c : word) c = propertylist::lowerASCII(c);
+        const std::string word = lower(text);
         for (std::string_view on : {"true", "yes", "on", "1"})
             if (word == on) return 1;
         for (std::string_view off : {"false", "no", "off", "0"})
             if (word == off) return 0;
         return std::nullopt;
     }
+    if (option.type == OptionType::Choice)
+        if (auto found = std::ranges::find(kDupeHandling, lower(text)); found != std::end(kDupeHandling))
+            return found - std::begin(kDupeHandling);
     std::int64_t number = 0;
     auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
     bool isNumber = error == std::errc() && end == text.data() + text.size();
@@ -63,7 +94,14 @@ std::optional<std::int64_t> optionValueFromText(const Option& option, std::strin
 
 std::string acceptedValues(const Option& option) {
     if (option.type == OptionType::Boolean) return localized("true or false");
+    if (option.type == OptionType::Choice) return localized("every (0), one (1) or marked (2)");
     return localizedFormat("0 to %d", largestValue(option));
+}
+
+std::vector<std::string_view> valueWords(const Option& option) {
+    if (option.type == OptionType::Boolean) return {"true", "false"};
+    if (option.type == OptionType::Choice) return {std::begin(kDupeHandling), std::end(kDupeHandling)};
+    return {};
 }
 
 }  // namespace tools

@@ -7,11 +7,16 @@
 
 namespace tools {
 
-// Thrown by a subcommand, caught in main: each line goes to standard error, the exit status is 1.
+inline constexpr int kRefused = 1;
+// The list of entries is not the one whose token was given.
+inline constexpr int kListHasChanged = 4;
+
+// Thrown by a subcommand, caught in main: each line goes to standard error.
 struct Refusal {
-    explicit Refusal(std::string line) : lines{std::move(line)} {}
+    explicit Refusal(std::string line, int exitStatus = kRefused) : lines{std::move(line)}, status(exitStatus) {}
     explicit Refusal(std::vector<std::string> several) : lines(std::move(several)) {}
     std::vector<std::string> lines;
+    int status = kRefused;
 };
 
 }  // namespace tools

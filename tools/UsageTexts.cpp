@@ -1,5 +1,6 @@
 #include "tools/UsageTexts.h"
 
+#include "entrylist/EntryAddress.h"
 #include "linux/system/SystemLog.h"
 #include "linux/texts/TextColumns.h"
 #include "tools/Localized.h"
@@ -96,7 +97,7 @@ public:
 
 void localizeGroups(CLI::App& app, const std::shared_ptr<CLI::Formatter>& formatter) {
     app.formatter(formatter);
-    app.group(localized("Subcommands"));
+    if (!app.get_group().empty()) app.group(localized("Subcommands"));  // without a group it is hidden
     app.set_help_flag("-h,--help", localized("Show this help and exit"));
     for (CLI::Option* option : app.get_options()) option->group(localized("Options"));
     for (CLI::App* command : app.get_subcommands({})) localizeGroups(*command, formatter);
@@ -128,6 +129,11 @@ CLI::Validator oneOf(std::vector<std::string> words) {
 CLI::Validator wholeNumber() {
     return accepting([](const std::string& text) { return CLI::TypeValidator<int>("")(text).empty(); },
                      localized("not a whole number"));
+}
+
+CLI::Validator entryName() {
+    return accepting([](const std::string& text) { return entrylist::entryAddress(text).has_value(); },
+                     localized("not a row, nor id:IDENTIFIER, path:PATH or name:NAME"));
 }
 
 CLI::Validator secondsWithin(double shortest, double longest) {

@@ -14,6 +14,7 @@ void localizeUsage(CLI::App& app);
 // What an argument may be. The parser itself would refuse any other in English.
 CLI::Validator oneOf(std::vector<std::string> words);
 CLI::Validator wholeNumber();
+CLI::Validator entryName();  // what entrylist::entryAddress() takes
 CLI::Validator secondsWithin(double shortest, double longest);
 
 // One line, with its end, that says what is wrong with the call that this parser has just read, and where help is. It

@@ -19,7 +19,6 @@
 
 namespace {
 
-constexpr int kRefused = 1;
 constexpr int kUsage = 2;
 constexpr double kLongestWait = 1e6;  // seconds
 
@@ -46,10 +45,11 @@ int runOrRefuse(CLI::App& app, int argc, char** argv) {
         return run(app, argc, argv);
     } catch (const tools::Refusal& refusal) {
         for (const std::string& line : refusal.lines) complain(line);
+        return refusal.status;
     } catch (const std::exception& error) {
         complain(error.what());
     }
-    return kRefused;
+    return tools::kRefused;
 }
 
 }  // namespace
@@ -62,7 +62,9 @@ int main(int argc, char** argv) {
     app.require_subcommand(1);
     app.fallthrough();
     double seconds = std::chrono::duration<double>(tools::lockWait()).count();
-    app.add_option("--wait", seconds, tools::localized("How long to wait for a program that keeps settings locked"))
+    app.add_option("--wait", seconds,
+                   tools::localized("How long to wait for a program that keeps settings locked: 10 by default, 0 for "
+                                    "not at all"))
         ->check(tools::secondsWithin(0, kLongestWait))
         ->type_name("SECONDS");
     app.parse_complete_callback([&seconds] {
@@ -75,11 +77,13 @@ int main(int argc, char** argv) {
         });
     tools::addDefaultsCommands(app);
     tools::addEntriesCommands(app);
+    tools::addPaneCommands(app);
     tools::addCatalogCommands(app);
     tools::addLoginItemsCommands(app);
     tools::addHelperCommands(app);
     tools::addUpdateCommands(app);
     tools::addWatchCommand(app);
+    tools::addCompleteCommand(app);
     tools::localizeUsage(app);
     return runOrRefuse(app, argc, argv);
 }

@@ -38,7 +38,7 @@ std::vector<OptionText> optionTexts() {
         {nullptr, "dark", localized("Uses dark colours, for pictures."), nullptr},
         {nullptr, "reverse", localized("Lays the window out from right to left."), nullptr},
         {nullptr, "platform", localized("Where to draw: xcb, wayland, vnc, offscreen."), "platform"},
-        {nullptr, "style", localized("The look of the controls."), "style"},
+        {nullptr, "style", localized("The look of the controls: fusion, windows."), "style"},
     };
 }
 

@@ -75,6 +75,7 @@ private:
         auto found = std::ranges::find_if(all.elements(), [&](auto& entry) { return entry[kDataKey] == data; });
         return found == all.elements().end() ? -1 : static_cast<int>(found - all.elements().begin());
     }
+    entrylist::EntryAddress at(const std::string& data) { return {.row = rowOf(data)}; }
     Change next() {
         std::string name = "w" + std::to_string(number_) + "-" + std::to_string(random_() % kObjects);
         int coin = static_cast<int>(random_() % 2), kind = static_cast<int>(random_() % 4);
@@ -87,14 +88,14 @@ private:
     void make(const Change& change) {
         domain_ = change.kind == "login" ? kLoginWindowDomain : kSettingsDomain;
         if (change.kind == "option") {
-            pane_->setOption(0, *optionForKey(change.name), change.value);
+            pane_->setOption({}, *optionForKey(change.name), change.value);
         } else if (change.kind == "size") {
-            pane_->setOption(rowOf(change.name), *optionForKey("FontSize"), change.value);
+            pane_->setOption(at(change.name), *optionForKey("FontSize"), change.value);
         } else if (change.kind == "login") {
             pane_->operations().removeLoginItemWithPath("/" + change.name);
             if (change.value) pane_->operations().addLoginItem_hide("/" + change.name, true);
         } else if (!change.value) {
-            pane_->removeEntry(rowOf(change.name));
+            pane_->removeEntry(at(change.name));
         } else if (isApplication(change.name)) {
             CHECK(pane_->addApplications({applicationPath(change.name)}).alreadyListed.empty());
         } else {

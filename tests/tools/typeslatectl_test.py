@@ -96,6 +96,19 @@ class WatchTest(Case):
         self.refused("entries", "set", "9", "FontSize", "9")
         self.end_expecting_no_more(watcher)
 
+    @unittest.skipUnless(shutil.which("gdbus"), "needs gdbus")
+    def test_what_any_sender_says(self):
+        watcher, place = self.watch(), "com.tarnwick.DistributedNotificationCenter"
+        large = "'n' | 'o' | {'text': <'" + "x" * 100_000 + "'>} | true -> {\"text\": \"" + "x" * 100_000 + "\"}"
+        for case in [*cases("notifications.txt"), large]:
+            arguments, _, userInfo = case.partition(" -> ")
+            subprocess.run(["gdbus", "emit", "--session", "--object-path", "/" + place.replace(".", "/"), "--signal",
+                            place + ".Notification", *arguments.split(" | ")], check=True, env=self.env)
+            with self.subTest(arguments[:200]):
+                if userInfo:  # the others are followed by one that is heard
+                    self.assertEqual(json.loads(watcher.stdout.readline())["userInfo"], json.loads(userInfo))
+        self.end_expecting_no_more(watcher)
+
     def test_there_must_be_a_bus(self):
         watcher = self.watch()
         self.bus.terminate()

@@ -14,11 +14,14 @@ inline constexpr int kNothingDue = 3;
 
 void addDefaultsCommands(CLI::App& app);
 void addEntriesCommands(CLI::App& app);
+void addPaneCommands(CLI::App& app);
 void addCatalogCommands(CLI::App& app);
 void addLoginItemsCommands(CLI::App& app);
 void addHelperCommands(CLI::App& app);
 void addUpdateCommands(CLI::App& app);
 void addWatchCommand(CLI::App& app);
+// What the shells' completions ask; no help names it.
+void addCompleteCommand(CLI::App& app);
 
 // A command that consists of others, one of which must be named. They share their arguments, which live as long as the
 // parser does.

@@ -14,10 +14,12 @@ public:
     int tag() const override { return tag_; }
     bool isEnabled() const override { return isEnabled_; }
     void setEnabled(bool value) override { isEnabled_ = value; }
+    bool state() const override { return state_; }
+    void setState(bool value) override { state_ = value; }
 
 private:
     int tag_;
-    bool isEnabled_ = true;
+    bool isEnabled_ = true, state_ = false;
 };
 
 class HeadlessField final : public platform::TextField {
@@ -57,6 +59,7 @@ private:
 class HeadlessPanel final : public platform::Panel {
 public:
     void beginSheet(std::function<void(int)> didEnd) override { didEnd_ = std::move(didEnd); }
+    // Does nothing while none has begun.
     void endSheet(int returnCode) override {
         if (auto didEnd = std::exchange(didEnd_, nullptr)) didEnd(returnCode);
     }

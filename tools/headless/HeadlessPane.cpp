@@ -1,6 +1,8 @@
 #include "tools/headless/HeadlessPane.h"
 
+#include "entrylist/EntryToken.h"
 #include "linux/system/Installation.h"
+#include "linux/texts/DisplayText.h"
 #include "settings/EntryList.h"
 #include "tools/EntryListing.h"
 #include "tools/Localized.h"
@@ -8,6 +10,7 @@
 
 #include <map>
 
+using namespace entrylist;
 using namespace platform;
 using namespace settings;
 
@@ -36,8 +39,10 @@ HeadlessPane::HeadlessPane() : bundle_(openPaneBundle(platform_.bundles)), pane_
 // The window's start-up work, above all the shipped exclusions and the font catalogue, is left to the window.
 void HeadlessPane::connectOutlets() {
     const std::pair<std::string_view, View&> outlets[] = {
-        {"exTableView", table_}, {"exRemoveAppButton", remove_}, {"regexAdd", addRegex_}, {"regexName", name_},
-        {"regex", expression_},  {"regexType", kind_},           {"regexPanel", sheet_},  {"regexSheetOK", sheetOK_}};
+        {"exTableView", table_}, {"exRemoveAppButton", remove_}, {"regexAdd", addRegex_},
+        {"regexName", name_},    {"regex", expression_},         {"regexType", kind_},
+        {"regexPanel", sheet_},  {"regexSheetOK", sheetOK_},     {"enabledCheckbox", module_},
+        {"logStuff", logging_},  {"warningSheet", warning_}};
     for (auto& [name, object] : outlets) pane_.setOutlet(name, object);
     table_.setDataSource(&pane_);
     table_.setSelectionObserver(
@@ -46,14 +51,24 @@ void HeadlessPane::connectOutlets() {
 
 PropertyList HeadlessPane::storedList() { return platform_.preferences.copyValue(kEntryListKey, kSettingsDomain); }
 
-void HeadlessPane::select(int row) {
-    int rows = table_.numberOfRows();
-    if (row < 0 || row >= rows) throw noEntry(row, static_cast<std::size_t>(rows));
-    table_.selectRow(row);
+std::size_t HeadlessPane::select(const EntryAddress& entry) {
+    table_.numberOfRows();
+    const std::size_t row = rowAt(entry, storedList().elements());
+    table_.selectRow(static_cast<int>(row));
+    return row;
 }
 
-bool HeadlessPane::isApplication(const std::string& path) {
-    ItemInformation information;
+void HeadlessPane::requireUnchanged(const std::string& token) {
+    platform_.preferences.changeValues(
+        [token](MutableDictionary& values) {
+            if (tokenOf(repairedList(values[kEntryListKey])) != token)
+                throw Refusal(localized("the list of entries has changed since its token was printed"),
+                              kListHasChanged);
+        },
+        kSettingsDomain);
+}
+
+bool HeadlessPane::isApplication(const std::string& path, ItemInformation& information) {
     return platform_.applications.itemInformation(path, information) == kNoErr &&
            (information.flags & ItemInformation::kIsNativeApplication);
 }
@@ -61,7 +76,9 @@ bool HeadlessPane::isApplication(const std::string& path) {
 HeadlessPane::Added HeadlessPane::addApplications(const std::vector<std::string>& paths) {
     Added result;
     std::vector<std::string> applications;
-    for (const std::string& path : paths) (isApplication(path) ? applications : result.noApplications).push_back(path);
+    ItemInformation information;
+    for (const std::string& path : paths)
+        (isApplication(path, information) ? applications : result.noApplications).push_back(path);
     if (applications.empty()) return result;
 
     std::map<std::string_view, int> gained;  // entries with a path
@@ -76,10 +93,6 @@ HeadlessPane::Added HeadlessPane::addApplications(const std::vector<std::string>
 }
 
 void HeadlessPane::addRegex(const std::string& name, const std::string& expression, int kind) {
-    if (name.empty() || expression.empty()) throw refused("neither the name nor the expression may be empty");
-    if (!PropertyList(name) || !PropertyList(expression)) throw refused("the name or the expression is not UTF-8");
-    if (kind < 0 || kind >= kRegexKinds)
-        throw refused("there is no kind %d; the last one is %d", kind, kRegexKinds - 1);
     pane_.regexNew(addRegex_);
     name_.setStringValue(name, TextTone::Normal);
     expression_.setStringValue(expression, TextTone::Normal);
@@ -87,22 +100,49 @@ void HeadlessPane::addRegex(const std::string& name, const std::string& expressi
     pane_.regexEnd(sheetOK_);
 }
 
-void HeadlessPane::removeEntry(int row) {
-    select(row);
+void HeadlessPane::removeEntry(const EntryAddress& entry) {
+    select(entry);
     if (!remove_.isEnabled()) throw refused("the Global entry cannot be removed");
     pane_.doExRemoveApp(remove_);
 }
 
-void HeadlessPane::setOption(int row, const Option& option, std::int64_t value) {
-    select(row);
+void HeadlessPane::setOption(const EntryAddress& entry, const Option& option, std::int64_t value) {
+    const std::size_t row = select(entry);
     if (!storedList()[row].isDictionary()) throw refused("entry %d holds no settings", row);
     HeadlessOption control(option.tag, value);
     pane_.togglePerAppPrefs(control);
 }
 
+void HeadlessPane::changeEntry(const EntryAddress& entry, TSPreferencePane::EntryChange change) {
+    const std::size_t row = select(entry);
+    pane_.commitEntry({storedList()[row], row}, std::move(change), [](std::size_t) {});
+}
+
+bool HeadlessPane::isExpression(const EntryAddress& entry) { return hasType(storedList()[select(entry)], kRegExType); }
+
+ApplicationIdentity HeadlessPane::application(const std::string& path) {
+    ItemInformation information;
+    if (!isApplication(path, information))
+        throw refused("%@ is no application for this system", linux::displayText(path));
+    return {path, platform_.applications.displayName(path), platform_.applications.bundleIdentifier(path),
+            creatorText(information.creator)};
+}
+
+void HeadlessPane::setModule(bool isOn) {
+    module_.setState(isOn);
+    pane_.toggleEnabled(module_);
+}
+
+void HeadlessPane::setLogging(bool isOn) {
+    constexpr int kContinue = 1;
+    logging_.setState(isOn);
+    pane_.toggleLogging(logging_);
+    warning_.endSheet(kContinue);
+}
+
 void HeadlessPane::finish() {
     if (platform_.host.wasEntryRemoved) throw refused("another program has removed the entry; nothing was done");
-    if (!platform_.runLoop.isPending()) refuseUnsaved(platform_.preferences, kSettingsDomain);
+    if (!platform_.preferences.problem(kSettingsDomain).empty()) refuseUnsaved(platform_.preferences, kSettingsDomain);
     platform_.runLoop.wait();
     // Asked to end early: what is to be announced goes out now.
     if (platform_.bus && platform_.runLoop.isPending()) pane_.prefsFire();
