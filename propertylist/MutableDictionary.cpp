@@ -83,6 +83,11 @@ const PropertyList& MutableDictionary::operator[](std::string_view key) const no
     return at < entries_.size() ? entries_[at].value : kNothing;
 }
 
+std::span<const PropertyList::Entry> MutableDictionary::entries() {
+    if (removed_ > 0) compact();
+    return entries_;
+}
+
 PropertyList MutableDictionary::freeze() && {
     compact();
     return PropertyListStorage::dictionary(std::exchange(entries_, {}));

@@ -155,6 +155,8 @@ public:
     // Nothing when the key is missing. The reference is good until the next change.
     const PropertyList& operator[](std::string_view key) const noexcept;
     std::size_t size() const noexcept { return entries_.size() - removed_; }
+    // In the order in which the keys came first; good until the next change.
+    std::span<const PropertyList::Entry> entries();
     // The dictionary as a value, an empty one too; this one is empty from then on.
     PropertyList freeze() &&;
 

@@ -51,7 +51,7 @@ public:
 
 private:
     struct Recent {
-        std::uint32_t hash = 0;
+        std::uint32_t mark = 0;
         const PropertyList::Node* node = nullptr;
     };
     static constexpr std::size_t kRecent = 1024;

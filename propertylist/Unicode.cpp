@@ -29,10 +29,15 @@ std::size_t sequenceLength(const char* p, std::size_t left) {
 
 // How many bytes at the front are ASCII, counted in whole words.
 std::size_t asciiPrefix(std::string_view text) {
+    constexpr std::uint64_t kOther = 0x8080808080808080;
     std::size_t i = 0;
-    for (std::uint64_t word; i + 8 <= text.size(); i += 8) {
-        std::memcpy(&word, text.data() + i, 8);
-        if (word & 0x8080808080808080U) break;
+    for (std::uint64_t words[4]; i + sizeof words <= text.size(); i += sizeof words) {
+        std::memcpy(words, text.data() + i, sizeof words);
+        if ((words[0] | words[1] | words[2] | words[3]) & kOther) break;
+    }
+    for (std::uint64_t word; i + sizeof word <= text.size(); i += sizeof word) {
+        std::memcpy(&word, text.data() + i, sizeof word);
+        if (word & kOther) break;
     }
     return i;
 }

@@ -20,7 +20,15 @@ const PropertyList& DiskPreferencesDomain::all() {
     return values_ = std::move(values).freeze();
 }
 
-void DiskPreferencesDomain::change(PreferenceChange change) { changes_.push_back(std::move(change)); }
+void DiskPreferencesDomain::change(PreferenceChange change) {
+    changes_.push_back(std::move(change));
+    changesNothing_.reset();
+}
+
+bool DiskPreferencesDomain::changesNothing() {
+    if (!changesNothing_) changesNothing_ = all() == stored_ || (!stored_ && all().size() == 0);
+    return *changesNothing_;
+}
 
 bool DiskPreferencesDomain::synchronize() {
     used_ = true;
@@ -97,6 +105,7 @@ void DiskPreferencesDomain::store(PropertyList contents) {
     stored_ = std::move(contents);
     values_ = stored_;
     applied_ = 0;
+    changesNothing_.reset();
 }
 
 // False when the bytes are no domain.

@@ -10,6 +10,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -61,7 +62,7 @@ private:
     bool take(Snapshot&& snapshot, std::shared_ptr<const std::string> bytes);
     void store(platform::PropertyList contents);
     void forgetChanges();
-    bool changesNothing() { return all() == stored_ || (!stored_ && all().size() == 0); }
+    bool changesNothing();
     Failure lock(Transaction& transaction);
     Failure writeChanges();
     Failure writeLocked(Snapshot& written);
@@ -81,6 +82,7 @@ private:
     std::vector<platform::PreferenceChange> changes_;  // that are not on the disk, in their order
     platform::PropertyList values_;                    // `stored_` with the first `applied_` of the changes over it
     std::size_t applied_ = 0;
+    std::optional<bool> changesNothing_;  // of what is stored, once compared: values may be large
     bool isWriteDue_ = false;             // the last one failed, perhaps after the new contents were in place
     bool isHeld_ = false;                 // the last wait for the lock was in vain
     bool lacksLocks_ = false;             // the file system has none, and the log says so

@@ -121,11 +121,12 @@ public:
           arena_(list.owner) {}
 
     void readAll() {
+        LineTaker lines(text_);
         for (std::size_t start = text_.find(kRecordStart); start != std::string_view::npos;) {
             const std::size_t end = std::min(text_.find(kRecordEnd, start), text_.size());
             fields_.clear();
-            for (std::string_view record = text_.substr(start, end - start); !record.empty();)
-                readLine(trimmedLine(inUTF8(takeLine(record))));
+            lines.goTo(text_.substr(start, end - start));
+            for (std::string_view line; lines.take(line);) readLine(trimmedLine(inUTF8(line)));
             deriveFields();
             keep();
             start = text_.find(kRecordStart, end);

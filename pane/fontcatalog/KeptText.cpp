@@ -2,6 +2,7 @@
 
 #include "propertylist/PropertyListArena.h"
 
+#include <span>
 #include <vector>
 
 namespace fontcatalog {
@@ -13,10 +14,10 @@ using propertylist::PropertyListArena;
 // Bytes, about, that a file, a record and a field of one take beside their text.
 constexpr std::size_t kFile = 2048, kRecord = 96, kField = 40;
 
-std::size_t neededFor(const PropertyList& names) {
+std::size_t neededFor(std::span<const PropertyList::Entry> names) {
     std::size_t bytes = 0;
     const char* last = nullptr;  // lists give all their records one path
-    for (const PropertyList::Entry& name : names.entries()) {
+    for (const PropertyList::Entry& name : names) {
         bytes += kRecord + name.key.stringValue().size();
         for (const PropertyList::Entry& field : name.value.entries()) {
             const std::string_view text = field.value.stringValue();
@@ -27,11 +28,11 @@ std::size_t neededFor(const PropertyList& names) {
     return bytes;
 }
 
-NamesCollection copied(const PropertyList& names) {
+NamesCollection copied(std::span<const PropertyList::Entry> names) {
     NamesCollection copy;
     PropertyListArena arena;
     std::vector<PropertyListArena::Field> fields;
-    for (const PropertyList::Entry& name : names.entries()) {
+    for (const PropertyList::Entry& name : names) {
         fields.clear();
         for (const PropertyList::Entry& field : name.value.entries())
             fields.push_back({arena.string(field.key.stringValue()), arena.string(field.value.stringValue())});
@@ -45,12 +46,9 @@ NamesCollection copied(const PropertyList& names) {
 void KeptText::add(std::size_t bytes, NamesCollection& names) {
     held_ += kFile + bytes;
     if (held_ < next_) return;
-    const PropertyList all = std::move(names).freeze();
-    if (const std::size_t needed = neededFor(all); needed <= held_ / 2) {
-        names = copied(all);
+    if (const std::size_t needed = neededFor(names.entries()); needed <= held_ / 2) {
+        names = copied(names.entries());
         held_ = needed;
-    } else {
-        names = NamesCollection(all);
     }
     next_ = 2 * held_ + kWorthwhile;
 }

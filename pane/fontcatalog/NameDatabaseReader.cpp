@@ -8,7 +8,6 @@
 #include <limits>
 #include <string>
 #include <system_error>
-#include <vector>
 
 namespace fontcatalog {
 namespace {
@@ -49,8 +48,9 @@ public:
 
     void readAll() {
         Section section;
-        for (std::string_view rest = text_; !rest.empty();) {
-            const std::string_view line = trimmedLine(takeLine(rest));
+        LineTaker lines(text_);
+        for (std::string_view taken; lines.take(taken);) {
+            const std::string_view line = trimmedLine(taken);
             if (line.starts_with('[')) {
                 store(section);
                 section = {sectionName(line), {}, {}};
@@ -77,15 +77,17 @@ private:
 
     void store(const Section& section) {
         if (section.name.empty() || (!section.fullName && !section.styleName)) return;
-        std::vector<PropertyListArena::Field> fields;
-        if (section.fullName) fields.push_back({arena_.string("FullName"), section.fullName});
-        if (section.styleName) fields.push_back({arena_.string("StyleName"), section.styleName});
-        names_.exchange(arena_.value(arena_.string(section.name)), arena_.dictionary(fields));
+        PropertyListArena::Field fields[2];
+        std::size_t count = 0;
+        if (section.fullName) fields[count++] = {fullNameKey_, section.fullName};
+        if (section.styleName) fields[count++] = {styleNameKey_, section.styleName};
+        names_.exchange(arena_.value(arena_.string(section.name)), arena_.dictionary({fields, count}));
     }
 
     const std::string_view text_;
     NamesCollection& names_;
     PropertyListArena arena_;
+    const String fullNameKey_ = arena_.string("FullName"), styleNameKey_ = arena_.string("StyleName");
 };
 
 // Tells a number too large for a float from one too small.

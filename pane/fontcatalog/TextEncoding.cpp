@@ -2,6 +2,8 @@
 
 #include "propertylist/Unicode.h"
 
+#include <algorithm>
+
 namespace fontcatalog {
 namespace {
 
@@ -52,8 +54,14 @@ FileText decodedText(std::shared_ptr<const std::string> bytes) {
 char16_t macRomanCharacter(unsigned char byte) { return byte < 0x80 ? byte : kMacRomanUpperHalf[byte - 0x80]; }
 
 void appendMacRoman(std::string& text, std::string_view macRoman) {
-    for (const char byte : macRoman)
-        propertylist::appendUTF8(text, macRomanCharacter(static_cast<unsigned char>(byte)));
+    const auto isOther = [](char byte) { return static_cast<unsigned char>(byte) >= 0x80; };
+    for (auto at = macRoman.begin(); at != macRoman.end(); ++at) {
+        const auto other = std::find_if(at, macRoman.end(), isOther);
+        text.append(at, other);
+        if (other == macRoman.end()) return;
+        propertylist::appendUTF8(text, macRomanCharacter(static_cast<unsigned char>(*other)));
+        at = other;
+    }
 }
 
 }  // namespace fontcatalog

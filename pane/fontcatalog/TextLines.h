@@ -3,39 +3,42 @@
 
 #include "propertylist/Unicode.h"
 
-#include <bit>
-#include <cstdint>
+#include <algorithm>
 #include <cstring>
 #include <string_view>
 
 namespace fontcatalog {
 
-// The first "\r" or "\n", or the end.
-inline const char* lineEnd(std::string_view text) {
-    const auto isLineEnd = [](char c) { return c == '\n' || c == '\r'; };
-    const char *at = text.data(), *end = at + text.size();
-    // Eight bytes at a time, for there are two million lines. The highest bit of a byte of `low` tells that the text's
-    // byte is below 14; above the first such byte it may err.
-    if constexpr (std::endian::native == std::endian::little) {
-        constexpr std::uint64_t kEach = 0x0101010101010101;
-        for (std::uint64_t word; end - at >= 8; at += 8) {
-            std::memcpy(&word, at, sizeof word);
-            std::uint64_t low = (word - kEach * 14) & ~word & kEach * 0x80;
-            for (; low != 0; low &= low - 1)
-                if (const char* found = at + std::countr_zero(low) / 8; isLineEnd(*found)) return found;
-        }
-    }
-    while (at != end && !isLineEnd(*at)) ++at;
-    return at;
-}
+// Takes a text apart. Either line end is looked for only when the last one found of its kind lies behind: a text has
+// mostly but one kind, and is then searched for the other once.
+class LineTaker {
+public:
+    explicit LineTaker(std::string_view text) : textEnd_(text.data() + text.size()) { goTo(text); }
 
-// The first line, without its end, which are both taken off the front. Empty between two line ends.
-inline std::string_view takeLine(std::string_view& text) {
-    const auto length = static_cast<std::size_t>(lineEnd(text) - text.data());
-    const std::string_view line = text.substr(0, length);
-    text.remove_prefix(length == text.size() ? length : length + 1);
-    return line;
-}
+    // Goes on with a part of the text behind the one taken before.
+    void goTo(std::string_view part) {
+        at_ = part.data();
+        end_ = at_ + part.size();
+    }
+    // The next line without its end, empty between two line ends; false behind the last.
+    bool take(std::string_view& line) {
+        if (at_ == end_) return false;
+        const char* lineEnd = std::min({next(lineFeed_, '\n'), next(carriageReturn_, '\r'), end_});
+        line = {at_, static_cast<std::size_t>(lineEnd - at_)};
+        at_ = lineEnd == end_ ? end_ : lineEnd + 1;
+        return true;
+    }
+
+private:
+    const char* next(const char*& found, char lineEnd) const {
+        if (found && found >= at_) return found;
+        const void* next = std::memchr(at_, lineEnd, static_cast<std::size_t>(textEnd_ - at_));
+        return found = next ? static_cast<const char*>(next) : textEnd_;
+    }
+
+    const char *textEnd_, *at_ = nullptr, *end_ = nullptr;
+    const char *lineFeed_ = nullptr, *carriageReturn_ = nullptr;  // the end of the text when there is no more
+};
 
 // Without white space at both ends. Most lines have none, which two comparisons tell.
 inline std::string_view trimmedLine(std::string_view validUTF8) {

@@ -1,6 +1,7 @@
 #include "qt/controls/InterfaceLoader.h"
 
 #include "qt/controls/FittingScrollArea.h"
+#include "qt/controls/MeasuredLabel.h"
 #include "qt/controls/PageKeys.h"
 #include "qt/controls/QtAction.h"
 #include "qt/controls/QtControls.h"
@@ -107,6 +108,7 @@ public:
 private:
     static QWidget* createOurs(const QString& className, QWidget* parent) {
         if (className == QStringLiteral("QScrollArea")) return new FittingScrollArea(parent);
+        if (className == QStringLiteral("QLabel")) return new MeasuredLabel(parent);
         if (className == QStringLiteral("QPlainTextEdit")) return new StatusText(parent);
         return nullptr;
     }
