@@ -6,6 +6,7 @@
 #include <QLabel>
 
 #include <tuple>
+#include <utility>
 
 namespace qt {
 
@@ -14,17 +15,25 @@ public:
     using QLabel::QLabel;
 
     int heightForWidth(int width) const override {
-        // All that counts for the height. A label does not hear of its own new text.
-        const Basis basis(text(), font(), contentsMargins(), minimumWidth(), margin(), indent(), wordWrap(), style());
-        if (basis != basis_ || heights_.size() == kMostWidths) heights_.clear();
-        basis_ = basis;
+        if (Basis now = basis(); now != basis_ || heights_.size() == kMostWidths) {
+            heights_.clear();
+            basis_ = std::move(now);
+        }
         const auto known = heights_.constFind(width);
         return known != heights_.cend() ? *known : *heights_.insert(width, QLabel::heightForWidth(width));
     }
 
 private:
-    using Basis = std::tuple<QString, QFont, QMargins, int, int, int, bool, const QStyle*>;
+    using Basis = std::tuple<QString, Qt::TextFormat, Qt::TextInteractionFlags, QFont, const QStyle*, Qt::Alignment,
+                             QMargins, int, int, int, int, bool>;
     static constexpr int kMostWidths = 16;  // of a window whose size is changed
+
+    // All that the height depends on, for a label does not hear of its own new text.
+    Basis basis() const {
+        return {text(),   textFormat(), textInteractionFlags(), font(),
+                style(),  alignment(),  contentsMargins(),      margin(),
+                indent(), frameWidth(), minimumWidth(),         wordWrap()};
+    }
 
     mutable Basis basis_;
     mutable QHash<int, int> heights_;  // by width
