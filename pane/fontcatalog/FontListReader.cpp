@@ -45,7 +45,7 @@ public:
     }
 
     // The key of the line that most likely comes next.
-    std::string_view likelyKey() const { return keys_[keys_[last_].next].string.text(); }
+    std::string_view likelyKey() const { return keys_[keys_[last_].next].text; }
     void addLikely(String value) { add(keys_[last_].next, value); }
     // A line of the record. The last value of a key counts.
     void add(std::string_view key, String value) { add(numberOf(key), value); }
@@ -70,6 +70,7 @@ public:
 private:
     struct Key {
         String string;
+        std::string_view text;    // of the string
         std::uint32_t place = 0;  // in the record, if it is there
         std::uint32_t next = kNoKey;
     };
@@ -85,11 +86,12 @@ private:
 
     std::uint32_t numberOf(std::string_view key) {
         const std::uint32_t hash = propertylist::hashText(key);
-        const auto isSame = [&](std::uint32_t other) { return keys_[other].string.text() == key; };
+        const auto isSame = [&](std::uint32_t other) { return keys_[other].text == key; };
         std::uint32_t number = numbers_.find(hash, isSame);
         if (number == propertylist::HashTable::kMissing) {
             numbers_.add(hash, number = static_cast<std::uint32_t>(keys_.size()));
-            keys_.push_back({arena_.string(key)});
+            const String string = arena_.string(key);
+            keys_.push_back({string, string.text()});
         }
         return number;
     }
@@ -165,7 +167,7 @@ private:
         if (!outline) return;
         setPath(kFontListFilePath, path_);
         std::string relative(outline.text());
-        std::ranges::replace(relative, '\\', '/');
+        for (char& c : relative) c = c == '\\' ? '/' : c;  // without a branch, unlike the library's
         if (const auto found = find_ ? find_(relative) : std::nullopt) setPath(kFontFilePath, *found);
     }
 
