@@ -45,9 +45,21 @@ std::string PaneWindow::load(const std::string& bundlePath) {
 void PaneWindow::showEvent(QShowEvent* event) {
     const bool isOwnSize = size() == ownSize_;
     pane_.select();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
-    if (isOwnSize) resize(size().expandedTo(sizeHint()).boundedTo(screen()->availableSize()));
+    if (isOwnSize) growToFit();
     QWidget::showEvent(event);
+}
+
+void PaneWindow::growToFit() {
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
+    ownSize_ = size().expandedTo(sizeHint()).boundedTo(screen()->availableSize());
+    resize(ownSize_);
+}
+
+// When the text has another size, once all that is shown knows.
+void PaneWindow::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() != QEvent::FontChange || size() != ownSize_) return;
+    QTimer::singleShot(0, this, &PaneWindow::growToFit);
 }
 
 void PaneWindow::closeEvent(QCloseEvent* event) {

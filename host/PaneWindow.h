@@ -25,9 +25,11 @@ public:
 private:
     void showEvent(QShowEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void growToFit();
 
     LoadedPane pane_;
-    QSize ownSize_;  // what it opens with when no other is remembered
+    QSize ownSize_;  // what it has unless the user chooses, or another is remembered
     bool wasAllowedToLeave_ = false;
 };
 

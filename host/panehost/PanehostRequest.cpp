@@ -103,6 +103,7 @@ Request requestFrom(int argc, char** argv) {
                     .row = row.isEmpty() ? -1 : row.toInt(&isRow),
                     .dark = parser.isSet(QStringLiteral("dark")),
                     .choosesPlatform = parser.isSet(QStringLiteral("platform")),
+                    .choosesStyle = parser.isSet(QStringLiteral("style")),
                     .namesBundle = !bundles.isEmpty()};
     if (!isRow || bundles.size() > 1)
         endWithUsage(localized("usage: panehost [--screenshot FILE] [--select ROW] [BUNDLE]"));

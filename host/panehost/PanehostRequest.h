@@ -10,7 +10,7 @@ struct Request {
     QString screenshot;  // the file; empty: a window
     QString tab;         // a title; empty: the first
     int row = -1;        // -1: the pane's own choice
-    bool dark = false, choosesPlatform = false, namesBundle = false;
+    bool dark = false, choosesPlatform = false, choosesStyle = false, namesBundle = false;
 };
 
 // Ends the program for --help, --version (status 0) and wrong usage (2), none of which needs a display.

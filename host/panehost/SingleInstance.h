@@ -1,6 +1,7 @@
 // One window for all starts of a program: the first owns a name on the session bus, and the later ones ask it there to
 // come forward, by the method Activate of org.freedesktop.Application (freedesktop.org, desktop entries, "D-Bus
-// Activation"), so that desktops can ask too.
+// Activation"), so that desktops can ask too. There is nothing else that they may ask: the program opens no files and
+// has no actions, and answers so.
 #pragma once
 
 #include <QDBusConnection>
@@ -28,7 +29,7 @@ public:
     void setHandler(std::function<void(const QVariantMap& platformData)> handler) { handler_ = std::move(handler); }
 
 private:
-    QString introspect(const QString&) const override { return {}; }
+    QString introspect(const QString&) const override;
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override;
 
     const QString id_, path_, scene_;

@@ -1,6 +1,7 @@
 // Opens a settings pane in a window of its own.
 #include "host/HostPlatform.h"
 #include "host/PaneWindow.h"
+#include "host/panehost/DesktopLook.h"
 #include "host/panehost/Look.h"
 #include "host/panehost/PanehostRequest.h"
 #include "host/panehost/SingleInstance.h"
@@ -12,6 +13,7 @@
 #include "qt/QtToolkit.h"
 #include "qt/images/FileIcons.h"
 #include "qt/images/QtImage.h"
+#include "qt/messages/SessionBus.h"
 
 #include <QApplication>
 #include <QFileInfo>
@@ -90,14 +92,18 @@ std::string keyOfPlace(const host::Request& request) {
     return "Window " + QFileInfo(request.bundle).fileName().toStdString();
 }
 
+bool isX11() { return QGuiApplication::platformName() == QStringLiteral("xcb"); }
+
+bool opensOnDesktop(const host::Request& request) {
+    const bool isDesktop = isX11() || QGuiApplication::platformName().startsWith(QStringLiteral("wayland"));
+    return isDesktop && request.screenshot.isEmpty();
+}
+
 // What must be the same for an open window to stand in for this start; empty when none can.
 QString sceneOf(const host::Request& request) {
-    const QString platform = QGuiApplication::platformName();
-    const bool isX11 = platform == QStringLiteral("xcb");
-    const bool isDesktop = isX11 || platform.startsWith(QStringLiteral("wayland"));
-    if (!isDesktop || request.namesBundle || !request.screenshot.isEmpty()) return {};
-    QStringList scene = {platform, QFileInfo(request.bundle).canonicalFilePath()};
-    for (const char* name : {isX11 ? "DISPLAY" : "WAYLAND_DISPLAY", "HOME", "XDG_CONFIG_HOME", "TYPESLATE_ROOT"})
+    if (!opensOnDesktop(request) || request.namesBundle) return {};
+    QStringList scene = {QGuiApplication::platformName(), QFileInfo(request.bundle).canonicalFilePath()};
+    for (const char* name : {isX11() ? "DISPLAY" : "WAYLAND_DISPLAY", "HOME", "XDG_CONFIG_HOME", "TYPESLATE_ROOT"})
         scene << qEnvironmentVariable(name);
     return scene.join(QLatin1Char('\n'));
 }
@@ -110,6 +116,14 @@ bool wasHandedOver(host::SingleInstance& instance, const host::Request& request,
     platformData.insert(kTabKey, request.tab);
     platformData.insert(kRowKey, request.row);
     return instance.handOver(platformData);
+}
+
+// By the connection of the hand-over, where there was one. To be called when the window is on its way to the screen.
+std::unique_ptr<host::DesktopLook> desktopLook(const host::Request& request) {
+    host::FollowedLook followed = host::followedLook(request.choosesStyle);
+    if (request.dark) followed.colors = false;
+    if (!opensOnDesktop(request) || !(followed.colors || followed.textSize)) return nullptr;
+    return std::make_unique<host::DesktopLook>(qt::sessionBusConnection(QLatin1String(kApplicationId)), followed);
 }
 
 void showPlace(const QString& tab, int row, host::PaneWindow& window) {
@@ -172,6 +186,7 @@ int main(int argc, char** argv) {
             std::make_unique<host::WindowPlace>(window, platform.preferences(), kApplicationId, keyOfPlace(request));
     showPlace(request.tab, request.row, window);
     window.show();
+    const std::unique_ptr<host::DesktopLook> look = desktopLook(request);
     if (instance)
         instance->setHandler([&window](const QVariantMap& data) {
             showPlace(data.value(kTabKey).toString(), data.value(kRowKey, -1).toInt(), window);

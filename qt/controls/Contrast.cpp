@@ -28,12 +28,12 @@ double contrastOf(const QColor& a, const QColor& b) {
     return (lighter + 0.05) / (darker + 0.05);
 }
 
-QColor readableOn(const QColor& ground, const QColor& wanted, const QColor& otherwise) {
+QColor readableOn(const QColor& ground, const QColor& wanted, const QColor& otherwise, double contrast) {
     constexpr int kSteps = 32;
     const QColor seen = mixed(ground, wanted, wanted.alphaF());
     for (int step = 0; step < kSteps; ++step) {
         const QColor color = mixed(seen, otherwise, double(step) / kSteps);
-        if (contrastOf(color, ground) >= kReadable) return color;
+        if (contrastOf(color, ground) >= contrast) return color;
     }
     return otherwise;
 }

@@ -12,8 +12,8 @@ double contrastOf(const QColor& a, const QColor& b);
 // WCAG asks for 4.5 of a text. Small letters are smoothed and come out a little paler than their colour.
 inline constexpr double kReadable = 5.2;
 
-// The wanted colour as it lies on the ground, or, where the two have less contrast than kReadable, the nearest to it on
-// the way to the other one that has enough; that other one when none has.
-QColor readableOn(const QColor& ground, const QColor& wanted, const QColor& otherwise);
+// The wanted colour as it lies on the ground, or, where the two have less contrast than that, the nearest to it on the
+// way to the other one that has enough; that other one when none has.
+QColor readableOn(const QColor& ground, const QColor& wanted, const QColor& otherwise, double contrast = kReadable);
 
 }  // namespace qt

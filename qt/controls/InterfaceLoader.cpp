@@ -78,13 +78,33 @@ void keepDirection(QWidget& widget) {
     QCoreApplication::sendEvent(&widget, &key);
 }
 
+// The bold letters of a title, in proportion to those around it, also when those change.
+class TitleFont final : public QObject {
+public:
+    TitleFont(QWidget& title, double scale) : QObject(&title), title_(title), scale_(scale) {
+        title.parentWidget()->installEventFilter(this);
+        apply();
+    }
+
+private:
+    bool eventFilter(QObject* around, QEvent* event) override {
+        if (event->type() == QEvent::FontChange) apply();
+        return QObject::eventFilter(around, event);
+    }
+    void apply() {
+        QFont font = title_.parentWidget()->font();
+        font.setPointSizeF(font.pointSizeF() * scale_);
+        font.setBold(true);
+        title_.setFont(font);
+    }
+
+    QWidget& title_;
+    const double scale_;
+};
+
 void scaleFont(QWidget& widget) {
-    double scale = widget.property("fontScale").toDouble();
-    if (scale <= 0) return;
-    QFont font = widget.font();
-    font.setPointSizeF(font.pointSizeF() * scale);
-    font.setBold(true);
-    widget.setFont(font);
+    if (double scale = widget.property("fontScale").toDouble(); scale > 0 && widget.parentWidget())
+        new TitleFont(widget, scale);
 }
 
 class WidgetLoader final : public QUiLoader {

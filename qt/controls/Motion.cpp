@@ -2,53 +2,42 @@
 
 #include "qt/messages/SessionBus.h"
 
-#include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
-#include <QDBusVariant>
 #include <QStyle>
-
-#include <utility>
 
 namespace qt {
 
 namespace {
 
-constexpr int kPatience = 5000;  // milliseconds
-
-QDBusMessage animationQuestion() {
-    QDBusMessage question = QDBusMessage::createMethodCall(
-        QStringLiteral("org.freedesktop.portal.Desktop"), QStringLiteral("/org/freedesktop/portal/desktop"),
-        QStringLiteral("org.freedesktop.portal.Settings"), QStringLiteral("Read"));
-    question << QStringLiteral("org.gnome.desktop.interface") << QStringLiteral("enable-animations");
-    return question;
-}
-
-// A variant in a variant, by the portal's contract.
-bool saysNo(const QDBusPendingReply<QDBusVariant>& answer) {
-    if (!answer.isValid()) return false;
-    QVariant value = answer.value().variant();
-    if (value.userType() == qMetaTypeId<QDBusVariant>()) value = value.value<QDBusVariant>().variant();
-    return value.isValid() && !value.toBool();
-}
+constexpr const char* kReducedMotion = "reduced-motion";
+constexpr const char* kAnimations = "enable-animations";
+constexpr unsigned kIsReduced = 1;
 
 }  // namespace
 
-void whenStillnessIsWanted(const QWidget& widget, QObject& context, std::function<void()> function) {
-    if (widget.style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, &widget) <= 0) return function();
-    const QString name = freshConnectionName();
-    QDBusConnection bus = sessionBusConnection(name);
-    if (bus.isConnected()) {
-        auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(animationQuestion(), kPatience), &context);
-        QObject::connect(watcher, &QDBusPendingCallWatcher::finished, &context,
-                         [watcher, function = std::move(function)] {
-                             if (saysNo(*watcher)) function();
-                             watcher->deleteLater();
-                         });
-        QObject::connect(watcher, &QObject::destroyed, [name] { QDBusConnection::disconnectFromBus(name); });
-        return;
-    }
-    QDBusConnection::disconnectFromBus(name);
+Motion::Motion(const QWidget& widget) : widget_(widget) {}
+
+Motion::~Motion() {
+    if (!portal_) return;
+    portal_.reset();
+    QDBusConnection::disconnectFromBus(connectionName_);
+}
+
+void Motion::follow() {
+    if (portal_) return;
+    connectionName_ = freshConnectionName();
+    const std::vector<PortalSettings::Setting> asked{{kAppearance, kReducedMotion}, {kGnomeInterface, kAnimations}};
+    portal_ = std::make_unique<PortalSettings>(sessionBusConnection(connectionName_), asked,
+                                               [this](auto name, auto& value) { take(name, value); });
+}
+
+void Motion::take(std::string_view name, const QVariant& value) {
+    if (name == kReducedMotion && value.userType() == QMetaType::UInt) isReduced_ = value.toUInt() == kIsReduced;
+    if (name == kAnimations && value.userType() == QMetaType::Bool) isAnimated_ = value.toBool();
+}
+
+bool Motion::isUnwanted() const {
+    return isReduced_ || !isAnimated_ ||
+           widget_.style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, &widget_) <= 0;
 }
 
 }  // namespace qt

@@ -1,15 +1,32 @@
 // Whether the user wants pictures and texts to move by themselves.
 #pragma once
 
+#include "qt/messages/PortalSettings.h"
+
 #include <QWidget>
 
-#include <functional>
+#include <memory>
 
 namespace qt {
 
-// Calls the function if the user has switched animations off: at once where the widget's style knows, else when the
-// desktop has answered (the settings portal of freedesktop.org, which hands on what GNOME and others keep), unless the
-// context has gone by then. Without either answer things move.
-void whenStillnessIsWanted(const QWidget& widget, QObject& context, std::function<void()> function);
+// The widget's style knows (Plasma's), or the desktop's settings portal does: what GNOME keeps and others hand on, or,
+// in newer portals, a setting for all desktops. Until one of them says otherwise things move.
+class Motion final {
+public:
+    explicit Motion(const QWidget& widget);
+    ~Motion();
+
+    // Has the portal asked from now on; further calls do nothing. Its answer comes later, and its changes are heard.
+    void follow();
+    bool isUnwanted() const;
+
+private:
+    void take(std::string_view name, const QVariant& value);
+
+    const QWidget& widget_;
+    bool isReduced_ = false, isAnimated_ = true;
+    QString connectionName_;
+    std::unique_ptr<PortalSettings> portal_;
+};
 
 }  // namespace qt

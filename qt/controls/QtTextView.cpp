@@ -1,7 +1,5 @@
 #include "qt/controls/QtTextView.h"
 
-#include "qt/controls/Motion.h"
-
 #include <QAbstractTextDocumentLayout>
 #include <QDir>
 #include <QFile>
@@ -53,7 +51,8 @@ private:
     QDir folder_;
 };
 
-QtTextView::QtTextView(QTextEdit& widget) : WidgetView(widget), document_(*new FolderDocument(widget)) {
+QtTextView::QtTextView(QTextEdit& widget)
+    : WidgetView(widget), document_(*new FolderDocument(widget)), motion_(widget) {
     auto hold = [this] { isHeld_ = true; };
     QObject::connect(widget.verticalScrollBar(), &QAbstractSlider::actionTriggered, &connections_, hold);
     // A plain click says so, too, and selects nothing.
@@ -77,12 +76,13 @@ bool QtTextView::loadRichText(std::string_view path) {
     widget_.setHtml(QString::fromUtf8(html));
     widget_.moveCursor(QTextCursor::Start);
     isHeld_ = false;
-    whenStillnessIsWanted(widget_, connections_, [this] { isHeld_ = true; });
+    motion_.follow();
     return true;
 }
 
 void QtTextView::scrollPoint(const Point& point) {
-    if (!isHeld_) widget_.verticalScrollBar()->setValue(static_cast<int>(std::lround(point.y)));
+    if (isHeld_ || motion_.isUnwanted()) return;
+    widget_.verticalScrollBar()->setValue(static_cast<int>(std::lround(point.y)));
 }
 
 }  // namespace qt

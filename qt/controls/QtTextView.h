@@ -1,6 +1,7 @@
 // A text that scrolls, plain or rich.
 #pragma once
 
+#include "qt/controls/Motion.h"
 #include "qt/controls/WidgetView.h"
 
 #include <QObject>
@@ -9,8 +10,7 @@
 namespace qt {
 
 // Once the user has scrolled or selected, the text stays where the user put it until another one is loaded: what moves
-// by itself can be stopped, and is not torn away from who reads it. For who wants no animations it stays from the
-// start.
+// by itself can be stopped, and is not torn away from who reads it. It stays, too, while the user wants no animations.
 class QtTextView final : public WidgetView<platform::TextView, QTextEdit> {
 public:
     explicit QtTextView(QTextEdit& widget);  // gives it a document of its own
@@ -28,6 +28,7 @@ private:
 
     FolderDocument& document_;  // the widget's
     QObject connections_;
+    Motion motion_;
     bool isHeld_ = false;
 };
 

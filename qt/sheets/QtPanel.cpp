@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QTimer>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -31,6 +32,13 @@ public:
         if (auto* field = qobject_cast<QLineEdit*>(focusWidget())) field->selectAll();
     }
     QtPanel* panel = nullptr;
+
+private:
+    // What it contains learns of the font after it.
+    void changeEvent(QEvent* event) override {
+        QDialog::changeEvent(event);
+        if (event->type() == QEvent::FontChange && panel) QTimer::singleShot(0, this, [this] { panel->refitText(); });
+    }
 };
 
 QDialog& makeDialog(QWidget& content) {
@@ -49,9 +57,7 @@ QRect scaled(const QRect& r, double factor) {
     return {times(r.x()), times(r.y()), times(r.width()), times(r.height())};
 }
 
-void enlargeForText(QWidget& content) {
-    double factor = double(content.fontMetrics().height()) / QtPanel::kDesignLineHeight;
-    if (factor <= 1) return;
+void enlarge(QWidget& content, double factor) {
     for (QWidget* child : directChildren(content)) child->setGeometry(scaled(child->geometry(), factor));
     content.resize(scaled({QPoint(), content.size()}, factor).size());
 }
@@ -105,13 +111,25 @@ QtPanel::QtPanel(QWidget& content) : WidgetView(makeDialog(content)), content_(c
         layout->setContentsMargins(0, 0, 0, 0);
         layout->addWidget(&content);
     } else {
-        enlargeForText(content);
-        fitButtons(content);
+        fitText();
         if (content.isRightToLeft()) mirror(content);
-        widget_.setFixedSize(content.size());
     }
     content.show();
     settleDefaultButton(content);
+}
+
+void QtPanel::fitText() {
+    const double scale = std::max(1.0, double(content_.fontMetrics().height()) / kDesignLineHeight);
+    enlarge(content_, scale / std::exchange(textScale_, scale));
+    fitButtons(content_);
+    widget_.setFixedSize(content_.size());
+}
+
+void QtPanel::refitText() {
+    if (content_.layout()) return;
+    if (content_.isRightToLeft()) mirror(content_);
+    fitText();
+    if (content_.isRightToLeft()) mirror(content_);
 }
 
 Size QtPanel::contentSize() const { return {double(content_.width()), double(content_.height())}; }

@@ -1,8 +1,8 @@
 // A sheet: a window-modal dialog around a widget of the interface file.
 //
 // A content without a layout keeps the places that its code gives it. Such a content is made for a line height of
-// kDesignLineHeight; with larger text it is enlarged as a whole, and its buttons grow to what their labels need, those
-// in the right half to the left.
+// kDesignLineHeight; with larger text it is enlarged as a whole, also when the text grows later, and its buttons grow
+// to what their labels need, those in the right half to the left.
 #pragma once
 
 #include "qt/controls/WidgetView.h"
@@ -34,9 +34,13 @@ public:
     // What Escape and the window's close button do.
     void closeByUser();
     void orderOut() override { widget_.hide(); }
+    void refitText();  // to be called when the content's font has changed
 
 private:
+    void fitText();
+
     QWidget& content_;
+    double textScale_ = 1;  // of what the content has its size for
     std::function<void(int)> didEnd_;
     std::function<void()> willClose_;
     QEventLoop* modalLoop_ = nullptr;  // while running modal

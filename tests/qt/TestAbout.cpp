@@ -1,12 +1,9 @@
 // The texts of the bundle as it ships them: About in its panel, rolling on real timers, Read Me and help in windows.
 #include "host/LoadedPane.h"
 #include "qt/QtToolkit.h"
+#include "tests/qt/FakePortal.h"
 #include "tests/qt/QtTest.h"
 
-#include <QDBusConnection>
-#include <QDBusMessage>
-#include <QDBusVariant>
-#include <QDBusVirtualObject>
 #include <QDialog>
 #include <QLabel>
 #include <QProxyStyle>
@@ -92,39 +89,34 @@ TEST(WhoScrollsOrSelectsTheAboutTextKeepsItsPlace) {
 }
 
 TEST(WhoWantsNoAnimationsHasATextThatStandsStill) {
-    struct Portal : QDBusVirtualObject {
-        QString introspect(const QString&) const override { return {}; }
-        bool handleMessage(const QDBusMessage& question, const QDBusConnection& bus) override {
-            wasAsked = question.arguments().value(1) == QStringLiteral("enable-animations");
-            const QVariant no = QVariant::fromValue(QDBusVariant(isOn));
-            return bus.send(question.createReply(QVariant::fromValue(QDBusVariant(no))));
-        }
-        bool wasAsked = false, isOn = false;
-    } portal;
     struct Still : QProxyStyle {
         int styleHint(StyleHint hint, const QStyleOption* o, const QWidget* w, QStyleHintReturn* r) const override {
             return hint == SH_Widget_Animation_Duration ? 0 : QProxyStyle::styleHint(hint, o, w, r);
         }
     } still;
+    struct {
+        const char *space, *name;
+        QVariant value;
+        bool moves;
+    } const kSteps[] = {{qt::kGnomeInterface, "enable-animations", false, false},
+                        {qt::kGnomeInterface, "enable-animations", true, true},
+                        {qt::kAppearance, "reduced-motion", 1U, false},
+                        {qt::kAppearance, "reduced-motion", 0U, true}};
     About a;
-    QDBusConnection bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, QStringLiteral("portal"));
-    CHECK(bus.registerVirtualObject(QStringLiteral("/org/freedesktop/portal/desktop"), &portal));
-    CHECK(bus.registerService(QStringLiteral("org.freedesktop.portal.Desktop")));
-    for (bool isOn : {true, false}) {
-        portal.isOn = isOn;
-        portal.wasAsked = false;
+    FakePortal portal;
+    portal.start();
+    for (const auto& step : kSteps) {
+        CONTEXT(step.name);
+        portal.set(step.space, step.name, step.value);
+        REQUIRE(waitFor([&] { return a.staysForSeveralSteps() != step.moves; }));
         a.button("aboutCloseButton").click();
         a.button("aboutButton").click();
-        REQUIRE(waitFor([&] { return portal.wasAsked; }));
-        CHECK(isOn ? waitFor([&] { return a.position() > 5; }) : waitFor([&] { return a.staysForSeveralSteps(); }));
     }
-    a.button("aboutCloseButton").click();
-    portal.isOn = true;
     a.text().setStyle(&still);
+    a.button("aboutCloseButton").click();
     a.button("aboutButton").click();
     CHECK(a.staysForSeveralSteps() && a.position() == 0);
     a.text().setStyle(nullptr);
-    QDBusConnection::disconnectFromBus(QStringLiteral("portal"));
 }
 
 TEST(TheAboutTextHasItsVersionPictureAndLinks) {

@@ -34,6 +34,7 @@
 #include <sys/file.h>
 #include <unistd.h>
 
+#include <array>
 #include <filesystem>
 #include <set>
 
@@ -206,6 +207,29 @@ TEST(TheListIsSearchedAndMendedFromTheKeyboard) {
     press(Qt::Key_End);
     press('v', Qt::ControlModifier);
     CHECK(pane.entries()[3]["Settings"]["Enabled"].boolValue());
+}
+
+TEST(TheWindowItsTitleAndItsSheetsGrowWithTheText) {
+    Opened pane;
+    auto& sheet = in<QDialog>(pane.window, "regexPanelWindow");
+    auto& title = in<QWidget>(pane.window, "titleField");
+    const QFont own = QApplication::font();
+    auto sizes = [&] {
+        return std::array{pane.window.height(), sheet.width(), in<QWidget>(sheet, "regex").x(),
+                          title.font().pointSize()};
+    };
+    const auto before = sizes();
+    QFont larger = own;
+    larger.setPointSizeF(own.pointSizeF() * 1.5);
+    QApplication::setFont(larger);
+    settle();
+    for (std::size_t i = 0; i < before.size(); ++i) {
+        CONTEXT(std::to_string(i));
+        CHECK(sizes()[i] > before[i] * (i ? 1.35 : 1.02) && sizes()[i] < before[i] * 1.65);
+    }
+    QApplication::setFont(own);
+    settle();
+    CHECK(sizes() != before && std::abs(sizes()[1] - before[1]) < 3);
 }
 
 TEST(TheChooserFindsByNameAndTakesWhatIsSelected) {

@@ -4,6 +4,10 @@ import subprocess
 
 import windowtest
 
+NAME, APPLICATION = "com.tarnwick.typeslate.Settings", "org.freedesktop.Application"
+METHODS = ["Activate(in a{sv} platform_data)", "Open(in as uris, in a{sv} platform_data)",
+           "ActivateAction(in s action_name, in av parameter, in a{sv} platform_data)"]
+
 
 def remembers_size_and_place(session):
     geometry = lambda window: session.xdotool("getwindowgeometry", "--shell", window).split()[1:5]
@@ -33,12 +37,30 @@ def second_start_raises_the_first(session, host):
         while session.xdotool("getactivewindow").split() != [host.window]:
             pass
 
+    asks_by_the_standard_interface(session, host)
+
     picture = session.home + "/picture.png"
     session.xdotool("windowminimize", "--sync", host.window)
     start_again(session, "--screenshot", picture)
     assert os.path.getsize(picture) > 1000
     assert session.xdotool("search", "--name", "^Typeslate$").split() == [host.window]
     assert "Iconic" in subprocess.check_output(["xprop", "-id", host.window, "WM_STATE"], text=True)
+
+
+def asks_by_the_standard_interface(session, host):
+    """As desktops do."""
+    place = ["--session", "--dest", NAME, "--object-path", "/" + NAME.replace(".", "/")]
+    shown = "".join(subprocess.check_output(["gdbus", "introspect", *place], text=True).split())
+    for method in METHODS:
+        assert "".join(method.split()) in shown, (method, shown)
+    session.xdotool("windowminimize", "--sync", host.window)
+    for method, arguments, refusal in [("Open", ["['file:///a']", "{}"], "NotSupported"),
+                                       ("ActivateAction", ["'a'", "[]", "{}"], "NotSupported"),
+                                       ("Activate", ["{'desktop-startup-id': <''>}"], "")]:
+        call = subprocess.run(["gdbus", "call", *place, "--method", f"{APPLICATION}.{method}", *arguments],
+                              capture_output=True, text=True)
+        assert refusal in call.stderr and bool(refusal) == (call.returncode != 0), call
+    assert session.xdotool("search", "--sync", "--onlyvisible", "--name", "^Typeslate$").split() == [host.window]
 
 
 def another_home_has_a_window_of_its_own(session, host):

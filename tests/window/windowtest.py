@@ -16,7 +16,7 @@ import queue
 LIMIT = 60
 ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
 SKIPPED = 77
-TOOLS = ["dbus-run-session", "xvfb-run", "xdotool", "icewm", "import"]
+TOOLS = ["dbus-run-session", "xvfb-run", "xdotool", "icewm", "import", "gdbus"]
 
 
 def notified(line):
