@@ -15,7 +15,10 @@ constexpr int kUnseen = 500;  // milliseconds
 FirstPaint::FirstPaint(QWidget& widget, std::function<void()> function) : function_(std::move(function)) {
     widget.installEventFilter(this);
     timer_.setSingleShot(true);
-    timer_.callOnTimeout([this] { std::exchange(function_, nullptr)(); });
+    // A widget that nobody saw at first is painted later.
+    timer_.callOnTimeout([this] {
+        if (auto once = std::exchange(function_, nullptr)) once();
+    });
 }
 
 bool FirstPaint::eventFilter(QObject* widget, QEvent* event) {

@@ -2,6 +2,7 @@
 // and by code, and what is seen then.
 #include "qt/UriList.h"
 #include "qt/controls/Contrast.h"
+#include "qt/controls/FirstPaint.h"
 #include "tests/qt/QtTest.h"
 #include "tests/support/Script.h"
 
@@ -222,6 +223,22 @@ std::pair<QImage, double> smallLine(QTableView& view, int row) {
 }
 
 }  // namespace
+
+TEST(WhatWaitsForTheFirstPaintIsDoneOnceThoughThePaintIsLate) {
+    useApplication();
+    QWidget window;
+    int done = 0;
+    FirstPaint first(window, [&] { ++done; });
+    QShowEvent shown;
+    QCoreApplication::sendEvent(&window, &shown);
+    CHECK(waitFor([&] { return done == 1; }));
+    for (int i = 0; i < 2; ++i) {
+        QPaintEvent painted(window.rect());
+        QCoreApplication::sendEvent(&window, &painted);
+        settle();
+    }
+    CHECK(first.isOver() && done == 1);
+}
 
 TEST(TheSmallLineOfARowCanBeReadAndRunsFromLeftToRight) {
     Stage stage;
