@@ -19,10 +19,15 @@ using namespace platform;
 
 namespace {
 
+// Under Wayland, where Qt may have to draw the frame itself, a sheet would have none.
+Qt::WindowFlags sheetKind() {
+    return QGuiApplication::platformName().startsWith(QStringLiteral("wayland")) ? Qt::Dialog : Qt::Sheet;
+}
+
 // Escape and the window's close button end the sheet; its code then takes it off the screen.
 class SheetDialog final : public QDialog {
 public:
-    explicit SheetDialog(QWidget* parent) : QDialog(parent, Qt::Sheet) { setWindowModality(Qt::WindowModal); }
+    explicit SheetDialog(QWidget* parent) : QDialog(parent, sheetKind()) { setWindowModality(Qt::WindowModal); }
     void reject() override {
         if (panel) panel->closeByUser();
     }

@@ -158,9 +158,9 @@ def inside(test, build):
             session.end()
 
 
-def run(test):
+def run(test, tools=()):
     build = os.path.abspath(sys.argv[1])
-    missing = [tool for tool in TOOLS if not shutil.which(tool)]
+    missing = [tool for tool in [*TOOLS, *tools] if not shutil.which(tool)]
     if missing:
         print("cannot run here without", ", ".join(missing))
         sys.exit(SKIPPED)

@@ -1,0 +1,90 @@
+"""The window under Wayland: the picture that it has under X, the keyboard, the chooser, and a second start.
+
+The compositor's screen is a window under X, by which keys reach it. It has no xdg-activation, so that coming forward by
+a token is not seen here, and dropping files is seen by test_qt_toolkit only.
+"""
+import os
+import subprocess
+import time
+
+import windowtest
+
+SIZE, TOP = (1000, 740), 150
+SETTINGS = """[shell]
+panel-position=none
+locking=false
+animation=none
+startup-animation=none
+close-animation=none
+"""
+
+
+def picture(window):
+    """Without the upper part, in which the compositor draws a pointer."""
+    part = f"{SIZE[0]}x{SIZE[1] - TOP}+0+{TOP}"
+    return subprocess.check_output(["import", "-window", window, "-crop", part, "-depth", "8", "rgb:-"])
+
+
+def wait_for_picture(window, wanted):
+    end = time.monotonic() + windowtest.LIMIT
+    while not wanted(seen := picture(window)):
+        assert time.monotonic() < end, "the picture did not come"
+    return seen
+
+
+def picture_under_x(session):
+    host = session.open_pane()
+    session.xdotool("windowsize", "--sync", host.window, *SIZE)
+    session.settle(host.window)
+    shown = picture(host.window)
+    session.close(host)
+    return shown
+
+
+def start_compositor(session):
+    settings = session.home + "/weston.ini"
+    with open(settings, "w", encoding="utf-8") as file:
+        file.write(SETTINGS)
+    session.environment.update(WAYLAND_DISPLAY="typeslate", QT_QPA_PLATFORM="wayland")
+    session.start("weston", "--backend=x11-backend.so", "--use-pixman", f"--width={SIZE[0]}", f"--height={SIZE[1]}",
+                  "--idle-time=0", "--config=" + settings, "--socket=typeslate", "--log=" + session.home + "/weston.log")
+    screen = session.xdotool("search", "--sync", "--onlyvisible", "--class", "Weston").split()[-1]
+    session.focus(screen)
+    session.settle(screen)
+    return screen
+
+
+def test(session):
+    os.makedirs(session.home + "/share/applications")
+    with open(session.home + "/share/applications/org.test.Alpha.desktop", "w", encoding="utf-8") as file:
+        file.write("[Desktop Entry]\nType=Application\nName=Alpha\nExec=/bin/true\n")
+    session.keep_out_exclusions()
+    session.xdotool("mousemove", 1279, 1023)
+    under_x = picture_under_x(session)
+
+    screen = start_compositor(session)
+    empty = picture(screen)
+    host = session.start(session.build + "/bin/panehost", stderr=subprocess.PIPE)
+    host.messages = windowtest.Lines(host.stderr)
+    wait_for_picture(screen, lambda seen: seen != empty)
+    session.settle(screen)
+    session.key("super+shift+f")  # the whole screen, without a frame
+    wait_for_picture(screen, lambda seen: seen == under_x)
+
+    changes = session.watch()
+    session.key("alt+a")
+    wait_for_picture(screen, lambda seen: seen != under_x)
+    session.settle(screen)
+    session.type("alp")
+    session.key("Return")
+    changes.until(windowtest.notified)
+    assert session.entries()[-1]["Data"] == "org.test.Alpha", session.entries()
+
+    before = picture(screen)
+    assert session.start(session.build + "/bin/panehost", "--tab", "Advanced").wait(windowtest.LIMIT) == 0
+    wait_for_picture(screen, lambda seen: seen != before)
+    session.key("ctrl+w")
+    session.wait_for_end(host)
+
+
+windowtest.run(test, ["weston"])
