@@ -8,7 +8,7 @@ import sys
 import tempfile
 import unittest
 
-BUILD, VERSION = os.path.abspath(sys.argv.pop(1)), sys.argv.pop(1)
+BUILD, VERSION, PREFIX, TEXTS = [sys.argv.pop(1) for _ in range(4)]
 SOURCE = pathlib.Path(__file__).resolve().parents[2]
 ID = "com.tarnwick.typeslate.Settings"
 
@@ -18,8 +18,8 @@ class InstallTest(unittest.TestCase):
     def setUpClass(cls):
         folder = tempfile.TemporaryDirectory(prefix="typeslate-install-")
         cls.addClassCleanup(folder.cleanup)
-        cls.prefix = pathlib.Path(folder.name) / "anywhere"
-        subprocess.run(["cmake", "--install", BUILD, "--prefix", cls.prefix, "--strip"], check=True,
+        cls.prefix, cls.texts = pathlib.Path(folder.name + PREFIX), pathlib.Path(folder.name + TEXTS)
+        subprocess.run(["cmake", "--install", BUILD, "--strip"], env={**os.environ, "DESTDIR": folder.name}, check=True,
                        stdout=subprocess.DEVNULL)
         cls.environment = {"PATH": f"{cls.prefix}/bin:{os.environ['PATH']}", "HOME": folder.name, "LC_ALL": "C.UTF-8",
                            "TYPESLATE_ROOT": folder.name, "TSAN_OPTIONS": os.environ.get("TSAN_OPTIONS", "")}
@@ -55,11 +55,13 @@ class InstallTest(unittest.TestCase):
             with self.subTest(command):
                 if not shutil.which(command[0]):
                     self.skipTest(f"needs {command[0]}")
-                self.assertNotRegex(self.run_installed(*command), "(?i)(warning|error): ")
+                # AppStream 0.16 does not know what 1.0 misses, and 1.0 calls what 0.16 knows out of date.
+                known = "I: .*: unknown-tag developer$"
+                self.assertNotRegex(self.run_installed(*command), rf"(?im)(warning|error): |^(?!{known})[EWI]: ")
         self.assertTrue(pages)
 
     def test_the_installed_texts_lead_to_texts_that_are_there(self):
-        texts = [self.prefix / f"share/doc/TypeslatePane/{name}" for name in ("README.md", "docs/updates.md")]
+        texts = [self.texts / name for name in ("README.md", "docs/updates.md")]
         for text in texts:
             for link in re.findall(r"\]\((?!https?:)([^)#]+)", text.read_text()):
                 linked = text.parent / link
