@@ -1,6 +1,7 @@
 #include "tests/support/Check.h"
 
 #include <algorithm>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -122,6 +123,7 @@ std::string show(const propertylist::PropertyList& value) { return value ? value
 }  // namespace check
 
 int main(int argc, char** argv) {
+    std::signal(SIGCHLD, SIG_DFL);  // who ignores it hands that down, and children then leave no status
     int passed = 0, failed = 0;
     for (const auto& test : check::tests()) {
         const auto selects = [&](const char* part) {
