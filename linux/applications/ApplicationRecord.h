@@ -22,9 +22,12 @@ struct StartDescription {
 
 // No words: nothing says how it is started, or what says so is malformed.
 struct ApplicationRecord : StartDescription {
-    std::string path;        // of the desktop file or the .app folder
-    std::string identifier;  // empty: none
-    std::string searchName;  // a desktop entry's untranslated name, an .app's folder name with ".app"
+    std::string path;         // of the desktop file or the .app folder
+    std::string identifier;   // empty: none
+    std::string searchName;   // a desktop entry's untranslated name, an .app's folder name with ".app"
+    std::string genericName;  // what it is, safe to show; empty: not told
+    std::string searchTexts;  // its names and keywords in the user's language and in English, in lines; not for show
+    std::string windowClass;  // of its windows, where that is another than the identifier; empty: not told
     platform::FourCharCode creator = platform::kUnknownCreator;
 
     std::string program;     // the word that names it, behind "env"; of an .app the absolute path of its executable

@@ -146,6 +146,13 @@ std::vector<std::string> commandOf(const MainGroup& group, const ApplicationReco
     return words;
 }
 
+std::string searchTextsOf(const MainGroup& group) {
+    std::string texts;
+    for (const char* key : {"Name", "GenericName", "Keywords"})
+        if (group.has(key)) texts += group.text(key) + "\n" + group.translated(key) + "\n";
+    return texts;
+}
+
 }  // namespace
 
 std::optional<ApplicationRecord> desktopEntryRecord(const std::string& path, std::string identifier,
@@ -162,6 +169,9 @@ std::optional<ApplicationRecord> desktopEntryRecord(const std::string& path, std
     record.identifier = std::move(identifier);
     record.name = displayText(group.translated("Name"));
     if (record.name.empty()) record.name = displayedLastComponent(path);
+    if (group.has("GenericName")) record.genericName = displayText(group.translated("GenericName"));
+    record.searchTexts = searchTextsOf(group);
+    record.windowClass = group.text("StartupWMClass");
     record.iconName = group.translated("Icon");
     record.tryProgram = group.text("TryExec");
     record.workingFolder = group.text("Path");

@@ -198,4 +198,13 @@ std::optional<ApplicationRecord> LinuxApplications::applicationForProgram(std::s
     return *found->second;
 }
 
+std::optional<ApplicationRecord> LinuxApplications::applicationForWindowClass(std::string_view windowClass) {
+    if (windowClass.empty()) return {};
+    refresh();
+    for (auto name : {&ApplicationRecord::windowClass, &ApplicationRecord::identifier})
+        for (const ApplicationRecord* record : index_.all())
+            if (propertylist::equalIgnoringASCIICase(record->*name, windowClass) && isNative(*record)) return *record;
+    return {};
+}
+
 }  // namespace linux

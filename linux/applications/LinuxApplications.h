@@ -38,6 +38,9 @@ public:
     // The application that runs as this executable (an absolute path, as /proc/PID/exe gives it): of several the one
     // that menus show and that needs the fewest arguments. Nothing for shells, interpreters and the like.
     std::optional<ApplicationRecord> applicationForProgram(std::string_view executable);
+    // The installed application whose windows are of this class (WM_CLASS), whatever the case: one that says so, else
+    // one of that identifier.
+    std::optional<ApplicationRecord> applicationForWindowClass(std::string_view windowClass);
 
 private:
     void refresh();

@@ -1,6 +1,7 @@
 #include "linux/processes/LinuxProcesses.h"
 
 #include "linux/files/LinuxFiles.h"
+#include "linux/processes/ApplicationUnits.h"
 #include "linux/processes/ProcessFiles.h"
 #include "linux/processes/ProcessHandle.h"
 #include "linux/system/FolderBundle.h"
@@ -14,6 +15,7 @@
 #include <climits>
 #include <csignal>
 #include <ctime>
+#include <map>
 
 namespace linux {
 
@@ -99,6 +101,37 @@ std::optional<std::string> LinuxProcesses::bundleIdentifier(ProcessID process) {
     }
     auto application = applications_.applicationForProgram(*executable);
     return application && !application->identifier.empty() ? std::optional(application->identifier) : std::nullopt;
+}
+
+// By what the desktop has started it as, and by its program: a terminal's processes are in the terminal's group.
+std::vector<ApplicationRecord> LinuxProcesses::applicationsOf(ProcessID process) {
+    std::vector<ApplicationRecord> found;
+    if (process == currentProcess() || !isOfThisUser(process)) return found;
+    auto add = [&](const std::optional<std::string>& path) {
+        auto application = path ? applications_.applicationAtPath(*path) : std::nullopt;
+        if (application) found.push_back(std::move(*application));
+    };
+    auto group = LinuxFiles().readFile(processFolder(process) + "/cgroup");
+    add(applications_.findApplication({{}, group ? applicationOfControlGroup(*group) : "", {}}));
+    add(bundlePath(process));
+    return found;
+}
+
+std::vector<ApplicationRecord> LinuxProcesses::runningApplications(const std::vector<WindowOwner>& windows) {
+    std::map<std::string, ApplicationRecord> running;
+    auto add = [&](const ApplicationRecord& application, bool hasWindow) {
+        if (application.isDisplayed || hasWindow) running.emplace(application.path, application);
+    };
+    for (const WindowOwner& window : windows) {
+        if (window.process == currentProcess()) continue;
+        if (auto application = applications_.applicationForWindowClass(window.windowClass)) add(*application, true);
+        for (const ApplicationRecord& application : applicationsOf(window.process)) add(application, true);
+    }
+    for (ProcessID process : runningProcesses())
+        for (const ApplicationRecord& application : applicationsOf(process)) add(application, false);
+    std::vector<ApplicationRecord> applications;
+    for (auto& [path, application] : running) applications.push_back(std::move(application));
+    return applications;
 }
 
 // What the handle holds is known only after it was opened: its process is asked for again, and an answer that fits is

@@ -7,6 +7,11 @@
 
 namespace linux {
 
+struct WindowOwner {
+    platform::ProcessID process = 0;  // as its window tells it, in a sandbox by another count; 0: not told
+    std::string windowClass;          // WM_CLASS; empty: not told
+};
+
 // A process's bundle is the .app or .plinth folder around its program, else the desktop entry that starts the program.
 // The session's leader has the identifier of the login window. A serial number is made of the start time and the id.
 class LinuxProcesses final : public platform::ProcessServices {
@@ -22,8 +27,12 @@ public:
     std::optional<std::string> bundleIdentifier(platform::ProcessID process) override;
     std::optional<platform::Date> launchDate(platform::ProcessID process) override;
     bool postQuitRequest(const platform::ProcessSerialNumber& process, std::string_view bundleIdentifier) override;
+    // The applications that run for this user, but for this process's own: those that menus show, and of others those
+    // that have one of the windows. In the order of their paths.
+    std::vector<ApplicationRecord> runningApplications(const std::vector<WindowOwner>& windows);
 
 private:
+    std::vector<ApplicationRecord> applicationsOf(platform::ProcessID process);
     std::optional<std::string> program(platform::ProcessID process) const;
     bool isOfThisUser(platform::ProcessID process) const;
 

@@ -121,6 +121,10 @@ private:
         auto application = applications_->applicationAtPath(path);
         return application ? machine_.shortened(application->iconName) : "none";
     }
+    std::string texts(const std::string& path) {
+        auto application = applications_->applicationAtPath(path);
+        return application->genericName + ": " + joined(check::linesIn(application->searchTexts));
+    }
     std::string start(const std::string& path) {
         auto start = startDescription(path, machine_.environment);
         return start ? machine_.shortened(joined(start->words)) : "none";
@@ -166,6 +170,8 @@ private:
         {"list", [&](auto&) { return listed(); }},
         {"icon", [&](auto& name) { return icon(folder(name)); }},
         {"runs", [&](auto& name) { return nameOf(applications_->applicationForProgram(folder(name))); }},
+        {"texts", [&](auto& name) { return texts(folder(name)); }},
+        {"window", [&](auto& name) { return nameOf(applications_->applicationForWindowClass(name)); }},
         {"start", [&](auto& name) { return start(folder(name)); }},
         {"open", [&](auto& name) { return std::to_string(applications_->openApplication(folder(name))); }},
     };

@@ -1,4 +1,5 @@
 // Locks, launches, processes and dates on the machine itself.
+#include "linux/processes/ApplicationUnits.h"
 #include "linux/processes/LinuxLauncher.h"
 #include "linux/processes/LinuxProcesses.h"
 #include "linux/processes/ProcessFiles.h"
@@ -181,6 +182,20 @@ TEST(ProcessesTheirBundlesAndTheirAge) {
                                    {"", ""},
                                    {"/x.app", ""}})
         CHECK_EQ(bundleAround(program).value_or(""), bundle);
+
+    for (auto [group, identifier] :
+         {std::pair{"0::/user.slice/app.slice/app-gnome-org.gnome.Files-1234.scope\n", "org.gnome.Files"},
+          {"0::/app-org.kde.kate-7.scope", "org.kde.kate"},
+          {"0::/a/app-gnome-firefox\\x2desr-9.scope", "firefox-esr"},
+          {"0::/a/app-org.kde.konsole@0f3a.service", "org.kde.konsole"},
+          {"0::/a/app-flatpak-org.x.Y.service", "org.x.Y"},
+          {"0::/a/app-cut\\x2-9.scope", "cut\\x2"},
+          {"0::/a/snap.code-x.code-5b2f0c39-0e6c-4a1f-8f5d-1d0a7c9b3e11.scope", "code-x_code"},
+          {"0::/a/snap.short.scope", ""},
+          {"0::/a/app.slice", ""},
+          {"0::/a/app-x.slice", ""},
+          {"", ""}})
+        CHECK_EQ(applicationOfControlGroup(group), identifier);
 
     CHECK_EQ(startTicksIn("7 (a) b) S 3 7 7 0 -1 4194560 1 0 0 0 0 0 0 0 20 0 1 0 4711 1 2").value_or(0), 4711);
     for (const char* bad : {"", "7 (a", "7 (a) S", "7 (a) S 3 7 7 0 -1 4194560 1 0 0 0 0 0 0 0 20 0 1 0 x 1 2"})
