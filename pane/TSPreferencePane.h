@@ -106,10 +106,11 @@ public:
 
     // Entries for applications. The paths are the panel's when there is one, else those given; all are absolute. Return
     // code 1 adds, any other stores and announces the list as it is. What is no native application is logged and left
-    // out, what is listed already is left out in silence.
+    // out, what is listed already is left out in silence; the host is told in a sentence what became of the files.
     void doExAddApp(platform::View& sender);
     void exOpenPanelDidEnd_returnCode_contextInfo(platform::OpenPanel* panel, int returnCode,
                                                   const std::vector<std::string>& fileNames);
+    const settings::AddedFiles& addedFiles() const { return lastFiles; }  // by the last call of the above
     // Removes the selected entry, Global too: the button is disabled for that one.
     void doExRemoveApp(platform::View& sender);
 
@@ -220,6 +221,9 @@ private:
 
     std::vector<settings::ApplicationIdentity> describeApplications(const std::vector<std::string>& fileNames);
     std::optional<settings::ApplicationIdentity> describeApplication(const std::string& path);
+    settings::ApplicationIdentity identityOf(const std::string& path, const std::string& creator);
+    bool isListed(const settings::ApplicationIndex& index, const std::string& path);
+    std::string addedFilesText() const;  // a sentence on lastFiles for the user; empty when there were none
     void selectLastRow();
     platform::PropertyList regexWorkingEntry(const platform::PropertyList& entry, bool isNew);
     void layOutRegexSheet();
@@ -288,6 +292,7 @@ private:
     settings::EntryIdentity shownEntry;  // whose options the editor shows; of no entry: none
     platform::PropertyList listShown;    // when the table last asked for its rows; for comparison only
     bool keepsTypedNumber = false;       // the editor is filled anew for the entry that it shows already
+    settings::AddedFiles lastFiles;      // that were to be added
     unsigned announcementsDue = 0;       // of changes that are stored in memory alone, or not yet told
     bool isSaving = false;               // whoever saves will announce
     std::unique_ptr<platform::Observation> changeObservation, storeObservation;

@@ -1,10 +1,14 @@
 // Adding applications, from the chooser or by drop, and removing entries.
 #include "pane/TSPreferencePane.h"
 
+#include "propertylist/ASCII.h"
 #include "settings/ApplicationEntry.h"
 #include "settings/EntryList.h"
 
 #include <algorithm>
+#include <memory>
+#include <span>
+#include <utility>
 
 using namespace platform;
 using namespace settings;
@@ -12,6 +16,7 @@ using namespace settings;
 namespace {
 
 constexpr int kPanelOK = 1;
+constexpr std::size_t kMostNames = 3;  // of each kind, in a sentence
 constexpr std::string_view kRefusal = "The following file will not be added to the application list(%d): %@";
 
 }  // namespace
@@ -25,6 +30,9 @@ void TSPreferencePane::doExAddApp(View&) {
     request.allowedTypes = {"app"};
     request.allowsMultipleSelection = true;
     request.canChooseFiles = true;
+    request.isTaken = [this, index = ApplicationIndex(entryList().elements())](const std::string& path) {
+        return isListed(index, path);
+    };
     platform_.toolkit.beginOpenPanel(request, [this](OpenPanel& panel, int returnCode) {
         exOpenPanelDidEnd_returnCode_contextInfo(&panel, returnCode, {});
     });
@@ -32,10 +40,12 @@ void TSPreferencePane::doExAddApp(View&) {
 
 void TSPreferencePane::exOpenPanelDidEnd_returnCode_contextInfo(OpenPanel* panel, int returnCode,
                                                                 const std::vector<std::string>& fileNames) {
+    lastFiles = {};
     std::vector<ApplicationIdentity> applications;
     if (returnCode == kPanelOK) applications = describeApplications(panel ? panel->filenames() : fileNames);
-    auto add = [applications = std::move(applications), like = std::exchange(settingsOfNew, {})](List& list) {
-        addApplications(list, applications, like);
+    auto wereAdded = std::make_shared<std::vector<bool>>();  // when the change was last made
+    auto add = [applications, wereAdded, like = std::exchange(settingsOfNew, {})](List& list) {
+        *wereAdded = addApplications(list, applications, like);
     };
     commit(std::move(add), [this] {
         exTableView->reloadData();
@@ -43,12 +53,21 @@ void TSPreferencePane::exOpenPanelDidEnd_returnCode_contextInfo(OpenPanel* panel
         exTableView->scrollRowToVisible(exTableView->selectedRow());
         sheetEnded();
     });
+    if (wereAdded->size() != applications.size()) return;  // the list cannot be read
+    for (std::size_t i = 0; i < applications.size(); ++i)
+        (wereAdded->at(i) ? lastFiles.added : lastFiles.alreadyListed)
+            .push_back({applications[i].path, applications[i].displayName});
+    if (std::string text = addedFilesText(); !text.empty()) platform_.host.say({text});
 }
 
 std::vector<ApplicationIdentity> TSPreferencePane::describeApplications(const std::vector<std::string>& fileNames) {
     std::vector<ApplicationIdentity> applications;
-    for (const std::string& path : fileNames)
-        if (auto application = describeApplication(path)) applications.push_back(std::move(*application));
+    for (const std::string& path : fileNames) {
+        if (auto application = describeApplication(path))
+            applications.push_back(std::move(*application));
+        else
+            lastFiles.noApplications.push_back({path, platform_.applications.displayName(path)});
+    }
     return applications;
 }
 
@@ -61,14 +80,44 @@ std::optional<ApplicationIdentity> TSPreferencePane::describeApplication(const s
         platform_.log(kRefusal, status, path);
         return std::nullopt;
     }
-    ApplicationIdentity application{path, platform_.applications.displayName(path),
-                                    platform_.applications.bundleIdentifier(path), creatorText(information.creator)};
-    if (CVAliasClass) {
-        std::unique_ptr<CVAlias> alias = CVAliasClass->aliasWithPath(path);
-        application.displayName = alias->displayName();
-        application.bundleIdentifier = alias->bundleIdentifier();
+    return identityOf(path, creatorText(information.creator));
+}
+
+ApplicationIdentity TSPreferencePane::identityOf(const std::string& path, const std::string& creator) {
+    if (!CVAliasClass)
+        return {path, platform_.applications.displayName(path), platform_.applications.bundleIdentifier(path), creator};
+    std::unique_ptr<CVAlias> alias = CVAliasClass->aliasWithPath(path);
+    return {path, alias->displayName(), alias->bundleIdentifier(), creator};
+}
+
+// A creator is looked up only where it counts: that reads a file.
+bool TSPreferencePane::isListed(const ApplicationIndex& index, const std::string& path) {
+    ItemInformation information;
+    if (index.asksForCreators()) platform_.applications.itemInformation(path, information);
+    return index.contains(identityOf(path, creatorText(information.creator)));
+}
+
+std::string TSPreferencePane::addedFilesText() const {
+    auto named = [this](const std::vector<AddedFiles::File>& files) {
+        std::string names;
+        for (const AddedFiles::File& file : std::span(files).first(std::min(files.size(), kMostNames)))
+            names = names.empty() ? file.displayName : formatted(localized("%@, %@"), {names, file.displayName});
+        int others = static_cast<int>(files.size()) - static_cast<int>(kMostNames);
+        return others > 0 ? formatted(localized("%@ and %d more"), {names, others}) : names;
+    };
+    const std::pair<const std::vector<AddedFiles::File>&, std::string> groups[] = {
+        {lastFiles.added, localized("added: %@")},
+        {lastFiles.alreadyListed, localized("in the list already: %@")},
+        {lastFiles.noApplications, localized("no application for this system: %@")}};
+    std::string text;
+    for (const auto& [files, format] : groups) {
+        if (files.empty()) continue;
+        std::string part = formatted(format, {named(files)});
+        text = text.empty() ? part : formatted(localized("%@; %@"), {text, part});
     }
-    return application;
+    if (text.empty()) return {};
+    if (propertylist::isASCIILetter(text.front())) text.front() = static_cast<char>(text.front() & ~0x20);  // a capital
+    return formatted(localized("%@."), {text});
 }
 
 void TSPreferencePane::selectLastRow() {

@@ -7,6 +7,7 @@
 #include "platform/Controls.h"
 #include "propertylist/ASCII.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -21,6 +22,9 @@ struct OpenPanelRequest {
     std::vector<std::string> allowedTypes;  // file name extensions; "app" means applications of every form
     bool allowsMultipleSelection = false;
     bool canChooseFiles = true, canChooseFolders = false;
+    // Whether a file is taken already: the panel says so beside it and does not offer it. Asked while the panel is
+    // open, for what is in sight; null: no file is.
+    std::function<bool(const std::string& path)> isTaken = {};
 };
 
 // An open panel that the user has ended.

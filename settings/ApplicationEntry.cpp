@@ -44,7 +44,7 @@ PropertyList applicationEntry(const ApplicationIdentity& application, const Prop
     return std::move(entry).freeze();
 }
 
-ApplicationIndex::ApplicationIndex(const std::vector<PropertyList>& list) {
+ApplicationIndex::ApplicationIndex(std::span<const PropertyList> list) {
     for (const PropertyList& entry : list) add(entry);
 }
 
@@ -64,17 +64,20 @@ bool ApplicationIndex::contains(const ApplicationIdentity& application) const {
 }
 
 // A list without a Global entry gets one only for the sake of the settings: each look repairs it further.
-void addApplications(std::vector<PropertyList>& list, const std::vector<ApplicationIdentity>& applications,
-                     const PropertyList& entrySettings) {
+std::vector<bool> addApplications(std::vector<PropertyList>& list, const std::vector<ApplicationIdentity>& applications,
+                                  const PropertyList& entrySettings) {
     std::vector<PropertyList> repaired = list;
     ApplicationIndex index(list);
+    std::vector<bool> wereAdded;
     for (const ApplicationIdentity& application : applications) {
-        if (index.contains(application)) continue;
+        wereAdded.push_back(!index.contains(application));
+        if (!wereAdded.back()) continue;
         putGlobalFirst(repaired);
         const PropertyList& usual = repaired.front()[kSettingsKey];
         list.push_back(applicationEntry(application, entrySettings ? entrySettings : usual));
         index.add(list.back());
     }
+    return wereAdded;
 }
 
 }  // namespace settings

@@ -4,6 +4,7 @@
 #include "platform/PlatformTypes.h"
 
 #include <optional>
+#include <span>
 #include <string>
 #include <unordered_set>
 #include <vector>
@@ -26,18 +27,28 @@ struct ApplicationIdentity {
 platform::PropertyList applicationEntry(const ApplicationIdentity& application,
                                         const platform::PropertyList& entrySettings);
 
+// What became of files that were to be added.
+struct AddedFiles {
+    struct File {
+        std::string path, displayName;
+    };
+    std::vector<File> added, alreadyListed, noApplications;
+};
+
 // Appends an entry for each application that no entry matches yet, with the settings given, else with those that a new
-// entry gets.
-void addApplications(std::vector<platform::PropertyList>& list, const std::vector<ApplicationIdentity>& applications,
-                     const platform::PropertyList& entrySettings = {});
+// entry gets. Whether each of them was added.
+std::vector<bool> addApplications(std::vector<platform::PropertyList>& list,
+                                  const std::vector<ApplicationIdentity>& applications,
+                                  const platform::PropertyList& entrySettings = {});
 
 // Answers in constant time whether some entry of a list matches an application by the entry's own type. It is a copy:
 // an entry that joins the list later must be added here, too. Strings are compared byte by byte.
 class ApplicationIndex {
 public:
-    explicit ApplicationIndex(const std::vector<platform::PropertyList>& list);
+    explicit ApplicationIndex(std::span<const platform::PropertyList> list);
     void add(const platform::PropertyList& entry);
     bool contains(const ApplicationIdentity& application) const;
+    bool asksForCreators() const { return !creators_.empty(); }  // else an application's makes no difference
 
 private:
     std::unordered_set<std::string> identifiers_, creators_, paths_;

@@ -28,7 +28,7 @@ struct Fixture : PaneFixture {
 }  // namespace
 
 TEST(ApplicationsAreAddedOnceAndMatchedByTheBestThatTheyHave) {
-    for (const auto& [listed, dropped, added, logged] : cells<4>("adding.txt")) {
+    for (const auto& [listed, dropped, added, logged, said] : cells<5>("adding.txt")) {
         CONTEXT(listed + "|" + dropped);
         Fixture f(listed);
         std::vector<PropertyList> expected = f.list();
@@ -37,6 +37,7 @@ TEST(ApplicationsAreAddedOnceAndMatchedByTheBestThatTheyHave) {
         std::istringstream words(dropped);
         for (std::string file; words >> file;) files.push_back(file);
         CHECK(f.drop(files));
+        CHECK_EQ(f.world.host.said.text, said);
         CHECK_EQ(f.list(), expected);
         CHECK_EQ(f.table().selected, static_cast<int>(expected.size()) - 1);
         std::string line = "The following file will not be added to the application list" + logged;

@@ -8,8 +8,6 @@
 #include "tools/Localized.h"
 #include "tools/StoredDomain.h"
 
-#include <map>
-
 using namespace entrylist;
 using namespace platform;
 using namespace settings;
@@ -81,14 +79,8 @@ HeadlessPane::Added HeadlessPane::addApplications(const std::vector<std::string>
         (isApplication(path, information) ? applications : result.noApplications).push_back(path);
     if (applications.empty()) return result;
 
-    std::map<std::string_view, int> gained;  // entries with a path
-    PropertyList before = storedList();
     pane_.exOpenPanelDidEnd_returnCode_contextInfo(nullptr, kPanelOK, applications);
-    PropertyList after = storedList();
-    for (const PropertyList& entry : before.elements()) --gained[bytesKept(entry[kPathKey])];
-    for (const PropertyList& entry : after.elements()) ++gained[bytesKept(entry[kPathKey])];
-    for (const std::string& path : applications)
-        if (gained[path]-- <= 0) result.alreadyListed.push_back(path);
+    for (const AddedFiles::File& file : pane_.addedFiles().alreadyListed) result.alreadyListed.push_back(file.path);
     return result;
 }
 
