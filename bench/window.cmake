@@ -1,4 +1,6 @@
 if(TYPESLATE_HAVE_QT)
   add_executable(bench_emptywindow EmptyWindow.cpp)
   target_link_libraries(bench_emptywindow PRIVATE Qt${TYPESLATE_QT_MAJOR}::Widgets)
+  add_executable(bench_chooser ChooserBench.cpp)
+  target_link_libraries(bench_chooser PRIVATE qt_platform)
 endif()

@@ -1,10 +1,15 @@
 #include "host/HostPlatform.h"
 
+#include "host/WindowOwners.h"
 #include "linux/LinuxMachine.h"
 #include "linux/system/Network.h"
+#include "linux/texts/DisplayText.h"
 #include "qt/QtRunLoop.h"
 #include "qt/QtToolkit.h"
 #include "qt/messages/DBusNotificationCenter.h"
+
+#include <string_view>
+#include <unordered_map>
 
 namespace host {
 
@@ -14,6 +19,35 @@ namespace {
 
 // A window that does not answer for longer looks dead. The message line says why it waits, and tries again.
 constexpr linux::LockWait kPatience{2'000};
+
+qt::ChoosableApplication choosable(const linux::ApplicationRecord& application) {
+    return {.path = application.path,
+            .name = application.name,
+            .location = linux::displayText(application.path),
+            .identifier = linux::displayText(application.identifier),
+            .genericName = application.genericName,
+            .searchTexts = application.searchTexts};
+}
+
+// Those that run come at the end where menus do not show them.
+std::vector<qt::ChoosableApplication> choosableApplications(linux::LinuxMachine& machine) {
+    std::vector<qt::ChoosableApplication> all;
+    std::unordered_map<std::string_view, std::size_t> places;
+    const std::vector<linux::ApplicationRecord> installed = machine.applications.installedApplications();
+    for (const linux::ApplicationRecord& application : installed) {
+        places.emplace(application.path, all.size());
+        all.push_back(choosable(application));
+    }
+    for (const linux::ApplicationRecord& running : machine.processes.runningApplications(windowOwners())) {
+        auto known = places.find(running.path);
+        if (known == places.end()) {
+            all.push_back(choosable(running));
+            all.back().isInMenus = false;
+        }
+        (known == places.end() ? all.back() : all[known->second]).isRunning = true;
+    }
+    return all;
+}
 
 }  // namespace
 
@@ -31,12 +65,7 @@ HostPlatform::HostPlatform() : parts_(new Parts) {
     parts_->notifications.connectAhead();
     parts_->machine.preferences.setLongestWait(kPatience);
     parts_->toolkit.setReach([](std::string_view url) { return linux::mayReach(url); });
-    parts_->toolkit.setApplicationLister([&applications = parts_->machine.applications] {
-        std::vector<qt::ChoosableApplication> choosable;
-        for (const linux::ApplicationRecord& application : applications.installedApplications())
-            choosable.push_back({application.path, application.name});
-        return choosable;
-    });
+    parts_->toolkit.setApplicationLister([&machine = parts_->machine] { return choosableApplications(machine); });
 }
 
 // What the pane set without synchronising is kept, as it would be at the end of a session.

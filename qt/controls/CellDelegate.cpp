@@ -28,6 +28,8 @@ QPalette::ColorGroup colorGroup(const QStyleOptionViewItem& option) {
     return option.state & QStyle::State_Active ? QPalette::Normal : QPalette::Inactive;
 }
 
+}  // namespace
+
 // Styles take what lies behind a selected row from here.
 QStyleOptionViewItem withReadableSelection(const QStyleOptionViewItem& option) {
     QStyleOptionViewItem readable(option);
@@ -38,6 +40,8 @@ QStyleOptionViewItem withReadableSelection(const QStyleOptionViewItem& option) {
                               readableOn(text, option.palette.color(group, QPalette::Highlight), farthest));
     return readable;
 }
+
+namespace {
 
 QColor textColor(const QStyleOptionViewItem& option, bool grey) {
     const QPalette::ColorGroup group = colorGroup(option);
@@ -86,6 +90,8 @@ int drawMarks(QPainter* painter, const QStyleOptionViewItem& option, QRect line,
     return wholeWidth - line.width();
 }
 
+}  // namespace
+
 void drawLines(QPainter* painter, const QStyleOptionViewItem& option, const CellValue& value) {
     const std::vector<AttributedLine>& lines = value.lines;
     QFont small = smallFont(option.font);
@@ -110,8 +116,6 @@ void drawLines(QPainter* painter, const QStyleOptionViewItem& option, const Cell
         y += metrics.lineSpacing();
     }
 }
-
-}  // namespace
 
 int CellDelegate::rowHeight(const QFont& font) {
     int text = QFontMetrics(font).lineSpacing() + QFontMetrics(smallFont(font)).lineSpacing();

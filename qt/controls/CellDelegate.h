@@ -30,4 +30,9 @@ private:
     bool postponesImages_ = true;
 };
 
+// What rows of that look share, for whoever paints others: a selection that its text can be read on, and the lines and
+// marks of a row within the option's rectangle.
+QStyleOptionViewItem withReadableSelection(const QStyleOptionViewItem& option);
+void drawLines(QPainter* painter, const QStyleOptionViewItem& option, const platform::CellValue& value);
+
 }  // namespace qt

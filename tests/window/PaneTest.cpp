@@ -22,6 +22,8 @@
 #include <QLineEdit>
 #include <QListView>
 #include <QMenu>
+#include <QPointer>
+#include <QProcess>
 #include <QPushButton>
 #include <QScreen>
 #include <QSpinBox>
@@ -232,19 +234,151 @@ TEST(TheWindowItsTitleAndItsSheetsGrowWithTheText) {
     CHECK(sizes() != before && std::abs(sizes()[1] - before[1]) < 3);
 }
 
-TEST(TheChooserFindsByNameAndTakesWhatIsSelected) {
-    Opened pane;
-    QDialog& chooser = pane.openSheet(0, "exAddAppButton");
-    auto& add = in<QPushButton>(chooser, "applicationAdd");
-    CHECK(!add.isEnabled());
-    QTest::keyClicks(&in<QLineEdit>(chooser, "applicationSearch"), QStringLiteral("BET"));
-    CHECK(add.isEnabled());
-    QTest::keyClick(chooser.focusWidget(), Qt::Key_Return);
+struct Choosing : Opened {
+    Choosing() {
+        const std::pair<const char*, const char*> more[] = {{"cards", "Name=Cards\nKeywords=bet;"},
+                                                            {"edit", "Name=Éditeur\nGenericName=Text Editor"},
+                                                            {"last", "Name=Alphabet"},
+                                                            {"my", "Name=My Bet"},
+                                                            {"twin.A", "Name=Twin\nGenericName=Painter"},
+                                                            {"twin.B", "Name=Twin\nGenericName=Painter"},
+                                                            {"ping", "Name=Tool\nGenericName=Pinger"},
+                                                            {"pong", "Name=Tool\nGenericName=Ponger"}};
+        for (const auto& [name, keys] : more)
+            check::writeFile(home / "share/applications/org.test." + name + ".desktop",
+                             std::string("[Desktop Entry]\nType=Application\nExec=/bin/true\n") + keys);
+        choose();
+    }
+    void choose() {
+        chooser = &openSheet(0, "exAddAppButton");
+        search = &in<QLineEdit>(*chooser, "applicationSearch");
+        list = &in<QListView>(*chooser, "applicationList");
+        add = &in<QPushButton>(*chooser, "applicationAdd");
+    }
+    void type(const QString& text) {
+        search->setFocus();
+        search->setText(text);
+    }
+    void press(int key) { QTest::keyClick(chooser->focusWidget(), Qt::Key(key)); }
+    QModelIndex row(int i) { return list->model()->index(i, 0); }
+    std::string shown(int role = Qt::DisplayRole, bool isOnlySelected = false) {
+        QStringList texts;
+        for (int i = 0; i < list->model()->rowCount(); ++i)
+            if (!isOnlySelected || list->selectionModel()->isSelected(row(i))) texts << row(i).data(role).toString();
+        return texts.join(QStringLiteral(", ")).toStdString();
+    }
+    std::string label(const char* name) { return in<QLabel>(*chooser, name).text().toStdString(); }
+    QPointer<QDialog> chooser;
+    QLineEdit* search = nullptr;
+    QListView* list = nullptr;
+    QPushButton* add = nullptr;
+};
+
+TEST(TheChooserFindsEveryWordSomewhereAndNamesFirst) {
+    Choosing pane;
+    CHECK(!pane.add->isEnabled());
+    CHECK_EQ(pane.label("applicationState"), "10 found");
+    for (const auto& [text, found] : {std::pair{"bet", "Beta, My Bet, Alphabet, Cards"},
+                                      {"BET m", "My Bet"},
+                                      {"édit", "Éditeur"},
+                                      {"editor editeur", "Éditeur"},
+                                      {"editor beta", ""},
+                                      {"ORG.test.my", "My Bet"},
+                                      {"bet alpha", "Alphabet"},
+                                      {" ", "Alpha, Alphabet, Beta, Cards, My Bet, Tool, Tool, Twin, Twin, Éditeur"}}) {
+        CONTEXT(text);
+        pane.type(QString::fromUtf8(text));
+        CHECK_EQ(pane.shown(), found);
+        const bool isEmpty = pane.list->model()->rowCount() == 0;
+        auto& why = in<QLabel>(*pane.list, "applicationsEmpty");
+        CHECK(why.isVisible() == isEmpty && (!isEmpty || why.text().startsWith(QStringLiteral("No application"))));
+        CHECK_EQ(pane.list->accessibleDescription() == why.text(), isEmpty);
+        CHECK_EQ(pane.add->isEnabled(), !isEmpty && text[0] != ' ');
+    }
+    pane.type(QStringLiteral("t"));
+    constexpr int kSecondLine = Qt::UserRole;
+    CHECK_EQ(pane.shown(kSecondLine), "Pinger, Ponger, org.test.twin.A, org.test.twin.B, , , , Text Editor, , ");
+    CHECK(pane.row(2).data(Qt::ToolTipRole).toString().startsWith(QStringLiteral("Painter\norg.test.twin.A\n/")));
+}
+
+TEST(TheChooserShowsWhatRunsByItself) {
+    Choosing pane;
+    CHECK(!in<QCheckBox>(*pane.chooser, "applicationRunning").isVisible());
+    pane.press(Qt::Key_Escape);
     settle();
-    REQUIRE(pane.entries().size() == 2);
-    CHECK_EQ(pane.entries().elements()[1]["Data"], PropertyList("org.test.Beta"));
+    QProcess program;
+    program.start(QStringLiteral("/bin/sleep"), {QStringLiteral("60")});
+    REQUIRE(program.waitForStarted());
+    check::writeFile(pane.home / "share/applications/sleep.desktop",
+                     "[Desktop Entry]\nType=Application\nExec=/bin/sleep 1\nName=Sleeper\n");
+    pane.choose();
+    pane.type(QStringLiteral("alpha"));
+    in<QCheckBox>(*pane.chooser, "applicationRunning").click();
+    CHECK_EQ(pane.shown(), "");
+    pane.search->clear();
+    CHECK_EQ(pane.shown(), "Sleeper");
+    pane.press(Qt::Key_Escape);
+    program.kill();
+    program.waitForFinished();
+}
+
+TEST(TheChooserKeepsWhatIsSelectedAndMarksWhatIsListed) {
+    Choosing pane;
+    pane.type(QStringLiteral("bet"));
+    CHECK_EQ(pane.shown(Qt::DisplayRole, true), "Beta");
+    // Passed only: gone with the search.
+    pane.press(Qt::Key_Down);
+    CHECK(pane.chooser->focusWidget() == pane.list);
+    CHECK_EQ(pane.shown(Qt::DisplayRole, true), "My Bet");
+    pane.press(Qt::Key_Backspace);
+    CHECK(pane.chooser->focusWidget() == pane.search && pane.search->text() == QStringLiteral("be"));
+    CHECK_EQ(pane.label("applicationState"), "1 selected: Beta");
+    pane.press(Qt::Key_Down);
+    pane.press(Qt::Key_Space);
+    pane.press(Qt::Key_Up);
+    CHECK_EQ(pane.shown(Qt::DisplayRole, true), "Beta, My Bet");
+    pane.press(Qt::Key_Up);
+    for (bool isAgain : {false, true}) {
+        pane.type(QStringLiteral("cards"));
+        CHECK_EQ(pane.shown(Qt::DisplayRole, true), "Cards");
+        CHECK_EQ(pane.add->text(), QStringLiteral("Add 2"));
+        CHECK_EQ(pane.label("applicationState"), "2 selected: Cards, My Bet");
+        if (isAgain) break;
+        in<QPushButton>(*pane.chooser, "applicationNone").click();
+        CHECK(!pane.add->isEnabled() && pane.chooser->focusWidget() == pane.search);
+        pane.type(QStringLiteral("my"));
+        pane.press(Qt::Key_PageDown);
+        pane.press(Qt::Key_Space);
+    }
+    pane.press(Qt::Key_Return);
+    settle();
+    REQUIRE(!pane.chooser && pane.entries().size() == 3);
+    CHECK_EQ(pane.entries().elements()[2]["Data"], PropertyList("org.test.my"));
+    auto said = [&] {
+        auto& line = in<QFrame>(pane.window, "messageLine");
+        return QAccessible::queryAccessibleInterface(&line)->text(QAccessible::Name).toStdString();
+    };
+    CHECK_EQ(said(), "Added: Cards, My Bet.");
+
+    pane.choose();
+    pane.type(QStringLiteral("cards"));
+    QAccessibleInterface& seen = *QAccessible::queryAccessibleInterface(pane.list)->child(0);
+    CHECK_EQ(seen.text(QAccessible::Name), QStringLiteral("Cards, in the list"));
+    CHECK(seen.text(QAccessible::Description).contains(QStringLiteral("is in the list already")));
+    pane.press(Qt::Key_Down);
+    pane.press(Qt::Key_Space);
+    CHECK(!pane.add->isEnabled() && pane.list->currentIndex().isValid());
+    Q_EMIT pane.list->doubleClicked(pane.row(0));
+    CHECK(pane.chooser && pane.chooser->isVisible());
+    pane.type(QStringLiteral("be"));
+    pane.list->selectAll();
+    CHECK_EQ(pane.shown(Qt::DisplayRole, true), "Beta, Alphabet");
+    pane.press(Qt::Key_Return);
+    settle();
+    CHECK_EQ(pane.entries().size(), std::size_t{5});
+    CHECK_EQ(said(), "Added: Alphabet, Beta.");
     QTest::keyClick(&in<QTableView>(pane.window, "exTableView"), Qt::Key_Delete);
-    CHECK_EQ(pane.entries().size(), std::size_t{1});
+    CHECK_EQ(pane.entries().size(), std::size_t{4});
 }
 
 TEST(AnEmptyFieldOfAnExpressionIsMarkedUntilSomethingIsTyped) {
