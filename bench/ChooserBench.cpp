@@ -1,11 +1,12 @@
-// A keystroke in the chooser's search field with so many applications: found, laid out and painted.
+// A keystroke in the chooser's search field with so many applications: found, laid out and painted. In processor time,
+// so that other programs do not count.
 #include <QApplication>
 #include <QDialog>
-#include <QElapsedTimer>
 #include <QLineEdit>
 
 #include <algorithm>
 #include <cstdio>
+#include <ctime>
 
 #include "qt/sheets/ApplicationChooser.h"
 
@@ -27,6 +28,10 @@ std::vector<qt::ChoosableApplication> applications(int count) {
     return all;
 }
 
+double millisecondsSince(std::clock_t start) {
+    return static_cast<double>(std::clock() - start) * 1e3 / CLOCKS_PER_SEC;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -35,24 +40,23 @@ int main(int argc, char** argv) {
     for (int count : {100, 10'000}) {
         QWidget window;
         window.show();
-        QElapsedTimer timer;
-        timer.start();
+        std::clock_t start = std::clock();
         qt::openApplicationChooser(
             &window, {}, applications(count), [](const std::string&) { return QIcon(); }, nullptr,
             [](std::vector<std::string>) {});
         auto* chooser = window.findChild<QDialog*>();
         auto* search = chooser->findChild<QLineEdit*>();
         chooser->grab();
-        std::printf("%d applications: opened in %.1f ms;", count, timer.nsecsElapsed() / 1e6);
+        std::printf("%d applications: opened in %.1f ms;", count, millisecondsSince(start));
         double slowest = 0;
         bool isReady = false;
         for (const char* text :
              {"e", "ed", "edi", "edit", "edit ", "edit 9", "edit 99", "", "x", "xy", "", "notes 7"}) {
-            timer.start();
+            start = std::clock();
             search->setText(QString::fromLatin1(text));
             QApplication::processEvents();
             chooser->grab();
-            const double passed = timer.nsecsElapsed() / 1e6;
+            const double passed = millisecondsSince(start);
             if (isReady) slowest = std::max(slowest, passed);
             if (!isReady) std::printf(" first keystroke, nothing made ready, %.1f ms;", passed);
             isReady = true;

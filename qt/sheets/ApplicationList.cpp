@@ -104,8 +104,8 @@ void ApplicationList::resizeEvent(QResizeEvent* event) {
 }
 
 // The focus goes along, for a screen reader tells of the row that has it.
-bool ApplicationList::eventFilter(QObject*, QEvent* event) {
-    if (event->type() != QEvent::KeyPress) return false;
+bool ApplicationList::eventFilter(QObject* object, QEvent* event) {
+    if (object != &search_ || event->type() != QEvent::KeyPress) return QListView::eventFilter(object, event);
     auto& key = static_cast<QKeyEvent&>(*event);
     if (!movesBetweenRows(key.key()) || isModified(key) || !model() || model()->rowCount() == 0) return false;
     moveFromSearch(key);

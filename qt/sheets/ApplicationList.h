@@ -24,7 +24,7 @@ public:
     void setToggleHandler(std::function<void()> handler) { onToggle_ = std::move(handler); }
 
 private:
-    bool eventFilter(QObject* search, QEvent* event) override;
+    bool eventFilter(QObject* object, QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index, const QEvent* event) const override;
     void resizeEvent(QResizeEvent* event) override;

@@ -40,7 +40,8 @@ ApplicationModel::ApplicationModel(std::vector<ChoosableApplication> application
 void ApplicationModel::tellApart() {
     std::unordered_map<std::string_view, std::vector<std::size_t>> namesakes;
     for (std::size_t i = 0; i < applications_.size(); ++i) {
-        secondLines_.push_back(applications_[i].genericName);
+        const std::string& kind = applications_[i].genericName;
+        secondLines_.push_back(kind == applications_[i].name ? std::string() : kind);
         namesakes[applications_[i].name].push_back(i);
     }
     for (const auto& [name, numbers] : namesakes) {
