@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/PlatformTypes.h"
+#include "propertylist/Hash.h"
 
 #include <optional>
 #include <span>
@@ -24,7 +25,11 @@ public:
     std::optional<std::size_t> find(const platform::PropertyList& entry, std::size_t near) const;
 
 private:
-    std::unordered_map<std::string, std::vector<std::size_t>> rows_;
+    // Seeded, so that no file can hold entries that collide.
+    struct Hash {
+        std::size_t operator()(const std::string& identity) const { return propertylist::hashText(identity); }
+    };
+    std::unordered_map<std::string, std::vector<std::size_t>, Hash> rows_;
 };
 
 }  // namespace entrylist
