@@ -23,7 +23,8 @@ Platform LinuxMachine::forPane(Bundle& paneBundle, PaneHost& host, DistributedNo
             .log = log,
             .processes = processes,
             .launcher = launcher,
-            .dates = dates};
+            .dates = dates,
+            .documents = documents};
 }
 
 }  // namespace linux

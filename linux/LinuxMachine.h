@@ -2,6 +2,7 @@
 #pragma once
 
 #include "linux/applications/LinuxApplications.h"
+#include "linux/documents/LinuxDocuments.h"
 #include "linux/files/LinuxFiles.h"
 #include "linux/loginitems/AutostartMirror.h"
 #include "linux/preferences/DiskPreferences.h"
@@ -41,6 +42,7 @@ struct LinuxMachine : LinuxStore {
     LinuxProcesses processes{applications};
     LinuxLauncher launcher;
     LinuxDates dates;
+    LinuxDocuments documents;
     LinuxClock clock;
 };
 

@@ -4,6 +4,7 @@
 #include "platform/Applications.h"
 #include "platform/Bundle.h"
 #include "platform/DateFormatter.h"
+#include "platform/Documents.h"
 #include "platform/FileServices.h"
 #include "platform/InterfaceToolkit.h"
 #include "platform/Launcher.h"
@@ -32,6 +33,7 @@ struct Platform {
     ProcessServices& processes;
     Launcher& launcher;
     DateFormatter& dates;
+    DocumentServices& documents;
 };
 
 }  // namespace platform

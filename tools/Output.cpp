@@ -1,6 +1,6 @@
 #include "tools/Output.h"
 
-#include "tools/Json.h"
+#include "linux/documents/Json.h"
 #include "tools/Localized.h"
 
 #include <cerrno>
@@ -18,7 +18,7 @@ void print(std::string_view text) {
 
 void printLine(std::string text) { print(std::move(text) + "\n"); }
 
-void printJson(const platform::PropertyList& value) { printLine(jsonText(value, JsonLayout::Indented)); }
+void printJson(const platform::PropertyList& value) { printLine(linux::jsonText(value, linux::JsonLayout::Indented)); }
 
 void flushOutput() {
     if (!std::cout.flush() || std::fflush(stdout) != 0 || std::ferror(stdout))

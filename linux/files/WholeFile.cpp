@@ -39,9 +39,9 @@ Failure readToTheEnd(FileAccess& files, const Descriptor& file, std::size_t stat
 }
 
 Failure replaceBy(FileAccess& files, const std::string& path, int folder, const std::string& temporary,
-                  std::string_view bytes) {
+                  std::string_view bytes, mode_t newFileMode) {
     Descriptor file;
-    if (Failure failure = makeTemporary(files, folder, temporary, 0666, file)) return failure;
+    if (Failure failure = makeTemporary(files, folder, temporary, newFileMode, file)) return failure;
     if (Failure failure = takeOverOwnerAndMode(files, folder, path, file.number())) return failure;
     if (Failure failure = writeAndFlush(files, file.number(), bytes)) return failure;
     int error = files.rename(folder, temporary.c_str(), std::string(nameOf(path)).c_str());
@@ -77,7 +77,7 @@ Failure readDescription(FileAccess& files, int folder, const char* path, std::st
     return readWhole(files, file, kLargestDescription, bytes, identity);
 }
 
-Failure writeWhole(FileAccess& files, std::string path, std::string_view bytes) {
+Failure writeWhole(FileAccess& files, std::string path, std::string_view bytes, mode_t newFileMode) {
     struct stat status;
     Descriptor old(files, files.open(AT_FDCWD, path.c_str(), O_WRONLY | O_NOCTTY));
     if (!old && old.error() != ENOENT) return {"open", old.error()};
@@ -87,7 +87,7 @@ Failure writeWhole(FileAccess& files, std::string path, std::string_view bytes) 
     Descriptor folder;
     if (Failure failure = openFolder(files, std::string(folderOf(path)), false, folder)) return failure;
     const std::string temporary = ".typeslate-" + std::to_string(::getpid()) + ".tmp";
-    if (Failure failure = replaceBy(files, path, folder.number(), temporary, bytes)) {
+    if (Failure failure = replaceBy(files, path, folder.number(), temporary, bytes, newFileMode)) {
         (void)files.remove(folder.number(), temporary.c_str());
         return failure;
     }

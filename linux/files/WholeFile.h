@@ -26,9 +26,9 @@ Failure readDescription(FileAccess& files, int folder, const char* path, std::st
 
 // The bytes in place of all that the file holds, links followed; a failure leaves a file what it was. They are on the
 // disk afterwards. A file that is there must be writable, and keeps its mode and, as far as this process may, its
-// owner, while its other names keep what it held; a new one has mode 0666 without the umask. Meanwhile a hidden file of
-// this process's lies in the folder. What is no regular file, such as a FIFO or a device, is written into instead, and
-// may have to be waited for.
-Failure writeWhole(FileAccess& files, std::string path, std::string_view bytes);
+// owner, while its other names keep what it held; a new one has the given mode without the umask. Meanwhile a hidden
+// file of this process's lies in the folder. What is no regular file, such as a FIFO or a device, is written into
+// instead, and may have to be waited for.
+Failure writeWhole(FileAccess& files, std::string path, std::string_view bytes, mode_t newFileMode = 0666);
 
 }  // namespace linux

@@ -146,10 +146,11 @@ struct World {
     Processes processes;
     Launcher launcher{journal};
     Dates dates;
+    Documents documents{journal};
 
     platform::Platform platform() {
-        return {paneBundle, host,    preferences, notifications, bundles,   files,    applications,
-                system,     runLoop, toolkit,     log,           processes, launcher, dates};
+        return {paneBundle, host,    preferences, notifications, bundles,  files, applications, system,
+                runLoop,    toolkit, log,         processes,     launcher, dates, documents};
     }
     // Installs the private framework with the alias class in the pane's bundle.
     void installAliasFramework() {

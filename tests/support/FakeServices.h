@@ -219,6 +219,22 @@ struct Bundles final : BundleServices {
     std::map<std::string, Bundle, std::less<>> onDisk, loaded;
 };
 
+// What was written can be read again, and what the test put there; problems are the paths' own.
+struct Documents final : Noting<DocumentServices> {
+    using Noting::Noting;
+    Document read(std::string_view path, std::size_t) override {
+        const PropertyList* found = valueIn(files, path);
+        return found ? Document{*found, {}} : Document{{}, "no " + std::string(path)};
+    }
+    std::string write(std::string_view path, const PropertyList& value) override {
+        if (path.ends_with("/")) return "no folder";
+        journal_.push_back("write " + std::string(path));
+        files[std::string(path)] = value;
+        return {};
+    }
+    std::map<std::string, PropertyList, std::less<>> files;
+};
+
 struct Files final : Noting<FileServices> {
     using Noting::Noting;
     bool fileExists(std::string_view path) override {

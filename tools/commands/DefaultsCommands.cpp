@@ -1,22 +1,17 @@
 #include "tools/commands/Commands.h"
 
 #include "linux/LinuxMachine.h"
+#include "linux/documents/Json.h"
 #include "linux/files/WholeFile.h"
 #include "propertylist/Codec.h"
-#include "tools/Json.h"
+#include "tools/Input.h"
 #include "tools/Localized.h"
 #include "tools/Output.h"
 #include "tools/Refusal.h"
 #include "tools/StoredDomain.h"
 #include "tools/UsageTexts.h"
 
-#include <sys/stat.h>
-#include <unistd.h>
-
-#include <cerrno>
-#include <cstdio>
 #include <cstring>
-#include <memory>
 #include <optional>
 
 using namespace platform;
@@ -27,7 +22,6 @@ namespace {
 
 constexpr const char* kBinary = "binary";
 constexpr const char* kXML = "xml";
-constexpr const char* kStandardStream = "-";
 
 struct Arguments {
     std::string domain, key, json, file;
@@ -59,22 +53,12 @@ void read(const Arguments& arguments) {
     printJson(value);
 }
 
-using File = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
-
-// Of the file, or of standard input for "-".
-std::string readInput(const std::string& name) {
-    File file(name == kStandardStream ? stdin : std::fopen(name.c_str(), "rb"), std::fclose);
-    if (!file) throw Refusal(name + ": " + std::strerror(errno));
-    std::string bytes;
-    char buffer[1 << 16];
-    while (std::size_t count = std::fread(buffer, 1, sizeof buffer, file.get())) bytes.append(buffer, count);
-    if (std::ferror(file.get())) throw Refusal(name + ": " + std::strerror(errno));
-    return bytes;
-}
-
 void write(const Arguments& arguments) {
-    JsonResult parsed = parseJson(arguments.json == kStandardStream ? readInput(arguments.json) : arguments.json);
-    if (!parsed.error.empty()) throw refused("the value is not JSON that a property list can hold: %@", parsed.error);
+    linux::JsonResult parsed =
+        linux::parseJson(arguments.json == kStandardStream ? readInput(arguments.json) : arguments.json);
+    if (!parsed.error.empty())
+        throw refused("the value is not JSON that a property list can hold: %@",
+                      parsed.error + " (at byte " + std::to_string(parsed.position) + ")");
     if (!PropertyList(arguments.key)) throw refused("the key is not UTF-8");
     Store store;
     requireReadable(store.preferences, arguments.domain);
@@ -97,13 +81,6 @@ void listDomains(const Arguments& arguments) {
     const auto domains = store.preferences.domains();
     if (!domains) throw refused("the domains in %@ cannot be listed; the log says why", store.preferences.folder());
     for (const std::string& domain : *domains) print(domain + (arguments.endsWithNull ? '\0' : '\n'));
-}
-
-// Also by a path: /dev/stdout, for which a file that it was sent to must not be replaced.
-bool isStandardOutput(const std::string& name) {
-    struct stat named, own;
-    return name == kStandardStream || (::stat(name.c_str(), &named) == 0 && ::fstat(STDOUT_FILENO, &own) == 0 &&
-                                       named.st_dev == own.st_dev && named.st_ino == own.st_ino);
 }
 
 void exportDomain(const Arguments& arguments) {

@@ -1,7 +1,7 @@
 #include "tools/commands/Commands.h"
 
+#include "linux/documents/Json.h"
 #include "propertylist/Date.h"
-#include "tools/Json.h"
 #include "tools/Localized.h"
 #include "tools/Output.h"
 #include "tools/headless/BusModule.h"
@@ -16,7 +16,7 @@ namespace {
 
 // Ends the watch when nobody reads it any more.
 void printMessage(const PropertyList& message, BusModule& bus) {
-    std::string line = jsonText(message, JsonLayout::OneLine) + "\n";
+    std::string line = linux::jsonText(message, linux::JsonLayout::OneLine) + "\n";
     std::fwrite(line.data(), 1, line.size(), stdout);
     if (std::fflush(stdout) != 0) bus.stop();
 }

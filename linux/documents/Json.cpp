@@ -1,8 +1,8 @@
-#include "tools/Json.h"
+#include "linux/documents/Json.h"
 
+#include "linux/texts/Localized.h"
 #include "propertylist/Date.h"
 #include "propertylist/codecs/Base64.h"
-#include "tools/Localized.h"
 
 #include <rapidjson/error/en.h>
 #include <rapidjson/prettywriter.h>
@@ -15,7 +15,7 @@
 
 using platform::PropertyList;
 
-namespace tools {
+namespace linux {
 namespace {
 
 constexpr std::string_view kDate = "$date";
@@ -245,9 +245,9 @@ JsonResult parseJson(std::string_view text) {
     rapidjson::Reader reader;
     Builder builder;
     rapidjson::ParseResult parsed = reader.Parse<kFlags>(input, builder);
-    if (!parsed.IsError()) return {std::move(builder.result), {}};
+    if (!parsed.IsError()) return {std::move(builder.result), {}, 0};
     std::string why = builder.error.empty() ? rapidjson::GetParseError_En(parsed.Code()) : builder.error;
-    return {{}, why + " (at byte " + std::to_string(parsed.Offset()) + ")"};
+    return {{}, why, parsed.Offset()};
 }
 
-}  // namespace tools
+}  // namespace linux
