@@ -133,4 +133,11 @@ ImportOutcome applyImport(const ImportPlan& plan, const ImportDecisions& decisio
     return decisions.mode == ImportMode::ReplaceList ? replaceList(plan, list) : merge(plan, decisions, list);
 }
 
+std::string outcomeInWords(const ImportOutcome& outcome, const Localizer& localized) {
+    std::string said = propertylist::formatted(localized("Added %d, replaced %d, left %d."),
+                                               {outcome.added, outcome.replaced, outcome.left});
+    if (outcome.removed > 0) said += " " + propertylist::formatted(localized("Removed %d."), {outcome.removed});
+    return said;
+}
+
 }  // namespace entrylist

@@ -108,4 +108,7 @@ struct ImportOutcome {
 // A list without a Global entry in front is repaired first. What is added goes to the end, in the document's order.
 ImportOutcome applyImport(const ImportPlan& plan, const ImportDecisions& decisions, List& list);
 
+// "Added 12, replaced 3, left 40."; of the whole list also what was removed.
+std::string outcomeInWords(const ImportOutcome& outcome, const Localizer& localized);
+
 }  // namespace entrylist

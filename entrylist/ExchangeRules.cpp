@@ -1,5 +1,6 @@
 // What a document of entries must be to be taken.
 #include "entrylist/Exchange.h"
+#include "platform/Localizable.h"
 #include "propertylist/Format.h"
 #include "settings/EntryList.h"
 #include "settings/SettingsSchema.h"
@@ -27,8 +28,8 @@ bool isKeptBytes(const PropertyList& value) { return value.isString() || value.i
 bool isNumber(const PropertyList& value) { return value.isNumber(); }
 bool isDictionary(const PropertyList& value) { return value.isDictionary(); }
 
-constexpr std::string_view kMustBeText = "this must be text";
-constexpr std::string_view kMustBeNumber = "this must be a number, or true or false";
+constexpr std::string_view kMustBeText = localizable("this must be text");
+constexpr std::string_view kMustBeNumber = localizable("this must be a number, or true or false");
 
 constexpr std::array<KeyRule, 7> kRules{{
     {kNameKey, isText, kMustBeText},
@@ -37,15 +38,16 @@ constexpr std::array<KeyRule, 7> kRules{{
     {kCreatorKey, isKeptBytes, kMustBeText},
     {kPathKey, isKeptBytes, kMustBeText},
     {kRegExTypeKey, isNumber, kMustBeNumber},
-    {kSettingsKey, isDictionary, "this must be a dictionary of options"},
+    {kSettingsKey, isDictionary, localizable("this must be a dictionary of options")},
 }};
 
 constexpr std::array kTypes{kGlobalType, kIdentifierType, kCreatorType, kPathType, kRegExType};
 
 ExchangeProblem problemOfKeys(const PropertyList& entry) {
-    if (!entry.isDictionary()) return {{}, "this is no entry"};
+    if (!entry.isDictionary()) return {{}, localizable("this is no entry")};
     if (std::ranges::find(kTypes, entry[kTypeKey].stringValue()) == kTypes.end())
-        return {std::string(kTypeKey), "an entry has one of the types Global, Identifier, Creator, Path and RegEx"};
+        return {std::string(kTypeKey),
+                localizable("an entry has one of the types Global, Identifier, Creator, Path and RegEx")};
     for (const KeyRule& rule : kRules)
         if (entry[rule.key] && !rule.holds(entry[rule.key])) return {std::string(rule.key), rule.reason};
     if (hasType(entry, kRegExType) && entry[kDataKey].isData()) return {std::string(kDataKey), kMustBeText};
@@ -62,12 +64,13 @@ public:
 
 private:
     ExchangeProblem measure(const PropertyList& value, unsigned depth) {
-        if (++values_ > kMostExchangedValues) return {{}, "there are more than %d values", kMostExchangedValues};
+        if (++values_ > kMostExchangedValues)
+            return {{}, localizable("there are more than %d values"), kMostExchangedValues};
         if (value.stringValue().size() > kLongestExchangedText || value.dataValue().size() > kLongestExchangedText)
-            return {{}, "a text is longer than %d bytes", kLongestExchangedText};
+            return {{}, localizable("a text is longer than %d bytes"), kLongestExchangedText};
         const bool isContainer = value.isArray() || value.isDictionary();
         if (isContainer && depth >= kDeepestExchangedEntry)
-            return {{}, "this is nested deeper than %d levels", kDeepestExchangedEntry};
+            return {{}, localizable("this is nested deeper than %d levels"), kDeepestExchangedEntry};
         for (const PropertyList& element : value.elements())
             if (ExchangeProblem problem = measure(element, depth + 1)) return problem;
         for (const auto& [key, member] : value.entries()) {
@@ -82,16 +85,18 @@ private:
 
 ExchangeProblem problemOfEnvelope(const PropertyList& document) {
     const PropertyList &version = document[kVersionKey], &entries = document[kEntriesKey];
-    if (document[kFormatKey].stringValue() != kExchangeFormat) return {{}, "these are no exported entries"};
+    if (document[kFormatKey].stringValue() != kExchangeFormat)
+        return {{}, localizable("these are no exported entries")};
     if (version.type() != Type::Integer || (version.integerValue() < 1 && !version.isUnsigned()))
-        return {std::string(kVersionKey), "this must be a whole number from 1"};
+        return {std::string(kVersionKey), localizable("this must be a whole number from 1")};
     if (version.isUnsigned() || version.integerValue() > kExchangeVersion)
-        return {{},
-                "a newer version of Typeslate has made this; the newest format that can be read here is %d",
-                kExchangeVersion};
-    if (!entries.isArray()) return {std::string(kEntriesKey), "this must be a list of entries"};
+        return {
+            {},
+            localizable("a newer version of Typeslate has made this; the newest format that can be read here is %d"),
+            kExchangeVersion};
+    if (!entries.isArray()) return {std::string(kEntriesKey), localizable("this must be a list of entries")};
     if (entries.size() > kMostExchangedEntries)
-        return {std::string(kEntriesKey), "there are more than %d entries", kMostExchangedEntries};
+        return {std::string(kEntriesKey), localizable("there are more than %d entries"), kMostExchangedEntries};
     return {};
 }
 

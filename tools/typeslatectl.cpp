@@ -78,6 +78,7 @@ int main(int argc, char** argv) {
     tools::addDefaultsCommands(app);
     tools::addEntriesCommands(app);
     tools::addPaneCommands(app);
+    tools::addExchangeCommands(*app.get_subcommand("entries"));
     tools::addCatalogCommands(app);
     tools::addLoginItemsCommands(app);
     tools::addHelperCommands(app);

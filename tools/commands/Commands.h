@@ -15,6 +15,8 @@ inline constexpr int kNothingDue = 3;
 void addDefaultsCommands(CLI::App& app);
 void addEntriesCommands(CLI::App& app);
 void addPaneCommands(CLI::App& app);
+// More of the entries' commands.
+void addExchangeCommands(CLI::App& entries);
 void addCatalogCommands(CLI::App& app);
 void addLoginItemsCommands(CLI::App& app);
 void addHelperCommands(CLI::App& app);
@@ -32,6 +34,8 @@ public:
         : group_(app.add_subcommand(name, description)) {
         group_->require_subcommand(1);
     }
+    // More commands of a group that is there, with arguments of their own.
+    explicit CommandGroup(CLI::App& group) : group_(&group) {}
     Arguments* operator->() const { return arguments_.get(); }
     CLI::App* add(const char* name, const std::string& description, void (*run)(const Arguments&)) {
         CLI::App* command = group_->add_subcommand(name, description);

@@ -132,6 +132,10 @@ void HeadlessPane::setLogging(bool isOn) {
     warning_.endSheet(kContinue);
 }
 
+void HeadlessPane::changeList(std::function<void(std::vector<PropertyList>&)> change) {
+    pane_.commit(std::move(change), [] {});
+}
+
 void HeadlessPane::finish() {
     if (platform_.host.wasEntryRemoved) throw refused("another program has removed the entry; nothing was done");
     if (!platform_.preferences.problem(kSettingsDomain).empty()) refuseUnsaved(platform_.preferences, kSettingsDomain);

@@ -8,6 +8,7 @@
 #include "tools/headless/HeadlessControls.h"
 #include "tools/headless/HeadlessPlatform.h"
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -44,6 +45,10 @@ public:
     // The master switch, and the switch of the diagnostic log, of which no sheet warns here.
     void setModule(bool isOn);
     void setLogging(bool isOn);
+
+    // Any other change of the list, made to the stored one in the moment of saving, and again when that has become
+    // another meanwhile. What it refers to outlives this object. It may throw Refusal.
+    void changeList(std::function<void(std::vector<platform::PropertyList>&)> change);
 
     // Returns when the change, which is on the disk, is announced. Throws Refusal when it could not be stored, or was
     // not made because another program had removed the entry.
