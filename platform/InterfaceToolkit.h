@@ -5,6 +5,7 @@
 
 #include "platform/Bundle.h"
 #include "platform/Controls.h"
+#include "platform/ImportSheet.h"
 #include "propertylist/ASCII.h"
 
 #include <functional>
@@ -32,6 +33,20 @@ class OpenPanel {
 public:
     virtual ~OpenPanel() = default;
     virtual std::vector<std::string> filenames() const = 0;  // full paths
+};
+
+struct SavePanelRequest {
+    struct FileType {
+        std::string name, ending;  // "Property list", "plist"
+    };
+    std::string title;
+    std::string name;             // proposed, without an ending
+    std::vector<FileType> types;  // the first is the one that is chosen at the beginning
+};
+
+struct ChoiceRequest {
+    std::string title, prompt;         // the prompt is the default button's
+    std::vector<std::string> choices;  // the first is chosen at the beginning
 };
 
 // The objects of an interface file; they go with it. The owner hears of nothing afterwards.
@@ -79,10 +94,20 @@ public:
                                                            InterfaceOwner& /*owner*/) {
         return nullptr;
     }
-    // A file chooser as a sheet on the pane's window. The handler is called once, with return code 1 for the default
-    // button and 0 for anything else; the panel lives during that call.
+    // A file chooser as a sheet on the pane's window: that of applications where the type "app" is allowed, else of any
+    // files of those types. The handler is called once, with return code 1 for the default button and 0 for anything
+    // else; the panel lives during that call.
     virtual void beginOpenPanel(const OpenPanelRequest& /*request*/,
                                 std::function<void(OpenPanel& panel, int returnCode)> /*didEnd*/) {}
+    // Sheets on the pane's window, too; each handler is called once. A file to write, with the ending of a type that
+    // the user has chosen or written himself, after he has agreed to lose what is there; empty when he cancelled.
+    virtual void beginSavePanel(const SavePanelRequest& /*request*/,
+                                std::function<void(const std::string& path)> /*didEnd*/) {}
+    // One of several; -1 when the user cancelled.
+    virtual void beginChoice(const ChoiceRequest& /*request*/, std::function<void(int choice)> /*didEnd*/) {}
+    // What an import would do, with mine kept in every conflict at the beginning; nothing when the user cancelled.
+    virtual void beginImportSheet(ImportRequest /*request*/,
+                                  std::function<void(const std::optional<ImportAnswer>& answer)> /*didEnd*/) {}
     // The shared font panel in front, at the pane with the given tag where it has several.
     virtual void showFontPanel(int /*paneTag*/) {}
     // With the user's default application; nothing is reported. Where the address cannot be reached from here, or

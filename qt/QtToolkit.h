@@ -55,6 +55,11 @@ public:
                                                              platform::InterfaceOwner& owner) override;
     void beginOpenPanel(const platform::OpenPanelRequest& request,
                         std::function<void(platform::OpenPanel& panel, int returnCode)> didEnd) override;
+    void beginSavePanel(const platform::SavePanelRequest& request,
+                        std::function<void(const std::string& path)> didEnd) override;
+    void beginChoice(const platform::ChoiceRequest& request, std::function<void(int choice)> didEnd) override;
+    void beginImportSheet(platform::ImportRequest request,
+                          std::function<void(const std::optional<platform::ImportAnswer>& answer)> didEnd) override;
     void showFontPanel(int paneTag) override;
     void openURL(std::string_view url, std::string_view copy) override;
     // A document that is a folder (TXT.html in it) is shown in a window of the toolkit's own: desktops take it for a

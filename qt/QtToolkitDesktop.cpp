@@ -4,6 +4,8 @@
 #include "qt/DesktopOpener.h"
 #include "qt/QtToolkit.h"
 #include "qt/sheets/DocumentWindow.h"
+#include "qt/sheets/FilePanels.h"
+#include "qt/sheets/ImportSheet.h"
 #include "qt/texts/Utf8.h"
 
 #include <QApplication>
@@ -11,6 +13,8 @@
 #include <QFontDialog>
 #include <QMimeData>
 #include <QUrl>
+
+#include <algorithm>
 
 namespace qt {
 
@@ -41,14 +45,30 @@ void QtToolkit::setClipboard(std::string_view mediaType, std::string_view conten
 
 void QtToolkit::beginOpenPanel(const OpenPanelRequest& request,
                                std::function<void(OpenPanel& panel, int returnCode)> didEnd) {
+    auto end = [didEnd = std::move(didEnd)](std::vector<std::string> paths) {
+        int returnCode = paths.empty() ? 0 : 1;
+        ChosenFiles panel(std::move(paths));
+        didEnd(panel, returnCode);
+    };
+    if (std::ranges::find(request.allowedTypes, "app") == request.allowedTypes.end())
+        return openFilePanel(window_, request, texts_, std::move(end));
     auto iconOf = [this](const std::string& path) { return QtImage::of(workspaceIcon(path))->icon(); };
     openApplicationChooser(window_, request,
                            listApplications_ ? listApplications_() : std::vector<ChoosableApplication>(), iconOf,
-                           texts_, [didEnd = std::move(didEnd)](std::vector<std::string> paths) {
-                               int returnCode = paths.empty() ? 0 : 1;
-                               ChosenFiles panel(std::move(paths));
-                               didEnd(panel, returnCode);
-                           });
+                           texts_, std::move(end));
+}
+
+void QtToolkit::beginSavePanel(const SavePanelRequest& request, std::function<void(const std::string&)> didEnd) {
+    openSavePanel(window_, request, std::move(didEnd));
+}
+
+void QtToolkit::beginChoice(const ChoiceRequest& request, std::function<void(int)> didEnd) {
+    openChoice(window_, request, texts_, std::move(didEnd));
+}
+
+void QtToolkit::beginImportSheet(ImportRequest request,
+                                 std::function<void(const std::optional<ImportAnswer>&)> didEnd) {
+    openImportSheet(window_, std::move(request), texts_, std::move(didEnd));
 }
 
 // The toolkit's font panel has one pane only.

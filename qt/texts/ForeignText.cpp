@@ -24,6 +24,19 @@ QString shortened(const QString& text, int most) {
     return text.left(std::max<decltype(end)>(end, 0)) + kEllipsis;
 }
 
+QString asOneLine(QString text) {
+    auto turnsRound = [](QChar c) {
+        const ushort code = c.unicode();
+        return code == 0x061C || code == 0x200E || code == 0x200F || (code >= 0x202A && code <= 0x202E) ||
+               (code >= 0x2066 && code <= 0x2069);
+    };
+    text.erase(std::remove_if(text.begin(), text.end(), turnsRound), text.end());
+    for (QChar& c : text)
+        if (c.category() == QChar::Other_Control || c == QChar::LineSeparator || c == QChar::ParagraphSeparator)
+            c = QLatin1Char(' ');
+    return text;
+}
+
 QString breakable(const QString& text) {
     QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, text);
     QString result;

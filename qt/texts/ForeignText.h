@@ -10,6 +10,10 @@ namespace qt {
 // At most so many characters of the text, and an ellipsis for the rest. No character is cut in two.
 QString shortened(const QString& text, int most);
 
+// The text in one line that runs as its letters do: control characters and line ends become blanks, characters that
+// turn the writing round are left out.
+QString asOneLine(QString text);
+
 // The text with invisible places to break at within its long words, for what breaks its lines between words only and
 // asks for the width of the longest.
 QString breakable(const QString& text);

@@ -8,10 +8,10 @@ import xml.etree.ElementTree as ET
 
 ROOT = pathlib.Path(sys.argv[1])
 LANGUAGES = ("de", "fr", "ja")
-CODE = ("entrylist", "pane", "settings", "TarnwickUpdater", "qt", "tools", "host")
+CODE = ("entrylist", "pane", "settings", "TarnwickUpdater", "linux", "qt", "tools", "host")
 NO_TEXT = {"action", "shortcut", "searches", "image", "columnIdentifiers", "itemTags", "styleSheet"}
 LITERAL = r'"(?:[^"\\\n]|\\.)*"'
-LOOK_UP = re.compile(r"\b(?:localized|localizedString|localizedFormat|refused)\(\s*((?:%s\s*)+)" % LITERAL)
+LOOK_UP = re.compile(r"\b(?:localized|localizedString|localizedFormat|localizedText|localizable|refused|(?<![.>])text)\(\s*(?:\w+,\s*)?((?:%s\s*)+)" % LITERAL)
 PLACEHOLDER = re.compile(r"%(?:\d+\$)?[-+0-9.]*[@sdfgux]")
 
 
