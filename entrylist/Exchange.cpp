@@ -62,8 +62,7 @@ ImportOutcome replaceList(const ImportPlan& plan, List& list) {
 }
 
 ImportOutcome merge(const ImportPlan& plan, const ImportDecisions& decisions, List& list) {
-    const List before = list;  // what the rows are of
-    const EntryIndex rows = firstRows(before);
+    const EntryIndex rows = firstRows(list);
     ImportOutcome outcome;
     for (std::size_t i = 0; i < plan.items.size(); ++i) {
         const auto& [action, theirs, planned] = plan.items[i];
@@ -136,7 +135,8 @@ ImportOutcome applyImport(const ImportPlan& plan, const ImportDecisions& decisio
 std::string outcomeInWords(const ImportOutcome& outcome, const Localizer& localized) {
     std::string said = propertylist::formatted(localized("Added %d, replaced %d, left %d."),
                                                {outcome.added, outcome.replaced, outcome.left});
-    if (outcome.removed > 0) said += " " + propertylist::formatted(localized("Removed %d."), {outcome.removed});
+    if (outcome.removed > 0)
+        said.append(" ").append(propertylist::formatted(localized("Removed %d."), {outcome.removed}));
     return said;
 }
 

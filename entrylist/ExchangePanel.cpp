@@ -1,10 +1,10 @@
 #include "entrylist/ExchangePanel.h"
 
+#include "entrylist/Outlets.h"
 #include "propertylist/Format.h"
 #include "settings/EntryList.h"
 
 #include <memory>
-#include <numeric>
 
 using namespace platform;
 using namespace settings;
@@ -14,12 +14,11 @@ namespace {
 
 constexpr int kPanelOK = 1;
 
-// Rows of the list that are there.
-std::vector<std::size_t> rowsIn(std::size_t count, const std::vector<int>& wanted) {
-    std::vector<std::size_t> rows;
-    for (int row : wanted)
-        if (row >= 0 && static_cast<std::size_t>(row) < count) rows.push_back(static_cast<std::size_t>(row));
-    return rows;
+List entriesAt(const std::vector<int>& rows, const PropertyList& list) {
+    List entries;
+    for (int row : rows)
+        if (const PropertyList& entry = list[row]) entries.push_back(entry);
+    return entries;
 }
 
 ImportRow::Group groupOf(ImportAction action) {
@@ -36,69 +35,81 @@ ImportRow::Group groupOf(ImportAction action) {
 
 }  // namespace
 
+bool ExchangePanel::performAction(std::string_view selector) {
+    static constexpr NamedAction<ExchangePanel> kActions[] = {{"exportEntries:", &ExchangePanel::exportEntries},
+                                                              {"importEntries:", &ExchangePanel::importEntries}};
+    return performNamed(*this, kActions, selector);
+}
+
+void ExchangePanel::endWith(const ActionMessage& message) {
+    busy_(false);
+    platform_.host.say(message);
+}
+
+// The entries themselves are kept, not their rows: others may change the list while the sheets are open.
 void ExchangePanel::exportEntries() {
+    busy_(true);
     const PropertyList list = owner_.entries();
-    Rows all(list.size());
-    std::iota(all.begin(), all.end(), std::size_t{0});
-    std::vector<Rows> sets{all};
-    ChoiceRequest request{text("Export Entries"), text("Export…"), {formatted(text("All entries (%d)"), {all.size()})}};
+    std::vector<List> sets{mutableArray(list)};
+    ChoiceRequest request{
+        text("Export Entries"), text("Export…"), {formatted(text("All entries (%d)"), {list.size()})}};
     if (const auto shown = shownRows_()) {
-        sets.push_back(rowsIn(all.size(), *shown));
+        sets.push_back(entriesAt(*shown, list));
         request.choices.push_back(formatted(text("The entries that the list shows (%d)"), {sets.back().size()}));
     }
     if (const auto row = owner_.shown().find(list.elements())) {
-        sets.push_back({*row});
+        sets.push_back({list[*row]});
         request.choices.push_back(formatted(text("The selected entry, “%@”"), {nameOf(list[*row])}));
     }
-    if (sets.size() == 1) return chooseFile(all);
+    if (sets.size() == 1) return chooseFile(sets.front());
     platform_.toolkit.beginChoice(request, [this, sets = std::move(sets)](int choice) {
-        if (choice >= 0 && static_cast<std::size_t>(choice) < sets.size())
-            chooseFile(sets[static_cast<std::size_t>(choice)]);
+        choice >= 0 ? chooseFile(sets[static_cast<std::size_t>(choice)]) : cancel();
     });
 }
 
-void ExchangePanel::chooseFile(const Rows& rows) {
+void ExchangePanel::chooseFile(const List& entries) {
     const SavePanelRequest request{
         text("Export Entries"), text("Typeslate entries"), {{text("Property list"), "plist"}, {"JSON", "json"}}};
-    platform_.toolkit.beginSavePanel(request, [this, rows](const std::string& path) {
-        if (!path.empty()) write(rows, path);
-    });
+    platform_.toolkit.beginSavePanel(
+        request, [this, entries](const std::string& path) { path.empty() ? cancel() : write(entries, path); });
 }
 
-void ExchangePanel::write(const Rows& rows, const std::string& path) {
-    const PropertyList document = exchangeDocument(owner_.entries().elements(), rows);
+void ExchangePanel::write(const List& entries, const std::string& path) {
+    const PropertyList document = exchangeDocument(entries);
     if (const ExchangeProblem problem = problemOf(document))
-        return say(formatted(text("Nothing was exported: %@"), {problem.text([this](auto key) { return text(key); })}));
+        return endWith(
+            {formatted(text("Nothing was exported: %@"), {problem.text([this](auto key) { return text(key); })})});
     const std::string problem = platform_.documents.write(path, document);
-    if (!problem.empty()) return say(formatted(text("Nothing was exported: %@"), {problem}));
-    say(formatted(text("Exported to %@, entries: %d."), {path, document[kEntriesKey].size()}));
+    if (!problem.empty()) return endWith({formatted(text("Nothing was exported: %@"), {problem})});
+    endWith({formatted(text("Exported to %@, entries: %d."), {path, document[kEntriesKey].size()})});
 }
 
 void ExchangePanel::importEntries() {
+    busy_(true);
     OpenPanelRequest request;
     request.title = text("Import Entries");
     request.prompt = text("Import…");
     request.allowedTypes = {"plist", "json"};
     platform_.toolkit.beginOpenPanel(request, [this](OpenPanel& panel, int returnCode) {
         const std::vector<std::string> files = panel.filenames();
-        if (returnCode == kPanelOK && !files.empty()) read(files.front());
+        returnCode == kPanelOK && !files.empty() ? read(files.front()) : cancel();
     });
 }
 
 void ExchangePanel::read(const std::string& path) {
     const DocumentServices::Document document = platform_.documents.read(path, kLargestExchangeFile);
-    if (!document.value) return say(formatted(text("Nothing was imported: %@"), {document.problem}));
+    if (!document.value) return endWith({formatted(text("Nothing was imported: %@"), {document.problem})});
     const ImportPlan plan = planImport(document.value, owner_.entries().elements());
     if (!plan.problem) return offer(plan, path);
     const std::string why = path + ": " + plan.problem.text([this](auto key) { return text(key); });
-    say(formatted(text("Nothing was imported: %@"), {why}));
+    endWith({formatted(text("Nothing was imported: %@"), {why})});
 }
 
 void ExchangePanel::offer(const ImportPlan& plan, const std::string& path) {
     ImportRequest request{path};
     if (!plan.repeated.empty())
-        request.note = formatted(text("Passed over, as they repeat an earlier entry of the file: %d."),
-                                 {plan.repeated.size()});
+        request.note =
+            formatted(text("Passed over, as they repeat an earlier entry of the file: %d."), {plan.repeated.size()});
     const EntryWords inWords = words();
     for (const auto& [action, theirs, mine] : plan.items)
         request.rows.push_back(
@@ -106,7 +117,7 @@ void ExchangePanel::offer(const ImportPlan& plan, const std::string& path) {
     for (const PropertyList& entry : plan.removed)
         request.rows.push_back({ImportRow::Group::Removed, nameOf(entry), {}});
     platform_.toolkit.beginImportSheet(std::move(request), [this, plan](const std::optional<ImportAnswer>& answer) {
-        if (answer) import(plan, *answer);
+        answer ? import(plan, *answer) : cancel();
     });
 }
 
@@ -117,8 +128,8 @@ void ExchangePanel::import(const ImportPlan& plan, const ImportAnswer& answer) {
     const bool isDone =
         owner_.changeEntries([plan, decisions, outcome](List& list) { *outcome = applyImport(plan, decisions, list); },
                              owner_.shown().entry());
-    if (!isDone) return say(text("Nothing was imported: the stored entries cannot be read."));
-    platform_.host.say(withUndo_(outcomeInWords(*outcome, [this](auto key) { return text(key); })));
+    if (!isDone) return endWith({text("Nothing was imported: the stored entries cannot be read.")});
+    endWith(withUndo_(outcomeInWords(*outcome, [this](auto key) { return text(key); })));
 }
 
 EntryWords ExchangePanel::words() const {

@@ -24,30 +24,41 @@ public:
     // The message that says what an import has done, as whoever can take it back puts it.
     using WithUndo = std::function<platform::ActionMessage(std::string text)>;
 
-    // All of them outlive it, and it outlives the sheets that it opens.
-    ExchangePanel(const platform::Platform& platform, ListOwner& owner, ShownRows shownRows, WithUndo withUndo)
-        : platform_(platform), owner_(owner), shownRows_(std::move(shownRows)), withUndo_(std::move(withUndo)) {}
+    // Told true before the first sheet opens, and false when all has ended.
+    using Busy = std::function<void(bool isBusy)>;
 
-    // The whole list, what its filter shows, or the selected entry; asked for only where these are not the same.
-    void exportEntries();
-    void importEntries();
+    // The two outlive it, and it outlives the sheets that it opens.
+    ExchangePanel(const platform::Platform& platform, ListOwner& owner, ShownRows shownRows, WithUndo withUndo,
+                  Busy busy)
+        : platform_(platform),
+          owner_(owner),
+          shownRows_(std::move(shownRows)),
+          withUndo_(std::move(withUndo)),
+          busy_(std::move(busy)) {}
+
+    // False for names that are not its own: "exportEntries:" asks for the whole list, what its filter shows, or the
+    // selected entry, and for a file; "importEntries:" for a file, and shows what it would do.
+    bool performAction(std::string_view selector);
 
 private:
-    using Rows = std::vector<std::size_t>;
-    void chooseFile(const Rows& rows);
-    void write(const Rows& rows, const std::string& path);
+    void exportEntries();
+    void importEntries();
+    void chooseFile(const List& entries);
+    void write(const List& entries, const std::string& path);
     void read(const std::string& path);
     void offer(const ImportPlan& plan, const std::string& path);
     void import(const ImportPlan& plan, const platform::ImportAnswer& answer);
     EntryWords words() const;
     std::string nameOf(const platform::PropertyList& entry) const;  // as it is stored
     std::string text(std::string_view key) const { return platform_.paneBundle.localizedString(key); }
-    void say(std::string sentence) { platform_.host.say({std::move(sentence)}); }
+    void endWith(const platform::ActionMessage& message);
+    void cancel() { busy_(false); }
 
     const platform::Platform& platform_;
     ListOwner& owner_;
     const ShownRows shownRows_;
     const WithUndo withUndo_;
+    const Busy busy_;
 };
 
 }  // namespace entrylist

@@ -53,6 +53,10 @@ TSPreferencePane::TSPreferencePane(const Platform& platform)
       thisBundle(platform.paneBundle),
       listCommands(platform_, *this),
       listSearch(platform_, *this),
+      exchangePanel(
+          platform_, *this, [this] { return listSearch.shownRows(); },
+          [this](std::string text) { return listCommands.withUndo(std::move(text)); },
+          [this](bool isBusy) { isBusy ? void(canUnselect = UnselectReply::Later) : sheetEnded(); }),
       optionMarks(platform_, *this, [this](const Option& option) {
           listCommands.useGlobals({&option, 1});
       }) {}

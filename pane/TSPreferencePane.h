@@ -11,6 +11,7 @@
 #pragma once
 
 #include "TarnwickUpdater/PrefPane Stuff/TWVCUpdateViewController/TWVCUpdateViewController.h"
+#include "entrylist/ExchangePanel.h"
 #include "entrylist/ListCommands.h"
 #include "entrylist/ListSearch.h"
 #include "entrylist/OptionMarks.h"
@@ -321,6 +322,7 @@ private:
 
     entrylist::ListCommands listCommands;
     entrylist::ListSearch listSearch;
+    entrylist::ExchangePanel exchangePanel;
     entrylist::OptionMarks optionMarks;
     platform::PropertyList settingsOfNew;  // instead of Global's, for the entry that is added next
 

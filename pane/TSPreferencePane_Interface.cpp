@@ -99,5 +99,6 @@ View& TSPreferencePane::optionControl(const settings::Option& option) {
 void TSPreferencePane::performAction(std::string_view selector, View& sender) {
     auto entry = std::ranges::find(kActions, selector, &ActionEntry::selector);
     if (entry != std::end(kActions)) return (this->*entry->action)(sender);
-    if (!listCommands.performAction(selector)) listSearch.performAction(selector);
+    if (!listCommands.performAction(selector) && !exchangePanel.performAction(selector))
+        listSearch.performAction(selector);
 }

@@ -99,6 +99,22 @@ struct Scenario : PaneFixture {
         for (const std::string& tag : cell.marks) text += (text.empty() ? "" : "|") + tag;
         return text + (pane->tableView_objectValueForTableColumn_row(table(), "13", row).isPale ? " (pale)" : "");
     }
+    std::string offered() {
+        std::string text = world.toolkit.import.note;
+        for (const auto& [group, name, difference] : world.toolkit.import.rows)
+            text += (text.empty() ? "" : "|") + std::string(1, "+~=-"[int(group)]) + name +
+                    (difference.empty() ? "" : " (" + difference + ")");
+        return text;
+    }
+    // "replace", "merge" and the rows of which theirs are taken, or "-".
+    void decide(const std::string& words) {
+        std::istringstream in(words);
+        std::string way;
+        in >> way;
+        ImportAnswer answer{way == "replace", std::vector<bool>(world.toolkit.import.rows.size())};
+        for (std::size_t row = 0; in >> row;) answer.takesTheirs[row] = true;
+        world.toolkit.importDidEnd(way == "-" ? std::nullopt : std::optional(answer));
+    }
     void play(const std::string& line) {
         std::string verb, all, first, rest;
         std::tie(verb, all) = cut(line);
@@ -187,6 +203,13 @@ struct Scenario : PaneFixture {
             {"find", [&] { find(first, rest); }},
             {"tagged", [&] { CHECK_EQ(tagsOfRow(std::stoi(first)), rest); }},
             {"clipboard", [&] { world.toolkit.copied = all; }},
+            {"holds", [&] { world.documents.files[first] = entrylist::exchangeDocument(entries(rest)); }},
+            {"stray", [&] { world.documents.files[first] = rest; }},
+            {"written",
+             [&] { CHECK_EQ(mutableArray(world.documents.files[first][entrylist::kEntriesKey]), entries(rest)); }},
+            {"answer", [&] { world.toolkit.choice = std::stoi(first), world.toolkit.savePath = rest; }},
+            {"offered", [&] { CHECK_EQ(offered(), all); }},
+            {"decide", [&] { decide(all); }},
         };
         REQUIRE(verbs.contains(verb));
         verbs.at(verb)();

@@ -47,6 +47,23 @@ struct Toolkit final : Noting<platform::InterfaceToolkit> {
         request = asked;
         panelDidEnd = std::move(didEnd);
     }
+    // The user's answers are there before he is asked.
+    void beginChoice(const ChoiceRequest& asked, std::function<void(int)> didEnd) override {
+        for (const std::string& each : asked.choices) journal_.push_back("choice " + each);
+        didEnd(choice);
+    }
+    void beginSavePanel(const SavePanelRequest&, std::function<void(const std::string&)> didEnd) override {
+        didEnd(savePath);
+    }
+    int choice = -1;
+    std::string savePath;
+    void beginImportSheet(ImportRequest asked,
+                          std::function<void(const std::optional<ImportAnswer>&)> didEnd) override {
+        import = std::move(asked);
+        importDidEnd = std::move(didEnd);
+    }
+    ImportRequest import;
+    std::function<void(const std::optional<ImportAnswer>&)> importDidEnd;
     void showFontPanel(int paneTag) override { journal_.push_back("font panel " + std::to_string(paneTag)); }
     void openURL(std::string_view url, std::string_view copy) override {
         journal_.push_back("open " + std::string(url) + (copy.empty() ? "" : ", else " + std::string(copy)));

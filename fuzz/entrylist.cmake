@@ -1,0 +1,1 @@
+typeslate_fuzz(fuzz_exchange SOURCES fuzz_exchange.cpp LIBRARIES linux_platform typeslate_bundle_code)
