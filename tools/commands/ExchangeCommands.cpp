@@ -1,5 +1,6 @@
 // Entries written to files and taken from them.
 #include "entrylist/DifferenceWords.h"
+#include "entrylist/EntryAddress.h"
 #include "entrylist/Exchange.h"
 #include "linux/LinuxMachine.h"
 #include "linux/documents/LinuxDocuments.h"
@@ -17,7 +18,7 @@
 #include "tools/commands/Commands.h"
 #include "tools/headless/HeadlessPane.h"
 
-#include <charconv>
+#include <span>
 
 using namespace entrylist;
 using namespace platform;
@@ -40,19 +41,14 @@ struct Arguments {
 std::vector<PropertyList> storedEntries() {
     linux::LinuxStore store;
     requireReadable(store.preferences, kSettingsDomain);
-    std::vector<PropertyList> list = mutableArray(store.preferences.copyValue(kEntryListKey, kSettingsDomain));
-    while (putGlobalFirst(list)) {
-    }
-    return list;
+    return repairedList(store.preferences.copyValue(kEntryListKey, kSettingsDomain));
 }
 
-std::size_t rowFrom(const std::string& word, std::size_t count) {
-    int row = 0;
-    auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), row);
-    if (error != std::errc() || end != word.data() + word.size())
-        throw CLI::ValidationError("INDEX", localized("not a whole number"));
-    if (row < 0 || static_cast<std::size_t>(row) >= count) throw noEntry(row, count);
-    return static_cast<std::size_t>(row);
+std::size_t rowOf(const std::string& word, std::span<const PropertyList> list) {
+    const auto address = entryAddress(word);
+    if (!address)
+        throw CLI::ValidationError("INDEX", localized("not a row, nor id:IDENTIFIER, path:PATH or name:NAME"));
+    return rowAt(*address, list);
 }
 
 void exportEntries(const Arguments& arguments) {
@@ -64,7 +60,7 @@ void exportEntries(const Arguments& arguments) {
     const std::vector<PropertyList> list = storedEntries();
     std::vector<std::size_t> rows;
     for (auto word = arguments.words.begin(); word + 1 != arguments.words.end(); ++word)
-        rows.push_back(rowFrom(*word, list.size()));
+        rows.push_back(rowOf(*word, list));
     if (arguments.all == !rows.empty()) throw refused("either the rows of entries are given, or --all");
     const PropertyList document = arguments.all ? exchangeDocument(list) : exchangeDocument(list, rows);
     if (const ExchangeProblem problem = problemOf(document))
@@ -120,9 +116,8 @@ void printPlan(const ImportPlan& plan, const ImportOutcome& outcome, const Argum
         for (const PropertyList& entry : plan.removed) addRow(localizable("removed"), entry, {});
     std::string text = rows.size() > 1 ? linux::tableText(rows) + "\n" : std::string();
     if (!plan.repeated.empty())
-        text +=
-            localizedFormat("Passed over, as they repeat an earlier entry of the file: %d.", plan.repeated.size()) +
-            "\n";
+        text += localizedFormat("Passed over, as they repeat an earlier entry of the file: %d.", plan.repeated.size()) +
+                "\n";
     print(text + outcomeInWords(outcome, localized) + "\n");
 }
 
@@ -152,8 +147,7 @@ void refuseUndecided(const ImportPlan& plan, const Arguments& arguments) {
     const std::size_t conflicts = plan.count(ImportAction::Replaced);
     if (arguments.merge || arguments.replaces || conflicts == 0) return;
     std::vector<std::string> lines{localizedFormat(
-        "entries in the list with other settings: %d; --merge ours, --merge theirs or --replace decides",
-        conflicts)};
+        "entries in the list with other settings: %d; --merge ours, --merge theirs or --replace decides", conflicts)};
     for (const ImportItem& item : plan.items)
         if (item.action == ImportAction::Replaced)
             lines.push_back(formatted(
@@ -197,7 +191,9 @@ void importEntries(const Arguments& arguments) {
 void addExchangeCommands(CLI::App& entries) {
     CommandGroup<Arguments> group(entries);
     auto* exporting = group.add("export", localized("Write entries into a file that import takes"), exportEntries);
-    exporting->add_option("INDEX", group->words, localized("Entries, as list numbers them; 0 is the Global entry"));
+    exporting->add_option("INDEX", group->words,
+                          localized("Row, as list numbers them (0 is the Global entry), or id:IDENTIFIER, path:PATH or "
+                                    "name:NAME"));
     group->fileOption = exporting->add_option(
         "FILE", group->file, localized("File to write, JSON if its name ends in .json; - for standard output"));
     exporting->add_flag("--all", group->all, localized("The whole list"));
