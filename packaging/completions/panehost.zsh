@@ -1,7 +1,14 @@
 #compdef panehost
 # Completions of panehost for zsh. Written by packaging/generate.
 
+_typeslate_ask() {
+  local -a found=(${(0)"$(typeslatectl complete $1 -- "${(Q)PREFIX}" "${(Q@)line}" 2>/dev/null)"})
+  compadd -S '' -- ${(M)found:#*:}
+  compadd -- ${found:#*:}
+}
+
 _panehost() {
+  local -a line
   _arguments \
     '-h[Show this help and exit]' \
     '--help[Show this help and exit]' \
@@ -13,7 +20,7 @@ _panehost() {
     '--dark[Uses dark colours, for pictures.]' \
     '--reverse[Lays the window out from right to left.]' \
     '--platform[Where to draw\: xcb, wayland, vnc, offscreen.]:platform:{ compadd -- xcb wayland vnc offscreen }' \
-    '--style[The look of the controls.]:style:{ compadd -- fusion windows }' \
+    '--style[The look of the controls\: fusion, windows.]:style:{ compadd -- fusion windows }' \
     ':BUNDLE:{ _files -/ }'
 }
 

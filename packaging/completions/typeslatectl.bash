@@ -1,15 +1,42 @@
 # Completions of typeslatectl for bash. Written by packaging/generate.
 
+_typeslate_words() {
+  local rest=$COMP_LINE part i
+  words=()
+  for ((i = 0; i <= COMP_CWORD; ++i)); do
+    part=${COMP_WORDS[i]}
+    if [[ $i == 0 || $rest == [[:blank:]]* ]]; then words+=("$part"); else words[-1]+=$part; fi
+    rest=${rest#"${rest%%[![:blank:]]*}"}
+    rest=${rest#"$part"}
+  done
+  [[ $part == [:=] ]] && part=''
+  split=${words[-1]%"$part"}
+}
+
 _typeslate_offer() {
-  local typed=${COMP_WORDS[COMP_CWORD]} word shown
+  local typed=${words[-1]} word shown
   while IFS= read -r -d '' word; do
     case $typed in
       \'*) shown=${word//\'/\'\\\'\'} ;;
       \"*) shown=${word//\\/\\\\} shown=${shown//\"/\\\"} shown=${shown//\$/\\\$} shown=${shown//\`/\\\`} ;;
       *) printf -v shown %q "$word" ;;
     esac
-    [[ $shown == "${typed#[\'\"]}"* || $word == "${typed#[\'\"]}"* ]] && COMPREPLY+=("$shown")
+    [[ $shown == "${typed#[\'\"]}"* || $word == "${typed#[\'\"]}"* ]] && COMPREPLY+=("${shown#"$split"}")
   done
+  [[ ${#COMPREPLY[@]} == 1 && ${COMPREPLY[0]} == *: ]] && compopt -o nospace
+}
+
+_typeslate_ask() {
+  local word plain=()
+  for word in "${words[-1]}" "${given[@]}"; do
+    case $word in
+      \'*) word=${word//\'} ;;
+      \"*) word=${word//[\"\\]} ;;
+      *) word=${word//\\} ;;
+    esac
+    plain+=("$word")
+  done
+  _typeslate_offer < <(typeslatectl complete "$1" -- "${plain[@]}" 2>/dev/null)
 }
 
 _typeslate_files() {
@@ -18,32 +45,55 @@ _typeslate_files() {
 }
 
 _typeslatectl() {
-  local at='' count=0 i word
-  for ((i = 1; i < COMP_CWORD; ++i)); do
-    word=${COMP_WORDS[i]}
+  local at='' split i word words given=()
+  _typeslate_words
+  for ((i = 1; i < ${#words[@]} - 1; ++i)); do
+    word=${words[i]}
     case "$at $word" in
-      *' --database' | *' --family' | *' --format' | *' --kind' | *' --path' | *' --wait') ((++i)) ;;
+      *' --database' | *' --family' | *' --format' | *' --if-unchanged' | *' --kind' | *' --name' | *' --path' | *' --wait') ((++i)) ;;
       *' -'*) ;;
-      ' defaults' | ' defaults read' | ' defaults write' | ' defaults delete' | ' defaults domains' | ' defaults export' | ' defaults import' | ' entries' | ' entries list' | ' entries add' | ' entries add-regex' | ' entries remove' | ' entries set' | ' entries get' | ' catalog' | ' catalog parse' | ' catalog build' | ' catalog show' | ' catalog list' | ' catalog stats' | ' login-items' | ' login-items list' | ' login-items add' | ' login-items remove' | ' login-items check' | ' helper' | ' helper start' | ' helper stop' | ' helper status' | ' update' | ' update status' | ' update check' | ' update schedule' | ' update interval' | ' watch') at+=" $word" ;;
-      *) ((++count)) ;;
+      ' defaults' | ' defaults read' | ' defaults write' | ' defaults delete' | ' defaults domains' | ' defaults export' | ' defaults import' | ' entries' | ' entries list' | ' entries get' | ' entries add' | ' entries add-regex' | ' entries remove' | ' entries set' | ' entries unset' | ' entries reset' | ' entries move' | ' entries rename' | ' entries edit' | ' entries duplicate' | ' pane' | ' pane enable' | ' pane disable' | ' pane logging' | ' pane status' | ' catalog' | ' catalog parse' | ' catalog build' | ' catalog show' | ' catalog list' | ' catalog stats' | ' login-items' | ' login-items list' | ' login-items add' | ' login-items remove' | ' login-items check' | ' helper' | ' helper start' | ' helper stop' | ' helper status' | ' update' | ' update status' | ' update check' | ' update schedule' | ' update interval' | ' watch') at+=" $word" ;;
+      *) given+=("$word") ;;
     esac
   done
   COMPREPLY=()
-  case "$at ${COMP_WORDS[COMP_CWORD - 1]}" in
+  case "$at ${words[-2]}" in
     ' --wait') :; return ;;
     ' defaults export --format') _typeslate_offer < <(printf '%s\0' binary xml); return ;;
+    ' entries add --if-unchanged') :; return ;;
+    ' entries add-regex --if-unchanged') :; return ;;
     ' entries add-regex --kind') _typeslate_offer < <(printf '%s\0' 0 1 2); return ;;
+    ' entries remove --if-unchanged') :; return ;;
+    ' entries set --if-unchanged') :; return ;;
+    ' entries unset --if-unchanged') :; return ;;
+    ' entries reset --if-unchanged') :; return ;;
+    ' entries move --if-unchanged') :; return ;;
+    ' entries rename --if-unchanged') :; return ;;
+    ' entries edit --if-unchanged') :; return ;;
+    ' entries edit --kind') _typeslate_offer < <(printf '%s\0' 0 1 2); return ;;
+    ' entries duplicate --if-unchanged') :; return ;;
+    ' entries duplicate --name') :; return ;;
     ' catalog parse --database') _typeslate_files -f; return ;;
     ' catalog list --family') :; return ;;
     ' login-items remove --path') :; return ;;
   esac
-  if [[ ${COMP_WORDS[COMP_CWORD]} == -* ]]; then
+  if [[ ${words[-1]} == -* ]]; then
     case "$at" in
       '') _typeslate_offer < <(printf '%s\0' --wait --version --help) ;;
       ' defaults domains') _typeslate_offer < <(printf '%s\0' --null --help) ;;
       ' defaults export') _typeslate_offer < <(printf '%s\0' --format --help) ;;
-      ' entries list') _typeslate_offer < <(printf '%s\0' --json --watch --help) ;;
-      ' entries add-regex') _typeslate_offer < <(printf '%s\0' --kind --help) ;;
+      ' entries list') _typeslate_offer < <(printf '%s\0' --json --watch --token --help) ;;
+      ' entries add') _typeslate_offer < <(printf '%s\0' --if-unchanged --help) ;;
+      ' entries add-regex') _typeslate_offer < <(printf '%s\0' --if-unchanged --kind --help) ;;
+      ' entries remove') _typeslate_offer < <(printf '%s\0' --if-unchanged --help) ;;
+      ' entries set') _typeslate_offer < <(printf '%s\0' --if-unchanged --help) ;;
+      ' entries unset') _typeslate_offer < <(printf '%s\0' --if-unchanged --help) ;;
+      ' entries reset') _typeslate_offer < <(printf '%s\0' --if-unchanged --help) ;;
+      ' entries move') _typeslate_offer < <(printf '%s\0' --if-unchanged --help) ;;
+      ' entries rename') _typeslate_offer < <(printf '%s\0' --if-unchanged --help) ;;
+      ' entries edit') _typeslate_offer < <(printf '%s\0' --if-unchanged --kind --help) ;;
+      ' entries duplicate') _typeslate_offer < <(printf '%s\0' --if-unchanged --name --help) ;;
+      ' pane status') _typeslate_offer < <(printf '%s\0' --json --help) ;;
       ' catalog parse') _typeslate_offer < <(printf '%s\0' --database --help) ;;
       ' catalog build') _typeslate_offer < <(printf '%s\0' --verbose --help) ;;
       ' catalog list') _typeslate_offer < <(printf '%s\0' --family --help) ;;
@@ -57,26 +107,43 @@ _typeslatectl() {
     esac
     return
   fi
-  case "$at:$count" in
-    ':0') _typeslate_offer < <(printf '%s\0' defaults entries catalog login-items helper update watch) ;;
+  case "$at:${#given[@]}" in
+    ':0') _typeslate_offer < <(printf '%s\0' defaults entries pane catalog login-items helper update watch) ;;
     ' defaults:0') _typeslate_offer < <(printf '%s\0' read write delete domains export import) ;;
-    ' defaults read:0') _typeslate_offer < <(typeslatectl defaults domains --null 2>/dev/null) ;;
-    ' defaults write:0') _typeslate_offer < <(typeslatectl defaults domains --null 2>/dev/null) ;;
-    ' defaults delete:0') _typeslate_offer < <(typeslatectl defaults domains --null 2>/dev/null) ;;
-    ' defaults export:0') _typeslate_offer < <(typeslatectl defaults domains --null 2>/dev/null) ;;
+    ' defaults read:0') _typeslate_ask domains ;;
+    ' defaults read:1') _typeslate_ask keys ;;
+    ' defaults write:0') _typeslate_ask domains ;;
+    ' defaults write:1') _typeslate_ask keys ;;
+    ' defaults delete:0') _typeslate_ask domains ;;
+    ' defaults delete:1') _typeslate_ask keys ;;
+    ' defaults export:0') _typeslate_ask domains ;;
     ' defaults export:1') _typeslate_files -f ;;
-    ' defaults import:0') _typeslate_offer < <(typeslatectl defaults domains --null 2>/dev/null) ;;
+    ' defaults import:0') _typeslate_ask domains ;;
     ' defaults import:1') _typeslate_files -f ;;
-    ' entries:0') _typeslate_offer < <(printf '%s\0' list add add-regex remove set get) ;;
+    ' entries:0') _typeslate_offer < <(printf '%s\0' list get add add-regex remove set unset reset move rename edit duplicate) ;;
+    ' entries get:0') _typeslate_ask entries ;;
+    ' entries get:1') _typeslate_ask entry-keys ;;
     ' entries add:'*) _typeslate_files -f ;;
-    ' entries remove:0') _typeslate_offer < <(typeslatectl entries list 2>/dev/null | sed -n 's/^\([0-9][0-9]*\) .*/\1/p' | tr '\n' '\0') ;;
-    ' entries set:0') _typeslate_offer < <(typeslatectl entries list 2>/dev/null | sed -n 's/^\([0-9][0-9]*\) .*/\1/p' | tr '\n' '\0') ;;
-    ' entries set:1') _typeslate_offer < <(printf '%s\0' Enabled CheckMenuItems ShowFontInFace DupeHandling ShowSets ChangeSize FontSize ShowIcons HierarchicalMenu AllFontsGroup ScriptSort IncludeFAPSets IncludeFEXSets IncludeSuitcaseSets GenerateInactivePreview ModifyFontPanel) ;;
-    ' entries get:0') _typeslate_offer < <(typeslatectl entries list 2>/dev/null | sed -n 's/^\([0-9][0-9]*\) .*/\1/p' | tr '\n' '\0') ;;
+    ' entries remove:0') _typeslate_ask entries ;;
+    ' entries set:0') _typeslate_ask entries ;;
+    ' entries set:1') _typeslate_ask options ;;
+    ' entries set:2') _typeslate_ask values ;;
+    ' entries unset:0') _typeslate_ask entries ;;
+    ' entries unset:1') _typeslate_ask options ;;
+    ' entries reset:0') _typeslate_ask entries ;;
+    ' entries move:0') _typeslate_ask entries ;;
+    ' entries rename:0') _typeslate_ask entries ;;
+    ' entries edit:0') _typeslate_ask entries ;;
+    ' entries duplicate:0') _typeslate_ask entries ;;
+    ' entries duplicate:1') _typeslate_files -f ;;
+    ' pane:0') _typeslate_offer < <(printf '%s\0' enable disable logging status) ;;
+    ' pane logging:0') _typeslate_offer < <(printf '%s\0' on off) ;;
     ' catalog:0') _typeslate_offer < <(printf '%s\0' parse build show list stats) ;;
     ' catalog parse:'*) _typeslate_files -f ;;
     ' login-items:0') _typeslate_offer < <(printf '%s\0' list add remove check) ;;
     ' login-items add:0') _typeslate_files -f ;;
+    ' login-items remove:0') _typeslate_ask login-items ;;
+    ' login-items check:0') _typeslate_ask login-items ;;
     ' login-items check:1') _typeslate_files -f ;;
     ' helper:0') _typeslate_offer < <(printf '%s\0' start stop status) ;;
     ' update:0') _typeslate_offer < <(printf '%s\0' status check schedule interval) ;;

@@ -1,15 +1,33 @@
 # Completions of typeslatectl for fish. Written by packaging/generate.
+
+# The words that are neither options nor their values, from a number on.
+function __typeslatectl_given
+    set -l takes false
+    set -l words
+    for word in (commandline -opc)
+        if $takes
+            set takes false
+        else if contains -- $word --database --family --format --if-unchanged --kind --name --path --wait
+            set takes true
+        else if not string match -q -- '-*' $word
+            set -a words $word
+        end
+    end
+    string join -- \n $words[$argv[1]..]
+end
+
 complete -c typeslatectl -f
-complete -c typeslatectl -n 'true; and not __fish_seen_subcommand_from defaults entries catalog login-items helper update watch' -a defaults -d 'Read and change preference domains'
-complete -c typeslatectl -n 'true; and not __fish_seen_subcommand_from defaults entries catalog login-items helper update watch' -a entries -d 'Show and change the list of entries'
-complete -c typeslatectl -n 'true; and not __fish_seen_subcommand_from defaults entries catalog login-items helper update watch' -a catalog -d 'Build and show the catalogue of font names'
-complete -c typeslatectl -n 'true; and not __fish_seen_subcommand_from defaults entries catalog login-items helper update watch' -a login-items -d 'Show and change what starts when you log in'
-complete -c typeslatectl -n 'true; and not __fish_seen_subcommand_from defaults entries catalog login-items helper update watch' -a helper -d 'Start and stop the helper that takes in changed settings'
-complete -c typeslatectl -n 'true; and not __fish_seen_subcommand_from defaults entries catalog login-items helper update watch' -a update -d 'Read and change the schedule of update checks, and check'
-complete -c typeslatectl -n 'true; and not __fish_seen_subcommand_from defaults entries catalog login-items helper update watch' -a watch -d 'Print each notification and broadcast as a line of JSON'
-complete -c typeslatectl -n 'true; and not __fish_seen_subcommand_from defaults entries catalog login-items helper update watch' -l wait -x -d 'How long to wait for a program that keeps settings locked'
-complete -c typeslatectl -n 'true; and not __fish_seen_subcommand_from defaults entries catalog login-items helper update watch' -l version -d 'Show the version and exit'
-complete -c typeslatectl -n 'true; and not __fish_seen_subcommand_from defaults entries catalog login-items helper update watch' -s h -l help -d 'Show this help and exit'
+complete -c typeslatectl -n 'true; and not __fish_seen_subcommand_from defaults entries pane catalog login-items helper update watch' -a defaults -d 'Read and change preference domains'
+complete -c typeslatectl -n 'true; and not __fish_seen_subcommand_from defaults entries pane catalog login-items helper update watch' -a entries -d 'Show and change the list of entries'
+complete -c typeslatectl -n 'true; and not __fish_seen_subcommand_from defaults entries pane catalog login-items helper update watch' -a pane -d 'Switch the module and its logging on and off'
+complete -c typeslatectl -n 'true; and not __fish_seen_subcommand_from defaults entries pane catalog login-items helper update watch' -a catalog -d 'Build and show the catalogue of font names'
+complete -c typeslatectl -n 'true; and not __fish_seen_subcommand_from defaults entries pane catalog login-items helper update watch' -a login-items -d 'Show and change what starts when you log in'
+complete -c typeslatectl -n 'true; and not __fish_seen_subcommand_from defaults entries pane catalog login-items helper update watch' -a helper -d 'Start and stop the helper that takes in changed settings'
+complete -c typeslatectl -n 'true; and not __fish_seen_subcommand_from defaults entries pane catalog login-items helper update watch' -a update -d 'Read and change the schedule of update checks, and check'
+complete -c typeslatectl -n 'true; and not __fish_seen_subcommand_from defaults entries pane catalog login-items helper update watch' -a watch -d 'Print each notification and broadcast as a line of JSON'
+complete -c typeslatectl -n 'true; and not __fish_seen_subcommand_from defaults entries pane catalog login-items helper update watch' -l wait -x -d 'How long to wait for a program that keeps settings locked: 10 by default, 0 for not at all'
+complete -c typeslatectl -n 'true; and not __fish_seen_subcommand_from defaults entries pane catalog login-items helper update watch' -l version -d 'Show the version and exit'
+complete -c typeslatectl -n 'true; and not __fish_seen_subcommand_from defaults entries pane catalog login-items helper update watch' -s h -l help -d 'Show this help and exit'
 complete -c typeslatectl -n '__fish_seen_subcommand_from defaults; and not __fish_seen_subcommand_from read write delete domains export import' -a read -d 'Print a domain, or one key of it, as JSON'
 complete -c typeslatectl -n '__fish_seen_subcommand_from defaults; and not __fish_seen_subcommand_from read write delete domains export import' -a write -d 'Store one value'
 complete -c typeslatectl -n '__fish_seen_subcommand_from defaults; and not __fish_seen_subcommand_from read write delete domains export import' -a delete -d 'Remove a key, or every key of a domain'
@@ -18,41 +36,90 @@ complete -c typeslatectl -n '__fish_seen_subcommand_from defaults; and not __fis
 complete -c typeslatectl -n '__fish_seen_subcommand_from defaults; and not __fish_seen_subcommand_from read write delete domains export import' -a import -d 'Replace a domain by a property-list file'
 complete -c typeslatectl -n '__fish_seen_subcommand_from defaults; and not __fish_seen_subcommand_from read write delete domains export import' -s h -l help -d 'Show this help and exit'
 complete -c typeslatectl -n '__fish_seen_subcommand_from defaults; and __fish_seen_subcommand_from read' -s h -l help -d 'Show this help and exit'
-complete -c typeslatectl -n '__fish_seen_subcommand_from defaults; and __fish_seen_subcommand_from read' -a '(typeslatectl defaults domains --null 2>/dev/null | string split0)'
+complete -c typeslatectl -n '__fish_seen_subcommand_from defaults; and __fish_seen_subcommand_from read; and test (count (__typeslatectl_given 4)) = 0' -a '(typeslatectl complete domains -- "$(commandline -ct)" (__typeslatectl_given 4) 2>/dev/null | string split0)'
+complete -c typeslatectl -n '__fish_seen_subcommand_from defaults; and __fish_seen_subcommand_from read; and test (count (__typeslatectl_given 4)) = 1' -a '(typeslatectl complete keys -- "$(commandline -ct)" (__typeslatectl_given 4) 2>/dev/null | string split0)'
 complete -c typeslatectl -n '__fish_seen_subcommand_from defaults; and __fish_seen_subcommand_from write' -s h -l help -d 'Show this help and exit'
-complete -c typeslatectl -n '__fish_seen_subcommand_from defaults; and __fish_seen_subcommand_from write' -a '(typeslatectl defaults domains --null 2>/dev/null | string split0)'
+complete -c typeslatectl -n '__fish_seen_subcommand_from defaults; and __fish_seen_subcommand_from write; and test (count (__typeslatectl_given 4)) = 0' -a '(typeslatectl complete domains -- "$(commandline -ct)" (__typeslatectl_given 4) 2>/dev/null | string split0)'
+complete -c typeslatectl -n '__fish_seen_subcommand_from defaults; and __fish_seen_subcommand_from write; and test (count (__typeslatectl_given 4)) = 1' -a '(typeslatectl complete keys -- "$(commandline -ct)" (__typeslatectl_given 4) 2>/dev/null | string split0)'
 complete -c typeslatectl -n '__fish_seen_subcommand_from defaults; and __fish_seen_subcommand_from delete' -s h -l help -d 'Show this help and exit'
-complete -c typeslatectl -n '__fish_seen_subcommand_from defaults; and __fish_seen_subcommand_from delete' -a '(typeslatectl defaults domains --null 2>/dev/null | string split0)'
+complete -c typeslatectl -n '__fish_seen_subcommand_from defaults; and __fish_seen_subcommand_from delete; and test (count (__typeslatectl_given 4)) = 0' -a '(typeslatectl complete domains -- "$(commandline -ct)" (__typeslatectl_given 4) 2>/dev/null | string split0)'
+complete -c typeslatectl -n '__fish_seen_subcommand_from defaults; and __fish_seen_subcommand_from delete; and test (count (__typeslatectl_given 4)) = 1' -a '(typeslatectl complete keys -- "$(commandline -ct)" (__typeslatectl_given 4) 2>/dev/null | string split0)'
 complete -c typeslatectl -n '__fish_seen_subcommand_from defaults; and __fish_seen_subcommand_from domains' -l null -d 'End each name with a zero byte, not with a line'\''s end'
 complete -c typeslatectl -n '__fish_seen_subcommand_from defaults; and __fish_seen_subcommand_from domains' -s h -l help -d 'Show this help and exit'
 complete -c typeslatectl -n '__fish_seen_subcommand_from defaults; and __fish_seen_subcommand_from export' -l format -x -a 'binary xml' -d 'binary (default) or xml'
 complete -c typeslatectl -n '__fish_seen_subcommand_from defaults; and __fish_seen_subcommand_from export' -s h -l help -d 'Show this help and exit'
-complete -c typeslatectl -n '__fish_seen_subcommand_from defaults; and __fish_seen_subcommand_from export' -a '(typeslatectl defaults domains --null 2>/dev/null | string split0)'
-complete -c typeslatectl -n '__fish_seen_subcommand_from defaults; and __fish_seen_subcommand_from export' -F
+complete -c typeslatectl -n '__fish_seen_subcommand_from defaults; and __fish_seen_subcommand_from export; and test (count (__typeslatectl_given 4)) = 0' -a '(typeslatectl complete domains -- "$(commandline -ct)" (__typeslatectl_given 4) 2>/dev/null | string split0)'
+complete -c typeslatectl -n '__fish_seen_subcommand_from defaults; and __fish_seen_subcommand_from export; and test (count (__typeslatectl_given 4)) = 1' -F
 complete -c typeslatectl -n '__fish_seen_subcommand_from defaults; and __fish_seen_subcommand_from import' -s h -l help -d 'Show this help and exit'
-complete -c typeslatectl -n '__fish_seen_subcommand_from defaults; and __fish_seen_subcommand_from import' -a '(typeslatectl defaults domains --null 2>/dev/null | string split0)'
-complete -c typeslatectl -n '__fish_seen_subcommand_from defaults; and __fish_seen_subcommand_from import' -F
-complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and not __fish_seen_subcommand_from list add add-regex remove set get' -a list -d 'Print the entries'
-complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and not __fish_seen_subcommand_from list add add-regex remove set get' -a add -d 'Add applications'
-complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and not __fish_seen_subcommand_from list add add-regex remove set get' -a add-regex -d 'Add an entry for applications that a regular expression matches'
-complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and not __fish_seen_subcommand_from list add add-regex remove set get' -a remove -d 'Remove an entry'
-complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and not __fish_seen_subcommand_from list add add-regex remove set get' -a set -d 'Change an option of an entry'
-complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and not __fish_seen_subcommand_from list add add-regex remove set get' -a get -d 'Print an entry, or one value of it, as JSON'
-complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and not __fish_seen_subcommand_from list add add-regex remove set get' -s h -l help -d 'Show this help and exit'
+complete -c typeslatectl -n '__fish_seen_subcommand_from defaults; and __fish_seen_subcommand_from import; and test (count (__typeslatectl_given 4)) = 0' -a '(typeslatectl complete domains -- "$(commandline -ct)" (__typeslatectl_given 4) 2>/dev/null | string split0)'
+complete -c typeslatectl -n '__fish_seen_subcommand_from defaults; and __fish_seen_subcommand_from import; and test (count (__typeslatectl_given 4)) = 1' -F
+complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and not __fish_seen_subcommand_from list get add add-regex remove set unset reset move rename edit duplicate' -a list -d 'Print the entries'
+complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and not __fish_seen_subcommand_from list get add add-regex remove set unset reset move rename edit duplicate' -a get -d 'Print an entry, or one value of it, as JSON'
+complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and not __fish_seen_subcommand_from list get add add-regex remove set unset reset move rename edit duplicate' -a add -d 'Add applications'
+complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and not __fish_seen_subcommand_from list get add add-regex remove set unset reset move rename edit duplicate' -a add-regex -d 'Add an entry for applications that a regular expression matches'
+complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and not __fish_seen_subcommand_from list get add add-regex remove set unset reset move rename edit duplicate' -a remove -d 'Remove an entry'
+complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and not __fish_seen_subcommand_from list get add add-regex remove set unset reset move rename edit duplicate' -a set -d 'Change an option of an entry'
+complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and not __fish_seen_subcommand_from list get add add-regex remove set unset reset move rename edit duplicate' -a unset -d 'Store an option of an entry no more'
+complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and not __fish_seen_subcommand_from list get add add-regex remove set unset reset move rename edit duplicate' -a reset -d 'Give an entry the options of the Global entry, or that one those of a new list'
+complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and not __fish_seen_subcommand_from list get add add-regex remove set unset reset move rename edit duplicate' -a move -d 'Move an entry'
+complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and not __fish_seen_subcommand_from list get add add-regex remove set unset reset move rename edit duplicate' -a rename -d 'Name an entry for an expression anew'
+complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and not __fish_seen_subcommand_from list get add add-regex remove set unset reset move rename edit duplicate' -a edit -d 'Change the expression of an entry'
+complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and not __fish_seen_subcommand_from list get add add-regex remove set unset reset move rename edit duplicate' -a duplicate -d 'Add an entry with the options of another'
+complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and not __fish_seen_subcommand_from list get add add-regex remove set unset reset move rename edit duplicate' -s h -l help -d 'Show this help and exit'
 complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and __fish_seen_subcommand_from list' -l json -d 'As JSON, with every key'
 complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and __fish_seen_subcommand_from list' -l watch -d 'Print them again at each change, until Ctrl-C'
+complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and __fish_seen_subcommand_from list' -l token -d 'Print the list'\''s token, with --json together with the entries'
 complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and __fish_seen_subcommand_from list' -s h -l help -d 'Show this help and exit'
+complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and __fish_seen_subcommand_from get' -s h -l help -d 'Show this help and exit'
+complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and __fish_seen_subcommand_from get; and test (count (__typeslatectl_given 4)) = 0' -a '(typeslatectl complete entries -- "$(commandline -ct)" (__typeslatectl_given 4) 2>/dev/null | string split0)'
+complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and __fish_seen_subcommand_from get; and test (count (__typeslatectl_given 4)) = 1' -a '(typeslatectl complete entry-keys -- "$(commandline -ct)" (__typeslatectl_given 4) 2>/dev/null | string split0)'
+complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and __fish_seen_subcommand_from add' -l if-unchanged -x -d 'Refuse, with status 4, if the list is another than when list --token printed this'
 complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and __fish_seen_subcommand_from add' -s h -l help -d 'Show this help and exit'
-complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and __fish_seen_subcommand_from add' -F
+complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and __fish_seen_subcommand_from add; and test (count (__typeslatectl_given 4)) -ge 0' -F
+complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and __fish_seen_subcommand_from add-regex' -l if-unchanged -x -d 'Refuse, with status 4, if the list is another than when list --token printed this'
 complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and __fish_seen_subcommand_from add-regex' -l kind -x -a '0 1 2' -d 'What it is held against: 0 name (default), 1 identifier, 2 path'
 complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and __fish_seen_subcommand_from add-regex' -s h -l help -d 'Show this help and exit'
+complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and __fish_seen_subcommand_from remove' -l if-unchanged -x -d 'Refuse, with status 4, if the list is another than when list --token printed this'
 complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and __fish_seen_subcommand_from remove' -s h -l help -d 'Show this help and exit'
-complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and __fish_seen_subcommand_from remove' -a '(typeslatectl entries list 2>/dev/null | sed -n '\''s/^\([0-9][0-9]*\) .*/\1/p'\'' | tr '\''\n'\'' '\''\0'\'' | string split0)'
+complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and __fish_seen_subcommand_from remove; and test (count (__typeslatectl_given 4)) = 0' -a '(typeslatectl complete entries -- "$(commandline -ct)" (__typeslatectl_given 4) 2>/dev/null | string split0)'
+complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and __fish_seen_subcommand_from set' -l if-unchanged -x -d 'Refuse, with status 4, if the list is another than when list --token printed this'
 complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and __fish_seen_subcommand_from set' -s h -l help -d 'Show this help and exit'
-complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and __fish_seen_subcommand_from set' -a '(typeslatectl entries list 2>/dev/null | sed -n '\''s/^\([0-9][0-9]*\) .*/\1/p'\'' | tr '\''\n'\'' '\''\0'\'' | string split0)'
-complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and __fish_seen_subcommand_from set' -a 'Enabled CheckMenuItems ShowFontInFace DupeHandling ShowSets ChangeSize FontSize ShowIcons HierarchicalMenu AllFontsGroup ScriptSort IncludeFAPSets IncludeFEXSets IncludeSuitcaseSets GenerateInactivePreview ModifyFontPanel'
-complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and __fish_seen_subcommand_from get' -s h -l help -d 'Show this help and exit'
-complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and __fish_seen_subcommand_from get' -a '(typeslatectl entries list 2>/dev/null | sed -n '\''s/^\([0-9][0-9]*\) .*/\1/p'\'' | tr '\''\n'\'' '\''\0'\'' | string split0)'
+complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and __fish_seen_subcommand_from set; and test (count (__typeslatectl_given 4)) = 0' -a '(typeslatectl complete entries -- "$(commandline -ct)" (__typeslatectl_given 4) 2>/dev/null | string split0)'
+complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and __fish_seen_subcommand_from set; and test (count (__typeslatectl_given 4)) = 1' -a '(typeslatectl complete options -- "$(commandline -ct)" (__typeslatectl_given 4) 2>/dev/null | string split0)'
+complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and __fish_seen_subcommand_from set; and test (count (__typeslatectl_given 4)) = 2' -a '(typeslatectl complete values -- "$(commandline -ct)" (__typeslatectl_given 4) 2>/dev/null | string split0)'
+complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and __fish_seen_subcommand_from unset' -l if-unchanged -x -d 'Refuse, with status 4, if the list is another than when list --token printed this'
+complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and __fish_seen_subcommand_from unset' -s h -l help -d 'Show this help and exit'
+complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and __fish_seen_subcommand_from unset; and test (count (__typeslatectl_given 4)) = 0' -a '(typeslatectl complete entries -- "$(commandline -ct)" (__typeslatectl_given 4) 2>/dev/null | string split0)'
+complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and __fish_seen_subcommand_from unset; and test (count (__typeslatectl_given 4)) = 1' -a '(typeslatectl complete options -- "$(commandline -ct)" (__typeslatectl_given 4) 2>/dev/null | string split0)'
+complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and __fish_seen_subcommand_from reset' -l if-unchanged -x -d 'Refuse, with status 4, if the list is another than when list --token printed this'
+complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and __fish_seen_subcommand_from reset' -s h -l help -d 'Show this help and exit'
+complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and __fish_seen_subcommand_from reset; and test (count (__typeslatectl_given 4)) = 0' -a '(typeslatectl complete entries -- "$(commandline -ct)" (__typeslatectl_given 4) 2>/dev/null | string split0)'
+complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and __fish_seen_subcommand_from move' -l if-unchanged -x -d 'Refuse, with status 4, if the list is another than when list --token printed this'
+complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and __fish_seen_subcommand_from move' -s h -l help -d 'Show this help and exit'
+complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and __fish_seen_subcommand_from move; and test (count (__typeslatectl_given 4)) = 0' -a '(typeslatectl complete entries -- "$(commandline -ct)" (__typeslatectl_given 4) 2>/dev/null | string split0)'
+complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and __fish_seen_subcommand_from rename' -l if-unchanged -x -d 'Refuse, with status 4, if the list is another than when list --token printed this'
+complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and __fish_seen_subcommand_from rename' -s h -l help -d 'Show this help and exit'
+complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and __fish_seen_subcommand_from rename; and test (count (__typeslatectl_given 4)) = 0' -a '(typeslatectl complete entries -- "$(commandline -ct)" (__typeslatectl_given 4) 2>/dev/null | string split0)'
+complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and __fish_seen_subcommand_from edit' -l if-unchanged -x -d 'Refuse, with status 4, if the list is another than when list --token printed this'
+complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and __fish_seen_subcommand_from edit' -l kind -x -a '0 1 2' -d 'What it is held against: 0 name, 1 identifier, 2 path; as before by default'
+complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and __fish_seen_subcommand_from edit' -s h -l help -d 'Show this help and exit'
+complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and __fish_seen_subcommand_from edit; and test (count (__typeslatectl_given 4)) = 0' -a '(typeslatectl complete entries -- "$(commandline -ct)" (__typeslatectl_given 4) 2>/dev/null | string split0)'
+complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and __fish_seen_subcommand_from duplicate' -l if-unchanged -x -d 'Refuse, with status 4, if the list is another than when list --token printed this'
+complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and __fish_seen_subcommand_from duplicate' -l name -x -d 'Name of the entry, for an expression'
+complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and __fish_seen_subcommand_from duplicate' -s h -l help -d 'Show this help and exit'
+complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and __fish_seen_subcommand_from duplicate; and test (count (__typeslatectl_given 4)) = 0' -a '(typeslatectl complete entries -- "$(commandline -ct)" (__typeslatectl_given 4) 2>/dev/null | string split0)'
+complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and __fish_seen_subcommand_from duplicate; and test (count (__typeslatectl_given 4)) = 1' -F
+complete -c typeslatectl -n '__fish_seen_subcommand_from pane; and not __fish_seen_subcommand_from enable disable logging status' -a enable -d 'Switch the module on'
+complete -c typeslatectl -n '__fish_seen_subcommand_from pane; and not __fish_seen_subcommand_from enable disable logging status' -a disable -d 'Switch the module off'
+complete -c typeslatectl -n '__fish_seen_subcommand_from pane; and not __fish_seen_subcommand_from enable disable logging status' -a logging -d 'Switch the diagnostic log on or off'
+complete -c typeslatectl -n '__fish_seen_subcommand_from pane; and not __fish_seen_subcommand_from enable disable logging status' -a status -d 'Tell whether the module and its logging are on'
+complete -c typeslatectl -n '__fish_seen_subcommand_from pane; and not __fish_seen_subcommand_from enable disable logging status' -s h -l help -d 'Show this help and exit'
+complete -c typeslatectl -n '__fish_seen_subcommand_from pane; and __fish_seen_subcommand_from enable' -s h -l help -d 'Show this help and exit'
+complete -c typeslatectl -n '__fish_seen_subcommand_from pane; and __fish_seen_subcommand_from disable' -s h -l help -d 'Show this help and exit'
+complete -c typeslatectl -n '__fish_seen_subcommand_from pane; and __fish_seen_subcommand_from logging' -s h -l help -d 'Show this help and exit'
+complete -c typeslatectl -n '__fish_seen_subcommand_from pane; and __fish_seen_subcommand_from logging; and test (count (__typeslatectl_given 4)) = 0' -a 'on off'
+complete -c typeslatectl -n '__fish_seen_subcommand_from pane; and __fish_seen_subcommand_from status' -l json -d 'As JSON'
+complete -c typeslatectl -n '__fish_seen_subcommand_from pane; and __fish_seen_subcommand_from status' -s h -l help -d 'Show this help and exit'
 complete -c typeslatectl -n '__fish_seen_subcommand_from catalog; and not __fish_seen_subcommand_from parse build show list stats' -a parse -d 'Print the records of font lists as JSON; nothing is stored'
 complete -c typeslatectl -n '__fish_seen_subcommand_from catalog; and not __fish_seen_subcommand_from parse build show list stats' -a build -d 'Check the stored catalogue and rebuild it, as the window does when it starts'
 complete -c typeslatectl -n '__fish_seen_subcommand_from catalog; and not __fish_seen_subcommand_from parse build show list stats' -a show -d 'Print the stored record of a font as JSON'
@@ -61,7 +128,7 @@ complete -c typeslatectl -n '__fish_seen_subcommand_from catalog; and not __fish
 complete -c typeslatectl -n '__fish_seen_subcommand_from catalog; and not __fish_seen_subcommand_from parse build show list stats' -s h -l help -d 'Show this help and exit'
 complete -c typeslatectl -n '__fish_seen_subcommand_from catalog; and __fish_seen_subcommand_from parse' -l database -r -F -d 'Font name database to read before the lists'
 complete -c typeslatectl -n '__fish_seen_subcommand_from catalog; and __fish_seen_subcommand_from parse' -s h -l help -d 'Show this help and exit'
-complete -c typeslatectl -n '__fish_seen_subcommand_from catalog; and __fish_seen_subcommand_from parse' -F
+complete -c typeslatectl -n '__fish_seen_subcommand_from catalog; and __fish_seen_subcommand_from parse; and test (count (__typeslatectl_given 4)) -ge 0' -F
 complete -c typeslatectl -n '__fish_seen_subcommand_from catalog; and __fish_seen_subcommand_from build' -l verbose -d 'Print on standard error what is found and read, whether or not the setting logs it'
 complete -c typeslatectl -n '__fish_seen_subcommand_from catalog; and __fish_seen_subcommand_from build' -s h -l help -d 'Show this help and exit'
 complete -c typeslatectl -n '__fish_seen_subcommand_from catalog; and __fish_seen_subcommand_from show' -s h -l help -d 'Show this help and exit'
@@ -77,11 +144,13 @@ complete -c typeslatectl -n '__fish_seen_subcommand_from login-items; and __fish
 complete -c typeslatectl -n '__fish_seen_subcommand_from login-items; and __fish_seen_subcommand_from list' -s h -l help -d 'Show this help and exit'
 complete -c typeslatectl -n '__fish_seen_subcommand_from login-items; and __fish_seen_subcommand_from add' -l hide -d 'Start it quietly'
 complete -c typeslatectl -n '__fish_seen_subcommand_from login-items; and __fish_seen_subcommand_from add' -s h -l help -d 'Show this help and exit'
-complete -c typeslatectl -n '__fish_seen_subcommand_from login-items; and __fish_seen_subcommand_from add' -F
+complete -c typeslatectl -n '__fish_seen_subcommand_from login-items; and __fish_seen_subcommand_from add; and test (count (__typeslatectl_given 4)) = 0' -F
 complete -c typeslatectl -n '__fish_seen_subcommand_from login-items; and __fish_seen_subcommand_from remove' -l path -x -d 'Remove those with exactly this path instead'
 complete -c typeslatectl -n '__fish_seen_subcommand_from login-items; and __fish_seen_subcommand_from remove' -s h -l help -d 'Show this help and exit'
+complete -c typeslatectl -n '__fish_seen_subcommand_from login-items; and __fish_seen_subcommand_from remove; and test (count (__typeslatectl_given 4)) = 0' -a '(typeslatectl complete login-items -- "$(commandline -ct)" (__typeslatectl_given 4) 2>/dev/null | string split0)'
 complete -c typeslatectl -n '__fish_seen_subcommand_from login-items; and __fish_seen_subcommand_from check' -s h -l help -d 'Show this help and exit'
-complete -c typeslatectl -n '__fish_seen_subcommand_from login-items; and __fish_seen_subcommand_from check' -F
+complete -c typeslatectl -n '__fish_seen_subcommand_from login-items; and __fish_seen_subcommand_from check; and test (count (__typeslatectl_given 4)) = 0' -a '(typeslatectl complete login-items -- "$(commandline -ct)" (__typeslatectl_given 4) 2>/dev/null | string split0)'
+complete -c typeslatectl -n '__fish_seen_subcommand_from login-items; and __fish_seen_subcommand_from check; and test (count (__typeslatectl_given 4)) = 1' -F
 complete -c typeslatectl -n '__fish_seen_subcommand_from helper; and not __fish_seen_subcommand_from start stop status' -a start -d 'Start the helper unless it is running'
 complete -c typeslatectl -n '__fish_seen_subcommand_from helper; and not __fish_seen_subcommand_from start stop status' -a stop -d 'Ask the helper to quit, and wait until it has'
 complete -c typeslatectl -n '__fish_seen_subcommand_from helper; and not __fish_seen_subcommand_from start stop status' -a status -d 'Tell whether the helper is running; status 1: it is not'
@@ -102,6 +171,6 @@ complete -c typeslatectl -n '__fish_seen_subcommand_from update; and __fish_seen
 complete -c typeslatectl -n '__fish_seen_subcommand_from update; and __fish_seen_subcommand_from check' -l from-module -d 'As the module asks from within an application: soon after the login nothing is due'
 complete -c typeslatectl -n '__fish_seen_subcommand_from update; and __fish_seen_subcommand_from check' -s h -l help -d 'Show this help and exit'
 complete -c typeslatectl -n '__fish_seen_subcommand_from update; and __fish_seen_subcommand_from schedule' -s h -l help -d 'Show this help and exit'
-complete -c typeslatectl -n '__fish_seen_subcommand_from update; and __fish_seen_subcommand_from schedule' -a 'on off'
+complete -c typeslatectl -n '__fish_seen_subcommand_from update; and __fish_seen_subcommand_from schedule; and test (count (__typeslatectl_given 4)) = 0' -a 'on off'
 complete -c typeslatectl -n '__fish_seen_subcommand_from update; and __fish_seen_subcommand_from interval' -s h -l help -d 'Show this help and exit'
 complete -c typeslatectl -n '__fish_seen_subcommand_from watch' -s h -l help -d 'Show this help and exit'

@@ -1,11 +1,18 @@
 #compdef typeslatectl
 # Completions of typeslatectl for zsh. Written by packaging/generate.
 
+_typeslate_ask() {
+  local -a found=(${(0)"$(typeslatectl complete $1 -- "${(Q)PREFIX}" "${(Q@)line}" 2>/dev/null)"})
+  compadd -S '' -- ${(M)found:#*:}
+  compadd -- ${found:#*:}
+}
+
 _typeslatectl() {
   local curcontext=$curcontext state line
   local -a commands=(
     'defaults:Read and change preference domains'
     'entries:Show and change the list of entries'
+    'pane:Switch the module and its logging on and off'
     'catalog:Build and show the catalogue of font names'
     'login-items:Show and change what starts when you log in'
     'helper:Start and stop the helper that takes in changed settings'
@@ -13,7 +20,7 @@ _typeslatectl() {
     'watch:Print each notification and broadcast as a line of JSON'
   )
   _arguments -C \
-    '--wait[How long to wait for a program that keeps settings locked]:SECONDS:{ _message value }' \
+    '--wait[How long to wait for a program that keeps settings locked\: 10 by default, 0 for not at all]:SECONDS:{ _message value }' \
     '--version[Show the version and exit]' \
     '-h[Show this help and exit]' \
     '--help[Show this help and exit]' \
@@ -25,6 +32,7 @@ _typeslatectl() {
       case $line[1] in
         defaults) _typeslatectl_defaults ;;
         entries) _typeslatectl_entries ;;
+        pane) _typeslatectl_pane ;;
         catalog) _typeslatectl_catalog ;;
         login-items) _typeslatectl_login-items ;;
         helper) _typeslatectl_helper ;;
@@ -64,31 +72,35 @@ _typeslatectl_defaults() {
 }
 
 _typeslatectl_defaults_read() {
+  local -a line
   _arguments \
     '-h[Show this help and exit]' \
     '--help[Show this help and exit]' \
-    ':DOMAIN:{ compadd -- ${(0)"$(typeslatectl defaults domains --null 2>/dev/null)"} }' \
-    ':KEY:{ _message value }'
+    ':DOMAIN:{ _typeslate_ask domains }' \
+    ':KEY:{ _typeslate_ask keys }'
 }
 
 _typeslatectl_defaults_write() {
+  local -a line
   _arguments \
     '-h[Show this help and exit]' \
     '--help[Show this help and exit]' \
-    ':DOMAIN:{ compadd -- ${(0)"$(typeslatectl defaults domains --null 2>/dev/null)"} }' \
-    ':KEY:{ _message value }' \
+    ':DOMAIN:{ _typeslate_ask domains }' \
+    ':KEY:{ _typeslate_ask keys }' \
     ':JSON:{ _message value }'
 }
 
 _typeslatectl_defaults_delete() {
+  local -a line
   _arguments \
     '-h[Show this help and exit]' \
     '--help[Show this help and exit]' \
-    ':DOMAIN:{ compadd -- ${(0)"$(typeslatectl defaults domains --null 2>/dev/null)"} }' \
-    ':KEY:{ _message value }'
+    ':DOMAIN:{ _typeslate_ask domains }' \
+    ':KEY:{ _typeslate_ask keys }'
 }
 
 _typeslatectl_defaults_domains() {
+  local -a line
   _arguments \
     '--null[End each name with a zero byte, not with a line'\''s end]' \
     '-h[Show this help and exit]' \
@@ -96,19 +108,21 @@ _typeslatectl_defaults_domains() {
 }
 
 _typeslatectl_defaults_export() {
+  local -a line
   _arguments \
     '--format[binary (default) or xml]:FORMAT:{ compadd -- binary xml }' \
     '-h[Show this help and exit]' \
     '--help[Show this help and exit]' \
-    ':DOMAIN:{ compadd -- ${(0)"$(typeslatectl defaults domains --null 2>/dev/null)"} }' \
+    ':DOMAIN:{ _typeslate_ask domains }' \
     ':FILE:{ _files }'
 }
 
 _typeslatectl_defaults_import() {
+  local -a line
   _arguments \
     '-h[Show this help and exit]' \
     '--help[Show this help and exit]' \
-    ':DOMAIN:{ compadd -- ${(0)"$(typeslatectl defaults domains --null 2>/dev/null)"} }' \
+    ':DOMAIN:{ _typeslate_ask domains }' \
     ':FILE:{ _files }'
 }
 
@@ -116,11 +130,17 @@ _typeslatectl_entries() {
   local curcontext=$curcontext state line
   local -a commands=(
     'list:Print the entries'
+    'get:Print an entry, or one value of it, as JSON'
     'add:Add applications'
     'add-regex:Add an entry for applications that a regular expression matches'
     'remove:Remove an entry'
     'set:Change an option of an entry'
-    'get:Print an entry, or one value of it, as JSON'
+    'unset:Store an option of an entry no more'
+    'reset:Give an entry the options of the Global entry, or that one those of a new list'
+    'move:Move an entry'
+    'rename:Name an entry for an expression anew'
+    'edit:Change the expression of an entry'
+    'duplicate:Add an entry with the options of another'
   )
   _arguments -C \
     '-h[Show this help and exit]' \
@@ -132,32 +152,53 @@ _typeslatectl_entries() {
     argument)
       case $line[1] in
         list) _typeslatectl_entries_list ;;
+        get) _typeslatectl_entries_get ;;
         add) _typeslatectl_entries_add ;;
         add-regex) _typeslatectl_entries_add-regex ;;
         remove) _typeslatectl_entries_remove ;;
         set) _typeslatectl_entries_set ;;
-        get) _typeslatectl_entries_get ;;
+        unset) _typeslatectl_entries_unset ;;
+        reset) _typeslatectl_entries_reset ;;
+        move) _typeslatectl_entries_move ;;
+        rename) _typeslatectl_entries_rename ;;
+        edit) _typeslatectl_entries_edit ;;
+        duplicate) _typeslatectl_entries_duplicate ;;
       esac ;;
   esac
 }
 
 _typeslatectl_entries_list() {
+  local -a line
   _arguments \
     '--json[As JSON, with every key]' \
     '--watch[Print them again at each change, until Ctrl-C]' \
+    '--token[Print the list'\''s token, with --json together with the entries]' \
     '-h[Show this help and exit]' \
     '--help[Show this help and exit]'
 }
 
-_typeslatectl_entries_add() {
+_typeslatectl_entries_get() {
+  local -a line
   _arguments \
+    '-h[Show this help and exit]' \
+    '--help[Show this help and exit]' \
+    ':INDEX:{ _typeslate_ask entries }' \
+    ':KEY:{ _typeslate_ask entry-keys }'
+}
+
+_typeslatectl_entries_add() {
+  local -a line
+  _arguments \
+    '--if-unchanged[Refuse, with status 4, if the list is another than when list --token printed this]:TOKEN:{ _message value }' \
     '-h[Show this help and exit]' \
     '--help[Show this help and exit]' \
     '*:PATH:{ _files }'
 }
 
 _typeslatectl_entries_add-regex() {
+  local -a line
   _arguments \
+    '--if-unchanged[Refuse, with status 4, if the list is another than when list --token printed this]:TOKEN:{ _message value }' \
     '--kind[What it is held against\: 0 name (default), 1 identifier, 2 path]:N:{ compadd -- 0 1 2 }' \
     '-h[Show this help and exit]' \
     '--help[Show this help and exit]' \
@@ -166,27 +207,139 @@ _typeslatectl_entries_add-regex() {
 }
 
 _typeslatectl_entries_remove() {
+  local -a line
   _arguments \
+    '--if-unchanged[Refuse, with status 4, if the list is another than when list --token printed this]:TOKEN:{ _message value }' \
     '-h[Show this help and exit]' \
     '--help[Show this help and exit]' \
-    ':INDEX:{ compadd -- ${(0)"$(typeslatectl entries list 2>/dev/null | sed -n '\''s/^\([0-9][0-9]*\) .*/\1/p'\'' | tr '\''\n'\'' '\''\0'\'')"} }'
+    ':INDEX:{ _typeslate_ask entries }'
 }
 
 _typeslatectl_entries_set() {
+  local -a line
   _arguments \
+    '--if-unchanged[Refuse, with status 4, if the list is another than when list --token printed this]:TOKEN:{ _message value }' \
     '-h[Show this help and exit]' \
     '--help[Show this help and exit]' \
-    ':INDEX:{ compadd -- ${(0)"$(typeslatectl entries list 2>/dev/null | sed -n '\''s/^\([0-9][0-9]*\) .*/\1/p'\'' | tr '\''\n'\'' '\''\0'\'')"} }' \
-    ':KEY:{ compadd -- Enabled CheckMenuItems ShowFontInFace DupeHandling ShowSets ChangeSize FontSize ShowIcons HierarchicalMenu AllFontsGroup ScriptSort IncludeFAPSets IncludeFEXSets IncludeSuitcaseSets GenerateInactivePreview ModifyFontPanel }' \
-    ':VALUE:{ _message value }'
+    ':INDEX:{ _typeslate_ask entries }' \
+    ':KEY:{ _typeslate_ask options }' \
+    ':VALUE:{ _typeslate_ask values }'
 }
 
-_typeslatectl_entries_get() {
+_typeslatectl_entries_unset() {
+  local -a line
+  _arguments \
+    '--if-unchanged[Refuse, with status 4, if the list is another than when list --token printed this]:TOKEN:{ _message value }' \
+    '-h[Show this help and exit]' \
+    '--help[Show this help and exit]' \
+    ':INDEX:{ _typeslate_ask entries }' \
+    ':KEY:{ _typeslate_ask options }'
+}
+
+_typeslatectl_entries_reset() {
+  local -a line
+  _arguments \
+    '--if-unchanged[Refuse, with status 4, if the list is another than when list --token printed this]:TOKEN:{ _message value }' \
+    '-h[Show this help and exit]' \
+    '--help[Show this help and exit]' \
+    ':INDEX:{ _typeslate_ask entries }'
+}
+
+_typeslatectl_entries_move() {
+  local -a line
+  _arguments \
+    '--if-unchanged[Refuse, with status 4, if the list is another than when list --token printed this]:TOKEN:{ _message value }' \
+    '-h[Show this help and exit]' \
+    '--help[Show this help and exit]' \
+    ':INDEX:{ _typeslate_ask entries }' \
+    ':TO:{ _message value }'
+}
+
+_typeslatectl_entries_rename() {
+  local -a line
+  _arguments \
+    '--if-unchanged[Refuse, with status 4, if the list is another than when list --token printed this]:TOKEN:{ _message value }' \
+    '-h[Show this help and exit]' \
+    '--help[Show this help and exit]' \
+    ':INDEX:{ _typeslate_ask entries }' \
+    ':NAME:{ _message value }'
+}
+
+_typeslatectl_entries_edit() {
+  local -a line
+  _arguments \
+    '--if-unchanged[Refuse, with status 4, if the list is another than when list --token printed this]:TOKEN:{ _message value }' \
+    '--kind[What it is held against\: 0 name, 1 identifier, 2 path; as before by default]:N:{ compadd -- 0 1 2 }' \
+    '-h[Show this help and exit]' \
+    '--help[Show this help and exit]' \
+    ':INDEX:{ _typeslate_ask entries }' \
+    ':EXPRESSION:{ _message value }'
+}
+
+_typeslatectl_entries_duplicate() {
+  local -a line
+  _arguments \
+    '--if-unchanged[Refuse, with status 4, if the list is another than when list --token printed this]:TOKEN:{ _message value }' \
+    '--name[Name of the entry, for an expression]:NAME:{ _message value }' \
+    '-h[Show this help and exit]' \
+    '--help[Show this help and exit]' \
+    ':INDEX:{ _typeslate_ask entries }' \
+    ':COPY:{ _files }'
+}
+
+_typeslatectl_pane() {
+  local curcontext=$curcontext state line
+  local -a commands=(
+    'enable:Switch the module on'
+    'disable:Switch the module off'
+    'logging:Switch the diagnostic log on or off'
+    'status:Tell whether the module and its logging are on'
+  )
+  _arguments -C \
+    '-h[Show this help and exit]' \
+    '--help[Show this help and exit]' \
+    '1:command:->command' \
+    '*::argument:->argument'
+  case $state in
+    command) _describe command commands ;;
+    argument)
+      case $line[1] in
+        enable) _typeslatectl_pane_enable ;;
+        disable) _typeslatectl_pane_disable ;;
+        logging) _typeslatectl_pane_logging ;;
+        status) _typeslatectl_pane_status ;;
+      esac ;;
+  esac
+}
+
+_typeslatectl_pane_enable() {
+  local -a line
+  _arguments \
+    '-h[Show this help and exit]' \
+    '--help[Show this help and exit]'
+}
+
+_typeslatectl_pane_disable() {
+  local -a line
+  _arguments \
+    '-h[Show this help and exit]' \
+    '--help[Show this help and exit]'
+}
+
+_typeslatectl_pane_logging() {
+  local -a line
   _arguments \
     '-h[Show this help and exit]' \
     '--help[Show this help and exit]' \
-    ':INDEX:{ compadd -- ${(0)"$(typeslatectl entries list 2>/dev/null | sed -n '\''s/^\([0-9][0-9]*\) .*/\1/p'\'' | tr '\''\n'\'' '\''\0'\'')"} }' \
-    ':KEY:{ _message value }'
+    ':STATE:{ compadd -- on off }'
+}
+
+_typeslatectl_pane_status() {
+  local -a line
+  _arguments \
+    '--json[As JSON]' \
+    '-h[Show this help and exit]' \
+    '--help[Show this help and exit]'
 }
 
 _typeslatectl_catalog() {
@@ -217,6 +370,7 @@ _typeslatectl_catalog() {
 }
 
 _typeslatectl_catalog_parse() {
+  local -a line
   _arguments \
     '--database[Font name database to read before the lists]:FILE:{ _files }' \
     '-h[Show this help and exit]' \
@@ -225,6 +379,7 @@ _typeslatectl_catalog_parse() {
 }
 
 _typeslatectl_catalog_build() {
+  local -a line
   _arguments \
     '--verbose[Print on standard error what is found and read, whether or not the setting logs it]' \
     '-h[Show this help and exit]' \
@@ -232,6 +387,7 @@ _typeslatectl_catalog_build() {
 }
 
 _typeslatectl_catalog_show() {
+  local -a line
   _arguments \
     '-h[Show this help and exit]' \
     '--help[Show this help and exit]' \
@@ -239,6 +395,7 @@ _typeslatectl_catalog_show() {
 }
 
 _typeslatectl_catalog_list() {
+  local -a line
   _arguments \
     '--family[Only those of this family, the record'\''s "FullName"]:NAME:{ _message value }' \
     '-h[Show this help and exit]' \
@@ -246,6 +403,7 @@ _typeslatectl_catalog_list() {
 }
 
 _typeslatectl_catalog_stats() {
+  local -a line
   _arguments \
     '-h[Show this help and exit]' \
     '--help[Show this help and exit]'
@@ -277,6 +435,7 @@ _typeslatectl_login-items() {
 }
 
 _typeslatectl_login-items_list() {
+  local -a line
   _arguments \
     '--json[As JSON, with every key]' \
     '-h[Show this help and exit]' \
@@ -284,6 +443,7 @@ _typeslatectl_login-items_list() {
 }
 
 _typeslatectl_login-items_add() {
+  local -a line
   _arguments \
     '--hide[Start it quietly]' \
     '-h[Show this help and exit]' \
@@ -292,18 +452,20 @@ _typeslatectl_login-items_add() {
 }
 
 _typeslatectl_login-items_remove() {
+  local -a line
   _arguments \
     '--path[Remove those with exactly this path instead]:TEXT:{ _message value }' \
     '-h[Show this help and exit]' \
     '--help[Show this help and exit]' \
-    ':IDENTIFIER:{ _message value }'
+    ':IDENTIFIER:{ _typeslate_ask login-items }'
 }
 
 _typeslatectl_login-items_check() {
+  local -a line
   _arguments \
     '-h[Show this help and exit]' \
     '--help[Show this help and exit]' \
-    ':IDENTIFIER:{ _message value }' \
+    ':IDENTIFIER:{ _typeslate_ask login-items }' \
     ':PATH:{ _files }'
 }
 
@@ -331,18 +493,21 @@ _typeslatectl_helper() {
 }
 
 _typeslatectl_helper_start() {
+  local -a line
   _arguments \
     '-h[Show this help and exit]' \
     '--help[Show this help and exit]'
 }
 
 _typeslatectl_helper_stop() {
+  local -a line
   _arguments \
     '-h[Show this help and exit]' \
     '--help[Show this help and exit]'
 }
 
 _typeslatectl_helper_status() {
+  local -a line
   _arguments \
     '--json[As JSON]' \
     '-h[Show this help and exit]' \
@@ -375,6 +540,7 @@ _typeslatectl_update() {
 }
 
 _typeslatectl_update_status() {
+  local -a line
   _arguments \
     '--json[As JSON]' \
     '--from-module[As the module asks from within an application\: soon after the login nothing is due]' \
@@ -383,6 +549,7 @@ _typeslatectl_update_status() {
 }
 
 _typeslatectl_update_check() {
+  local -a line
   _arguments \
     '--now[Whether or not one is due]' \
     '--from-module[As the module asks from within an application\: soon after the login nothing is due]' \
@@ -391,6 +558,7 @@ _typeslatectl_update_check() {
 }
 
 _typeslatectl_update_schedule() {
+  local -a line
   _arguments \
     '-h[Show this help and exit]' \
     '--help[Show this help and exit]' \
@@ -398,6 +566,7 @@ _typeslatectl_update_schedule() {
 }
 
 _typeslatectl_update_interval() {
+  local -a line
   _arguments \
     '-h[Show this help and exit]' \
     '--help[Show this help and exit]' \
@@ -405,6 +574,7 @@ _typeslatectl_update_interval() {
 }
 
 _typeslatectl_watch() {
+  local -a line
   _arguments \
     '-h[Show this help and exit]' \
     '--help[Show this help and exit]'

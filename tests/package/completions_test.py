@@ -1,6 +1,7 @@
-"""Tab in the real shells, on names that others have chosen: completions_test.py BUILD
+"""Tab in the real shells: completions_test.py BUILD
 
-A name is completed to one word of the shell, and nothing in it is run.
+Names that others have chosen are completed to one word of the shell each, and nothing in them is run; entries, keys and
+values to what the program knows.
 """
 import os, pathlib, pty, shutil, subprocess, sys, tempfile, time
 
@@ -15,6 +16,18 @@ SHELLS = {
 }
 # The name's beginning as the user types it, and the name.
 NAMES = {"ev": "ev il$(touch RUN)`touch RUN`", "qu": "qu'o\"te\\;&|*", "li": "li\nne", "$": "$HOME;touch RUN"}
+
+# What is typed, and what that prints or leaves to be printed.
+LINES = {
+    "typeslatectl entries get na\tAl\t Na\t": '"Alpha"\n',
+    "typeslatectl entries get id:org.e\t Ty\t": '"Identifier"\n',
+    "typeslatectl entries se\t name:Two\t Dup\tma\t && typeslatectl entries get 2 Dup\t": "2\n",
+    "typeslatectl entries unset 2 DupeH\t --if-\tnone": "typeslatectl: the list of entries has changed since its token was printed\n",
+    "typeslatectl defaults read com.tarn\t The\t | wc -l | sed 's/[1-9][0-9]*/some/'": "some\n",
+    "typeslatectl defaults export com.tarn\t --form\txm\t - | grep -c '<plist'": "1\n",
+    "typeslatectl pane log\tmaybe": "typeslatectl: STATE: not one of these: on, off (--help tells more)\n",
+    "typeslatectl login-items remove org.ex\t && typeslatectl login-items list --js\t": "[]\n",
+}
 
 
 def wait_for(condition):
@@ -58,12 +71,20 @@ for shell, (_, _, quotes) in SHELLS.items():
             home = pathlib.Path(folder)
             for file in COMPLETIONS.glob("typeslatectl.*"):
                 shutil.copy(file, home / ("_typeslatectl" if file.suffix == ".zsh" else file.name))
+            run = lambda *arguments: subprocess.run([BUILD / "bin/typeslatectl", *arguments], check=True, cwd=home,
+                                                    env={"HOME": folder, "PATH": os.environ["PATH"]})
             for number, name in enumerate(NAMES.values()):
-                subprocess.run([BUILD / "bin/typeslatectl", "defaults", "write", name, "k", str(number)], check=True,
-                               env={"HOME": folder, "PATH": os.environ["PATH"]})
+                run("defaults", "write", name, "k", str(number))
+            (home / "org.example.Alpha.desktop").write_text("[Desktop Entry]\nType=Application\nName=Alpha\nExec=sh\n")
+            run("entries", "add", "org.example.Alpha.desktop")
+            run("entries", "add-regex", "Two words", "two")
+            run("login-items", "add", "org.example.Alpha.desktop")
             typed = ["\\" + start if start == "$" and quote != "'" else start for start in NAMES]
-            said = complete(shell, home, [f"typeslatectl defaults read {quote}{start}\t k" for start in typed])
-            assert said == [f"{number}\n" for number in range(len(NAMES))], (shell, quote, said)
+            lines = {f"typeslatectl defaults read {quote}{start}\t k\t": f"{number}\n" for number, start in enumerate(typed)}
+            if not quote:
+                lines |= LINES
+            for line, said in zip(lines, complete(shell, home, lines)):
+                assert said == lines[line], (shell, quote, line, said)
             assert not (home / "RUN").exists(), (shell, quote)
 if missing := [shell for shell in SHELLS if not shutil.which(shell)]:
     print("not tried, as they are not installed:", *missing)
