@@ -22,6 +22,7 @@ FirstPaint::FirstPaint(QWidget& widget, std::function<void()> function) : functi
 }
 
 bool FirstPaint::eventFilter(QObject* widget, QEvent* event) {
+    if (isOver()) return false;  // called before anybody saw the widget
     if (event->type() == QEvent::Show && !timer_.isActive()) timer_.start(kUnseen);
     if (event->type() == QEvent::Paint) timer_.start(0);
     if (event->type() == QEvent::Paint) widget->removeEventFilter(this);
