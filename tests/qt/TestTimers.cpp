@@ -1,6 +1,10 @@
 #include "propertylist/Date.h"
 #include "qt/QtRunLoop.h"
+#include "qt/controls/FirstPaint.h"
 #include "tests/qt/QtTest.h"
+
+#include <QPaintEvent>
+#include <QShowEvent>
 
 using namespace platform;
 
@@ -41,4 +45,18 @@ TEST(TimersFireOnTheirDatesAndMayBeMovedUntilTheyAreOver) {
     once->setFireDate(loop.now());
     settle();
     CHECK(once->fireDate() == date && order.size() == 15);
+}
+
+TEST(WhatWaitsForAWindowThatIsSeenLateComesOnce) {
+    useApplication();
+    QWidget widget;
+    int calls = 0;
+    qt::FirstPaint first(widget, [&] { ++calls; });
+    QShowEvent shown;
+    QPaintEvent painted(QRect(0, 0, 1, 1));
+    QCoreApplication::sendEvent(&widget, &shown);
+    CHECK(waitFor([&] { return first.isOver(); }));
+    QCoreApplication::sendEvent(&widget, &painted);
+    settle();
+    CHECK_EQ(calls, 1);
 }
