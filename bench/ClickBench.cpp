@@ -158,7 +158,8 @@ private:
                             .log = log_,
                             .processes = world_.processes,
                             .launcher = world_.launcher,
-                            .dates = world_.dates}};
+                            .dates = world_.dates,
+                            .documents = world_.documents}};
     fake::TableView table_;
     fake::Button box_;
 };

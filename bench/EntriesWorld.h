@@ -52,7 +52,8 @@ public:
                                         .log = log_,
                                         .processes = world_.processes,
                                         .launcher = world_.launcher,
-                                        .dates = world_.dates});
+                                        .dates = world_.dates,
+                                        .documents = world_.documents});
     }
     ~EntriesWorld() {
         pane.reset();

@@ -77,10 +77,15 @@ public:
     // Change propagation. The broadcast goes out 2 seconds after the last call of queueForFiring.
     void queueForFiring();
     void prefsFire();  // the timer's action
-    // The writer's sequence for a change of one entry, wherever it stands now (see commit). Where it is no more nothing
-    // is changed and nobody told: the user is shown what is there instead, and the host tells why. A change that throws
-    // is not stored, nobody is told, and the pane is of no use any more.
+    // The writer's sequence: stores the changed list, synchronises, lets the caller show it anew, starts or restarts
+    // the broadcast timer and posts the notification. A change of the list is a platform::PreferenceChange of it; while
+    // the stored list cannot be read it is not changed at all. False when the change is not on the disk: it then waits
+    // in the store for a later synchronize, and others are told when that succeeds.
     using List = std::vector<platform::PropertyList>;
+    bool commit(std::function<void(List&)> change, const std::function<void()>& showAnew);
+    // The same for one entry, wherever it stands now. Where it is no more nothing is changed and nobody told: the user
+    // is shown what is there instead, and the host tells why. A change that throws is not stored, nobody is told, and
+    // the pane is of no use any more.
     using EntryChange = std::function<void(List&, std::size_t row)>;
     bool commitEntry(settings::EntryIdentity target, EntryChange change,
                      const std::function<void(std::size_t row)>& showAnew);
@@ -187,13 +192,6 @@ private:
 
     platform::PropertyList entryList() const;
     platform::PropertyList entryAtRow(int row) const;  // nothing outside the list
-    // Saving and announcing. A change of the list is a platform::PreferenceChange of it; while the stored list cannot
-    // be read it is not changed at all.
-    //
-    // The writer's sequence: stores the changed list, synchronises, lets the caller show it anew, starts or restarts
-    // the broadcast timer and posts the notification. False when the change is not on the disk: it then waits in the
-    // store for a later synchronize, and others are told when that succeeds.
-    bool commit(std::function<void(List&)> change, const std::function<void()>& showAnew);
     // Null while the stored list cannot be read; else what the change did when it was last made.
     using Edits = std::shared_ptr<entrylist::ListEdits>;
     Edits changeList(std::function<void(List&)> change);

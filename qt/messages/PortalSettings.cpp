@@ -23,7 +23,7 @@ PortalSettings::PortalSettings(QDBusConnection bus, std::vector<Setting> setting
       settings_(std::move(settings)),
       handler_(std::move(handler)),
       starts_(QLatin1String(kService), bus_, QDBusServiceWatcher::WatchForRegistration),
-      changes_(new SignalReceiver(bus_, kPath, kInterface, "SettingChanged", {}, "ssv",
+      changes_(new SignalReceiver(bus_, {kPath, kInterface, "SettingChanged", "ssv"}, {},
                                   [this](const QDBusMessage& signal) { takeChange(signal); })) {
     QObject::connect(&starts_, &QDBusServiceWatcher::serviceRegistered, &context_, [this] { ask(); });
     ask();

@@ -30,7 +30,7 @@ QString asOneLine(QString text) {
         return code == 0x061C || code == 0x200E || code == 0x200F || (code >= 0x202A && code <= 0x202E) ||
                (code >= 0x2066 && code <= 0x2069);
     };
-    text.erase(std::remove_if(text.begin(), text.end(), turnsRound), text.end());
+    text.truncate(std::remove_if(text.begin(), text.end(), turnsRound) - text.begin());
     for (QChar& c : text)
         if (c.category() == QChar::Other_Control || c == QChar::LineSeparator || c == QChar::ParagraphSeparator)
             c = QLatin1Char(' ');
