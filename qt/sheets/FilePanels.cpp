@@ -94,7 +94,10 @@ void openChoice(QWidget* window, const ChoiceRequest& request, const Bundle* tex
         group->addButton(button, static_cast<int>(group->buttons().size()));
         layout->addWidget(button);
     }
-    if (QAbstractButton* first = group->button(0)) first->setChecked(true);
+    if (QAbstractButton* first = group->button(0)) {
+        first->setChecked(true);
+        first->setFocus();
+    }
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel, dialog);
     buttons->addButton(toQString(request.prompt), QDialogButtonBox::AcceptRole)->setDefault(true);
     buttons->button(QDialogButtonBox::Cancel)->setText(localized(texts, "&Cancel"));

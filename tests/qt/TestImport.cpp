@@ -27,11 +27,12 @@ std::string heard(const QTreeView& tree, const QModelIndex& index) {
     return text;
 }
 
-struct Stage {
-    Stage() {
-        useApplication();
-        window.show();
-    }
+struct Application {
+    Application() { useApplication(); }
+};
+
+struct Stage : Application {
+    Stage() { window.show(); }
 
     QWidget window;
     std::vector<std::string> told;
@@ -106,20 +107,19 @@ struct Stage {
         }
         settle();
     }
-    QTreeView* tree() const { return window.findChild<QTreeView*>(); }
+    QTreeView* tree() const { return window.findChild<QTreeView*>(QStringLiteral("importEntries")); }
     std::map<std::string, std::string> values() const {
         std::map<std::string, std::string> all;
+        if (!tree()) return all;
         for (const auto* label : window.findChildren<QLabel*>())
             if (label->objectName().startsWith(QStringLiteral("import")) && label->isVisible())
                 all[label->objectName().toStdString()] = label->text().toStdString();
         for (const auto* button : window.findChildren<QAbstractButton*>())
             if (button->objectName() == QStringLiteral("importTakeTheirs"))
                 all["theirs for all"] = button->isEnabled() ? "on" : "off";
-        if (const QTreeView* shown = tree()) {
-            int line = 10;
-            for (QModelIndex at = shown->model()->index(0, 0); at.isValid() && line < 20; at = shown->indexBelow(at))
-                all[std::to_string(line++)] = heard(*shown, at);
-        }
+        int line = 10;
+        for (QModelIndex at = tree()->model()->index(0, 0); at.isValid() && line < 20; at = tree()->indexBelow(at))
+            all[std::to_string(line++)] = heard(*tree(), at);
         for (const auto& [name, value] : seen)
             if (!all.contains(name)) all[name] = "";
         return all;
