@@ -29,9 +29,17 @@ QString localizedText(const Bundle* texts, const char* english,
 }
 
 ImportModel::ImportModel(std::vector<ImportRow> rows, const Bundle* texts, QObject* parent)
-    : QAbstractItemModel(parent), rows_(std::move(rows)), texts_(texts), takesTheirs_(rows_.size()) {
+    : QAbstractItemModel(parent), rows_(std::move(rows)), takesTheirs_(rows_.size()) {
     for (std::size_t row = 0; row < rows_.size(); ++row)
         members_[static_cast<std::size_t>(rows_[row].group)].push_back(row);
+    const char* titles[] = {localizable("To be added (%d)"), localizable("In the list with other settings (%d)"),
+                            localizable("In the list already, equal (%d)"), localizable("To be removed (%d)")};
+    for (std::size_t group = 0; group < groupTitles_.size(); ++group)
+        groupTitles_[group] = localizedText(texts, titles[group], {members_[group].size()});
+    columnTitles_ = {localizedText(texts, "Entry"), localizedText(texts, "Decision"),
+                     localizedText(texts, "What differs: mine → theirs")};
+    keepMine_ = localizedText(texts, "Keep mine");
+    takeTheirs_ = localizedText(texts, "Take theirs");
 }
 
 // Whole groups come and go, so the view is told so of the last one alone.
@@ -109,19 +117,11 @@ int ImportModel::rowCount(const QModelIndex& parent) const {
 
 int ImportModel::columnCount(const QModelIndex&) const { return ColumnCount; }
 
-QString ImportModel::groupTitle(Group group) const {
-    static constexpr std::array<const char*, 4> kTitles{
-        localizable("To be added (%d)"), localizable("In the list with other settings (%d)"),
-        localizable("In the list already, equal (%d)"), localizable("To be removed (%d)")};
-    return localizedText(texts_, kTitles[static_cast<std::size_t>(group)], {count(group)});
-}
-
 QString ImportModel::entryText(const QModelIndex& index, std::size_t row) const {
     const ImportRow& entry = rows_[row];
     if (index.column() == Name) return shortened(asOneLine(toQString(entry.name)), kLongestText);
     if (entry.group != Group::Conflict) return {};
-    if (index.column() == Decision)
-        return localizedText(texts_, takesTheirs(index) ? localizable("Take theirs") : localizable("Keep mine"));
+    if (index.column() == Decision) return takesTheirs(index) ? takeTheirs_ : keepMine_;
     return shortened(asOneLine(toQString(entry.difference)), kLongestText);
 }
 
@@ -135,7 +135,10 @@ QVariant ImportModel::data(const QModelIndex& index, int role) const {
             return bold;
         }
         const bool isText = role == Qt::DisplayRole || role == Qt::AccessibleTextRole;
-        return isText ? QVariant(groupTitle(shownGroups()[static_cast<std::size_t>(index.row())])) : QVariant();
+        return isText
+                   ? QVariant(
+                         groupTitles_[static_cast<std::size_t>(shownGroups()[static_cast<std::size_t>(index.row())])])
+                   : QVariant();
     }
     const std::size_t row = rowOf(index);
     if (role == Qt::CheckStateRole && index.column() == Name && isDecidable(index))
@@ -159,10 +162,8 @@ bool ImportModel::setData(const QModelIndex& index, const QVariant& value, int r
 }
 
 QVariant ImportModel::headerData(int section, Qt::Orientation orientation, int role) const {
-    static constexpr std::array<const char*, ColumnCount> kTitles{localizable("Entry"), localizable("Decision"),
-                                                                  localizable("What differs: mine → theirs")};
     if (orientation != Qt::Horizontal || role != Qt::DisplayRole) return {};
-    return localizedText(texts_, kTitles[static_cast<std::size_t>(section)]);
+    return columnTitles_[static_cast<std::size_t>(section)];
 }
 
 Qt::ItemFlags ImportModel::flags(const QModelIndex& index) const {

@@ -51,11 +51,13 @@ public:
 private:
     std::vector<Group> shownGroups() const;
     std::size_t rowOf(const QModelIndex& index) const;  // in the request, of an entry
-    QString groupTitle(Group group) const;
     QString entryText(const QModelIndex& index, std::size_t row) const;
 
     const std::vector<platform::ImportRow> rows_;
-    const platform::Bundle* const texts_;
+    // All that it says: it may be asked as long as its view lives, which the bundle may not.
+    std::array<QString, 4> groupTitles_;
+    std::array<QString, ColumnCount> columnTitles_;
+    QString keepMine_, takeTheirs_;
     std::array<std::vector<std::size_t>, 4> members_;
     std::vector<bool> takesTheirs_;
     bool replacesList_ = false;

@@ -71,12 +71,13 @@ struct Stage : Application {
         ChoiceRequest request{"Title", "Go", {}};
         for (std::string word = w.next(); !word.empty(); word = w.next()) request.choices.push_back(word);
         qt::openChoice(&window, request, nullptr, [this](int choice) { told.push_back(std::to_string(choice)); });
+        settle();
     }
     void save(Words& w) {
         const std::string start = folder / "";
         qt::openSavePanel(&window, {"Save", start + "entries", {{"List", "plist"}, {"JSON", "json"}}},
                           [this, start](const std::string& path) {
-                              told.push_back(path.starts_with(start) ? path.substr(start.size()) : path);
+                              told.push_back(path.empty() ? "no file" : path.substr(start.size()));
                           });
         auto& panel = *window.findChild<QFileDialog*>();
         if (const std::string type = w.next(); !type.empty()) {
