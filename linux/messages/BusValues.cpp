@@ -193,7 +193,7 @@ PropertyList basicFrom(DBusMessageIter& at, int type) {
 }  // namespace
 
 bool appendToMessage(DBusMessageIter& to, const PropertyList& dictionary) {
-    const bool fits = isNestedWithin(dictionary, kDeepestUserInfo + 1);
+    const bool fits = isNestedWithin(dictionary, kDeepestUserInfo);
     appendPairs(to, fits ? dictionary : PropertyList());
     return fits;
 }

@@ -86,8 +86,20 @@ EventLoop::EventLoop() {
     sigemptyset(&mask);
     sigaddset(&mask, SIGINT);
     sigaddset(&mask, SIGTERM);
-    pthread_sigmask(SIG_BLOCK, &mask, nullptr);
+    pthread_sigmask(SIG_BLOCK, &mask, &maskBefore_);
     endSignals_ = Descriptor(FileAccess::system(), signalfd(-1, &mask, SFD_CLOEXEC | SFD_NONBLOCK));
+}
+
+// What came too late to end the loop must not end the program.
+EventLoop::~EventLoop() {
+    while (isAskedToEnd()) {
+    }
+    pthread_sigmask(SIG_SETMASK, &maskBefore_, nullptr);
+}
+
+bool EventLoop::isAskedToEnd() {
+    signalfd_siginfo signal;
+    return ::read(endSignals_.number(), &signal, sizeof signal) == sizeof signal;
 }
 
 Date EventLoop::now() const { return LinuxClock().now(); }
@@ -124,8 +136,7 @@ void EventLoop::run(Source& source) {
             if (errno == EINTR) continue;
             return;
         }
-        signalfd_siginfo signal;
-        if (::read(endSignals_.number(), &signal, sizeof signal) == sizeof signal) return;
+        if (isAskedToEnd()) return;
     }
 }
 

@@ -5,18 +5,22 @@
 #include "linux/files/FileAccess.h"
 #include "platform/RunLoop.h"
 
+#include <csignal>
 #include <functional>
 #include <memory>
 #include <vector>
 
 namespace linux {
 
-// From its construction on SIGINT and SIGTERM do nothing but end run(), at once when they came before it; so it is made
-// before any other thread is, which would be killed by them. A timer fires when the time to its date has passed, or a
+// From its construction to its end SIGINT and SIGTERM do nothing but end run(), at once when they came before it; so it
+// is made before any other thread is, which would be killed by them. Programs started meanwhile have them blocked, too,
+// unless whoever starts them sees to it. A timer fires when the time to its date has passed, or a
 // little later, whatever becomes of the wall clock meanwhile. The loop outlives its timers.
 class EventLoop final : public platform::RunLoop {
 public:
     EventLoop();
+    ~EventLoop();
+    EventLoop(const EventLoop&) = delete;
     platform::Date now() const override;
     std::unique_ptr<platform::Timer> scheduleTimer(double seconds, bool repeats, std::function<void()> action) override;
 
@@ -36,9 +40,11 @@ public:
 private:
     class Schedule;
     class LoopTimer;
+    bool isAskedToEnd();             // once for each signal
     int millisecondsToWait() const;  // -1: for ever
     void fireTimers();
 
+    sigset_t maskBefore_;
     Descriptor endSignals_;
     std::vector<std::weak_ptr<Schedule>> schedules_;
     bool isStopped_ = false;
