@@ -52,7 +52,7 @@ _typeslatectl() {
     case "$at $word" in
       *' --database' | *' --family' | *' --format' | *' --if-unchanged' | *' --kind' | *' --name' | *' --path' | *' --wait') ((++i)) ;;
       *' -'*) ;;
-      ' defaults' | ' defaults read' | ' defaults write' | ' defaults delete' | ' defaults domains' | ' defaults export' | ' defaults import' | ' entries' | ' entries list' | ' entries get' | ' entries add' | ' entries add-regex' | ' entries remove' | ' entries set' | ' entries unset' | ' entries reset' | ' entries move' | ' entries rename' | ' entries edit' | ' entries duplicate' | ' pane' | ' pane enable' | ' pane disable' | ' pane logging' | ' pane status' | ' catalog' | ' catalog parse' | ' catalog build' | ' catalog show' | ' catalog list' | ' catalog stats' | ' login-items' | ' login-items list' | ' login-items add' | ' login-items remove' | ' login-items check' | ' helper' | ' helper start' | ' helper stop' | ' helper status' | ' update' | ' update status' | ' update check' | ' update schedule' | ' update interval' | ' watch') at+=" $word" ;;
+      ' defaults' | ' defaults read' | ' defaults write' | ' defaults delete' | ' defaults domains' | ' defaults export' | ' defaults import' | ' entries' | ' entries list' | ' entries get' | ' entries add' | ' entries add-regex' | ' entries remove' | ' entries set' | ' entries unset' | ' entries reset' | ' entries move' | ' entries rename' | ' entries edit' | ' entries duplicate' | ' entries export' | ' entries import' | ' pane' | ' pane enable' | ' pane disable' | ' pane logging' | ' pane status' | ' catalog' | ' catalog parse' | ' catalog build' | ' catalog show' | ' catalog list' | ' catalog stats' | ' login-items' | ' login-items list' | ' login-items add' | ' login-items remove' | ' login-items check' | ' helper' | ' helper start' | ' helper stop' | ' helper status' | ' update' | ' update status' | ' update check' | ' update schedule' | ' update interval' | ' watch') at+=" $word" ;;
       *) given+=("$word") ;;
     esac
   done
@@ -73,6 +73,7 @@ _typeslatectl() {
     ' entries edit --kind') _typeslate_offer < <(printf '%s\0' 0 1 2); return ;;
     ' entries duplicate --if-unchanged') :; return ;;
     ' entries duplicate --name') :; return ;;
+    ) :; return ;;
     ' catalog parse --database') _typeslate_files -f; return ;;
     ' catalog list --family') :; return ;;
     ' login-items remove --path') :; return ;;
@@ -93,6 +94,8 @@ _typeslatectl() {
       ' entries rename') _typeslate_offer < <(printf '%s\0' --if-unchanged --help) ;;
       ' entries edit') _typeslate_offer < <(printf '%s\0' --if-unchanged --kind --help) ;;
       ' entries duplicate') _typeslate_offer < <(printf '%s\0' --if-unchanged --name --help) ;;
+      ' entries export') _typeslate_offer < <(printf '%s\0' --all --json --help) ;;
+      ' entries import') _typeslate_offer < <(printf '%s\0' --dry-run --json --help) ;;
       ' pane status') _typeslate_offer < <(printf '%s\0' --json --help) ;;
       ' catalog parse') _typeslate_offer < <(printf '%s\0' --database --help) ;;
       ' catalog build') _typeslate_offer < <(printf '%s\0' --verbose --help) ;;
@@ -120,7 +123,7 @@ _typeslatectl() {
     ' defaults export:1') _typeslate_files -f ;;
     ' defaults import:0') _typeslate_ask domains ;;
     ' defaults import:1') _typeslate_files -f ;;
-    ' entries:0') _typeslate_offer < <(printf '%s\0' list get add add-regex remove set unset reset move rename edit duplicate) ;;
+    ' entries:0') _typeslate_offer < <(printf '%s\0' list get add add-regex remove set unset reset move rename edit duplicate export import) ;;
     ' entries get:0') _typeslate_ask entries ;;
     ' entries get:1') _typeslate_ask entry-keys ;;
     ' entries add:'*) _typeslate_files -f ;;
@@ -136,6 +139,9 @@ _typeslatectl() {
     ' entries edit:0') _typeslate_ask entries ;;
     ' entries duplicate:0') _typeslate_ask entries ;;
     ' entries duplicate:1') _typeslate_files -f ;;
+    ' entries export:'*) _typeslate_ask entries ;;
+    ' entries export:1') _typeslate_files -f ;;
+    ' entries import:0') _typeslate_files -f ;;
     ' pane:0') _typeslate_offer < <(printf '%s\0' enable disable logging status) ;;
     ' pane logging:0') _typeslate_offer < <(printf '%s\0' on off) ;;
     ' catalog:0') _typeslate_offer < <(printf '%s\0' parse build show list stats) ;;

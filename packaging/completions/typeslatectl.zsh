@@ -141,6 +141,8 @@ _typeslatectl_entries() {
     'rename:Name an entry for an expression anew'
     'edit:Change the expression of an entry'
     'duplicate:Add an entry with the options of another'
+    'export:Write entries into a file that import takes'
+    'import:Take entries from a file that export has written'
   )
   _arguments -C \
     '-h[Show this help and exit]' \
@@ -163,6 +165,8 @@ _typeslatectl_entries() {
         rename) _typeslatectl_entries_rename ;;
         edit) _typeslatectl_entries_edit ;;
         duplicate) _typeslatectl_entries_duplicate ;;
+        export) _typeslatectl_entries_export ;;
+        import) _typeslatectl_entries_import ;;
       esac ;;
   esac
 }
@@ -285,6 +289,27 @@ _typeslatectl_entries_duplicate() {
     '--help[Show this help and exit]' \
     ':INDEX:{ _typeslate_ask entries }' \
     ':COPY:{ _files }'
+}
+
+_typeslatectl_entries_export() {
+  local -a line
+  _arguments \
+    '--all[The whole list]' \
+    '--json[JSON on standard output, too]' \
+    '-h[Show this help and exit]' \
+    '--help[Show this help and exit]' \
+    '*:INDEX:{ _typeslate_ask entries }' \
+    ':FILE:{ _files }'
+}
+
+_typeslatectl_entries_import() {
+  local -a line
+  _arguments \
+    '--dry-run[Only show what would be done]' \
+    '--json[Show it as JSON, with every key]' \
+    '-h[Show this help and exit]' \
+    '--help[Show this help and exit]' \
+    ':FILE:{ _files }'
 }
 
 _typeslatectl_pane() {
