@@ -20,9 +20,9 @@ struct Message {
     enum class Button { None, TryAgain, ShowInFolder, Offered };
 
     Tone tone = Tone::Information;
-    Button button = Button::None;  // beside the one that closes it
-    std::string text = {};         // plain, in the user's language
-    std::string path = {};         // of the file that it is about; empty for none
+    Button button = Button::None;        // beside the one that closes it
+    std::string text = {};               // plain, in the user's language
+    std::string path = {};               // of the file that it is about; empty for none
     platform::ActionMessage offer = {};  // Offered: the button's texts, and what it does
 };
 

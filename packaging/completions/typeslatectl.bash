@@ -50,7 +50,7 @@ _typeslatectl() {
   for ((i = 1; i < ${#words[@]} - 1; ++i)); do
     word=${words[i]}
     case "$at $word" in
-      *' --database' | *' --family' | *' --format' | *' --if-unchanged' | *' --kind' | *' --name' | *' --path' | *' --wait') ((++i)) ;;
+      *' --database' | *' --family' | *' --format' | *' --if-unchanged' | *' --kind' | *' --merge' | *' --name' | *' --path' | *' --wait') ((++i)) ;;
       *' -'*) ;;
       ' defaults' | ' defaults read' | ' defaults write' | ' defaults delete' | ' defaults domains' | ' defaults export' | ' defaults import' | ' entries' | ' entries list' | ' entries get' | ' entries add' | ' entries add-regex' | ' entries remove' | ' entries set' | ' entries unset' | ' entries reset' | ' entries move' | ' entries rename' | ' entries edit' | ' entries duplicate' | ' entries export' | ' entries import' | ' pane' | ' pane enable' | ' pane disable' | ' pane logging' | ' pane status' | ' catalog' | ' catalog parse' | ' catalog build' | ' catalog show' | ' catalog list' | ' catalog stats' | ' login-items' | ' login-items list' | ' login-items add' | ' login-items remove' | ' login-items check' | ' helper' | ' helper start' | ' helper stop' | ' helper status' | ' update' | ' update status' | ' update check' | ' update schedule' | ' update interval' | ' watch') at+=" $word" ;;
       *) given+=("$word") ;;
@@ -73,7 +73,7 @@ _typeslatectl() {
     ' entries edit --kind') _typeslate_offer < <(printf '%s\0' 0 1 2); return ;;
     ' entries duplicate --if-unchanged') :; return ;;
     ' entries duplicate --name') :; return ;;
-    ) :; return ;;
+    ' entries import --merge') _typeslate_offer < <(printf '%s\0' ours theirs); return ;;
     ' catalog parse --database') _typeslate_files -f; return ;;
     ' catalog list --family') :; return ;;
     ' login-items remove --path') :; return ;;
@@ -95,7 +95,7 @@ _typeslatectl() {
       ' entries edit') _typeslate_offer < <(printf '%s\0' --if-unchanged --kind --help) ;;
       ' entries duplicate') _typeslate_offer < <(printf '%s\0' --if-unchanged --name --help) ;;
       ' entries export') _typeslate_offer < <(printf '%s\0' --all --json --help) ;;
-      ' entries import') _typeslate_offer < <(printf '%s\0' --dry-run --json --help) ;;
+      ' entries import') _typeslate_offer < <(printf '%s\0' --merge --replace --dry-run --json --help) ;;
       ' pane status') _typeslate_offer < <(printf '%s\0' --json --help) ;;
       ' catalog parse') _typeslate_offer < <(printf '%s\0' --database --help) ;;
       ' catalog build') _typeslate_offer < <(printf '%s\0' --verbose --help) ;;

@@ -7,7 +7,7 @@ function __typeslatectl_given
     for word in (commandline -opc)
         if $takes
             set takes false
-        else if contains -- $word --database --family --format --if-unchanged --kind --name --path --wait
+        else if contains -- $word --database --family --format --if-unchanged --kind --merge --name --path --wait
             set takes true
         else if not string match -q -- '-*' $word
             set -a words $word
@@ -116,10 +116,11 @@ complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and __fish_see
 complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and __fish_seen_subcommand_from export' -s h -l help -d 'Show this help and exit'
 complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and __fish_seen_subcommand_from export; and test (count (__typeslatectl_given 4)) -ge 0' -a '(typeslatectl complete entries -- "$(commandline -ct)" (__typeslatectl_given 4) 2>/dev/null | string split0)'
 complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and __fish_seen_subcommand_from export; and test (count (__typeslatectl_given 4)) = 1' -F
+complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and __fish_seen_subcommand_from import' -l merge -x -a 'ours theirs' -d 'Of entries that are in the list with other settings, keep ours or take theirs'
+complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and __fish_seen_subcommand_from import' -l replace -d 'The list becomes what the file has, in its order'
 complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and __fish_seen_subcommand_from import' -l dry-run -d 'Only show what would be done'
 complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and __fish_seen_subcommand_from import' -l json -d 'Show it as JSON, with every key'
 complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and __fish_seen_subcommand_from import' -s h -l help -d 'Show this help and exit'
-complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and __fish_seen_subcommand_from import'  -x -d 'settings, keep ours or take theirs'
 complete -c typeslatectl -n '__fish_seen_subcommand_from entries; and __fish_seen_subcommand_from import; and test (count (__typeslatectl_given 4)) = 0' -F
 complete -c typeslatectl -n '__fish_seen_subcommand_from pane; and not __fish_seen_subcommand_from enable disable logging status' -a enable -d 'Switch the module on'
 complete -c typeslatectl -n '__fish_seen_subcommand_from pane; and not __fish_seen_subcommand_from enable disable logging status' -a disable -d 'Switch the module off'

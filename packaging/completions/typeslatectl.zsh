@@ -305,6 +305,8 @@ _typeslatectl_entries_export() {
 _typeslatectl_entries_import() {
   local -a line
   _arguments \
+    '--merge[Of entries that are in the list with other settings, keep ours or take theirs]:WHICH:{ compadd -- ours theirs }' \
+    '--replace[The list becomes what the file has, in its order]' \
     '--dry-run[Only show what would be done]' \
     '--json[Show it as JSON, with every key]' \
     '-h[Show this help and exit]' \

@@ -162,6 +162,7 @@ ImportOutcome outcomeOf(const ImportPlan& plan, const ImportDecisions& decisions
 }
 
 void importEntries(const Arguments& arguments) {
+    if (arguments.merge && arguments.replaces) throw refused("--merge and --replace exclude each other");
     const PropertyList document = documentFrom(arguments.file);
     ImportDecisions decisions;
     if (arguments.merge && *arguments.merge == kTheirs) decisions.mode = ImportMode::TakeTheirs;
@@ -202,13 +203,12 @@ void addExchangeCommands(CLI::App& entries) {
     auto* importing = group.add("import", localized("Take entries from a file that export has written"), importEntries);
     importing->add_option("FILE", group->file, localized("File to read, - for standard input; its form is recognised"))
         ->required();
-    auto* ways = importing->add_option_group("ways");
-    ways->add_option("--merge", group->merge,
+    importing
+        ->add_option("--merge", group->merge,
                      localized("Of entries that are in the list with other settings, keep ours or take theirs"))
         ->check(oneOf({kOurs, kTheirs}))
         ->type_name("WHICH");
-    ways->add_flag("--replace", group->replaces, localized("The list becomes what the file has, in its order"));
-    ways->require_option(0, 1);
+    importing->add_flag("--replace", group->replaces, localized("The list becomes what the file has, in its order"));
     importing->add_flag("--dry-run", group->isDry, localized("Only show what would be done"));
     importing->add_flag("--json", group->json, localized("Show it as JSON, with every key"));
 }
