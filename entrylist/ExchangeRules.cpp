@@ -87,9 +87,9 @@ ExchangeProblem problemOfEnvelope(const PropertyList& document) {
     const PropertyList &version = document[kVersionKey], &entries = document[kEntriesKey];
     if (document[kFormatKey].stringValue() != kExchangeFormat)
         return {{}, localizable("these are no exported entries")};
-    if (version.type() != Type::Integer || (version.integerValue() < 1 && !version.isUnsigned()))
+    if (version.type() != Type::Integer || version.integerValue() < 1)
         return {std::string(kVersionKey), localizable("this must be a whole number from 1")};
-    if (version.isUnsigned() || version.integerValue() > kExchangeVersion)
+    if (version.integerValue() > kExchangeVersion)
         return {
             {},
             localizable("a newer version of Typeslate has made this; the newest format that can be read here is %d"),
