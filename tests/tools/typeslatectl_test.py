@@ -142,8 +142,9 @@ class LoginItemsTest(Case):
             if not subprocess.run([PROGRAM, "helper", "status"], capture_output=True, env=self.env).returncode:
                 self.skipTest("a helper is running that is not this test's")
         script = 'export XDG_RUNTIME_DIR="$PWD"; L="$PWD/.com.tarnwick.typeslate.helper.lock"; exec 3>&2 2>refused; ' \
-                 'mkdir "$L"; "$0" helper start; rmdir "$L"; flock -F "$L" sleep 99 & while flock -n "$L" true; do :; done; ' \
-                 '"$0" helper start; while ls -l /proc/*/exe 2>&1 | grep -q "/TS$"; do :; done; kill $!; wait; exec 2>&3; "$0" helper status; echo $?; "$0" helper start && "$0" helper start && "$0" helper status --json; ' \
+                 'gone() { while ls -l /proc/*/exe 2>&1 | grep -q "/TS$"; do :; done; }; ' \
+                 'mkdir "$L"; "$0" helper start; gone; rmdir "$L"; flock -F "$L" sleep 99 & while flock -n "$L" true; do :; done; ' \
+                 '"$0" helper start; gone; kill $!; wait; exec 2>&3; "$0" helper status; echo $?; "$0" helper start && "$0" helper start && "$0" helper status --json; ' \
                  'ls -l /proc/*/exe 2>&1 | grep -c "/TS$"; "$0" helper stop && "$0" helper stop; "$0" helper status'
         done = subprocess.run([*apart, "sh", "-c", script, PROGRAM], capture_output=True, text=True,
                               env=self.env, cwd=self.home)
