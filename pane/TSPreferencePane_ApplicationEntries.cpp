@@ -57,7 +57,9 @@ void TSPreferencePane::exOpenPanelDidEnd_returnCode_contextInfo(OpenPanel* panel
     for (std::size_t i = 0; i < applications.size(); ++i)
         (wereAdded->at(i) ? lastFiles.added : lastFiles.alreadyListed)
             .push_back({applications[i].path, applications[i].displayName});
-    if (std::string text = addedFilesText(); !text.empty()) platform_.host.say({text});
+    std::string text = addedFilesText();
+    if (text.empty()) return;
+    platform_.host.say(lastFiles.added.empty() ? ActionMessage{text} : listCommands.withUndo(text));
 }
 
 std::vector<ApplicationIdentity> TSPreferencePane::describeApplications(const std::vector<std::string>& fileNames) {
