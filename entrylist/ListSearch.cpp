@@ -68,7 +68,6 @@ void ListSearch::search() {
     std::optional<std::vector<int>> found = shownRows();
     const int selected = table.selectedRow();
     if (found && !found->empty() && !std::ranges::binary_search(*found, selected)) table.selectRow(found->front());
-    showPlaceholder();
     table.reloadData();
     table.scrollRowToVisible(table.selectedRow());
 }
@@ -96,6 +95,7 @@ std::optional<std::vector<int>> ListSearch::shownRows() {
     std::vector<int> rows;
     for (std::size_t row = 0; row < entries.size(); ++row)
         if (isFound(row, entries[row], entries[0])) rows.push_back(static_cast<int>(row));
+    if (rows.empty()) showPlaceholder();
     return rows;
 }
 

@@ -67,27 +67,33 @@ int ownDirection(const AttributedLine& line) {
     return !line.small && toQString(line.text).isRightToLeft() ? Qt::TextForceRightToLeft : Qt::TextForceLeftToRight;
 }
 
-// A word in a frame at the far end of the line. The width that it takes.
-int drawMark(QPainter* painter, const QStyleOptionViewItem& option, const QRect& line, const QString& word) {
-    constexpr int kInset = 5, kGap = 4;
-    const int width = painter->fontMetrics().horizontalAdvance(word) + 2 * kInset;
-    QRect frame(line.right() - width + 1, line.top() + 1, width, line.height() - 2);
-    if (frame.left() < line.left() + line.width() / 3) return 0;  // the name comes first
-    frame = QStyle::visualRect(option.direction, line, frame);
-    painter->drawRoundedRect(QRectF(frame).adjusted(0.5, 0.5, -0.5, -0.5), 3, 3);
-    painter->drawText(frame, Qt::AlignCenter | Qt::TextSingleLine | Qt::TextDontClip, word);
-    return width + kGap;
-}
+// Points.
+constexpr int kMarkInset = 5, kMarkGap = 4;
 
-int drawMarks(QPainter* painter, const QStyleOptionViewItem& option, QRect line, const CellValue& value) {
+// Each word in a frame, at the far end of the line, as many as there is room for beside the name, and the first in any
+// case. The width that they take.
+int drawMarks(QPainter* painter, const QStyleOptionViewItem& option, QRect line, const CellValue& value,
+              int nameWidth) {
     painter->setFont(smallFont(option.font));
     painter->setPen(textColor(option, true));
-    const int wholeWidth = line.width();
-    for (auto mark = value.marks.rbegin(); mark != value.marks.rend(); ++mark) {
-        const int width = drawMark(painter, option, line, toQString(*mark));
-        line = QStyle::visualRect(option.direction, line, line.adjusted(0, 0, -width, 0));
+    QStringList words;
+    int taken = 0;
+    for (const std::string& mark : value.marks) {
+        const QString word = toQString(mark);
+        const int width = painter->fontMetrics().horizontalAdvance(word) + 2 * kMarkInset + kMarkGap;
+        if (taken + width > (words.isEmpty() ? 2 * line.width() / 3 : line.width() - nameWidth)) break;
+        words << word;
+        taken += width;
     }
-    return wholeWidth - line.width();
+    QRect frame(line.right() - taken + 1, line.top() + 1, 0, line.height() - 2);
+    for (const QString& word : words) {
+        frame.setLeft(frame.right() + 1 + kMarkGap);
+        frame.setWidth(painter->fontMetrics().horizontalAdvance(word) + 2 * kMarkInset);
+        const QRect shown = QStyle::visualRect(option.direction, line, frame);
+        painter->drawRoundedRect(QRectF(shown).adjusted(0.5, 0.5, -0.5, -0.5), 3, 3);
+        painter->drawText(shown, Qt::AlignCenter | Qt::TextSingleLine | Qt::TextDontClip, word);
+    }
+    return taken;
 }
 
 }  // namespace
@@ -105,7 +111,8 @@ void drawLines(QPainter* painter, const QStyleOptionViewItem& option, const Cell
         QFontMetrics metrics(line.small ? small : option.font);
         QRect box(area.left(), y, area.width(), metrics.lineSpacing());
         if (&line == lines.data() && !value.marks.empty()) {
-            const int width = drawMarks(painter, option, box, value);
+            const int name = metrics.horizontalAdvance(toQString(line.text));
+            const int width = drawMarks(painter, option, box, value, name);
             box = QStyle::visualRect(option.direction, box, box.adjusted(0, 0, -width, 0));
         }
         painter->setFont(line.small ? small : option.font);
