@@ -126,8 +126,9 @@ void ListCommands::offerToCarry(const PropertyList& before, const PropertyList& 
     const auto option = std::ranges::find_if(options(), hasChanged);
     if (option == options().end() || std::any_of(option + 1, options().end(), hasChanged)) return;
     const std::int64_t old = shownValue(before[kSettingsKey], *option);
+    const PropertyList entries = owner_.entries();
     List having;
-    for (const PropertyList& entry : owner_.entries().elements())
+    for (const PropertyList& entry : entries.elements())
         if (entry.isDictionary() && !isGlobal(entry) && shownValue(entry[kSettingsKey], *option) == old)
             having.push_back(entry);
     if (having.empty()) return;
