@@ -11,6 +11,7 @@ import subprocess
 import sys
 import tempfile
 import threading
+import time
 import queue
 
 LIMIT = 60
@@ -108,7 +109,13 @@ class Session:
         return subprocess.check_output(["xdotool", *map(str, arguments)], text=True, timeout=LIMIT)
 
     def wait_for_window(self, name, end="$"):
-        found = self.xdotool("search", "--sync", "--onlyvisible", "--name", f"^{name}{end}").split()[-1]
+        latest = time.monotonic() + LIMIT
+        while True:
+            try:
+                found = self.xdotool("search", "--sync", "--onlyvisible", "--name", f"^{name}{end}").split()[-1]
+                break
+            except subprocess.CalledProcessError:  # a window went while the search came to it
+                assert time.monotonic() < latest, name
         self.focus(found)
         return found
 
