@@ -7,6 +7,7 @@
 #include "qt/QtRunLoop.h"
 #include "qt/QtToolkit.h"
 #include "qt/messages/DBusNotificationCenter.h"
+#include "reader/Expressions.h"
 
 #include <string_view>
 #include <unordered_map>
@@ -59,6 +60,7 @@ struct HostPlatform::Parts {
         auto application = machine.applications.applicationAtPath(path);
         return application ? application->iconName : std::string();
     }};
+    std::unique_ptr<ExpressionServices> expressions = reader::expressionServices();
 };
 
 HostPlatform::HostPlatform() : parts_(new Parts) {
@@ -73,7 +75,8 @@ HostPlatform::~HostPlatform() { saveChanges(); }
 
 Platform HostPlatform::forPane(Bundle& bundle, PaneHost& host) {
     parts_->toolkit.setTexts(&bundle);
-    return parts_->machine.forPane(bundle, host, parts_->notifications, parts_->runLoop, parts_->toolkit);
+    return parts_->machine.forPane(bundle, host, parts_->notifications, parts_->runLoop, parts_->toolkit,
+                                   *parts_->expressions);
 }
 
 void HostPlatform::setWindow(QWidget* window) { parts_->toolkit.setWindow(window); }

@@ -9,7 +9,7 @@ using namespace platform;
 LinuxMachine::LinuxMachine() { bundles.addLoaded(loadRuntime(files)); }
 
 Platform LinuxMachine::forPane(Bundle& paneBundle, PaneHost& host, DistributedNotificationCenter& notifications,
-                               RunLoop& runLoop, InterfaceToolkit& toolkit) {
+                               RunLoop& runLoop, InterfaceToolkit& toolkit, ExpressionServices& expressions) {
     return {.paneBundle = paneBundle,
             .host = host,
             .preferences = preferences,
@@ -24,7 +24,8 @@ Platform LinuxMachine::forPane(Bundle& paneBundle, PaneHost& host, DistributedNo
             .processes = processes,
             .launcher = launcher,
             .dates = dates,
-            .documents = documents};
+            .documents = documents,
+            .expressions = expressions};
 }
 
 }  // namespace linux

@@ -32,7 +32,7 @@ struct LinuxMachine : LinuxStore {
     // The platform of a pane, together with what only a host has; all of them outlive the pane.
     platform::Platform forPane(platform::Bundle& paneBundle, platform::PaneHost& host,
                                platform::DistributedNotificationCenter& notifications, platform::RunLoop& runLoop,
-                               platform::InterfaceToolkit& toolkit);
+                               platform::InterfaceToolkit& toolkit, platform::ExpressionServices& expressions);
 
     AutostartMirror autostart{preferences, log};
     FolderBundles bundles;

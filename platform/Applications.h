@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace platform {
 
@@ -21,6 +22,14 @@ struct ItemInformation {
     FourCharCode creator = kUnknownCreator;
 };
 
+// What an entry of the list may match an application by.
+struct ApplicationFacts {
+    std::string identifier;  // empty: none
+    FourCharCode creator = kUnknownCreator;
+    std::string path;
+    std::string name;  // that a person sees
+};
+
 class ApplicationServices {
 public:
     virtual ~ApplicationServices() = default;
@@ -32,6 +41,8 @@ public:
     virtual std::optional<std::string> bundleIdentifier(std::string_view path) = 0;
     // The name that a person sees; the last path component when the item gives none.
     virtual std::string displayName(std::string_view path) = 0;
+    // The native applications that a person finds on this machine, by name.
+    virtual std::vector<ApplicationFacts> allApplications() = 0;
     // Starts the application at the path, detached from this process; nothing waits for it.
     virtual OSStatus openApplication(std::string_view path) = 0;
 };

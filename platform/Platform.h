@@ -5,6 +5,7 @@
 #include "platform/Bundle.h"
 #include "platform/DateFormatter.h"
 #include "platform/Documents.h"
+#include "platform/Expressions.h"
 #include "platform/FileServices.h"
 #include "platform/InterfaceToolkit.h"
 #include "platform/Launcher.h"
@@ -34,6 +35,7 @@ struct Platform {
     Launcher& launcher;
     DateFormatter& dates;
     DocumentServices& documents;
+    ExpressionServices& expressions;
 };
 
 }  // namespace platform

@@ -176,6 +176,13 @@ std::vector<ApplicationRecord> LinuxApplications::installedApplications() {
     return applications;
 }
 
+std::vector<ApplicationFacts> LinuxApplications::allApplications() {
+    std::vector<ApplicationFacts> all;
+    for (ApplicationRecord& record : installedApplications())
+        all.push_back({std::move(record.identifier), record.creator, std::move(record.path), std::move(record.name)});
+    return all;
+}
+
 void LinuxApplications::indexPrograms() {
     byProgram_.clear();
     for (const ApplicationRecord* record : index_.all()) {

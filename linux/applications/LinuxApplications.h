@@ -29,6 +29,7 @@ public:
     // A desktop file outside the folders of applications has its file name without ".desktop" as identifier.
     std::optional<std::string> bundleIdentifier(std::string_view path) override;
     std::string displayName(std::string_view path) override;  // safe to show
+    std::vector<platform::ApplicationFacts> allApplications() override;
     platform::OSStatus openApplication(std::string_view path) override;
 
     // What a chooser offers: the native applications that the current desktop shows, by name.

@@ -16,8 +16,9 @@ MAY_SEE = {
     "pane": FLOOR | {"settings", "entrylist", "TarnwickUpdater"},
     "linux": FLOOR,
     "qt": FLOOR,
-    "host": FLOOR | BUNDLE | {"linux", "qt"},
-    "tools": FLOOR | BUNDLE | {"linux", "qt", "host"},
+    "reader": FLOOR | {"settings", "linux"},
+    "host": FLOOR | BUNDLE | {"linux", "qt", "reader"},
+    "tools": FLOOR | BUNDLE | {"linux", "qt", "host", "reader"},
 }
 # What only the standard library may be seen by: no header of another library comes in by <...> either.
 STANDARD_ONLY = BUNDLE | FLOOR

@@ -302,6 +302,11 @@ struct Applications final : ApplicationServices {
         const Item* item = at(path);
         return item ? item->name : std::string(path.substr(path.rfind('/') + 1));
     }
+    std::vector<platform::ApplicationFacts> allApplications() override {
+        std::vector<platform::ApplicationFacts> all;
+        for (const Item& item : items) all.push_back({item.identifier, item.creator, item.path, item.name});
+        return all;
+    }
     OSStatus openApplication(std::string_view path) override {
         opened.emplace_back(path);
         return kNoErr;

@@ -62,7 +62,7 @@ HeadlessPlatform::HeadlessPlatform() : bus(connectedBus()), runLoop(bus) {}
 
 Platform HeadlessPlatform::forPane(Bundle& bundle) {
     DistributedNotificationCenter& heard = bus ? bus->notifications() : unheard;
-    return LinuxMachine::forPane(bundle, host, heard, runLoop, toolkit);
+    return LinuxMachine::forPane(bundle, host, heard, runLoop, toolkit, expressions);
 }
 
 }  // namespace tools

@@ -51,6 +51,7 @@ struct HeadlessPlatform : linux::LinuxMachine {
 
     HeadlessHost host;
     platform::InterfaceToolkit toolkit;
+    platform::ExpressionServices expressions;  // the pane compiles none by itself
     UnheardNotifications unheard{log};
     BusModule* bus;  // null: no module for it, or no session bus
     PendingRunLoop runLoop;
