@@ -159,7 +159,8 @@ private:
                             .processes = world_.processes,
                             .launcher = world_.launcher,
                             .dates = world_.dates,
-                            .documents = world_.documents}};
+                            .documents = world_.documents,
+                            .expressions = world_.expressions}};
     fake::TableView table_;
     fake::Button box_;
 };

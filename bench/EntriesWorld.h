@@ -53,7 +53,8 @@ public:
                                         .processes = world_.processes,
                                         .launcher = world_.launcher,
                                         .dates = world_.dates,
-                                        .documents = world_.documents});
+                                        .documents = world_.documents,
+                                        .expressions = world_.expressions});
     }
     ~EntriesWorld() {
         pane.reset();
