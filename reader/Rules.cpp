@@ -81,14 +81,16 @@ const Rules::Name* Rules::firstNaming(const Application& application) const {
 }
 
 void Rules::compile() const {
+    std::vector<Expression> compiled;
     std::size_t memory = 0;
     for (const Pattern& pattern : patterns_) {
         ExpressionProblem ignored;
         Expression expression(pattern.text, ignored);
         memory += expression.memory();
-        if (memory > kMostExpressionMemory) return;
-        expressions_.push_back(std::move(expression));
+        if (memory > kMostExpressionMemory) break;
+        compiled.push_back(std::move(expression));
     }
+    expressions_ = std::move(compiled);
 }
 
 const Rules::Pattern* Rules::firstMatching(const Application& application) const {

@@ -5,7 +5,6 @@
 #include "propertylist/Hash.h"
 #include "reader/Matcher.h"
 
-#include <deque>
 #include <mutex>
 #include <optional>
 #include <string_view>
@@ -68,7 +67,7 @@ private:
     std::optional<std::size_t> global_;
     // Made by the first question that needs them.
     mutable std::once_flag isCompiled_;
-    mutable std::deque<Expression> expressions_;
+    mutable std::vector<Expression> expressions_;
 };
 
 // An option as programs take it: what the editor shows for it, numbers that no control has brought to those that one

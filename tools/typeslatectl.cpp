@@ -79,6 +79,10 @@ int main(int argc, char** argv) {
     tools::addEntriesCommands(app);
     tools::addPaneCommands(app);
     tools::addExchangeCommands(*app.get_subcommand("entries"));
+#ifdef TYPESLATE_HAVE_READER
+    tools::addExpressionCommands(*app.get_subcommand("entries"));
+    tools::addResolveCommand(app);
+#endif
     tools::addCatalogCommands(app);
     tools::addLoginItemsCommands(app);
     tools::addHelperCommands(app);

@@ -17,6 +17,8 @@ void addEntriesCommands(CLI::App& app);
 void addPaneCommands(CLI::App& app);
 // More of the entries' commands.
 void addExchangeCommands(CLI::App& entries);
+void addExpressionCommands(CLI::App& entries);
+void addResolveCommand(CLI::App& app);
 void addCatalogCommands(CLI::App& app);
 void addLoginItemsCommands(CLI::App& app);
 void addHelperCommands(CLI::App& app);
