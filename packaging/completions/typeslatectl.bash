@@ -50,9 +50,9 @@ _typeslatectl() {
   for ((i = 1; i < ${#words[@]} - 1; ++i)); do
     word=${words[i]}
     case "$at $word" in
-      *' --database' | *' --family' | *' --format' | *' --if-unchanged' | *' --kind' | *' --merge' | *' --name' | *' --path' | *' --wait') ((++i)) ;;
+      *' --database' | *' --family' | *' --format' | *' --if-unchanged' | *' --kind' | *' --merge' | *' --name' | *' --path' | *' --pid' | *' --wait') ((++i)) ;;
       *' -'*) ;;
-      ' defaults' | ' defaults read' | ' defaults write' | ' defaults delete' | ' defaults domains' | ' defaults export' | ' defaults import' | ' entries' | ' entries list' | ' entries get' | ' entries add' | ' entries add-regex' | ' entries remove' | ' entries set' | ' entries unset' | ' entries reset' | ' entries move' | ' entries rename' | ' entries edit' | ' entries duplicate' | ' entries export' | ' entries import' | ' pane' | ' pane enable' | ' pane disable' | ' pane logging' | ' pane status' | ' catalog' | ' catalog parse' | ' catalog build' | ' catalog show' | ' catalog list' | ' catalog stats' | ' login-items' | ' login-items list' | ' login-items add' | ' login-items remove' | ' login-items check' | ' helper' | ' helper start' | ' helper stop' | ' helper status' | ' update' | ' update status' | ' update check' | ' update schedule' | ' update interval' | ' watch') at+=" $word" ;;
+      ' defaults' | ' defaults read' | ' defaults write' | ' defaults delete' | ' defaults domains' | ' defaults export' | ' defaults import' | ' entries' | ' entries list' | ' entries get' | ' entries add' | ' entries add-regex' | ' entries remove' | ' entries set' | ' entries unset' | ' entries reset' | ' entries move' | ' entries rename' | ' entries edit' | ' entries duplicate' | ' entries export' | ' entries import' | ' entries test' | ' pane' | ' pane enable' | ' pane disable' | ' pane logging' | ' pane status' | ' resolve' | ' catalog' | ' catalog parse' | ' catalog build' | ' catalog show' | ' catalog list' | ' catalog stats' | ' login-items' | ' login-items list' | ' login-items add' | ' login-items remove' | ' login-items check' | ' helper' | ' helper start' | ' helper stop' | ' helper status' | ' update' | ' update status' | ' update check' | ' update schedule' | ' update interval' | ' watch') at+=" $word" ;;
       *) given+=("$word") ;;
     esac
   done
@@ -74,6 +74,8 @@ _typeslatectl() {
     ' entries duplicate --if-unchanged') :; return ;;
     ' entries duplicate --name') :; return ;;
     ' entries import --merge') _typeslate_offer < <(printf '%s\0' ours theirs); return ;;
+    ' entries test --kind') _typeslate_offer < <(printf '%s\0' 0 1 2); return ;;
+    ' resolve --pid') :; return ;;
     ' catalog parse --database') _typeslate_files -f; return ;;
     ' catalog list --family') :; return ;;
     ' login-items remove --path') :; return ;;
@@ -96,7 +98,9 @@ _typeslatectl() {
       ' entries duplicate') _typeslate_offer < <(printf '%s\0' --if-unchanged --name --help) ;;
       ' entries export') _typeslate_offer < <(printf '%s\0' --all --json --help) ;;
       ' entries import') _typeslate_offer < <(printf '%s\0' --merge --replace --dry-run --json --help) ;;
+      ' entries test') _typeslate_offer < <(printf '%s\0' --kind --json --help) ;;
       ' pane status') _typeslate_offer < <(printf '%s\0' --json --help) ;;
+      ' resolve') _typeslate_offer < <(printf '%s\0' --pid --json --help) ;;
       ' catalog parse') _typeslate_offer < <(printf '%s\0' --database --help) ;;
       ' catalog build') _typeslate_offer < <(printf '%s\0' --verbose --help) ;;
       ' catalog list') _typeslate_offer < <(printf '%s\0' --family --help) ;;
@@ -111,7 +115,7 @@ _typeslatectl() {
     return
   fi
   case "$at:${#given[@]}" in
-    ':0') _typeslate_offer < <(printf '%s\0' defaults entries pane catalog login-items helper update watch) ;;
+    ':0') _typeslate_offer < <(printf '%s\0' defaults entries pane resolve catalog login-items helper update watch) ;;
     ' defaults:0') _typeslate_offer < <(printf '%s\0' read write delete domains export import) ;;
     ' defaults read:0') _typeslate_ask domains ;;
     ' defaults read:1') _typeslate_ask keys ;;
@@ -123,7 +127,7 @@ _typeslatectl() {
     ' defaults export:1') _typeslate_files -f ;;
     ' defaults import:0') _typeslate_ask domains ;;
     ' defaults import:1') _typeslate_files -f ;;
-    ' entries:0') _typeslate_offer < <(printf '%s\0' list get add add-regex remove set unset reset move rename edit duplicate export import) ;;
+    ' entries:0') _typeslate_offer < <(printf '%s\0' list get add add-regex remove set unset reset move rename edit duplicate export import test) ;;
     ' entries get:0') _typeslate_ask entries ;;
     ' entries get:1') _typeslate_ask entry-keys ;;
     ' entries add:'*) _typeslate_files -f ;;

@@ -13,6 +13,7 @@ _typeslatectl() {
     'defaults:Read and change preference domains'
     'entries:Show and change the list of entries'
     'pane:Switch the module and its logging on and off'
+    'resolve:Tell which entry applies to an application, and why'
     'catalog:Build and show the catalogue of font names'
     'login-items:Show and change what starts when you log in'
     'helper:Start and stop the helper that takes in changed settings'
@@ -33,6 +34,7 @@ _typeslatectl() {
         defaults) _typeslatectl_defaults ;;
         entries) _typeslatectl_entries ;;
         pane) _typeslatectl_pane ;;
+        resolve) _typeslatectl_resolve ;;
         catalog) _typeslatectl_catalog ;;
         login-items) _typeslatectl_login-items ;;
         helper) _typeslatectl_helper ;;
@@ -143,6 +145,7 @@ _typeslatectl_entries() {
     'duplicate:Add an entry with the options of another'
     'export:Write entries into a file that import takes'
     'import:Take entries from a file that export has written'
+    'test:List the applications here that a regular expression matches'
   )
   _arguments -C \
     '-h[Show this help and exit]' \
@@ -167,6 +170,7 @@ _typeslatectl_entries() {
         duplicate) _typeslatectl_entries_duplicate ;;
         export) _typeslatectl_entries_export ;;
         import) _typeslatectl_entries_import ;;
+        test) _typeslatectl_entries_test ;;
       esac ;;
   esac
 }
@@ -314,6 +318,16 @@ _typeslatectl_entries_import() {
     ':FILE:{ _files }'
 }
 
+_typeslatectl_entries_test() {
+  local -a line
+  _arguments \
+    '--kind[What it is held against\: 0 name (default), 1 identifier, 2 path]:N:{ compadd -- 0 1 2 }' \
+    '--json[As JSON]' \
+    '-h[Show this help and exit]' \
+    '--help[Show this help and exit]' \
+    ':EXPRESSION:{ _message value }'
+}
+
 _typeslatectl_pane() {
   local curcontext=$curcontext state line
   local -a commands=(
@@ -367,6 +381,16 @@ _typeslatectl_pane_status() {
     '--json[As JSON]' \
     '-h[Show this help and exit]' \
     '--help[Show this help and exit]'
+}
+
+_typeslatectl_resolve() {
+  local -a line
+  _arguments \
+    '--pid[Instead, the application that this process runs]:PROCESS:{ _message value }' \
+    '--json[As JSON]' \
+    '-h[Show this help and exit]' \
+    '--help[Show this help and exit]' \
+    ':APPLICATION:{ _message value }'
 }
 
 _typeslatectl_catalog() {

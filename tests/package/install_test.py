@@ -8,7 +8,7 @@ import sys
 import tempfile
 import unittest
 
-BUILD, VERSION, PREFIX, TEXTS = [sys.argv.pop(1) for _ in range(4)]
+BUILD, VERSION, PREFIX, TEXTS, CC = [sys.argv.pop(1) for _ in range(5)]
 SOURCE = pathlib.Path(__file__).resolve().parents[2]
 ID = "com.tarnwick.typeslate.Settings"
 
@@ -47,9 +47,21 @@ class InstallTest(unittest.TestCase):
         names = {file.name for file in files}
         self.assertFalse(names & {"libplinth.so", "Tarnwick Updater", "Sample.plinth"}, "samples are not installed")
 
+    def test_programs_are_built_with_the_library_that_is_installed(self):
+        pkg_config = next(self.prefix.rglob("typeslate.pc"), None)
+        if not pkg_config or not shutil.which("pkg-config"):
+            self.skipTest("needs the library and pkg-config")
+        found = subprocess.run(["pkg-config", "--cflags", "--libs", "typeslate"], check=True, capture_output=True, text=True,
+                               env={**os.environ, "PKG_CONFIG_PATH": str(pkg_config.parent),
+                                    "PKG_CONFIG_SYSROOT_DIR": str(self.prefix)[:-len(PREFIX)]}).stdout.split()
+        program = self.prefix / "reader"
+        subprocess.run([CC, self.prefix / "share/typeslate/examples/reader.c", *found, "-o", program], check=True)
+        said = subprocess.run([program], env=self.environment | {"LD_LIBRARY_PATH": str(pkg_config.parents[1])}, capture_output=True)
+        self.assertEqual((said.returncode, said.stderr[:6]), (2, b"usage:"))
+
     def test_other_people_have_nothing_to_say_against_our_files(self):
         share = self.prefix / "share"
-        pages = [["man", "--warnings", "-E", "UTF-8", "-l", "-Tutf8", "-Z", page] for page in share.glob("man/man1/*")]
+        pages = [["man", "--warnings", "-E", "UTF-8", "-l", "-Tutf8", "-Z", page] for page in share.glob("man/man?/*")]
         for command in (["desktop-file-validate", share / f"applications/{ID}.desktop"],
                         ["appstreamcli", "validate", "--no-net", share / f"metainfo/{ID}.metainfo.xml"], *pages):
             with self.subTest(command):
