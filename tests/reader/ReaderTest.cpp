@@ -222,6 +222,40 @@ TEST(EntriesOutliveWhatTheyCameFrom) {
     CHECK_EQ(typeslate_entry_option(global.get(), static_cast<typeslate_option>(-1)), 0);
 }
 
+TEST(SettingsAreFoundByTheEnvironment) {
+    TemporaryFolder root;
+    struct Case {
+        const char *host, *own, *home;  // below the root; null: not set
+        const char* place;
+    };
+    const Case cases[] = {
+        {"host", "own", "home", "host/preferences"},
+        {nullptr, "own", "home", "own/preferences"},
+        {nullptr, nullptr, "home", "home/.config/preferences"},
+    };
+    for (const Case& c : cases) {
+        CONTEXT(c.place);
+        auto below = [&](const char* name) { return name ? root / name : std::string(); };
+        const std::string host = below(c.host), own = below(c.own), home = below(c.home);
+        check::ScopedEnvironment sandbox("HOST_XDG_CONFIG_HOME", c.host ? host.c_str() : nullptr),
+            config("XDG_CONFIG_HOME", c.own ? own.c_str() : nullptr), user("HOME", home.c_str());
+        fs::create_directories(root / c.place);
+        store(root / c.place + "/" + kFile, domain({entry("Global", "", 5)}));
+        CHECK_EQ(sizeOf({typeslate_open(nullptr), typeslate_close}), 5);
+        fs::remove_all(root / c.place);
+    }
+    const fs::path before = fs::current_path();
+    fs::current_path(root.path());
+    fs::create_directory("here");
+    store("here/" + std::string(kFile), domain({entry("Global", "", 6)}));
+    Settings relative = opened("here");
+    fs::current_path("here");
+    store(kFile, domain({entry("Global", "", 7)}));
+    typeslate_refresh(relative.get(), nullptr);
+    CHECK_EQ(sizeOf(relative), 7);
+    fs::current_path(before);
+}
+
 TEST(OptionsHaveTheNumbersThatProgramsAreBuiltWith) {
     const std::pair<typeslate_option, const char*> keys[] = {
         {TYPESLATE_ENABLED, "Enabled"},
