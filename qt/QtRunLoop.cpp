@@ -1,5 +1,6 @@
 #include "qt/QtRunLoop.h"
 
+#include "platform/SharedTimer.h"
 #include "propertylist/Date.h"
 
 #include <QTimer>
@@ -99,20 +100,6 @@ private:
     std::unique_ptr<QTimer, Deleter> timer_;
 };
 
-class QtTimer final : public Timer {
-public:
-    explicit QtTimer(std::shared_ptr<Schedule> schedule) : schedule_(std::move(schedule)) {}
-    ~QtTimer() override { schedule_->invalidate(); }
-    bool isValid() const override { return schedule_->isValid(); }
-    Date fireDate() const override { return schedule_->fireDate(); }
-    void setFireDate(Date date) override { schedule_->setFireDate(date); }
-    void invalidate() override { schedule_->invalidate(); }
-    std::string description() const override { return schedule_->description(); }
-
-private:
-    std::shared_ptr<Schedule> schedule_;
-};
-
 struct SystemClock final : Clock {
     Date now() const override {
         using namespace std::chrono;
@@ -128,7 +115,7 @@ QtRunLoop::QtRunLoop() : QtRunLoop(sWallClock) {}
 std::unique_ptr<Timer> QtRunLoop::scheduleTimer(double seconds, bool repeats, std::function<void()> action) {
     auto schedule = std::make_shared<Schedule>(*this, std::max(seconds, 0.0), repeats, std::move(action));
     schedule->start();
-    return std::make_unique<QtTimer>(std::move(schedule));
+    return std::make_unique<SharedTimer<Schedule>>(std::move(schedule));
 }
 
 }  // namespace qt

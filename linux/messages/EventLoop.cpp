@@ -1,6 +1,7 @@
 #include "linux/messages/EventLoop.h"
 
 #include "linux/system/LinuxClock.h"
+#include "platform/SharedTimer.h"
 #include "propertylist/Date.h"
 
 #include <poll.h>
@@ -67,20 +68,6 @@ private:
     std::function<void()> action_;
 };
 
-class EventLoop::LoopTimer final : public Timer {
-public:
-    explicit LoopTimer(std::shared_ptr<Schedule> schedule) : schedule_(std::move(schedule)) {}
-    ~LoopTimer() override { schedule_->invalidate(); }
-    bool isValid() const override { return schedule_->isValid(); }
-    Date fireDate() const override { return schedule_->fireDate(); }
-    void setFireDate(Date date) override { schedule_->setFireDate(date); }
-    void invalidate() override { schedule_->invalidate(); }
-    std::string description() const override { return schedule_->description(); }
-
-private:
-    std::shared_ptr<Schedule> schedule_;
-};
-
 EventLoop::EventLoop() {
     sigset_t mask;
     sigemptyset(&mask);
@@ -107,7 +94,7 @@ Date EventLoop::now() const { return LinuxClock().now(); }
 std::unique_ptr<Timer> EventLoop::scheduleTimer(double seconds, bool repeats, std::function<void()> action) {
     auto schedule = std::make_shared<Schedule>(*this, std::max(seconds, 0.0), repeats, std::move(action));
     schedules_.push_back(schedule);
-    return std::make_unique<LoopTimer>(std::move(schedule));
+    return std::make_unique<SharedTimer<Schedule>>(std::move(schedule));
 }
 
 int EventLoop::millisecondsToWait() const {

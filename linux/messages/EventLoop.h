@@ -39,7 +39,6 @@ public:
 
 private:
     class Schedule;
-    class LoopTimer;
     bool isAskedToEnd();             // once for each signal
     int millisecondsToWait() const;  // -1: for ever
     void fireTimers();
