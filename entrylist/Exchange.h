@@ -51,9 +51,8 @@ struct ExchangeProblem {
 };
 
 // The first thing for which the document would be refused: another format or a newer version, what is no entry (no
-// dictionary, an unknown type), values of another type than settings/EntryList.h and SettingsSchema.h give them, or
-// more than the limits above. Numbers that no control has, and missing keys but "Type", are accepted, as they are in a
-// list.
+// dictionary, an unknown type), values that readers would not take (settings/DomainSchema.h), or more than the limits
+// above. Numbers that no control has, and missing keys but "Type", are accepted, as they are in a list.
 ExchangeProblem problemOf(const platform::PropertyList& document);
 
 // The document of those rows of the list, in the order given. An element that is no entry makes a document with a

@@ -13,7 +13,6 @@ using namespace settings;
 namespace {
 
 constexpr const char* kConsoleIdentifier = "com.apple.Console";
-constexpr std::string_view kDontShowLogSheetKey = "Don't Show Log Stuff Sheet";
 
 bool isInstalled(SetSource source, ApplicationServices& applications) {
     switch (source) {

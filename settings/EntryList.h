@@ -18,6 +18,7 @@ inline constexpr std::string_view kPrefsChanged = "PrefsChanged";
 inline constexpr std::string_view kEntryListKey = "TheExcList";  // array of entries
 inline constexpr std::string_view kDisabledKey = "Disabled";     // boolean: the module does nothing anywhere
 inline constexpr std::string_view kLogStuffKey = "Log Stuff";    // boolean: diagnostic lines are logged
+inline constexpr std::string_view kDontShowLogSheetKey = "Don't Show Log Stuff Sheet";  // boolean
 
 // Keys of an entry, a dictionary; every entry has "Type", "Name" and "Settings". All values are strings but those of
 // the last two keys, and what is no UTF-8 under "Data", "Identifier", "Creator" and "Path" (see keptBytes). What others

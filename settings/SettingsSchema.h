@@ -40,6 +40,7 @@ struct Option {
     SetSource setSource;
 };
 
+inline constexpr std::int64_t kLargestFontSize = 255;             // that can be typed, from 0
 inline constexpr std::string_view kChangeSizeKey = "ChangeSize";  // the control that enables another by itself
 
 // All of them, in the order in which a new Global entry stores its keys; an option whose control depends on another's

@@ -22,7 +22,7 @@ constexpr std::string_view kDupeHandling[] = {"every", "one", "marked"};
 
 // What the window's controls let a user choose.
 std::int64_t largestValue(const Option& option) {
-    return option.type == OptionType::Choice ? std::ssize(kDupeHandling) - 1 : 255;
+    return option.type == OptionType::Choice ? std::ssize(kDupeHandling) - 1 : kLargestFontSize;
 }
 
 std::string lower(std::string_view text) {

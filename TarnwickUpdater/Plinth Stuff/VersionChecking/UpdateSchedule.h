@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/PlatformTypes.h"
+#include "settings/DomainSchema.h"
 
 #include <array>
 #include <cstdint>
@@ -11,11 +12,12 @@
 
 namespace twvc {
 
-inline constexpr std::string_view kCheckForUpdatesKey = "SUCheckForUpdates";
-inline constexpr std::string_view kCheckIntervalKey = "SUCheckInterval";
-inline constexpr std::string_view kLastCheckDateKey = "SULastCheckDate";
-inline constexpr std::string_view kLastRunSystemVersionKey = "SULastRunSystemVersion";
-inline constexpr std::string_view kLastCheckStatusKey = "SULastCheckStatus";
+// Keys of the module's preference domain.
+using settings::kCheckForUpdatesKey;
+using settings::kCheckIntervalKey;
+using settings::kLastCheckDateKey;
+using settings::kLastCheckStatusKey;
+using settings::kLastRunSystemVersionKey;
 
 inline constexpr double kWeekly = 604800.0, kDaily = 86400.0;  // seconds
 inline constexpr double kLongEnoughAfterLogin = 600.0;         // seconds
