@@ -88,6 +88,7 @@ int main(int argc, char** argv) {
     tools::addHelperCommands(app);
     tools::addUpdateCommands(app);
     tools::addWatchCommand(app);
+    tools::addSchemaCommands(app);
     tools::addCompleteCommand(app);
     tools::localizeUsage(app);
     return runOrRefuse(app, argc, argv);

@@ -33,7 +33,7 @@ bool needsWrapper(const PropertyList& dictionary) {
 template <typename Writer>
 class Emitter {
 public:
-    explicit Emitter(Writer& writer) : writer_(writer) {}
+    explicit Emitter(Writer& writer, bool wraps = true) : writer_(writer), wraps_(wraps) {}
 
     void value(const PropertyList& item) {
         using Type = PropertyList::Type;
@@ -92,7 +92,7 @@ private:
         writer_.EndArray();
     }
     void dictionary(const PropertyList& item) {
-        bool wraps = needsWrapper(item);
+        bool wraps = wraps_ && needsWrapper(item);
         if (wraps) {
             writer_.StartObject();
             string(kDictionary);
@@ -107,6 +107,7 @@ private:
     }
 
     Writer& writer_;
+    bool wraps_;
 };
 
 PropertyList unwrappedReal(std::string_view text) {
@@ -232,7 +233,7 @@ std::string jsonText(const PropertyList& value, JsonLayout layout) {
     } else {
         rapidjson::PrettyWriter<rapidjson::StringBuffer> writer(buffer);
         writer.SetIndent(' ', 2);
-        Emitter(writer).value(value);
+        Emitter(writer, layout != JsonLayout::Plain).value(value);
     }
     return {buffer.GetString(), buffer.GetSize()};
 }

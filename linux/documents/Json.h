@@ -15,7 +15,11 @@
 
 namespace linux {
 
-enum class JsonLayout { Indented, OneLine };
+enum class JsonLayout {
+    Indented,
+    OneLine,
+    Plain  // indented, and no dictionary is wrapped: for JSON that is no property list, such as a schema
+};
 
 // Text of a value; "null" for nothing. No final newline. Takes stack for each level of nesting.
 std::string jsonText(const platform::PropertyList& value, JsonLayout layout);

@@ -52,7 +52,7 @@ _typeslatectl() {
     case "$at $word" in
       *' --database' | *' --family' | *' --format' | *' --if-unchanged' | *' --kind' | *' --merge' | *' --name' | *' --path' | *' --pid' | *' --wait') ((++i)) ;;
       *' -'*) ;;
-      ' defaults' | ' defaults read' | ' defaults write' | ' defaults delete' | ' defaults domains' | ' defaults export' | ' defaults import' | ' entries' | ' entries list' | ' entries get' | ' entries add' | ' entries add-regex' | ' entries remove' | ' entries set' | ' entries unset' | ' entries reset' | ' entries move' | ' entries rename' | ' entries edit' | ' entries duplicate' | ' entries export' | ' entries import' | ' entries test' | ' pane' | ' pane enable' | ' pane disable' | ' pane logging' | ' pane status' | ' resolve' | ' catalog' | ' catalog parse' | ' catalog build' | ' catalog show' | ' catalog list' | ' catalog stats' | ' login-items' | ' login-items list' | ' login-items add' | ' login-items remove' | ' login-items check' | ' helper' | ' helper start' | ' helper stop' | ' helper status' | ' update' | ' update status' | ' update check' | ' update schedule' | ' update interval' | ' watch') at+=" $word" ;;
+      ' defaults' | ' defaults read' | ' defaults write' | ' defaults delete' | ' defaults domains' | ' defaults export' | ' defaults import' | ' entries' | ' entries list' | ' entries get' | ' entries add' | ' entries add-regex' | ' entries remove' | ' entries set' | ' entries unset' | ' entries reset' | ' entries move' | ' entries rename' | ' entries edit' | ' entries duplicate' | ' entries export' | ' entries import' | ' entries test' | ' pane' | ' pane enable' | ' pane disable' | ' pane logging' | ' pane status' | ' resolve' | ' catalog' | ' catalog parse' | ' catalog build' | ' catalog show' | ' catalog list' | ' catalog stats' | ' login-items' | ' login-items list' | ' login-items add' | ' login-items remove' | ' login-items check' | ' helper' | ' helper start' | ' helper stop' | ' helper status' | ' update' | ' update status' | ' update check' | ' update schedule' | ' update interval' | ' watch' | ' schema') at+=" $word" ;;
       *) given+=("$word") ;;
     esac
   done
@@ -85,6 +85,7 @@ _typeslatectl() {
       '') _typeslate_offer < <(printf '%s\0' --wait --version --help) ;;
       ' defaults domains') _typeslate_offer < <(printf '%s\0' --null --help) ;;
       ' defaults export') _typeslate_offer < <(printf '%s\0' --format --help) ;;
+      ' defaults import') _typeslate_offer < <(printf '%s\0' --anyway --help) ;;
       ' entries list') _typeslate_offer < <(printf '%s\0' --json --watch --token --help) ;;
       ' entries add') _typeslate_offer < <(printf '%s\0' --if-unchanged --help) ;;
       ' entries add-regex') _typeslate_offer < <(printf '%s\0' --if-unchanged --kind --help) ;;
@@ -115,7 +116,7 @@ _typeslatectl() {
     return
   fi
   case "$at:${#given[@]}" in
-    ':0') _typeslate_offer < <(printf '%s\0' defaults entries pane resolve catalog login-items helper update watch) ;;
+    ':0') _typeslate_offer < <(printf '%s\0' defaults entries pane resolve catalog login-items helper update watch schema) ;;
     ' defaults:0') _typeslate_offer < <(printf '%s\0' read write delete domains export import) ;;
     ' defaults read:0') _typeslate_ask domains ;;
     ' defaults read:1') _typeslate_ask keys ;;

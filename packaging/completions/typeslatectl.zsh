@@ -19,6 +19,7 @@ _typeslatectl() {
     'helper:Start and stop the helper that takes in changed settings'
     'update:Read and change the schedule of update checks, and check'
     'watch:Print each notification and broadcast as a line of JSON'
+    'schema:Print the JSON Schema of the settings domain'
   )
   _arguments -C \
     '--wait[How long to wait for a program that keeps settings locked\: 10 by default, 0 for not at all]:SECONDS:{ _message value }' \
@@ -40,6 +41,7 @@ _typeslatectl() {
         helper) _typeslatectl_helper ;;
         update) _typeslatectl_update ;;
         watch) _typeslatectl_watch ;;
+        schema) _typeslatectl_schema ;;
       esac ;;
   esac
 }
@@ -122,6 +124,7 @@ _typeslatectl_defaults_export() {
 _typeslatectl_defaults_import() {
   local -a line
   _arguments \
+    '--anyway[Store settings that do not fit the schema all the same]' \
     '-h[Show this help and exit]' \
     '--help[Show this help and exit]' \
     ':DOMAIN:{ _typeslate_ask domains }' \
@@ -625,6 +628,13 @@ _typeslatectl_update_interval() {
 }
 
 _typeslatectl_watch() {
+  local -a line
+  _arguments \
+    '-h[Show this help and exit]' \
+    '--help[Show this help and exit]'
+}
+
+_typeslatectl_schema() {
   local -a line
   _arguments \
     '-h[Show this help and exit]' \

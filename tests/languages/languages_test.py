@@ -77,7 +77,7 @@ def wrong_examples():
 
 def unlike(name, text):
     """Name=... needs Name[de]=... in desktop entries and in the plug-in's description, a <p> a <p xml:lang="de">."""
-    keys = re.findall(r'^\s*"?(Name|GenericName|Comment|Description|Keywords|X-KDE-Keywords)"?\s*[=:]', text, re.M)
+    keys = re.findall(r'^\s*"?(Name|GenericName|Comment|Description|Keywords|X-KDE-Keywords)"?\s*[=:]\s*[^{\s]', text, re.M)
     text = re.sub(r"<developer.*?</developer>", "", text, flags=re.S)
     tags = re.findall(r"<(name|summary|p|caption)((?: [^>]*)?)>", text)
     for language in LANGUAGES:

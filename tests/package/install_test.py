@@ -45,6 +45,7 @@ class InstallTest(unittest.TestCase):
             headers = subprocess.run(["readelf", "-dS", file], check=True, capture_output=True, text=True).stdout
             self.assertNotRegex(headers, r"RPATH|RUNPATH|\.symtab", file)
         names = {file.name for file in files}
+        self.assertIn("com.tarnwick.typeslate.schema.json", names)
         self.assertFalse(names & {"libplinth.so", "Tarnwick Updater", "Sample.plinth"}, "samples are not installed")
 
     def test_programs_are_built_with_the_library_that_is_installed(self):

@@ -4,6 +4,8 @@
 #include "linux/documents/Json.h"
 #include "linux/files/WholeFile.h"
 #include "propertylist/Codec.h"
+#include "settings/DomainSchema.h"
+#include "settings/EntryList.h"
 #include "tools/Input.h"
 #include "tools/Localized.h"
 #include "tools/Output.h"
@@ -16,6 +18,7 @@
 
 using namespace platform;
 using namespace propertylist;
+using namespace settings;
 
 namespace tools {
 namespace {
@@ -27,7 +30,7 @@ struct Arguments {
     std::string domain, key, json, file;
     std::optional<std::string> keyIfAny;  // an empty key is a key
     std::string format = kBinary;
-    bool endsWithNull = false;
+    bool endsWithNull = false, storesAnyway = false;
 };
 
 struct Store : linux::LinuxStore {
@@ -100,6 +103,10 @@ void importDomain(const Arguments& arguments) {
         throw problem.reason
             ? refused("%@: not a property list (byte %d: %@)", arguments.file, problem.position, problem.reason)
             : refused("%@: not a property list with a dictionary at its root", arguments.file);
+    if (arguments.domain == kSettingsDomain && !arguments.storesAnyway)
+        if (const Breach breach = firstBreach(content))
+            throw refused("%@: %@: %@; --anyway stores it all the same", arguments.file, breach.place,
+                          localized(breach.reason));
     Store store;
     requireReadable(store.preferences, arguments.domain);
     store.preferences.changeValues([content](MutableDictionary& values) { values = MutableDictionary(content); },
@@ -140,7 +147,9 @@ void addDefaultsCommands(CLI::App& app) {
         takeDomain(defaults.add("export", localized("Write a domain into a property-list file"), exportDomain)),
         localized("File to write, - for standard output")));
     takeFile(takeDomain(defaults.add("import", localized("Replace a domain by a property-list file"), importDomain)),
-             localized("File to read, - for standard input; its form is recognised"));
+             localized("File to read, - for standard input; its form is recognised"))
+        ->add_flag("--anyway", defaults->storesAnyway,
+                   localized("Store settings that do not fit the schema all the same"));
 }
 
 }  // namespace tools
