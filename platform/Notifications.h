@@ -35,10 +35,10 @@ class DistributedNotificationCenter {
 public:
     virtual ~DistributedNotificationCenter() = default;
     // Never blocks and never fails to the caller; without a transport the notification is dropped, and the log says so
-    // once.
+    // once. User information that the transport cannot carry (docs/messages.md) is left out, with a line in the log.
     virtual void post(std::string_view name, std::string_view object, const PropertyList& userInfo,
                       bool deliverImmediately) = 0;
-    // The handler runs on the main thread. An empty object observes every object.
+    // The handler runs on the main thread. An empty name observes every name, an empty object every object.
     virtual std::unique_ptr<Observation> addObserver(std::string_view name, std::string_view object, Delivery delivery,
                                                      std::function<void(const Notification&)> handler) = 0;
 };

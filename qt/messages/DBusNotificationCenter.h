@@ -29,8 +29,6 @@ public:
 
     void post(std::string_view name, std::string_view object, const platform::PropertyList& userInfo,
               bool deliverImmediately) override;
-    // An empty name observes every name, an empty object every object. Information that is nested more deeply than
-    // platform::kDeepestUserInfo is left out, with a line in the log.
     std::unique_ptr<platform::Observation> addObserver(
         std::string_view name, std::string_view object, platform::Delivery delivery,
         std::function<void(const platform::Notification&)> handler) override;

@@ -63,15 +63,23 @@ class InstallTest(unittest.TestCase):
     def test_other_people_have_nothing_to_say_against_our_files(self):
         share = self.prefix / "share"
         pages = [["man", "--warnings", "-E", "UTF-8", "-l", "-Tutf8", "-Z", page] for page in share.glob("man/man?/*")]
+        interfaces = [*share.glob("dbus-1/interfaces/*.xml")]
+        for file in interfaces:
+            self.assertIn(f'<interface name="{file.stem}">', file.read_text())
+        made = self.prefix / "made"
+        bindings = [[*tool, made, file] for tool in (["gdbus-codegen", "--interface-info-header", "--output"],
+                                                     ["qdbusxml2cpp", "-p"]) for file in interfaces]
         for command in (["desktop-file-validate", share / f"applications/{ID}.desktop"],
-                        ["appstreamcli", "validate", "--no-net", share / f"metainfo/{ID}.metainfo.xml"], *pages):
+                        ["appstreamcli", "validate", "--no-net", share / f"metainfo/{ID}.metainfo.xml"],
+                        *pages, *bindings):
             with self.subTest(command):
                 if not shutil.which(command[0]):
                     self.skipTest(f"needs {command[0]}")
                 # AppStream 0.16 does not know what 1.0 misses, and 1.0 calls what 0.16 knows out of date.
                 known = "I: .*: unknown-tag developer$"
                 self.assertNotRegex(self.run_installed(*command), rf"(?im)(warning|error): |^(?!{known})[EWI]: ")
-        self.assertTrue(pages)
+        self.assertGreaterEqual(len(pages), 2)
+        self.assertEqual(len(bindings), 4)
 
     def test_the_installed_texts_lead_to_texts_that_are_there(self):
         texts = [self.texts / name for name in ("README.md", "docs/updates.md")]

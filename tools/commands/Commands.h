@@ -24,6 +24,7 @@ void addLoginItemsCommands(CLI::App& app);
 void addHelperCommands(CLI::App& app);
 void addUpdateCommands(CLI::App& app);
 void addWatchCommand(CLI::App& app);
+// And a hidden one by which packaging/generate gets the D-Bus interfaces' descriptions.
 void addSchemaCommands(CLI::App& app);
 // What the shells' completions ask; no help names it.
 void addCompleteCommand(CLI::App& app);
