@@ -117,7 +117,7 @@ TYPESLATE_API const char* typeslate_entry_data(const typeslate_entry* entry);
  */
 TYPESLATE_API int typeslate_entry_applies(const typeslate_entry* entry);
 
-/* The options. What each of them does to a menu: docs/reading.md. */
+/* The options. What each of them does to a menu: docs/font-menu.md. */
 typedef enum typeslate_option {
     TYPESLATE_ENABLED = 0,
     TYPESLATE_CHECK_MENU_ITEMS = 1,
