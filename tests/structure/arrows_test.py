@@ -5,7 +5,7 @@ import re
 import sys
 
 ROOT = pathlib.Path(sys.argv[1])
-BUNDLE = {"settings", "entrylist", "pane", "TarnwickUpdater"}
+BUNDLE = {"settings", "entrylist", "fontmenu", "pane", "TarnwickUpdater"}
 FLOOR = {"propertylist", "platform"}
 MAY_SEE = {
     "propertylist": set(),
@@ -13,7 +13,8 @@ MAY_SEE = {
     "settings": FLOOR,
     "TarnwickUpdater": FLOOR | {"settings"},
     "entrylist": FLOOR | {"settings"},
-    "pane": FLOOR | {"settings", "entrylist", "TarnwickUpdater"},
+    "fontmenu": FLOOR | {"settings"},
+    "pane": FLOOR | {"settings", "entrylist", "fontmenu", "TarnwickUpdater"},
     "linux": FLOOR,
     "qt": FLOOR,
     "reader": FLOOR | {"settings", "linux"},

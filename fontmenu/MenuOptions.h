@@ -1,0 +1,33 @@
+// The options of an entry, as the font menu takes them. docs/font-menu.md tells what each does.
+#pragma once
+
+#include "platform/PlatformTypes.h"
+
+#include <cstdint>
+
+namespace fontmenu {
+
+enum class Copies { Every, One, OneMarked };
+inline constexpr int kLargestSize = 255;  // points; a larger size counts as this one
+
+struct MenuOptions {
+    bool isEnabled = false;
+    bool marksCurrent = false;
+    bool drawsInFace = false;
+    Copies copies = Copies::Every;
+    bool hasSets = false;
+    int size = 0;  // points; 0: the menu's own
+    bool hasIcons = false;
+    bool nestsFamilies = false;
+    bool hasAllFonts = false;
+    bool sortsByWritingSystem = false;
+    bool hasFontAgentSets = true, hasFontExplorerSets = true, hasSuitcaseSets = true;
+    bool drawsInactiveInFace = true;  // only where drawsInFace
+    bool arrangesFontPanel = true;
+};
+
+// From an entry's "Settings". What is missing is what the window shows for it; what no control can store counts as the
+// nearest that one can.
+MenuOptions menuOptions(const platform::PropertyList& settings);
+
+}  // namespace fontmenu
