@@ -31,8 +31,23 @@ PortalSettings::PortalSettings(QDBusConnection bus, std::vector<Setting> setting
 
 PortalSettings::~PortalSettings() { changes_->retire(); }
 
+// The bus answers this first, and answers tell their sender in some versions of Qt only.
+void PortalSettings::askForOwner() {
+    QDBusMessage question =
+        QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
+                                       QStringLiteral("org.freedesktop.DBus"), QStringLiteral("GetNameOwner"));
+    question << QString(QLatin1String(kService));
+    auto* answer = new QDBusPendingCallWatcher(bus_.asyncCall(question), &context_);
+    QObject::connect(answer, &QDBusPendingCallWatcher::finished, &context_, [this, answer] {
+        answer->deleteLater();
+        const QDBusPendingReply<QString> reply = *answer;
+        if (reply.isValid()) owner_ = reply.value();
+    });
+}
+
 // By Read, which every version of the portal has.
 void PortalSettings::ask() {
+    askForOwner();
     for (const Setting& setting : settings_) {
         QDBusMessage question = QDBusMessage::createMethodCall(QLatin1String(kService), QLatin1String(kPath),
                                                                QLatin1String(kInterface), QStringLiteral("Read"));
@@ -41,7 +56,6 @@ void PortalSettings::ask() {
         QObject::connect(answer, &QDBusPendingCallWatcher::finished, &context_, [this, answer, &setting] {
             answer->deleteLater();
             const QDBusPendingReply<QDBusVariant> reply = *answer;
-            if (reply.reply().service().startsWith(QLatin1Char(':'))) owner_ = reply.reply().service();
             if (reply.isValid()) take(setting, reply.value().variant());
         });
     }

@@ -36,6 +36,7 @@ public:
     ~PortalSettings();
 
 private:
+    void askForOwner();
     void ask();
     void take(const Setting& setting, QVariant value);
     void takeChange(const QDBusMessage& signal);
