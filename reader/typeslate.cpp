@@ -1,10 +1,7 @@
 // The C interface: objects behind pointers, and nothing thrown across it.
-#include "reader/typeslate.h"
+#include "reader/Objects.h"
 
 #include "linux/files/Paths.h"
-#include "reader/FolderWatch.h"
-#include "reader/Rules.h"
-#include "reader/StoredFile.h"
 #include "settings/EntryList.h"
 #include "settings/SettingsSchema.h"
 
@@ -14,9 +11,6 @@
 #include <cstdlib>
 #include <map>
 #include <memory>
-#include <mutex>
-#include <optional>
-#include <string>
 
 using namespace reader;
 using platform::PropertyList;
@@ -38,55 +32,7 @@ std::string absolute(std::string folder) {
     return here ? linux::joined(here.get(), folder) : folder;
 }
 
-std::string_view text(const char* bytes) { return bytes ? std::string_view(bytes) : std::string_view(); }
-
-void report(int* place, int value) {
-    if (place) *place = value;
-}
-
-// What a function gives where there is no memory left.
-template <typename Result, typename Function>
-Result guarded(Result otherwise, Function function) noexcept {
-    try {
-        return function();
-    } catch (...) {
-        return otherwise;
-    }
-}
-
 }  // namespace
-
-struct typeslate_settings {
-    explicit typeslate_settings(const std::string& folder)
-        : settings(linux::joined(folder, kSettingsFile), kLargestSettings),
-          catalogue(linux::joined(folder, kCatalogueFile), kLargestCatalogue) {}
-
-    int refresh(bool& hasChanged);
-    int readCatalogue();  // unless it was read
-    std::shared_ptr<const Rules> currentRules() const {
-        std::scoped_lock lock(current);
-        return rules;
-    }
-    PropertyList currentNames() const {
-        std::scoped_lock lock(current);
-        return names;
-    }
-
-    std::mutex reading;  // of the files, one thread at a time
-    StoredFile settings, catalogue;
-    std::optional<int> catalogueStatus;  // nothing: nobody has asked for it yet
-    FolderWatch watch;
-
-    mutable std::mutex current;  // held for no longer than it takes to copy a pointer
-    std::shared_ptr<const Rules> rules = std::make_shared<Rules>(PropertyList());
-    PropertyList names;
-};
-
-struct typeslate_entry {
-    Resolution resolution;
-    bool isOn;
-    std::string name, data;
-};
 
 struct typeslate_font {
     std::map<std::string, std::string, std::less<>> texts;
@@ -96,7 +42,11 @@ struct typeslate_expression {
     Expression expression;
 };
 
-// The caller holds `reading`. What happens after the watch is looked at shows at the next look.
+typeslate_settings::typeslate_settings(const std::string& folder)
+    : settings(linux::joined(folder, kSettingsFile), kLargestSettings),
+      catalogue(linux::joined(folder, kCatalogueFile), kLargestCatalogue) {}
+
+// What happens after the watch is looked at shows at the next look.
 int typeslate_settings::refresh(bool& hasChanged) {
     watch.takeIn();
     int status = settings.refresh();
@@ -134,7 +84,7 @@ typeslate_settings* typeslate_open(int* status) {
 typeslate_settings* typeslate_open_folder(const char* folder, int* status) {
     report(status, TYPESLATE_NO_MEMORY);
     return guarded<typeslate_settings*>(nullptr, [&] {
-        auto opened = std::make_unique<typeslate_settings>(absolute(std::string(text(folder))));
+        auto opened = std::make_unique<typeslate_settings>(absolute(std::string(textOf(folder))));
         report(status, typeslate_refresh(opened.get(), nullptr));
         return opened.release();
     });
@@ -180,8 +130,8 @@ typeslate_entry* typeslate_resolve(const typeslate_settings* settings, const typ
     return guarded<typeslate_entry*>(nullptr, [&] {
         Application known;
         if (application)
-            known = {text(application->identifier), text(application->creator), text(application->path),
-                     text(application->name)};
+            known = {textOf(application->identifier), textOf(application->creator), textOf(application->path),
+                     textOf(application->name)};
         std::shared_ptr<const Rules> rules = settings->currentRules();
         auto entry = std::make_unique<typeslate_entry>(typeslate_entry{rules->resolve(known), rules->isOn(), {}, {}});
         const PropertyList& stored = entry->resolution.entry;

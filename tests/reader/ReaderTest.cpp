@@ -405,6 +405,57 @@ TEST(FontsAreLookedUpInTheCatalogue) {
     CHECK_EQ(status, +TYPESLATE_OK);
 }
 
+// Faces that can be chosen, and whether everything is as the header promises.
+std::size_t facesIn(const typeslate_item* const* items, std::size_t count, bool& isSound) {
+    std::size_t faces = 0;
+    for (std::size_t at = 0; at < count; ++at) {
+        const typeslate_item& item = *items[at];
+        isSound &= (item.kind == TYPESLATE_ITEM_SUBMENU) == (item.item_count > 0);
+        isSound &= (item.kind == TYPESLATE_ITEM_SEPARATOR) == !*item.title;
+        isSound &= item.kind != TYPESLATE_ITEM_FACE || (*item.family && *item.file && item.weight > 0);
+        faces += item.kind == TYPESLATE_ITEM_FACE ? 1 : facesIn(item.items, item.item_count, isSound);
+    }
+    return faces;
+}
+
+TEST(MenusAreMadeOfTheFontsThatAreHere) {
+    TemporaryFolder folder;
+    auto settingsOf = [](bool isOn, bool nests) {
+        return PropertyList::dictionary(
+            {{"Type", isOn ? "Global" : "Path"},
+             {"Data", "/off"},
+             {"Settings",
+              PropertyList::dictionary({{"Enabled", isOn}, {"HierarchicalMenu", nests}, {"CheckMenuItems", true}})}});
+    };
+    store(folder / kFile, domain({settingsOf(true, true), settingsOf(false, true)}));
+    Settings settings = opened(folder.path());
+    int status = -1;
+    CHECK(!typeslate_menu_new(settings.get(), nullptr, nullptr, nullptr, &status));
+    CHECK_EQ(status, +TYPESLATE_BAD_ARGUMENT);
+    auto menuOf = [&](const Entry& entry) {
+        return std::unique_ptr<typeslate_menu, decltype(&typeslate_menu_free)>(
+            typeslate_menu_new(settings.get(), entry.get(), "DejaVu Sans Bold", nullptr, &status), typeslate_menu_free);
+    };
+    auto menu = menuOf(resolved(settings, "x"));
+    if (!menu) {  // built without the part that lists fonts
+        CHECK_EQ(status, +TYPESLATE_ABSENT);
+        return;
+    }
+    typeslate_application application = {.identifier = nullptr, .creator = nullptr, .path = "/off", .name = nullptr};
+    auto plain = menuOf({typeslate_resolve(settings.get(), &application), typeslate_entry_free});
+    settings.reset();
+    bool isSound = true;
+    CHECK(menu->is_arranged && !plain->is_arranged);
+    CHECK_EQ(facesIn(menu->items, menu->item_count, isSound), menu->faces);
+    CHECK_EQ(facesIn(plain->items, plain->item_count, isSound), plain->faces);
+    CHECK(isSound && menu->lines < plain->lines && plain->faces == plain->item_count);
+    std::string marked;
+    for (std::size_t at = 0; at < menu->item_count; ++at)
+        if (menu->items[at]->is_marked) marked += menu->items[at]->title;
+    CHECK_EQ(marked, "DejaVu Sans");
+    typeslate_menu_free(nullptr);
+}
+
 TEST(NothingIsTakenForNothing) {
     int status = -1;
     typeslate_close(nullptr);

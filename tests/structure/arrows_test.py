@@ -17,7 +17,7 @@ MAY_SEE = {
     "pane": FLOOR | {"settings", "entrylist", "fontmenu", "TarnwickUpdater"},
     "linux": FLOOR,
     "qt": FLOOR,
-    "reader": FLOOR | {"settings", "linux"},
+    "reader": FLOOR | {"settings", "fontmenu", "linux"},
     "host": FLOOR | BUNDLE | {"linux", "qt", "reader"},
     "tools": FLOOR | BUNDLE | {"linux", "qt", "host", "reader"},
 }
