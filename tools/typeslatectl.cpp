@@ -82,6 +82,9 @@ int main(int argc, char** argv) {
 #ifdef TYPESLATE_HAVE_READER
     tools::addExpressionCommands(*app.get_subcommand("entries"));
     tools::addResolveCommand(app);
+    tools::addMenuCommand(app, tools::entryOfApplication);
+#else
+    tools::addMenuCommand(app, nullptr);
 #endif
     tools::addCatalogCommands(app);
     tools::addLoginItemsCommands(app);

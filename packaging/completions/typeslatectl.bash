@@ -50,9 +50,9 @@ _typeslatectl() {
   for ((i = 1; i < ${#words[@]} - 1; ++i)); do
     word=${words[i]}
     case "$at $word" in
-      *' --database' | *' --family' | *' --format' | *' --if-unchanged' | *' --kind' | *' --merge' | *' --name' | *' --path' | *' --pid' | *' --wait') ((++i)) ;;
+      *' --database' | *' --family' | *' --font' | *' --format' | *' --if-unchanged' | *' --kind' | *' --merge' | *' --name' | *' --path' | *' --pid' | *' --wait') ((++i)) ;;
       *' -'*) ;;
-      ' defaults' | ' defaults read' | ' defaults write' | ' defaults delete' | ' defaults domains' | ' defaults export' | ' defaults import' | ' entries' | ' entries list' | ' entries get' | ' entries add' | ' entries add-regex' | ' entries remove' | ' entries set' | ' entries unset' | ' entries reset' | ' entries move' | ' entries rename' | ' entries edit' | ' entries duplicate' | ' entries export' | ' entries import' | ' entries test' | ' pane' | ' pane enable' | ' pane disable' | ' pane logging' | ' pane status' | ' resolve' | ' catalog' | ' catalog parse' | ' catalog build' | ' catalog show' | ' catalog list' | ' catalog stats' | ' login-items' | ' login-items list' | ' login-items add' | ' login-items remove' | ' login-items check' | ' helper' | ' helper start' | ' helper stop' | ' helper status' | ' update' | ' update status' | ' update check' | ' update schedule' | ' update interval' | ' watch' | ' schema') at+=" $word" ;;
+      ' defaults' | ' defaults read' | ' defaults write' | ' defaults delete' | ' defaults domains' | ' defaults export' | ' defaults import' | ' entries' | ' entries list' | ' entries get' | ' entries add' | ' entries add-regex' | ' entries remove' | ' entries set' | ' entries unset' | ' entries reset' | ' entries move' | ' entries rename' | ' entries edit' | ' entries duplicate' | ' entries export' | ' entries import' | ' entries test' | ' pane' | ' pane enable' | ' pane disable' | ' pane logging' | ' pane status' | ' resolve' | ' menu' | ' catalog' | ' catalog parse' | ' catalog build' | ' catalog show' | ' catalog list' | ' catalog stats' | ' login-items' | ' login-items list' | ' login-items add' | ' login-items remove' | ' login-items check' | ' helper' | ' helper start' | ' helper stop' | ' helper status' | ' update' | ' update status' | ' update check' | ' update schedule' | ' update interval' | ' watch' | ' schema') at+=" $word" ;;
       *) given+=("$word") ;;
     esac
   done
@@ -76,6 +76,7 @@ _typeslatectl() {
     ' entries import --merge') _typeslate_offer < <(printf '%s\0' ours theirs); return ;;
     ' entries test --kind') _typeslate_offer < <(printf '%s\0' 0 1 2); return ;;
     ' resolve --pid') :; return ;;
+    ' menu --font') :; return ;;
     ' catalog parse --database') _typeslate_files -f; return ;;
     ' catalog list --family') :; return ;;
     ' login-items remove --path') :; return ;;
@@ -102,6 +103,7 @@ _typeslatectl() {
       ' entries test') _typeslate_offer < <(printf '%s\0' --kind --json --help) ;;
       ' pane status') _typeslate_offer < <(printf '%s\0' --json --help) ;;
       ' resolve') _typeslate_offer < <(printf '%s\0' --pid --json --help) ;;
+      ' menu') _typeslate_offer < <(printf '%s\0' --font --json --counts --help) ;;
       ' catalog parse') _typeslate_offer < <(printf '%s\0' --database --help) ;;
       ' catalog build') _typeslate_offer < <(printf '%s\0' --verbose --help) ;;
       ' catalog list') _typeslate_offer < <(printf '%s\0' --family --help) ;;
@@ -116,7 +118,7 @@ _typeslatectl() {
     return
   fi
   case "$at:${#given[@]}" in
-    ':0') _typeslate_offer < <(printf '%s\0' defaults entries pane resolve catalog login-items helper update watch schema) ;;
+    ':0') _typeslate_offer < <(printf '%s\0' defaults entries pane resolve menu catalog login-items helper update watch schema) ;;
     ' defaults:0') _typeslate_offer < <(printf '%s\0' read write delete domains export import) ;;
     ' defaults read:0') _typeslate_ask domains ;;
     ' defaults read:1') _typeslate_ask keys ;;
@@ -149,6 +151,7 @@ _typeslatectl() {
     ' entries import:0') _typeslate_files -f ;;
     ' pane:0') _typeslate_offer < <(printf '%s\0' enable disable logging status) ;;
     ' pane logging:0') _typeslate_offer < <(printf '%s\0' on off) ;;
+    ' menu:0') _typeslate_ask entries ;;
     ' catalog:0') _typeslate_offer < <(printf '%s\0' parse build show list stats) ;;
     ' catalog parse:'*) _typeslate_files -f ;;
     ' login-items:0') _typeslate_offer < <(printf '%s\0' list add remove check) ;;

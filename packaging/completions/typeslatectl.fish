@@ -7,7 +7,7 @@ function __typeslatectl_given
     for word in (commandline -opc)
         if $takes
             set takes false
-        else if contains -- $word --database --family --format --if-unchanged --kind --merge --name --path --pid --wait
+        else if contains -- $word --database --family --font --format --if-unchanged --kind --merge --name --path --pid --wait
             set takes true
         else if not string match -q -- '-*' $word
             set -a words $word
@@ -17,19 +17,20 @@ function __typeslatectl_given
 end
 
 complete -c typeslatectl -f
-complete -c typeslatectl -n 'true; and not __fish_seen_subcommand_from defaults entries pane resolve catalog login-items helper update watch schema' -a defaults -d 'Read and change preference domains'
-complete -c typeslatectl -n 'true; and not __fish_seen_subcommand_from defaults entries pane resolve catalog login-items helper update watch schema' -a entries -d 'Show and change the list of entries'
-complete -c typeslatectl -n 'true; and not __fish_seen_subcommand_from defaults entries pane resolve catalog login-items helper update watch schema' -a pane -d 'Switch the module and its logging on and off'
-complete -c typeslatectl -n 'true; and not __fish_seen_subcommand_from defaults entries pane resolve catalog login-items helper update watch schema' -a resolve -d 'Tell which entry applies to an application, and why'
-complete -c typeslatectl -n 'true; and not __fish_seen_subcommand_from defaults entries pane resolve catalog login-items helper update watch schema' -a catalog -d 'Build and show the catalogue of font names'
-complete -c typeslatectl -n 'true; and not __fish_seen_subcommand_from defaults entries pane resolve catalog login-items helper update watch schema' -a login-items -d 'Show and change what starts when you log in'
-complete -c typeslatectl -n 'true; and not __fish_seen_subcommand_from defaults entries pane resolve catalog login-items helper update watch schema' -a helper -d 'Start and stop the helper that takes in changed settings'
-complete -c typeslatectl -n 'true; and not __fish_seen_subcommand_from defaults entries pane resolve catalog login-items helper update watch schema' -a update -d 'Read and change the schedule of update checks, and check'
-complete -c typeslatectl -n 'true; and not __fish_seen_subcommand_from defaults entries pane resolve catalog login-items helper update watch schema' -a watch -d 'Print each notification and broadcast as a line of JSON'
-complete -c typeslatectl -n 'true; and not __fish_seen_subcommand_from defaults entries pane resolve catalog login-items helper update watch schema' -a schema -d 'Print the JSON Schema of the settings domain'
-complete -c typeslatectl -n 'true; and not __fish_seen_subcommand_from defaults entries pane resolve catalog login-items helper update watch schema' -l wait -x -d 'How long to wait for a program that keeps settings locked: 10 by default, 0 for not at all'
-complete -c typeslatectl -n 'true; and not __fish_seen_subcommand_from defaults entries pane resolve catalog login-items helper update watch schema' -l version -d 'Show the version and exit'
-complete -c typeslatectl -n 'true; and not __fish_seen_subcommand_from defaults entries pane resolve catalog login-items helper update watch schema' -s h -l help -d 'Show this help and exit'
+complete -c typeslatectl -n 'true; and not __fish_seen_subcommand_from defaults entries pane resolve menu catalog login-items helper update watch schema' -a defaults -d 'Read and change preference domains'
+complete -c typeslatectl -n 'true; and not __fish_seen_subcommand_from defaults entries pane resolve menu catalog login-items helper update watch schema' -a entries -d 'Show and change the list of entries'
+complete -c typeslatectl -n 'true; and not __fish_seen_subcommand_from defaults entries pane resolve menu catalog login-items helper update watch schema' -a pane -d 'Switch the module and its logging on and off'
+complete -c typeslatectl -n 'true; and not __fish_seen_subcommand_from defaults entries pane resolve menu catalog login-items helper update watch schema' -a resolve -d 'Tell which entry applies to an application, and why'
+complete -c typeslatectl -n 'true; and not __fish_seen_subcommand_from defaults entries pane resolve menu catalog login-items helper update watch schema' -a menu -d 'Show the font menu that an entry'\''s options make'
+complete -c typeslatectl -n 'true; and not __fish_seen_subcommand_from defaults entries pane resolve menu catalog login-items helper update watch schema' -a catalog -d 'Build and show the catalogue of font names'
+complete -c typeslatectl -n 'true; and not __fish_seen_subcommand_from defaults entries pane resolve menu catalog login-items helper update watch schema' -a login-items -d 'Show and change what starts when you log in'
+complete -c typeslatectl -n 'true; and not __fish_seen_subcommand_from defaults entries pane resolve menu catalog login-items helper update watch schema' -a helper -d 'Start and stop the helper that takes in changed settings'
+complete -c typeslatectl -n 'true; and not __fish_seen_subcommand_from defaults entries pane resolve menu catalog login-items helper update watch schema' -a update -d 'Read and change the schedule of update checks, and check'
+complete -c typeslatectl -n 'true; and not __fish_seen_subcommand_from defaults entries pane resolve menu catalog login-items helper update watch schema' -a watch -d 'Print each notification and broadcast as a line of JSON'
+complete -c typeslatectl -n 'true; and not __fish_seen_subcommand_from defaults entries pane resolve menu catalog login-items helper update watch schema' -a schema -d 'Print the JSON Schema of the settings domain'
+complete -c typeslatectl -n 'true; and not __fish_seen_subcommand_from defaults entries pane resolve menu catalog login-items helper update watch schema' -l wait -x -d 'How long to wait for a program that keeps settings locked: 10 by default, 0 for not at all'
+complete -c typeslatectl -n 'true; and not __fish_seen_subcommand_from defaults entries pane resolve menu catalog login-items helper update watch schema' -l version -d 'Show the version and exit'
+complete -c typeslatectl -n 'true; and not __fish_seen_subcommand_from defaults entries pane resolve menu catalog login-items helper update watch schema' -s h -l help -d 'Show this help and exit'
 complete -c typeslatectl -n '__fish_seen_subcommand_from defaults; and not __fish_seen_subcommand_from read write delete domains export import' -a read -d 'Print a domain, or one key of it, as JSON'
 complete -c typeslatectl -n '__fish_seen_subcommand_from defaults; and not __fish_seen_subcommand_from read write delete domains export import' -a write -d 'Store one value'
 complete -c typeslatectl -n '__fish_seen_subcommand_from defaults; and not __fish_seen_subcommand_from read write delete domains export import' -a delete -d 'Remove a key, or every key of a domain'
@@ -143,6 +144,11 @@ complete -c typeslatectl -n '__fish_seen_subcommand_from pane; and __fish_seen_s
 complete -c typeslatectl -n '__fish_seen_subcommand_from resolve' -l pid -x -d 'Instead, the application that this process runs'
 complete -c typeslatectl -n '__fish_seen_subcommand_from resolve' -l json -d 'As JSON'
 complete -c typeslatectl -n '__fish_seen_subcommand_from resolve' -s h -l help -d 'Show this help and exit'
+complete -c typeslatectl -n '__fish_seen_subcommand_from menu' -l font -x -d 'The font in use, by its PostScript or full name'
+complete -c typeslatectl -n '__fish_seen_subcommand_from menu' -l json -d 'As JSON'
+complete -c typeslatectl -n '__fish_seen_subcommand_from menu' -l counts -d 'How many faces, families and lines it has'
+complete -c typeslatectl -n '__fish_seen_subcommand_from menu' -s h -l help -d 'Show this help and exit'
+complete -c typeslatectl -n '__fish_seen_subcommand_from menu; and test (count (__typeslatectl_given 3)) = 0' -a '(typeslatectl complete entries -- "$(commandline -ct)" (__typeslatectl_given 3) 2>/dev/null | string split0)'
 complete -c typeslatectl -n '__fish_seen_subcommand_from catalog; and not __fish_seen_subcommand_from parse build show list stats' -a parse -d 'Print the records of font lists as JSON; nothing is stored'
 complete -c typeslatectl -n '__fish_seen_subcommand_from catalog; and not __fish_seen_subcommand_from parse build show list stats' -a build -d 'Check the stored catalogue and rebuild it, as the window does when it starts'
 complete -c typeslatectl -n '__fish_seen_subcommand_from catalog; and not __fish_seen_subcommand_from parse build show list stats' -a show -d 'Print the stored record of a font as JSON'

@@ -14,6 +14,7 @@ _typeslatectl() {
     'entries:Show and change the list of entries'
     'pane:Switch the module and its logging on and off'
     'resolve:Tell which entry applies to an application, and why'
+    'menu:Show the font menu that an entry'\''s options make'
     'catalog:Build and show the catalogue of font names'
     'login-items:Show and change what starts when you log in'
     'helper:Start and stop the helper that takes in changed settings'
@@ -36,6 +37,7 @@ _typeslatectl() {
         entries) _typeslatectl_entries ;;
         pane) _typeslatectl_pane ;;
         resolve) _typeslatectl_resolve ;;
+        menu) _typeslatectl_menu ;;
         catalog) _typeslatectl_catalog ;;
         login-items) _typeslatectl_login-items ;;
         helper) _typeslatectl_helper ;;
@@ -394,6 +396,17 @@ _typeslatectl_resolve() {
     '-h[Show this help and exit]' \
     '--help[Show this help and exit]' \
     ':APPLICATION:{ _message value }'
+}
+
+_typeslatectl_menu() {
+  local -a line
+  _arguments \
+    '--font[The font in use, by its PostScript or full name]:NAME:{ _message value }' \
+    '--json[As JSON]' \
+    '--counts[How many faces, families and lines it has]' \
+    '-h[Show this help and exit]' \
+    '--help[Show this help and exit]' \
+    ':ENTRY:{ _typeslate_ask entries }'
 }
 
 _typeslatectl_catalog() {

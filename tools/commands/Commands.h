@@ -1,6 +1,8 @@
 // The commands of typeslatectl, a function for each group of them, and what they are made with.
 #pragma once
 
+#include "platform/PlatformTypes.h"
+
 #include <CLI/CLI.hpp>
 
 #include <memory>
@@ -22,6 +24,12 @@ void addResolveCommand(CLI::App& app);
 void addCatalogCommands(CLI::App& app);
 void addLoginItemsCommands(CLI::App& app);
 void addHelperCommands(CLI::App& app);
+// The entry that applies to an application, named by a desktop file, .app folder or identifier; by default a new Global
+// entry. Throws Refusal.
+using EntryOfApplication = platform::PropertyList (*)(const std::string& application);
+platform::PropertyList entryOfApplication(const std::string& application);
+// Null where nothing can tell: then it takes entries alone.
+void addMenuCommand(CLI::App& app, EntryOfApplication entryOf);
 void addUpdateCommands(CLI::App& app);
 void addWatchCommand(CLI::App& app);
 // And a hidden one by which packaging/generate gets the D-Bus interfaces' descriptions.

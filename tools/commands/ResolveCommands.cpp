@@ -188,6 +188,12 @@ void test(const Arguments& arguments) {
 
 }  // namespace
 
+PropertyList entryOfApplication(const std::string& application) {
+    linux::LinuxMachine machine;
+    Facts facts = factsNamed(machine.applications, application);
+    return reader::Rules(readSettings().values()).resolve(facts.known()).entry;
+}
+
 void addResolveCommand(CLI::App& app) {
     auto arguments = std::make_shared<Arguments>();
     auto* command = app.add_subcommand("resolve", localized("Tell which entry applies to an application, and why"));

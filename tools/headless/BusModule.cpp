@@ -1,26 +1,23 @@
 #include "tools/headless/BusModule.h"
 
-#include "linux/system/Installation.h"
 #include "tools/Localized.h"
-
-#include <dlfcn.h>
+#include "tools/headless/InstalledModule.h"
 
 namespace tools {
 namespace {
 
-std::string modulePath() { return linux::installedPath("typeslatectl-bus.so"); }
+constexpr InstalledModule kModule{"typeslatectl-bus.so", kBusModuleFactoryName};
 
 }  // namespace
 
 BusModule* findBusModule() {
-    void* code = dlopen(modulePath().c_str(), RTLD_NOW | RTLD_LOCAL);
-    auto factory = code ? reinterpret_cast<BusModuleFactory>(dlsym(code, kBusModuleFactoryName)) : nullptr;
+    auto factory = kModule.factory<BusModuleFactory>();
     return factory ? factory() : nullptr;
 }
 
 BusModule& requireBus() {
     BusModule* bus = findBusModule();
-    if (!bus) throw refused("the part for the session bus is not installed (%@)", modulePath());
+    if (!bus) throw refused("the part for the session bus is not installed (%@)", kModule.path());
     if (!bus->isConnected()) throw refused("there is no session bus");
     return *bus;
 }
