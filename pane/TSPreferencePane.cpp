@@ -57,9 +57,11 @@ TSPreferencePane::TSPreferencePane(const Platform& platform)
           platform_, *this, [this] { return listSearch.shownRows(); },
           [this](std::string text) { return listCommands.withUndo(std::move(text)); },
           [this](bool isBusy) { isBusy ? void(canUnselect = UnselectReply::Later) : sheetEnded(); }),
-      optionMarks(platform_, *this, [this](const Option& option) {
-          listCommands.useGlobals({&option, 1});
-      }) {}
+      optionMarks(platform_, *this,
+                  [this](const Option& option) {
+                      listCommands.useGlobals({&option, 1});
+                  }),
+      expressionPreview(platform_, regex, regexType) {}
 
 TSPreferencePane::~TSPreferencePane() = default;
 

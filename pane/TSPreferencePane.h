@@ -12,6 +12,7 @@
 
 #include "TarnwickUpdater/PrefPane Stuff/TWVCUpdateViewController/TWVCUpdateViewController.h"
 #include "entrylist/ExchangePanel.h"
+#include "entrylist/ExpressionPreview.h"
 #include "entrylist/ListCommands.h"
 #include "entrylist/ListSearch.h"
 #include "entrylist/OptionMarks.h"
@@ -323,6 +324,7 @@ private:
     entrylist::ListSearch listSearch;
     entrylist::ExchangePanel exchangePanel;
     entrylist::OptionMarks optionMarks;
+    entrylist::ExpressionPreview expressionPreview;
     platform::PropertyList settingsOfNew;  // instead of Global's, for the entry that is added next
 
     Outlet<platform::Panel> aboutPanel;

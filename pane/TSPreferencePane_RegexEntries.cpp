@@ -42,6 +42,7 @@ void TSPreferencePane::regexNew(View& sender) {
     layOutRegexSheet();
     layOutRegexSheet();
     isEditingRegex = true;
+    expressionPreview.start();
     EntryIdentity target(shown, static_cast<std::size_t>(std::max(row, 0)));
     regexPanel->beginSheet([this, target, info = std::move(context).freeze()](int returnCode) {
         regexWasEdited_returnCode_contextInfo(*regexPanel, returnCode, info, target);
@@ -96,6 +97,7 @@ void TSPreferencePane::refuseEmptyRegexField() {
 void TSPreferencePane::regexWasEdited_returnCode_contextInfo(Panel& sheet, int returnCode, const PropertyList& context,
                                                              const EntryIdentity& target) {
     isEditingRegex = false;
+    expressionPreview.end();
     if (returnCode == kSheetOK)
         storeRegex(context, target);
     else

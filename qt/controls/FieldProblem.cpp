@@ -31,7 +31,8 @@ public:
         show();
     }
     void remove() {
-        field_.setAccessibleDescription(ownDescription_);
+        // Which may have been given another meanwhile.
+        if (field_.accessibleDescription() == sign_->text()) field_.setAccessibleDescription(ownDescription_);
         field_.removeAction(sign_);
         setObjectName({});
         hide();

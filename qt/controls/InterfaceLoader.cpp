@@ -53,6 +53,15 @@ void connectAction(QWidget& widget, View& view, InterfaceOwner& owner, QObject& 
         onUserAction(widget, context, [&owner, &view, selector] { owner.performAction(selector, view); });
 }
 
+// For each change of a text that is not the owner's own.
+void connectTyping(QWidget& widget, View& view, InterfaceOwner& owner, QObject& context) {
+    auto* line = qobject_cast<QLineEdit*>(&widget);
+    std::string selector = widget.property("typingAction").toString().toStdString();
+    if (line && !selector.empty())
+        QObject::connect(line, &QLineEdit::textChanged, &context,
+                         [&owner, &view, selector] { owner.performAction(selector, view); });
+}
+
 void connectSearch(QWidget& widget, View& view, InterfaceOwner& owner, QObject& context) {
     auto* line = qobject_cast<QLineEdit*>(&widget);
     auto* list = widget.window()->findChild<QWidget*>(widget.property("searches").toString());
@@ -186,6 +195,7 @@ private:
             connectSearch(widget, *view, owner_, *result_->connections_);
         else
             connectAction(widget, *view, owner_, *result_->connections_);
+        connectTyping(widget, *view, owner_, *result_->connections_);
         takeEveryInput(widget);
         showImage(widget, resources_);
         scaleFont(widget);

@@ -2,6 +2,7 @@
 // times for the height at the same few widths, and each answer lays the text out anew.
 #pragma once
 
+#include <QEvent>
 #include <QHash>
 #include <QLabel>
 
@@ -24,6 +25,14 @@ public:
     }
 
 private:
+    // A label with the dynamic property "linesAbove" leaves room for so many lines above its text, for another label.
+    bool event(QEvent* event) override {
+        const int lines = property("linesAbove").toInt();
+        const bool isOfSize = event->type() == QEvent::FontChange || event->type() == QEvent::DynamicPropertyChange;
+        if (lines > 0 && isOfSize) setContentsMargins(0, lines * fontMetrics().lineSpacing(), 0, 0);
+        return QLabel::event(event);
+    }
+
     using Basis = std::tuple<QString, Qt::TextFormat, Qt::TextInteractionFlags, QFont, const QStyle*, Qt::Alignment,
                              QMargins, int, int, int, int, bool>;
     static constexpr int kMostWidths = 16;  // of a window whose size is changed

@@ -20,6 +20,7 @@ using namespace platform;
 namespace {
 
 constexpr const char* kHideWhenEmpty = "hideWhenEmpty";
+constexpr const char* kDescribes = "describes";
 
 Size toSize(QSize size) { return {double(size.width()), double(size.height())}; }
 
@@ -70,10 +71,18 @@ void QtLabel::setStringValue(std::string_view text, TextTone tone) {
     setAlertTone(widget_, alert);
     widget_.setAlignment(alert ? Qt::Alignment(Qt::AlignCenter) : designedAlignment_);
     if (widget_.property(kHideWhenEmpty).toBool()) widget_.setVisible(!shown.isEmpty());
+    if (changed) describeOther();
     if (alert && changed) {
         QAccessibleEvent event(&widget_, QAccessible::Alert);
         QAccessible::updateAccessibility(&event);
     }
+}
+
+// Screen readers tell of a new description of what has the keyboard, and of a new text elsewhere they do not.
+void QtLabel::describeOther() {
+    const QString name = widget_.property(kDescribes).toString();
+    if (name.isEmpty() || !widget_.parentWidget()) return;
+    if (auto* other = widget_.parentWidget()->findChild<QWidget*>(name)) other->setAccessibleDescription(text_);
 }
 
 void QtLabel::setIntegerValue(std::int64_t number) { setStringValue(std::to_string(number), TextTone::Normal); }

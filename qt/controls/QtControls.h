@@ -29,7 +29,8 @@ private:
     const QString designedText_, designedToolTip_;
 };
 
-// A label with the dynamic property "hideWhenEmpty" takes no room while it has no text.
+// A label with the dynamic property "hideWhenEmpty" takes no room while it has no text. One with "describes", the name
+// of a widget beside it, is that widget's accessible description.
 class QtLabel final : public WidgetView<platform::TextField, QLabel> {
 public:
     explicit QtLabel(QLabel& label);
@@ -42,6 +43,8 @@ public:
     platform::Size cellSizeForBounds(const platform::Rect& bounds) const override;
 
 private:
+    void describeOther();
+
     Qt::Alignment designedAlignment_;
     QString text_;  // the label's has places to break at in long words
 };

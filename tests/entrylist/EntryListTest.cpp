@@ -1,6 +1,8 @@
 // What is done to the list as a whole: taking changes back, and finding entries.
 #include "entrylist/Differences.h"
 #include "entrylist/EntryIndex.h"
+#include "entrylist/ExpressionPreview.h"
+#include "entrylist/ExpressionWords.h"
 #include "entrylist/History.h"
 #include "entrylist/ListEdits.h"
 #include "tests/pane/PaneFixture.h"
@@ -36,6 +38,36 @@ List anyList(std::mt19937& random) {
 }
 
 }  // namespace
+
+TEST(AnExpressionIsTriedOnAnyNumberOfApplications) {
+    fake::Expressions expressions;
+    std::vector<ApplicationFacts> applications(13'000, {"i", 0, "/p", "n"});
+    applications[1].identifier.clear();
+    const ExpressionMatches matches = matchesOf(expressions, "", 1, applications);
+    CHECK(matches.found.size() == applications.size() - 1 && matches.found[1] == &applications[2] && !matches.costly);
+    for (int kind : {-1, 3}) CHECK(matchesOf(expressions, "n", kind, applications).found.empty());
+}
+
+// Of names that are longer than the line there is the first in any case; of the tool tip's lines not too many.
+TEST(LongNamesAndReasonsAreCutBetweenCharacters) {
+    PaneFixture f;
+    const std::string longName = "é\n" + std::string(200, 'x'), shown = "é " + std::string(57, 'x') + "…";
+    for (int i = 0; i < 21; ++i) f.world.applications.items.push_back({"/p", i ? "y" + longName : longName});
+    f.open();
+    f.field("regex").text = "x";
+    f.act("previewExpression:", "regex");
+    CHECK_EQ(f.field("regexMatches").text, "Matches 21 of 21 applications: " + shown + ", …");
+    const std::string tip = f.field("regexMatches").toolTip;
+    CHECK(std::ranges::count(tip, '\n') == 20 && tip.ends_with("x…\n…") && tip.starts_with("é x"));
+    CHECK_EQ(characters("aé…😀"), 4U);
+    CHECK_EQ(shortened("aé…😀", 4), "aé…😀");
+    CHECK_EQ(shortened("aé…😀b", 4), "aé……");
+    // The reasons that are usual are said in the user's language.
+    auto localized = [](std::string_view key) { return "<" + std::string(key) + ">"; };
+    CHECK_EQ(problemInWords({9, "missing closing parenthesis"}, "é(", localized),
+             "<Not an expression, at character 3: <missing closing parenthesis>. It would match nothing.>");
+    CHECK_EQ(reasonInWords({0, "odd"}, localized), "odd");
+}
 
 TEST(ChangesAreTakenBackAndWhatOthersDidStays) {
     for (const auto& [before, after, meanwhile, expected, conflicts] : cells<5>("../entrylist/edits.txt")) {

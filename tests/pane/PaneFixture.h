@@ -157,7 +157,8 @@ struct PaneFixture {
         menu("listStates").titles = {"All", "Off", "Missing", "Different"};
         field("listSearch");
         button("hideMissing");
-        for (const char* name : {"versionField", "statusField", "warningText", "regexName", "regex", "regexText"})
+        for (const char* name :
+             {"versionField", "statusField", "warningText", "regexName", "regex", "regexText", "regexMatches"})
             field(name);
         for (const char* name : {"warningSheet", "regexPanel"}) panel(name);
         button("aboutCloseButton").window = &panel("aboutPanel");

@@ -20,6 +20,11 @@ std::pair<std::string, std::string> cut(const std::string& text) {
     return {text.substr(0, end), text.substr(std::min(end + 1, text.size()))};
 }
 
+std::string withLineEnds(std::string text) {
+    std::ranges::replace(text, '|', '\n');
+    return text;
+}
+
 std::string stateOf(View& view) {
     if (auto* field = dynamic_cast<fake::TextField*>(&view))
         return field->text + (field->selectable ? " (selectable)" : "");
@@ -202,6 +207,8 @@ struct Scenario : PaneFixture {
             {"mark", [&] { markOn(*std::ranges::find(optionControls(), all, &OptionControl::key))->perform(); }},
             {"find", [&] { find(first, rest); }},
             {"tagged", [&] { CHECK_EQ(tagsOfRow(std::stoi(first)), rest); }},
+            {"tip", [&] { CHECK_EQ(field(first).toolTip, rest.empty() ? "" : withLineEnds(rest)); }},
+            {"unreadable", [&] { world.expressions.available = false; }},
             {"clipboard", [&] { world.toolkit.copied = all; }},
             {"holds", [&] { world.documents.files[first] = entrylist::exchangeDocument(entries(rest)); }},
             {"stray", [&] { world.documents.files[first] = rest; }},

@@ -164,11 +164,11 @@ struct World {
     Launcher launcher{journal};
     Dates dates;
     Documents documents{journal};
-    platform::ExpressionServices expressions;
+    Expressions expressions;
 
     platform::Platform platform() {
         return {paneBundle, host,    preferences, notifications, bundles,  files, applications, system,
-                runLoop,    toolkit, log,         processes,     launcher, dates, documents, expressions};
+                runLoop,    toolkit, log,         processes,     launcher, dates, documents,    expressions};
     }
     // Installs the private framework with the alias class in the pane's bundle.
     void installAliasFramework() {

@@ -323,6 +323,31 @@ private:
     }
 };
 
+// Finds an expression as it stands. "?REASON" is none, at its end; a search of "$..." is given up where it would be
+// found, and any that comes after the 6,000th of one expression.
+struct Expressions final : ExpressionServices {
+    struct Text final : Expression {
+        explicit Text(std::string_view text) : isCostly(text.starts_with('$')), sought(text.substr(isCostly)) {}
+        Answer search(std::string_view subject) override {
+            const bool isFound = subject.find(sought) != std::string_view::npos;
+            if (++searches > 6000 || (isFound && isCostly)) return Answer::GivenUp;
+            return isFound ? Answer::Yes : Answer::No;
+        }
+        const bool isCostly;
+        const std::string sought;
+        int searches = 0;
+    };
+    bool isAvailable() const override { return available; }
+    std::unique_ptr<Expression> compile(std::string_view text, ExpressionProblem& problem) override {
+        ++compiled;
+        if (!text.starts_with('?')) return std::make_unique<Text>(text);
+        problem = {text.size(), std::string(text.substr(1))};
+        return nullptr;
+    }
+    bool available = true;
+    int compiled = 0;
+};
+
 struct System final : SystemServices {
     std::optional<std::uint32_t> gestalt(FourCharCode selector) override {
         const std::uint32_t* found = valueIn(known, selector);

@@ -402,12 +402,47 @@ TEST(AnEmptyFieldOfAnExpressionIsMarkedUntilSomethingIsTyped) {
             CHECK(sheet.isVisible() && sheet.focusWidget() == &field && isMarked() && field.actions().size() == 1);
         }
         QTest::keyClick(&field, Qt::Key_X);
-        CHECK(!isMarked() && seen.text(QAccessible::Description) == designed);
+        const QString line = in<QLabel>(sheet, "regexMatches").text();
+        const bool isExpression = name == std::string_view("regex");
+        CHECK(!isMarked() && seen.text(QAccessible::Description) == (isExpression ? line : designed));
     }
     QTest::keyClick(sheet.focusWidget(), Qt::Key_Return);
     settle();
     CHECK(!QApplication::activeModalWidget());
     CHECK_EQ(pane.entries().elements().back()["Name"], PropertyList("x"));
+}
+
+TEST(TheSheetSaysAtEachKeystrokeWhatIsMatched) {
+    Opened pane;
+    QDialog& sheet = pane.openSheet(0, "regexAdd");
+    auto& line = in<QLabel>(sheet, "regexMatches");
+    auto& field = in<QLineEdit>(sheet, "regex");
+    const QAccessibleInterface& seen = *QAccessible::queryAccessibleInterface(&field);
+    const QString designed = seen.text(QAccessible::Description);
+    QTest::keyClick(sheet.focusWidget(), Qt::Key_E, Qt::AltModifier);
+    REQUIRE(field.hasFocus());
+    for (const auto& [key, said] :
+         {std::pair{"(", "Not an expression, at character 2: missing closing parenthesis. It would match nothing."},
+          {"l", "Not an expression, at character 3: missing closing parenthesis. It would match nothing."},
+          {"|", "Not an expression, at character 4: missing closing parenthesis. It would match nothing."},
+          {"B", "Not an expression, at character 5: missing closing parenthesis. It would match nothing."},
+          {")", "Matches 2 of 2 applications: Alpha, Beta"},
+          {"e", "Matches 1 of 2 applications: Beta"}}) {
+        CONTEXT(key);
+        QTest::keyClicks(&field, QLatin1String(key));
+        CHECK_EQ(line.text().remove(QChar(0x200B)).toStdString(), said);
+        CHECK_EQ(seen.text(QAccessible::Description).toStdString(), said);
+    }
+    QTest::keyClick(&in<QWidget>(sheet, "regexType"), Qt::Key_Down);
+    CHECK_EQ(line.text(), QStringLiteral("Matches 1 of 2 applications: Beta"));
+    CHECK_EQ(line.toolTip(), QStringLiteral("Beta (org.test.Beta)"));
+    // The line has its place between the field and the help below it, which keeps its distance.
+    auto& help = in<QLabel>(sheet, "regexText");
+    CHECK(line.y() >= field.geometry().bottom() && line.heightForWidth(line.width()) <= line.height());
+    CHECK_EQ(help.y(), field.geometry().bottom() + 1 + 20);
+    CHECK(help.y() + help.contentsMargins().top() >= line.geometry().bottom());
+    field.clear();
+    CHECK(line.text().isEmpty() && seen.text(QAccessible::Description) == designed);
 }
 
 TEST(ElsewhereOnTheDiskPackagesAreChosenWhole) {

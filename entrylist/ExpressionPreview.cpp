@@ -1,0 +1,131 @@
+#include "entrylist/ExpressionPreview.h"
+
+#include "entrylist/ExpressionWords.h"
+#include "entrylist/Outlets.h"
+#include "propertylist/Format.h"
+
+#include <algorithm>
+#include <array>
+
+using namespace platform;
+
+namespace entrylist {
+namespace {
+
+using Subject = std::string_view (*)(const ApplicationFacts&);
+constexpr std::array<Subject, 3> kSubjects{
+    [](const ApplicationFacts& facts) -> std::string_view { return facts.name; },
+    [](const ApplicationFacts& facts) -> std::string_view { return facts.identifier; },
+    [](const ApplicationFacts& facts) -> std::string_view { return facts.path; },
+};
+
+// Each search is charged to its expression at a least price, so one of them is not enough for any number.
+constexpr std::size_t kSearchesOfOne = 5'000;
+
+constexpr double kPause = 0.01;             // seconds, for the sheet to come up first
+constexpr std::size_t kNamesInLine = 60;    // characters
+constexpr std::size_t kNameInToolTip = 80;  // characters of each
+constexpr std::size_t kMostInToolTip = 20;  // applications
+
+}  // namespace
+
+ExpressionMatches matchesOf(ExpressionServices& expressions, std::string_view text, int kind,
+                            std::span<const ApplicationFacts> applications) {
+    const bool isKnown = kind >= 0 && kind < static_cast<int>(kSubjects.size());
+    ExpressionMatches matches{{}, {}, nullptr, isKnown ? kSubjects[static_cast<std::size_t>(kind)] : nullptr};
+    ExpressionProblem problem;
+    std::unique_ptr<Expression> expression = expressions.compile(text, problem);
+    if (!expression) matches.problem = std::move(problem);
+    if (!expression || !isKnown) return matches;
+    std::size_t searches = 0;
+    for (const ApplicationFacts& application : applications) {
+        const std::string_view subject = matches.subject(application);
+        if (subject.empty()) continue;
+        if (++searches % kSearchesOfOne == 0) expression = expressions.compile(text, problem);
+        const Expression::Answer answer = expression->search(subject);
+        if (answer == Expression::Answer::Yes) matches.found.push_back(&application);
+        if (answer != Expression::Answer::GivenUp) continue;
+        matches.costly = &application;
+        break;
+    }
+    return matches;
+}
+
+bool ExpressionPreview::setOutlet(std::string_view name, View& object) {
+    static constexpr NamedOutlet<ExpressionPreview> kOutlets[] = {
+        {"regexMatches", [](ExpressionPreview& p, View& o) { p.line_.connect(o); }},
+    };
+    return connectNamed(*this, kOutlets, name, object);
+}
+
+bool ExpressionPreview::performAction(std::string_view selector) {
+    static constexpr NamedAction<ExpressionPreview> kActions[] = {{"previewExpression:", &ExpressionPreview::show}};
+    return performNamed(*this, kActions, selector);
+}
+
+void ExpressionPreview::start() {
+    say({});
+    if (!platform_.expressions.isAvailable()) return;
+    starting_ = platform_.runLoop.scheduleTimer(kPause, false, [this] { show(); });
+}
+
+void ExpressionPreview::end() {
+    starting_.reset();
+    applications_.reset();
+}
+
+void ExpressionPreview::show() {
+    if (!platform_.expressions.isAvailable()) return;
+    starting_.reset();
+    if (!applications_) applications_ = platform_.applications.allApplications();
+    const std::string expression = expression_->stringValue();
+    if (expression.empty()) return say({});
+    const ExpressionMatches matches =
+        matchesOf(platform_.expressions, expression, kind_->selectedRow(), *applications_);
+    if (matches.problem)
+        return say(problemInWords(*matches.problem, expression, [this](auto key) { return text(key); }));
+    say(inWords(matches), details(matches));
+}
+
+void ExpressionPreview::say(const std::string& line, const std::string& details) {
+    line_->setStringValue(line);
+    line_->setToolTip(details.empty() ? line : details);  // there is room for so many letters only
+}
+
+std::string ExpressionPreview::inWords(const ExpressionMatches& matches) const {
+    if (!matches.subject) return text("Matches nothing: the menu above says not what is compared.");
+    if (matches.costly)
+        return formatted(text("Given up as too costly, at “%@”. A program that gives up takes it for no match."),
+                         {shortened(matches.costly->name, kNamesInLine / 2)});
+    const std::size_t all = applications_->size();
+    if (matches.found.empty()) return formatted(text("Matches none of %d applications"), {all});
+    std::string names;
+    std::size_t left = kNamesInLine;
+    for (const ApplicationFacts* application : matches.found) {
+        const std::string name = shortened(application->name, kNamesInLine);
+        const std::size_t length = characters(name);
+        if (!names.empty() && length > left) {
+            names += ", …";
+            break;
+        }
+        if (!names.empty()) names += ", ";
+        names += name;
+        left -= std::min(left, length);
+    }
+    return formatted(text("Matches %d of %d applications: %@"), {matches.found.size(), all, names});
+}
+
+// With what was compared, from which an expression is written.
+std::string ExpressionPreview::details(const ExpressionMatches& matches) const {
+    std::string lines;
+    for (const ApplicationFacts* application :
+         std::span(matches.found).first(std::min(matches.found.size(), kMostInToolTip))) {
+        const std::string_view subject = matches.subject(*application);
+        if (!lines.empty()) lines += "\n";
+        lines += shortened(application->name, kNameInToolTip);
+        if (subject != application->name) lines += formatted(" (%@)", {shortened(subject, kNameInToolTip)});
+    }
+    return lines + (matches.found.size() > kMostInToolTip ? "\n…" : "");
+}
+
+}  // namespace entrylist
