@@ -153,6 +153,10 @@ void LoadedPane::entryWasRemoved(std::string_view name) {
 
 void LoadedPane::say(const ActionMessage& message) { messages_->sayOfAction(message); }
 
+void LoadedPane::explain(const ActionMessage& message, std::function<void()> closed) {
+    messages_->explain(message, std::move(closed));
+}
+
 void LoadedPane::fontManagerIsMissing() {
     messages_->sayOfAction(
         {localized("No font manager was found. Font Manager is one that many systems offer for installation.")});

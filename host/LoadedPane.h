@@ -42,6 +42,7 @@ public:
     void entryWasRemoved(std::string_view name);
     void fontManagerIsMissing();
     void say(const platform::ActionMessage& message);
+    void explain(const platform::ActionMessage& message, std::function<void()> closed);
 
 private:
     class Owner;

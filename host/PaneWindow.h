@@ -21,6 +21,9 @@ public:
     void entryWasRemoved(std::string_view name) override { pane_.entryWasRemoved(name); }
     void fontManagerIsMissing() override { pane_.fontManagerIsMissing(); }
     void say(const platform::ActionMessage& message) override { pane_.say(message); }
+    void explain(const platform::ActionMessage& message, std::function<void()> closed) override {
+        pane_.explain(message, std::move(closed));
+    }
 
 private:
     void showEvent(QShowEvent* event) override;

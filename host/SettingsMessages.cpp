@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 #include <vector>
 
 namespace host {
@@ -72,13 +73,17 @@ struct SettingsMessages::Matter {
     std::string (*text)(const PreferenceReport& report);
 };
 
-// What stands further up is shown first. The last one is of the user's last action and of no domain.
+// What stands further up is shown first. The last two are the pane's own and of no domain: what became of the user's
+// last action, and what holds all the time.
 const SettingsMessages::Matter SettingsMessages::kMatters[] = {
     {Kind::NotSaved, true, true, Message::Tone::Warning, Message::Button::TryAgain, notSaved},
     {Kind::Unreadable, true, false, Message::Tone::Warning, Message::Button::TryAgain, unreadable},
     {Kind::MovedAside, false, false, Message::Tone::Warning, Message::Button::ShowInFolder, movedAside},
     {Kind::Synchronized, false, true, Message::Tone::Information, Message::Button::None, ofAction},
+    {Kind::Synchronized, false, true, Message::Tone::Information, Message::Button::None, ofAction},
 };
+const SettingsMessages::Matter& SettingsMessages::kOfAction = *(std::end(kMatters) - 2);
+const SettingsMessages::Matter& SettingsMessages::kAlways = *(std::end(kMatters) - 1);
 
 SettingsMessages::SettingsMessages(PreferenceService& preferences, RunLoop& runLoop, std::function<void()> hasChanged)
     : preferences_(preferences),
@@ -122,17 +127,26 @@ void SettingsMessages::tell() {
     hasChanged_();
 }
 
-void SettingsMessages::sayOfAction(const ActionMessage& message) {
-    const Matter& matter = *std::prev(std::end(kMatters));
+SettingsMessages::Notice& SettingsMessages::putMessage(const Matter& matter, const ActionMessage& message) {
     put(matter, {.domain = {}, .detail = message.text});
-    Message& said = notices_[{&matter, {}}].message;
-    if (!message.buttonTitle.empty()) said.button = Message::Button::Offered;
-    said.offer = message;
+    Notice& notice = notices_[{&matter, {}}];
+    if (!message.buttonTitle.empty()) notice.message.button = Message::Button::Offered;
+    notice.message.offer = message;
+    return notice;
+}
+
+void SettingsMessages::sayOfAction(const ActionMessage& message) {
+    putMessage(kOfAction, message);
+    tell();
+}
+
+void SettingsMessages::explain(const ActionMessage& message, std::function<void()> closed) {
+    putMessage(kAlways, message).closed = std::move(closed);
     tell();
 }
 
 void SettingsMessages::userActed() {
-    if (notices_.erase({std::prev(std::end(kMatters)), {}})) tell();
+    if (notices_.erase({&kOfAction, {}})) tell();
 }
 
 // Each synchronize reports how it ended, and so changes the list.
@@ -149,7 +163,9 @@ void SettingsMessages::closeCurrent() {
     auto shown = std::ranges::find_if(notices_, [](const auto& each) { return !each.second.isClosed; });
     if (shown == notices_.end()) return;
     shown->second.isClosed = true;
+    const std::function<void()> closed = shown->second.closed;
     if (!shown->first.first->waits) notices_.erase(shown);
+    if (closed) closed();
     tell();
 }
 

@@ -41,6 +41,8 @@ public:
 
     // What became of the user's last action.
     void sayOfAction(const platform::ActionMessage& message);
+    // Below everything else, until it is closed.
+    void explain(const platform::ActionMessage& message, std::function<void()> closed);
     void userActed();  // in the pane: what was said of the action before is said no more
     void tryAgain();
     // Until it comes to another failure, or to the same one by an action of the user's.
@@ -52,16 +54,19 @@ private:
         platform::PreferenceReport::Cause cause = platform::PreferenceReport::Cause::Other;
         bool isClosed = false;
         Message message = {};
+        std::function<void()> closed = {};
     };
     // By precedence; several domains may have the same trouble.
     using Place = std::pair<const Matter*, std::string>;
 
     void hear(const platform::PreferenceReport& report);
     void put(const Matter& matter, const platform::PreferenceReport& report);
+    Notice& putMessage(const Matter& matter, const platform::ActionMessage& message);
     bool waits() const;
     void tell();
 
     static const Matter kMatters[];
+    static const Matter &kOfAction, &kAlways;
 
     platform::PreferenceService& preferences_;
     platform::RunLoop& runLoop_;

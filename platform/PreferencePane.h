@@ -49,6 +49,9 @@ public:
     virtual void fontManagerIsMissing() {}
     // Said until the user acts again in the pane, or closes it.
     virtual void say(const ActionMessage& /*message*/) {}
+    // Said for as long as the pane is shown, whenever nothing else is, until the user closes it: `closed` is called
+    // then. A later one takes its place.
+    virtual void explain(const ActionMessage& /*message*/, std::function<void()> /*closed*/) {}
 };
 
 // The host owns the pane and deletes it before anything that the Platform refers to.

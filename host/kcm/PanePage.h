@@ -24,6 +24,9 @@ public:
     void entryWasRemoved(std::string_view name) override { pane_.entryWasRemoved(name); }
     void fontManagerIsMissing() override { pane_.fontManagerIsMissing(); }
     void say(const platform::ActionMessage& message) override { pane_.say(message); }
+    void explain(const platform::ActionMessage& message, std::function<void()> closed) override {
+        pane_.explain(message, std::move(closed));
+    }
     // An area that scrolls would take the height that suits the pane best for the least that it needs.
     bool hasHeightForWidth() const override { return false; }
 

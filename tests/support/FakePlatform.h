@@ -100,6 +100,12 @@ struct Host final : Noting<platform::PaneHost> {
     void entryWasRemoved(std::string_view name) override { journal_.push_back("gone " + std::string(name)); }
     void fontManagerIsMissing() override { journal_.push_back("no font manager"); }
     void say(const ActionMessage& message) override { said = message; }
+    void explain(const ActionMessage& message, std::function<void()> whenClosed) override {
+        explained = message;
+        closed = std::move(whenClosed);
+    }
+    ActionMessage explained;
+    std::function<void()> closed;
     ActionMessage said;
 };
 

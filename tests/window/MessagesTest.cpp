@@ -46,6 +46,7 @@ struct Stage {
         if (what == "stays") return void(service.answer = reportOf(w));
         if (what == "pass") return runLoop.advance(w.value().realValue());
         if (what == "say") return messages.sayOfAction(messageOf(w));
+        if (what == "explain") return messages.explain(messageOf(w), [this] { told.emplace_back("closed"); });
         if (what == "act") return messages.userActed();
         if (what == "try") return messages.tryAgain();
         if (what == "close") return messages.closeCurrent();
