@@ -84,7 +84,7 @@ void ExpressionPreview::show() {
         matchesOf(platform_.expressions, expression, kind_->selectedRow(), *applications_);
     if (matches.problem)
         return say(problemInWords(*matches.problem, expression, [this](auto key) { return text(key); }));
-    say(inWords(matches), details(matches));
+    say(inWords(matches), matches.costly ? std::string() : details(matches));
 }
 
 void ExpressionPreview::say(const std::string& line, const std::string& details) {

@@ -29,6 +29,8 @@ public:
     virtual std::string placeOf(const platform::PropertyList& entry) const = 0;  // a path; empty: none
     virtual bool isMissing(const platform::PropertyList& entry) const = 0;       // an application that is not installed
 
+    virtual bool neverApplies(std::size_t row) = 0;  // whatever the application
+
     virtual platform::TableView& table() = 0;
     virtual platform::View& controlOf(const settings::Option& option) = 0;
 };

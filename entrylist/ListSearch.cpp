@@ -14,8 +14,6 @@ using namespace settings;
 namespace entrylist {
 namespace {
 
-// What the window itself remembers, in a domain of its own.
-constexpr std::string_view kWindowDomain = "com.tarnwick.typeslate.Settings";
 constexpr std::string_view kHideMissingKey = "Hide What Is Not Installed";  // boolean
 
 // Of preparing: rows, some milliseconds' worth, and seconds between.
@@ -125,6 +123,8 @@ bool ListSearch::isFound(std::size_t row, const PropertyList& entry, const Prope
             return facts.isMissing;
         case State::Different:
             return differs(entry, global);
+        case State::Unreachable:
+            return owner_.neverApplies(row);
     }
     return false;
 }

@@ -17,10 +17,13 @@
 
 namespace entrylist {
 
+// What the window itself remembers, in a domain of its own.
+inline constexpr std::string_view kWindowDomain = "com.tarnwick.typeslate.Settings";
+
 class ListSearch {
 public:
     // The items of the menu of states.
-    enum class State { All, Off, Missing, Different };
+    enum class State { All, Off, Missing, Different, Unreachable };
 
     // Both outlive it.
     ListSearch(const platform::Platform& platform, ListOwner& owner) : platform_(platform), owner_(owner) {}

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <memory>
 
 using namespace platform;
 using namespace settings;
@@ -36,48 +37,52 @@ std::optional<std::string> EntryRows::findApplication(const PropertyList& entry)
     return platform_.applications.findApplication(query);
 }
 
-std::optional<std::string> EntryRows::path(const PropertyList& entry) const {
-    std::optional<std::string> found = findApplication(entry);
-    if (!found) return textUnder(entry, kPathKey);
-    return aliases_ ? aliases_->aliasWithPath(*found)->path() : *found;
+EntryRows::Found EntryRows::find(const PropertyList& entry) const {
+    Found row{entry, textUnder(entry, kPathKey), textUnder(entry, kNameKey).value_or("")};
+    if (std::optional<std::string> found = findApplication(entry)) {
+        const std::unique_ptr<CVAlias> alias = aliases_ ? aliases_->aliasWithPath(*found) : nullptr;
+        row.path = alias ? alias->path() : *found;
+        if (alias) row.name = alias->displayName();
+    }
+    const bool isApplication = !hasType(entry, kGlobalType) && !hasType(entry, kRegExType);
+    row.isThere = row.path && platform_.files.fileExists(*row.path);
+    row.isMissing = isApplication && !row.isThere;
+    return row;
 }
 
-std::optional<std::string> EntryRows::existingPath(const PropertyList& entry) const {
-    std::optional<std::string> place = path(entry);
-    return place && platform_.files.fileExists(*place) ? place : std::nullopt;
-}
-
-std::string EntryRows::name(const PropertyList& entry) const {
-    std::optional<std::string> found = findApplication(entry);
-    if (found && aliases_) return aliases_->aliasWithPath(*found)->displayName();
-    return textUnder(entry, kNameKey).value_or("");
-}
-
-std::string EntryRows::secondLine(const PropertyList& entry) const {
+std::string EntryRows::secondLine(const Found& row) const {
+    const PropertyList& entry = row.entry;
     if (hasType(entry, kRegExType)) {
         std::string kind = kinds_.itemTitle(menuItem(entry[kRegExTypeKey].integerValue()));
         return formatted("%@: %@", {kind, entry[kDataKey].stringValue()});
     }
-    if (std::optional<std::string> place = existingPath(entry)) return *place;
+    if (row.isThere) return *row.path;
     const Bundle& pane = platform_.paneBundle;
     return hasType(entry, kGlobalType) ? pane.localizedString("Global Setting")
                                        : pane.localizedString("<<Not Found On Computer>>");
 }
 
-bool EntryRows::isMissing(const PropertyList& entry) const {
-    return !hasType(entry, kGlobalType) && !hasType(entry, kRegExType) && !existingPath(entry);
+std::vector<AttributedLine> EntryRows::lines(const Found& row) const {
+    return {{row.name, false}, {secondLine(row), true}};
 }
 
-std::vector<AttributedLine> EntryRows::lines(const PropertyList& entry) const {
-    return {{name(entry), false}, {secondLine(entry), true}};
+std::vector<std::string> EntryRows::details(const Found& row) const {
+    if (hasType(row.entry, kGlobalType) || hasType(row.entry, kRegExType)) return {};
+    std::string identifier(bytesKept(row.entry[hasType(row.entry, kIdentifierType) ? kDataKey : kIdentifierKey]));
+    if (identifier.empty() && row.isThere) identifier = platform_.applications.bundleIdentifier(*row.path).value_or("");
+    std::vector<std::string> details;
+    if (!identifier.empty())
+        details.push_back(formatted(platform_.paneBundle.localizedString("Identifier: %@"), {identifier}));
+    if (!row.isThere && row.path)
+        details.push_back(formatted(platform_.paneBundle.localizedString("Path: %@"), {*row.path}));
+    return details;
 }
 
-ImageRef EntryRows::icon(const PropertyList& entry) const {
-    if (hasType(entry, kGlobalType))
+ImageRef EntryRows::icon(const Found& row) const {
+    if (hasType(row.entry, kGlobalType))
         return paneImage(platform_, platform_.paneBundle.infoValue("CFBundleIconFile").stringValue());
-    if (hasType(entry, kRegExType)) return paneImage(platform_, "can.icns");
-    std::optional<std::string> place = existingPath(entry);
-    return place ? platform_.toolkit.workspaceIcon(*place) : platform_.toolkit.genericApplicationIcon();
+    if (hasType(row.entry, kRegExType)) return paneImage(platform_, "can.icns");
+    return row.isThere ? platform_.toolkit.workspaceIcon(*row.path) : platform_.toolkit.genericApplicationIcon();
 }
 
 ImageRef paneImage(const Platform& platform, std::string_view file) {

@@ -1,5 +1,5 @@
-// What a row of the entry table shows of its entry. Everything is looked up at each call, nothing is kept: an
-// application that has moved is shown at its new place and under its new name, and the stored ones stay as they are.
+// What a row of the entry table shows of its entry. Nothing is kept: an application that has moved is shown at its new
+// place and under its new name, and the stored ones stay as they are.
 #pragma once
 
 #include "platform/AliasClass.h"
@@ -17,18 +17,25 @@ public:
     EntryRows(const platform::Platform& platform, platform::AliasClass* aliases, const platform::PopUpButton& kinds)
         : platform_(platform), aliases_(aliases), kinds_(kinds) {}
 
-    // An entry that is no dictionary, or lacks a key, has no path, an empty name and the generic icon.
-    std::optional<std::string> path(const platform::PropertyList& entry) const;  // nothing: the entry has none
-    std::string name(const platform::PropertyList& entry) const;
-    std::vector<platform::AttributedLine> lines(const platform::PropertyList& entry) const;  // two
-    // An application that is nowhere on this computer.
-    bool isMissing(const platform::PropertyList& entry) const;
-    platform::ImageRef icon(const platform::PropertyList& entry) const;  // null when the pane's own image is missing
+    // An entry as it is found now: what costs a search of the machine. One that is no dictionary, or lacks a key, has
+    // no path, an empty name and the generic icon.
+    struct Found {
+        platform::PropertyList entry;
+        std::optional<std::string> path;  // nothing: the entry has none
+        std::string name;
+        bool isThere = false;    // a file at the path
+        bool isMissing = false;  // an application that is nowhere on this computer
+    };
+    Found find(const platform::PropertyList& entry) const;
+
+    std::vector<platform::AttributedLine> lines(const Found& row) const;  // two
+    platform::ImageRef icon(const Found& row) const;                      // null when the pane's own image is missing
+    // More about an application than the lines have: what expressions may be held against.
+    std::vector<std::string> details(const Found& row) const;
 
 private:
     std::optional<std::string> findApplication(const platform::PropertyList& entry) const;
-    std::optional<std::string> existingPath(const platform::PropertyList& entry) const;
-    std::string secondLine(const platform::PropertyList& entry) const;
+    std::string secondLine(const Found& row) const;
 
     const platform::Platform& platform_;
     platform::AliasClass* aliases_;

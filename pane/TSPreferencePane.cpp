@@ -61,7 +61,8 @@ TSPreferencePane::TSPreferencePane(const Platform& platform)
                   [this](const Option& option) {
                       listCommands.useGlobals({&option, 1});
                   }),
-      expressionPreview(platform_, regex, regexType) {}
+      expressionPreview(platform_, regex, regexType),
+      unreachable(platform_.expressions) {}
 
 TSPreferencePane::~TSPreferencePane() = default;
 

@@ -16,6 +16,7 @@
 #include "entrylist/ListCommands.h"
 #include "entrylist/ListSearch.h"
 #include "entrylist/OptionMarks.h"
+#include "entrylist/Unreachable.h"
 #include "pane/EntryRows.h"
 #include "pane/fontcatalog/AdobeNames.h"
 #include "platform/AliasClass.h"
@@ -97,6 +98,7 @@ public:
     platform::CellValue tableView_objectValueForTableColumn_row(platform::TableView& table,
                                                                 std::string_view columnIdentifier, int row) override;
     std::optional<std::vector<int>> tableView_shownRows(platform::TableView& table) override;
+    std::vector<std::string> tableView_detailsOfRow(platform::TableView& table, int row) override;
     bool tableView_opensRow(platform::TableView& table, int row) override;
     bool tableView_validateDrop(platform::TableView& table) override;
     bool tableView_acceptDrop(platform::TableView& table, const std::vector<std::string>& fileNames) override;
@@ -236,14 +238,15 @@ private:
     settings::EntryIdentity shown() const override { return shownEntry; }
     bool changeEntries(std::function<void(List&)> change, const platform::PropertyList& toShow) override;
     void addLike(const platform::PropertyList& entry) override;
-    std::string nameOf(const platform::PropertyList& entry) const override { return entryRows().name(entry); }
+    std::string nameOf(const platform::PropertyList& entry) const override { return entryRows().find(entry).name; }
     std::string placeOf(const platform::PropertyList& entry) const override;
-    bool isMissing(const platform::PropertyList& entry) const override { return entryRows().isMissing(entry); }
+    bool isMissing(const platform::PropertyList& entry) const override { return entryRows().find(entry).isMissing; }
+    bool neverApplies(std::size_t row) override;
     platform::TableView& table() override { return *exTableView; }
     platform::View& controlOf(const settings::Option& option) override { return optionControl(option); }
     void showAroundList();
-    std::vector<std::string> marksOf(const platform::PropertyList& entry) const;
-    bool isPale(const platform::PropertyList& entry) const;
+    std::vector<std::string> marksOf(const EntryRows::Found& found, int row);
+    bool isPale(const EntryRows::Found& found, int row);
 
     platform::View& optionControl(const settings::Option& option);
     bool showsSetsInOwnFaces();
@@ -325,7 +328,9 @@ private:
     entrylist::ExchangePanel exchangePanel;
     entrylist::OptionMarks optionMarks;
     entrylist::ExpressionPreview expressionPreview;
-    platform::PropertyList settingsOfNew;  // instead of Global's, for the entry that is added next
+    entrylist::UnreachableEntries unreachable;
+    std::optional<EntryRows::Found> foundForIcon;  // of the row that is being painted
+    platform::PropertyList settingsOfNew;          // instead of Global's, for the entry that is added next
 
     Outlet<platform::Panel> aboutPanel;
     Outlet<platform::TextView> aboutTextView;

@@ -30,20 +30,36 @@ int TSPreferencePane::numberOfRowsInTableView(TableView& table) {
 
 EntryRows TSPreferencePane::entryRows() const { return {platform_, CVAliasClass, *regexType}; }
 
-std::optional<std::string> TSPreferencePane::pathForIndex(int row) { return entryRows().path(entryAtRow(row)); }
+std::optional<std::string> TSPreferencePane::pathForIndex(int row) { return entryRows().find(entryAtRow(row)).path; }
 
-std::string TSPreferencePane::nameForIndex(int row) { return entryRows().name(entryAtRow(row)); }
+std::string TSPreferencePane::nameForIndex(int row) { return entryRows().find(entryAtRow(row)).name; }
 
 std::vector<AttributedLine> TSPreferencePane::nameAndPathForIndex(int row) {
-    return entryRows().lines(entryAtRow(row));
+    return entryRows().lines(entryRows().find(entryAtRow(row)));
 }
 
 CellValue TSPreferencePane::tableView_objectValueForTableColumn_row(TableView& table, std::string_view columnIdentifier,
                                                                     int row) {
     if (!exTableView.is(&table)) return {};
-    if (columnNumber(columnIdentifier) == kIconColumnNumber)
-        return {entryRows().icon(entryAtRow(row)), {}, {}, isPale(entryAtRow(row))};
-    return {nullptr, nameAndPathForIndex(row), marksOf(entryAtRow(row))};
+    const EntryRows rows = entryRows();
+    const PropertyList entry = entryAtRow(row);
+    // What was found for a row's icon serves once: for its text, which is painted next.
+    std::optional<EntryRows::Found> found = std::exchange(foundForIcon, std::nullopt);
+    if (!found || found->entry != entry) found = rows.find(entry);
+    if (columnNumber(columnIdentifier) != kIconColumnNumber) return {nullptr, rows.lines(*found), marksOf(*found, row)};
+    CellValue cell{rows.icon(*found), {}, {}, isPale(*found, row)};
+    foundForIcon = std::move(found);
+    return cell;
+}
+
+std::vector<std::string> TSPreferencePane::tableView_detailsOfRow(TableView& table, int row) {
+    if (!exTableView.is(&table) || row < 0) return {};
+    const PropertyList list = entryList();
+    const auto index = static_cast<std::size_t>(row);
+    std::vector<std::string> details = entryRows().details(entryRows().find(list[index]));
+    if (const auto& what = unreachable.at(list, index))
+        details.push_back(unreachableInWords(what, list, index, [this](auto key) { return localized(key); }));
+    return details;
 }
 
 void TSPreferencePane::tableViewSelectionDidChange(const InterfaceNotification& notification) {

@@ -27,7 +27,9 @@ void TSPreferencePane::addLike(const PropertyList& entry) {
     regexName->setStringValue(formatted(localized("%@ (copy)"), {entry[kNameKey].stringValue()}));
 }
 
-std::string TSPreferencePane::placeOf(const PropertyList& entry) const { return entryRows().path(entry).value_or(""); }
+std::string TSPreferencePane::placeOf(const PropertyList& entry) const {
+    return entryRows().find(entry).path.value_or("");
+}
 
 std::optional<std::vector<int>> TSPreferencePane::tableView_shownRows(TableView& table) {
     return exTableView.is(&table) ? listSearch.shownRows() : std::nullopt;
@@ -39,15 +41,20 @@ void TSPreferencePane::showAroundList() {
     exTableView->setNeedsDisplay();
 }
 
-bool TSPreferencePane::isPale(const PropertyList& entry) const {
-    return shownValue(entry[kSettingsKey], options().front()) == 0 || isMissing(entry);
+bool TSPreferencePane::neverApplies(std::size_t row) { return bool(unreachable.at(entryList(), row)); }
+
+bool TSPreferencePane::isPale(const EntryRows::Found& found, int row) {
+    return shownValue(found.entry[kSettingsKey], options().front()) == 0 || found.isMissing ||
+           neverApplies(static_cast<std::size_t>(row));
 }
 
-std::vector<std::string> TSPreferencePane::marksOf(const PropertyList& entry) const {
+std::vector<std::string> TSPreferencePane::marksOf(const EntryRows::Found& found, int row) {
     std::vector<std::string> marks;
+    const PropertyList& entry = found.entry;
+    if (neverApplies(static_cast<std::size_t>(row))) marks.push_back(localized("Never applies"));
     if (!entry.isDictionary()) return marks;
     if (shownValue(entry[kSettingsKey], options().front()) == 0) marks.push_back(localized("Off"));
-    if (isMissing(entry)) marks.push_back(localized("Not installed"));
+    if (found.isMissing) marks.push_back(localized("Not installed"));
     if (!hasType(entry, kGlobalType) && !entrylist::differs(entry, entryList()[0]))
         marks.push_back(localized("Same as Global"));
     return marks;

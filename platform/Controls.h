@@ -202,6 +202,8 @@ public:
     // The rows that are to be seen, in order; nothing: all. Asked once after each reload. Hiding a row changes no row's
     // number, and one that is selected by code is seen even so.
     virtual std::optional<std::vector<int>> tableView_shownRows(TableView& /*table*/) { return std::nullopt; }
+    // More about the row than its cells show, a line each, for tool tips and assistive tools.
+    virtual std::vector<std::string> tableView_detailsOfRow(TableView& /*table*/, int /*row*/) { return {}; }
     // Whether the double action does anything with the row.
     virtual bool tableView_opensRow(TableView& /*table*/, int /*row*/) { return true; }
     // Drops have no position: validation answers for the table as a whole, true for the copy operation.

@@ -39,10 +39,21 @@ std::string kindOf(const PropertyList& entry) {
     return localizedFormat("RegEx on %@", isKnown ? names[kind] : std::to_string(kind));
 }
 
+// With what else is known of an application: an expression may be held against its identifier and its path.
+std::string dataOf(const PropertyList& entry) {
+    std::string known;
+    if (hasType(entry, kPathType) || hasType(entry, kCreatorType))
+        for (std::string_view key : {kIdentifierKey, kPathKey})
+            if (std::string_view text = bytesKept(entry[key]); !text.empty() && text != bytesKept(entry[kDataKey]))
+                known.append(known.empty() ? "" : ", ").append(text);
+    const std::string data = linux::displayText(bytesKept(entry[kDataKey]));
+    return known.empty() ? data : data + " (" + linux::displayText(known) + ")";
+}
+
 std::vector<std::string> rowOf(std::size_t index, const PropertyList& entry) {
     bool isOn = shownValue(entry[kSettingsKey], *optionForKey("Enabled")) != 0;
     return {std::to_string(index), isOn ? localized("on") : localized("off"), kindOf(entry),
-            linux::displayText(entry[kNameKey].stringValue()), linux::displayText(bytesKept(entry[kDataKey]))};
+            linux::displayText(entry[kNameKey].stringValue()), dataOf(entry)};
 }
 
 }  // namespace

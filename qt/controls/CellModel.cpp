@@ -73,6 +73,7 @@ int CellModel::columnCount(const QModelIndex& parent) const {
 // For screen readers, tool tips and finding a row by typing; the delegate paints from cell().
 QVariant CellModel::data(const QModelIndex& index, int role) const {
     bool isText = role == Qt::DisplayRole || role == Qt::AccessibleTextRole || role == Qt::ToolTipRole;
+    if (role == Qt::AccessibleDescriptionRole && index.isValid()) return details(index).join(QStringLiteral(", "));
     if (!isText || !index.isValid()) return {};
     // A picture speaks by its neighbour: without a name it would be a blank place under the cursor, and no row would
     // be found from it by typing.
@@ -83,7 +84,16 @@ QVariant CellModel::data(const QModelIndex& index, int role) const {
     for (const AttributedLine& line : value.lines) texts << toQString(line.text);
     for (const std::string& mark : value.marks) texts << toQString(mark);
     if (role == Qt::DisplayRole) return texts.value(0);
+    if (role == Qt::ToolTipRole) texts << details(index);
     return texts.join(role == Qt::ToolTipRole ? QStringLiteral("\n") : QStringLiteral(", "));
+}
+
+QStringList CellModel::details(const QModelIndex& index) const {
+    QStringList texts;
+    if (source_)
+        for (const std::string& line : source_->tableView_detailsOfRow(table_, sourceRow(index)))
+            texts << toQString(line);
+    return texts;
 }
 
 QVariant CellModel::headerData(int section, Qt::Orientation orientation, int role) const {

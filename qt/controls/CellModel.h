@@ -39,6 +39,7 @@ public:
     Qt::ItemFlags flags(const QModelIndex& index) const override;
 
 private:
+    QStringList details(const QModelIndex& index) const;
     void setRowCount(int rows);
     void addShown(int row);
 

@@ -5,6 +5,7 @@
 #include "entrylist/ExpressionWords.h"
 #include "entrylist/History.h"
 #include "entrylist/ListEdits.h"
+#include "entrylist/Unreachable.h"
 #include "tests/pane/PaneFixture.h"
 
 #include <random>
@@ -52,7 +53,8 @@ TEST(AnExpressionIsTriedOnAnyNumberOfApplications) {
 TEST(LongNamesAndReasonsAreCutBetweenCharacters) {
     PaneFixture f;
     const std::string longName = "é\n" + std::string(200, 'x'), shown = "é " + std::string(57, 'x') + "…";
-    for (int i = 0; i < 21; ++i) f.world.applications.items.push_back({"/p", i ? "y" + longName : longName});
+    for (int i = 0; i < 21; ++i)
+        f.world.applications.items.push_back({"/p", i ? "y" + longName : longName, kUnknownCreator, ""});
     f.open();
     f.field("regex").text = "x";
     f.act("previewExpression:", "regex");
@@ -67,6 +69,31 @@ TEST(LongNamesAndReasonsAreCutBetweenCharacters) {
     CHECK_EQ(problemInWords({9, "missing closing parenthesis"}, "é(", localized),
              "<Not an expression, at character 3: <missing closing parenthesis>. It would match nothing.>");
     CHECK_EQ(reasonInWords({0, "odd"}, localized), "odd");
+}
+
+TEST(WhatCanNeverApplyIsToldWithItsReason) {
+    fake::Expressions expressions;
+    UnreachableEntries unreachable(expressions);
+    auto english = [](std::string_view key) { return std::string(key); };
+    auto told = [&](const PropertyList& list) {
+        std::string text;
+        for (std::size_t row = list.size(); row-- > 0;)  // in any order
+            if (const Unreachable& what = unreachable.at(list, row))
+                text = std::to_string(row) + " " + unreachableInWords(what, list, row, english) +
+                       (text.empty() ? "" : "; " + text);
+        return text;
+    };
+    for (const auto& [text, expected] : cells<2>("../entrylist/unreachable.txt")) {
+        CONTEXT(text);
+        const PropertyList list = PropertyList::array(entries(text));
+        CHECK_EQ(told(list), expected);
+        const int compiled = expressions.compiled;
+        CHECK_EQ(told(PropertyList::array(entries(text))), expected);
+        CHECK_EQ(expressions.compiled, compiled);
+        CHECK(!unreachable.at(list, list.size()));
+    }
+    expressions.available = false;
+    CHECK_EQ(told(PropertyList::array(entries("Global; RegEx A ?b"))), "");
 }
 
 TEST(ChangesAreTakenBackAndWhatOthersDidStays) {

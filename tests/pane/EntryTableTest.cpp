@@ -42,6 +42,23 @@ TEST(EachKindOfEntryShowsItsNamePlaceAndIcon) {
     CHECK(f.button("exRemoveAppButton").enabled);
 }
 
+TEST(ARowIsLookedForOnceWhenItIsPainted) {
+    PaneFixture f;
+    f.world.applications.items = {{"/a.app", "A", kUnknownCreator, "org.a"}};
+    f.setList("Global; Identifier A org.a; RegEx N ?x; RegEx M ?x");
+    f.open();
+    auto look = [&](const char* column) {
+        return f.pane->tableView_objectValueForTableColumn_row(f.table(), column, 1);
+    };
+    f.world.applications.queries = 0;
+    CHECK(look("13").isPale);
+    f.world.applications.items[0].name = "B";
+    CHECK_EQ(shown(look("name")), "A / <<Not Found On Computer>>");
+    CHECK_EQ(f.world.applications.queries, 1);
+    CHECK_EQ(shown(look("name")), "B / <<Not Found On Computer>>");
+    CHECK_EQ(f.world.expressions.compiled, 0);  // of what is not in sight
+}
+
 TEST(GlobalEntryComesFirstInTwoSteps) {
     for (const auto& [before, once, twice, journal] : cells<4>("global.txt")) {
         CONTEXT(before);

@@ -154,7 +154,7 @@ struct PaneFixture {
             button(name);
         for (const char* name : {"undoAction", "redoAction", "duplicateAction", "pasteAction", "useGlobalAction"})
             button(name);
-        menu("listStates").titles = {"All", "Off", "Missing", "Different"};
+        menu("listStates").titles = {"All", "Off", "Missing", "Different", "Unreachable"};
         field("listSearch");
         button("hideMissing");
         for (const char* name :

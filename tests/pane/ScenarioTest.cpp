@@ -104,6 +104,12 @@ struct Scenario : PaneFixture {
         for (const std::string& tag : cell.marks) text += (text.empty() ? "" : "|") + tag;
         return text + (pane->tableView_objectValueForTableColumn_row(table(), "13", row).isPale ? " (pale)" : "");
     }
+    std::string detailsOfRow(int row) {
+        std::string text;
+        for (const std::string& line : pane->tableView_detailsOfRow(table(), row))
+            text += (text.empty() ? "" : "|") + line;
+        return text;
+    }
     std::string offered() {
         std::string text = world.toolkit.import.note;
         for (const auto& [group, name, difference] : world.toolkit.import.rows)
@@ -208,6 +214,19 @@ struct Scenario : PaneFixture {
             {"find", [&] { find(first, rest); }},
             {"tagged", [&] { CHECK_EQ(tagsOfRow(std::stoi(first)), rest); }},
             {"tip", [&] { CHECK_EQ(field(first).toolTip, rest.empty() ? "" : withLineEnds(rest)); }},
+            {"details", [&] { CHECK_EQ(detailsOfRow(std::stoi(first)), rest); }},
+            {"explained",
+             [&] {
+                 CHECK_EQ(world.host.explained.text, all);
+                 world.host.explained.text = {};
+             }},
+            {"help", [&] { world.host.explained.perform(); }},
+            {"closed", [&] { world.host.closed(); }},
+            {"forget",
+             [&] {
+                 const char* key = "Hide What Works Without Module";
+                 world.preferences.store(key, false, "com.tarnwick.typeslate.Settings");
+             }},
             {"unreadable", [&] { world.expressions.available = false; }},
             {"clipboard", [&] { world.toolkit.copied = all; }},
             {"holds", [&] { world.documents.files[first] = entrylist::exchangeDocument(entries(rest)); }},

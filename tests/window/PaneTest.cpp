@@ -171,6 +171,9 @@ TEST(TheListIsSearchedAndMendedFromTheKeyboard) {
         return rows.join(QLatin1Char('|')).toStdString();
     };
     const std::string missing = "<<Not Found On Computer>>, Off, Not installed";
+    const QModelIndex other = table.model()->index(2, 1);
+    CHECK_EQ(other.data(Qt::AccessibleDescriptionRole).toString(), QStringLiteral("Path: /o"));
+    CHECK(other.data(Qt::ToolTipRole).toString().endsWith(QStringLiteral("\nPath: /o")));
     for (char letter : std::string("/etude")) press(letter);
     CHECK_EQ(seen(), "Étude, " + alpha + ", Off");
     press(Qt::Key_Escape);
