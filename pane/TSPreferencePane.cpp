@@ -21,6 +21,8 @@ constexpr std::string_view kModuleFolder = "Plinthworks";
 constexpr std::string_view kDisabledModuleFolder = "Plinthworks (disabled)";
 constexpr std::string_view kModule = "Typeslate.plinth";
 
+constexpr std::string_view kHideExplanationKey = "Hide What Works Without Module";  // boolean, of the window's domain
+
 template <typename Function>
 void lookUp(Function& function, BundleServices& bundles, const char* name) {
     if (function) return;
@@ -151,6 +153,7 @@ void TSPreferencePane::willSelect() {
         plinthMissing = true;
     }
     showRuntimeStatus();
+    if (plinthMissing && !rootEnabled) explainWithoutModule();
     platform_.toolkit.setApplicationIcon(mPrefPaneIcon);
 }
 
@@ -160,6 +163,19 @@ void TSPreferencePane::showRuntimeStatus() {
     std::string text = rootEnabled ? localized("You are logged in as root. Plinth is disabled.")
                                    : localized("The Plinth component is either disabled or not installed.");
     statusField->setStringValue(text, TextTone::Alert);
+}
+
+void TSPreferencePane::explainWithoutModule() {
+    if (platform_.preferences.getBooleanValue(kHideExplanationKey, entrylist::kWindowDomain)) return;
+    ActionMessage message{
+        localized("Menus of other programs change only through the Plinth module. Without it these settings are kept, "
+                  "and work in typeslatectl and in programs built on libtypeslate."),
+        localized("What Works Here"), localized("Opens the Read Me, which says what works on this computer")};
+    message.perform = [this] { doMore(*exTableView); };
+    platform_.host.explain(message, [this] {
+        platform_.preferences.setValue(kHideExplanationKey, true, entrylist::kWindowDomain);
+        platform_.preferences.synchronize(entrylist::kWindowDomain);
+    });
 }
 
 UnselectReply TSPreferencePane::shouldUnselect() {

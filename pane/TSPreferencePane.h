@@ -213,6 +213,7 @@ private:
     void showModuleOn(bool isOn);
     bool isLogging() const;
     void showRuntimeStatus();
+    void explainWithoutModule();
     void sheetEnded();  // the pane may be left again, and is if the host has asked meanwhile
     std::string localized(std::string_view key) const { return platform_.paneBundle.localizedString(key); }
 

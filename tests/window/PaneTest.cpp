@@ -662,6 +662,34 @@ TEST(WhatIsNotSavedIsSaidBelowThePaneUntilItIs) {
     CHECK(next.size() == own);
 }
 
+TEST(WithoutTheModuleTheWindowSaysWhatWorksUntilThatIsClosed) {
+    Home home;
+    std::filesystem::remove_all(home.home / "Library");
+    for (bool isSaid : {true, false}) {
+        host::PaneWindow window(home.platform);
+        REQUIRE(window.load(kBundle).empty());
+        const int before = window.height();
+        window.show();
+        auto& line = in<QFrame>(window, "messageLine");
+        CHECK(line.isHidden() == !isSaid && !in<QCheckBox>(window, "enabledCheckbox").isEnabled());
+        const int shown = window.height();
+        CHECK(!isSaid || shown > before);
+        settle();
+        CHECK_EQ(window.height(), shown);
+        if (!isSaid) break;
+        checkPage(window);
+        in<QPushButton>(window, "messageButton").click();
+        const QWidgetList windows = QApplication::topLevelWidgets();
+        auto shows = [&](QWidget* other) { return other != &window && other->isVisible() && other->isWindow(); };
+        CHECK(std::ranges::any_of(windows, shows));
+        for (QWidget* other : windows)
+            if (shows(other)) other->close();
+        in<QAbstractButton>(window, "messageClose").click();
+        CHECK(line.isHidden());
+        window.close();
+    }
+}
+
 TEST(AWindowKeepsItsPlaceOnTheScreenThatThereIs) {
     useApplication();
     fake::World world;
