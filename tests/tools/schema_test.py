@@ -94,7 +94,8 @@ class SchemaTest(Case):
             self.assertEqual([option["description"]], text("property[@name='toolTip']/string"))
             self.assertEqual(option["default"], self.value("entries", "get", "0", key), key)
             offered = option.get("anyOf", [{}])
-            self.assertEqual([each["title"] for each in offered if "const" in each], text("item/property/string"))
+            self.assertEqual([(each["const"], each["title"]) for each in offered if "const" in each],
+                             list(enumerate(text("item/property/string"))))
             self.assertEqual([str(each["maximum"]) for each in offered if "maximum" in each],
                              text("property[@name='maximum']/number"))
 
