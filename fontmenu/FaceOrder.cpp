@@ -34,7 +34,7 @@ std::vector<NamedFamily> familiesOf(std::span<const FontFace> faces) {
     std::unordered_map<std::string_view, std::size_t> byName;
     for (FaceNumber number = 0; number < faces.size(); ++number) {
         const FontFace& face = faces[number];
-        const auto [found, isNew] = byName.try_emplace(face.family, families.size());
+        auto [found, isNew] = byName.try_emplace(face.family, families.size());
         if (isNew) families.push_back({orderKey(face.family), face.family, {}});
         NamedFamily& family = families[found->second];
         family.faces.push_back(number);
@@ -47,7 +47,7 @@ std::vector<NamedFamily> familiesOf(std::span<const FontFace> faces) {
 }
 
 bool standsBefore(const FontFace& a, const FontFace& b) {
-    const auto place = [](const FontFace& face) {
+    auto place = [](const FontFace& face) {
         return std::tuple(face.width != kNormalWidth, face.width, face.weight, face.slant);
     };
     if (place(a) != place(b)) return place(a) < place(b);
@@ -56,7 +56,7 @@ bool standsBefore(const FontFace& a, const FontFace& b) {
 }
 
 std::string identity(const FontFace& face) {
-    const bool isNamed = !face.postScriptName.empty();
+    bool isNamed = !face.postScriptName.empty();
     std::string text = face.file;
     text.append(1, '\0').append(std::to_string(isNamed ? face.index & kFaceOfIndex : face.index));
     return text.append(1, '\0').append(face.postScriptName);
@@ -78,7 +78,7 @@ FaceOrder faceOrder(std::span<const FontFace> faces) {
     std::uint32_t number = 0;
     for (NamedFamily& family : familiesOf(faces)) {
         std::ranges::sort(family.faces, [&](FaceNumber a, FaceNumber b) { return standsBefore(faces[a], faces[b]); });
-        for (const FaceNumber face : family.faces) {
+        for (FaceNumber face : family.faces) {
             order.familyOf[face] = number;
             if (!known.insert(identity(faces[face])).second) continue;
             order.rank[face] = static_cast<std::uint32_t>(order.faces.size());
@@ -94,16 +94,16 @@ FaceCopies faceCopies(std::span<const FontFace> faces, const FaceOrder& order, C
     FaceCopies copies{std::vector<FaceNumber>(faces.size()), std::vector<std::uint32_t>(faces.size(), 1)};
     std::iota(copies.shownFor.begin(), copies.shownFor.end(), FaceNumber{0});
     if (handling == Copies::Every) return copies;
-    const auto worth = [&](FaceNumber number) {
+    auto worth = [&](FaceNumber number) {
         const FontFace& face = faces[number];
         return std::tuple(face.isActive, face.version, kCapability[static_cast<std::size_t>(face.kind)]);
     };
     std::unordered_map<std::string, std::vector<FaceNumber>> fonts;
     fonts.reserve(order.faces.size());
-    for (const FaceNumber face : order.faces) fonts[fontOf(faces[face])].push_back(face);
+    for (FaceNumber face : order.faces) fonts[fontOf(faces[face])].push_back(face);
     for (const auto& [name, same] : fonts) {
-        const FaceNumber shown = *std::ranges::max_element(same, {}, worth);
-        for (const FaceNumber face : same) copies.shownFor[face] = shown;
+        FaceNumber shown = *std::ranges::max_element(same, {}, worth);
+        for (FaceNumber face : same) copies.shownFor[face] = shown;
         copies.count[shown] = static_cast<std::uint32_t>(same.size());
     }
     return copies;

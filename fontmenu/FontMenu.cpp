@@ -29,7 +29,7 @@ public:
           words_(words),
           order_(faceOrder(faces)),
           copies_(faceCopies(faces, order_, options.isEnabled ? options.copies : Copies::Every)) {
-        for (const FaceNumber face : order_.faces) {
+        for (FaceNumber face : order_.faces) {
             if (!faces[face].isActive) continue;
             ++active_;
             if (copies_.shownFor[face] == face) shown_.push_back(face);
@@ -40,7 +40,7 @@ public:
     Menu menu(std::span<const FontSet> sets) {
         Menu menu{{}, options_.isEnabled, options_.isEnabled && options_.arrangesFontPanel, active_, order_.families};
         if (!options_.isEnabled) {
-            for (const FaceNumber face : shown_) menu.items.push_back(ownItem(face));
+            for (FaceNumber face : shown_) menu.items.push_back(ownItem(face));
             return menu;
         }
         if (options_.hasSets) menu.items = setItems(sets);
@@ -93,7 +93,7 @@ private:
     std::vector<MenuItem> itemsOf(std::span<const FaceNumber> faces, bool isInFamily) const {
         std::vector<MenuItem> items;
         items.reserve(faces.size());
-        for (const FaceNumber face : faces) {
+        for (FaceNumber face : faces) {
             MenuItem& item = items.emplace_back(faceItem(face));
             if (isInFamily && !faces_[face].style.empty()) item.title = faces_[face].style;
         }
@@ -111,7 +111,7 @@ private:
         item.children = itemsOf(family, true);
         item.isMarked = std::ranges::any_of(item.children, &MenuItem::isMarked);
         item.isActive = std::ranges::any_of(item.children, &MenuItem::isActive);
-        const auto isOther = [&](const MenuItem& child) { return child.icon != item.icon; };
+        auto isOther = [&](const MenuItem& child) { return child.icon != item.icon; };
         if (std::ranges::any_of(item.children, isOther)) item.icon = platform::FontKind::Unknown;
         return item;
     }
@@ -120,9 +120,9 @@ private:
     template <typename Action>
     void forEachFamily(std::span<const FaceNumber> faces, Action action) const {
         while (!faces.empty()) {
-            const std::uint32_t family = order_.familyOf[faces.front()];
-            const auto isOther = [&](FaceNumber face) { return order_.familyOf[face] != family; };
-            const auto size = static_cast<std::size_t>(std::ranges::find_if(faces, isOther) - faces.begin());
+            std::uint32_t family = order_.familyOf[faces.front()];
+            auto isOther = [&](FaceNumber face) { return order_.familyOf[face] != family; };
+            auto size = static_cast<std::size_t>(std::ranges::find_if(faces, isOther) - faces.begin());
             action(faces.first(size));
             faces = faces.subspan(size);
         }
@@ -161,7 +161,7 @@ private:
         return groups;
     }
     std::vector<MenuItem> groupItems() const {
-        const auto all = groups();
+        auto all = groups();
         if (all.size() < 2) return items(shown_);
         std::vector<MenuItem> result;
         for (const auto& [title, faces] : all) {
@@ -195,15 +195,15 @@ private:
     // What the set names, as it is shown.
     Faces membersOf(const FontSet& set) {
         if (listedFamilies_.empty())
-            for (const FaceNumber face : order_.faces) listedFamilies_[faces_[face].listedFamily].push_back(face);
+            for (FaceNumber face : order_.faces) listedFamilies_[faces_[face].listedFamily].push_back(face);
         std::vector<std::uint32_t> ranks;
         for (const std::string& family : set.families)
-            if (const auto found = listedFamilies_.find(family); found != listedFamilies_.end())
-                for (const FaceNumber face : found->second) ranks.push_back(order_.rank[copies_.shownFor[face]]);
+            if (auto found = listedFamilies_.find(family); found != listedFamilies_.end())
+                for (FaceNumber face : found->second) ranks.push_back(order_.rank[copies_.shownFor[face]]);
         std::ranges::sort(ranks);
         ranks.erase(std::ranges::unique(ranks).begin(), ranks.end());
         Faces members;
-        for (const std::uint32_t rank : ranks) members.push_back(order_.faces[rank]);
+        for (std::uint32_t rank : ranks) members.push_back(order_.faces[rank]);
         return members;
     }
 

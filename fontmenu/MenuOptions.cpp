@@ -31,12 +31,13 @@ constexpr Switch kSwitches[] = {
 }  // namespace
 
 MenuOptions menuOptions(const platform::PropertyList& settings) {
-    const auto value = [&](const char* key) { return settings::shownValue(settings, *settings::optionForKey(key)); };
+    auto value = [&](const char* key) { return settings::shownValue(settings, *settings::optionForKey(key)); };
     MenuOptions options;
     for (const Switch& each : kSwitches) options.*each.option = value(each.key) != 0;
-    options.copies = static_cast<Copies>(std::clamp<std::int64_t>(value("DupeHandling"), 0, 2));
+    if (std::int64_t copies = value("DupeHandling"); copies == 1 || copies == 2)
+        options.copies = static_cast<Copies>(copies);
     if (value(settings::kChangeSizeKey.data()) != 0)
-        options.size = static_cast<int>(std::clamp<std::int64_t>(value("FontSize"), 0, kLargestSize));
+        options.size = static_cast<int>(std::clamp<std::int64_t>(value("FontSize"), 0, settings::kLargestFontSize));
     return options;
 }
 

@@ -8,7 +8,6 @@
 namespace fontmenu {
 
 enum class Copies { Every, One, OneMarked };
-inline constexpr int kLargestSize = 255;  // points; a larger size counts as this one
 
 struct MenuOptions {
     bool isEnabled = false;
@@ -16,7 +15,7 @@ struct MenuOptions {
     bool drawsInFace = false;
     Copies copies = Copies::Every;
     bool hasSets = false;
-    int size = 0;  // points; 0: the menu's own
+    int size = 0;  // points, at most settings::kLargestFontSize; 0: the menu's own
     bool hasIcons = false;
     bool nestsFamilies = false;
     bool hasAllFonts = false;
@@ -26,8 +25,8 @@ struct MenuOptions {
     bool arrangesFontPanel = true;
 };
 
-// From an entry's "Settings". What is missing is what the window shows for it; what no control can store counts as the
-// nearest that one can.
+// From an entry's "Settings", as docs/reading.md has it: what is missing is what the window shows for it, and numbers
+// that no control can store count as some that one can.
 MenuOptions menuOptions(const platform::PropertyList& settings);
 
 }  // namespace fontmenu

@@ -32,7 +32,7 @@ void addLines(std::string& text, const std::vector<MenuItem>& items, std::size_t
             text += "────\n";
             continue;
         }
-        const bool isTitle = item.kind == ItemKind::Title;
+        bool isTitle = item.kind == ItemKind::Title;
         text.append(item.isMarked ? "✓ " : isTitle ? "— " : "").append(shown(item.title));
         if (!item.detail.empty()) text.append(" (").append(shown(item.detail)).append(")");
         text.append(isTitle ? " —" : marksOf(item)).append("\n");

@@ -1,50 +1,54 @@
 #include "fontmenu/MenuWords.h"
 
+#include "platform/Localizable.h"
+
 #include <algorithm>
+
+using platform::localizable;
 
 namespace fontmenu {
 namespace {
 
 // In the order of their numbers.
 constexpr std::array<std::string_view, kGroups> kEnglish{
-    "Arabic",
-    "Armenian",
-    "Bengali",
-    "Canadian Syllabics",
-    "Cherokee",
-    "Chinese (Simplified)",
-    "Chinese (Traditional)",
-    "Cyrillic",
-    "Devanagari",
-    "Ethiopic",
-    "Georgian",
-    "Greek",
-    "Gujarati",
-    "Gurmukhi",
-    "Hebrew",
-    "Japanese",
-    "Kannada",
-    "Khmer",
-    "Korean",
-    "Lao",
-    "Latin",
-    "Malayalam",
-    "Mongolian",
-    "Myanmar",
-    "N’Ko",
-    "Odia",
-    "Sinhala",
-    "Syriac",
-    "Tamil",
-    "Telugu",
-    "Thaana",
-    "Thai",
-    "Tibetan",
-    "Tifinagh",
-    "Yi",
-    "Chinese, Japanese, Korean",
-    "Other Writing Systems",
-    "Symbols",
+    localizable("Arabic"),
+    localizable("Armenian"),
+    localizable("Bengali"),
+    localizable("Canadian Syllabics"),
+    localizable("Cherokee"),
+    localizable("Chinese (Simplified)"),
+    localizable("Chinese (Traditional)"),
+    localizable("Cyrillic"),
+    localizable("Devanagari"),
+    localizable("Ethiopic"),
+    localizable("Georgian"),
+    localizable("Greek"),
+    localizable("Gujarati"),
+    localizable("Gurmukhi"),
+    localizable("Hebrew"),
+    localizable("Japanese"),
+    localizable("Kannada"),
+    localizable("Khmer"),
+    localizable("Korean"),
+    localizable("Lao"),
+    localizable("Latin"),
+    localizable("Malayalam"),
+    localizable("Mongolian"),
+    localizable("Myanmar"),
+    localizable("N’Ko"),
+    localizable("Odia"),
+    localizable("Sinhala"),
+    localizable("Syriac"),
+    localizable("Tamil"),
+    localizable("Telugu"),
+    localizable("Thaana"),
+    localizable("Thai"),
+    localizable("Tibetan"),
+    localizable("Tifinagh"),
+    localizable("Yi"),
+    localizable("Chinese, Japanese, Korean"),
+    localizable("Other Writing Systems"),
+    localizable("Symbols"),
 };
 constexpr std::array<std::string_view, platform::kFontKinds> kKinds{"",         "TrueType", "OpenType",
                                                                     "Variable", "Type 1",   "Bitmap"};
@@ -52,7 +56,7 @@ constexpr std::array<std::string_view, platform::kFontKinds> kKinds{"",         
 }  // namespace
 
 MenuWords menuWords(const Translation& translated) {
-    MenuWords words{translated("All Fonts"), {}};
+    MenuWords words{translated(localizable("All Fonts")), {}};
     std::ranges::transform(kEnglish, words.groups.begin(), translated);
     return words;
 }

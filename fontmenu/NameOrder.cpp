@@ -22,7 +22,7 @@ std::string orderKey(std::string_view name) {
             ++i;
         } else if (propertylist::isASCIIDigit(name[i])) {
             std::size_t first = std::min(name.find_first_not_of('0', i), name.size());
-            const std::size_t end = std::min(name.find_first_not_of("0123456789", i), name.size());
+            std::size_t end = std::min(name.find_first_not_of("0123456789", i), name.size());
             first = std::min(first, end - 1);
             // The longer number is the larger one; what stands for its length is a digit, too.
             key += static_cast<char>('0' + std::min<std::size_t>(end - first - 1, 9));

@@ -50,7 +50,7 @@ void forEachNamesakes(std::vector<MenuItem>& items, ItemKind kind, Action action
     std::unordered_map<std::string_view, MenuItem*> first;
     for (MenuItem& item : items) {
         if (item.kind != kind) continue;
-        const auto [found, isNew] = first.try_emplace(item.title, &item);
+        auto [found, isNew] = first.try_emplace(item.title, &item);
         if (isNew) continue;
         std::vector<MenuItem*>& namesakes = byTitle[item.title];
         if (namesakes.empty()) namesakes.push_back(found->second);
@@ -63,8 +63,8 @@ void forEachNamesakes(std::vector<MenuItem>& items, ItemKind kind, Action action
 
 void tellApart(std::vector<MenuItem>& items, std::span<const FontFace> faces) {
     forEachNamesakes(items, ItemKind::Face, [&](std::span<MenuItem* const> namesakes) {
-        const auto tells = [&](Property property) { return distinguishes(property, namesakes, faces); };
-        const auto property = std::ranges::find_if(kProperties, tells);
+        auto tells = [&](Property property) { return distinguishes(property, namesakes, faces); };
+        auto property = std::ranges::find_if(kProperties, tells);
         for (MenuItem* item : namesakes)
             item->detail =
                 property == std::end(kProperties) ? place(faces[item->face]) : (*property)(faces[item->face]);

@@ -14,18 +14,18 @@ std::size_t firstOf(const platform::WritingSystems& systems) {
 }  // namespace
 
 std::size_t writingGroup(const platform::FontFace& face) {
-    const auto covers = [&](WritingSystem system) { return face.writingSystems[static_cast<std::size_t>(system)]; };
+    auto covers = [&](WritingSystem system) { return face.writingSystems[static_cast<std::size_t>(system)]; };
     if (face.isSymbolic) return kSymbolGroup;
     platform::WritingSystems others = face.writingSystems;
-    for (const WritingSystem system : {WritingSystem::Latin, WritingSystem::Greek, WritingSystem::Cyrillic})
+    for (WritingSystem system : {WritingSystem::Latin, WritingSystem::Greek, WritingSystem::Cyrillic})
         others.reset(static_cast<std::size_t>(system));
     if (others.count() == 1) return firstOf(others);
     platform::WritingSystems rest = others;
-    for (const WritingSystem system : {WritingSystem::ChineseSimplified, WritingSystem::ChineseTraditional,
-                                       WritingSystem::Japanese, WritingSystem::Korean})
+    for (WritingSystem system : {WritingSystem::ChineseSimplified, WritingSystem::ChineseTraditional,
+                                 WritingSystem::Japanese, WritingSystem::Korean})
         rest.reset(static_cast<std::size_t>(system));
     if (others.any() && rest.none()) return kEastAsianGroup;
-    for (const WritingSystem system : {WritingSystem::Latin, WritingSystem::Cyrillic, WritingSystem::Greek})
+    for (WritingSystem system : {WritingSystem::Latin, WritingSystem::Cyrillic, WritingSystem::Greek})
         if (covers(system)) return static_cast<std::size_t>(system);
     return others.any() ? firstOf(others) : kOtherGroup;
 }

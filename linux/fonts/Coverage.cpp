@@ -53,7 +53,7 @@ void add(platform::WritingSystems& systems, WritingSystem system) { systems.set(
 }  // namespace
 
 platform::WritingSystems coverageOf(const FcCharSet& characters, const FcLangSet* languages) {
-    const auto has = [&](char32_t c) { return FcCharSetHasChar(&characters, c) == FcTrue; };
+    auto has = [&](char32_t c) { return FcCharSetHasChar(&characters, c) == FcTrue; };
     platform::WritingSystems systems;
     for (const Letters& letters : kLetters)
         if (std::ranges::all_of(letters.needed, has)) add(systems, letters.system);

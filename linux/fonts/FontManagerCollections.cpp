@@ -19,7 +19,7 @@ std::string textOf(const Value& value) {
 }
 
 const Value* memberOf(const Value& object, const char* name) {
-    const auto found = object.FindMember(name);
+    auto found = object.FindMember(name);
     return found == object.MemberEnd() ? nullptr : &found->value;
 }
 

@@ -19,10 +19,10 @@ class Groups {
 public:
     std::vector<FontSet> read(std::string_view xml) {
         static constexpr GMarkupParser kParser{&Groups::start, &Groups::end, &Groups::text, nullptr, nullptr};
-        const std::unique_ptr<GMarkupParseContext, decltype(&g_markup_parse_context_free)> context(
+        std::unique_ptr<GMarkupParseContext, decltype(&g_markup_parse_context_free)> context(
             g_markup_parse_context_new(&kParser, G_MARKUP_TREAT_CDATA_AS_TEXT, this, nullptr),
             g_markup_parse_context_free);
-        const bool isWhole =
+        bool isWhole =
             g_markup_parse_context_parse(context.get(), xml.data(), static_cast<gssize>(xml.size()), nullptr) &&
             g_markup_parse_context_end_parse(context.get(), nullptr);
         return isWhole ? std::move(sets_) : std::vector<FontSet>();
@@ -57,7 +57,7 @@ private:
 
     void endElement() {
         if (depth_-- != kFamilyDepth) return;
-        const std::string family = displayText(std::exchange(family_, {}));
+        std::string family = displayText(std::exchange(family_, {}));
         if (std::exchange(isInFamily_, false) && !family.empty() && members_++ < kMostMembers)
             sets_.back().families.push_back(family);
     }

@@ -61,7 +61,7 @@ int number(FcPattern* font, const char* object, int missing) {
 int weightOf(FcPattern* font) {
     double value = 0;
     if (FcPatternGetDouble(font, FC_WEIGHT, 0, &value) != FcResultMatch) return FontFace().weight;
-    const double weight = FcWeightToOpenTypeDouble(value);
+    double weight = FcWeightToOpenTypeDouble(value);
     return weight >= 1 && weight <= 1000 ? static_cast<int>(std::lround(weight)) : FontFace().weight;
 }
 
@@ -86,7 +86,7 @@ bool isTrue(FcPattern* font, const char* object) {
 
 bool hasAll(const FcCharSet& characters, std::string_view validUTF8) {
     while (!validUTF8.empty()) {
-        const std::uint32_t c = propertylist::takeCodePoint(validUTF8);
+        std::uint32_t c = propertylist::takeCodePoint(validUTF8);
         if (!propertylist::isWhiteSpace(c) && !FcCharSetHasChar(&characters, c)) return false;
     }
     return true;
@@ -116,13 +116,14 @@ FontFace faceOf(FcPattern* font, std::string_view language) {
     face.family = displayText(nameIn(language, font, FC_FAMILY, FC_FAMILYLANG));
     face.style = displayText(nameIn(language, font, FC_STYLE, FC_STYLELANG));
     face.fullName = displayText(nameIn(language, font, FC_FULLNAME, FC_FULLNAMELANG));
-    face.postScriptName = displayText(text(font, FC_POSTSCRIPT_NAME));
     face.foundry = displayText(text(font, FC_FOUNDRY));
     if (face.family.empty()) face.family = face.listedFamily = displayText(nameOf(face.file));
     face.weight = weightOf(font);
     face.width = number(font, FC_WIDTH, FontFace().width);
     face.slant = number(font, FC_SLANT, FontFace().slant);
     face.kind = kindOf(font);
+    // For bitmaps, which have none, fontconfig makes one of the family, the same for all its faces.
+    if (face.kind != FontKind::Bitmap) face.postScriptName = displayText(text(font, FC_POSTSCRIPT_NAME));
     addCoverage(font, face);
     return face;
 }
@@ -147,10 +148,10 @@ std::vector<FontFace> facesOf(FcConfig& configuration, std::string_view language
 }
 
 std::string elements(const char* element, FcStrList* values) {
-    const Owned<FcStrList> list(values);
+    Owned<FcStrList> list(values);
     std::string xml;
     while (const FcChar8* value = FcStrListNext(list.get())) {
-        const Owned<char> escaped(g_markup_escape_text(reinterpret_cast<const char*>(value), -1));
+        Owned<char> escaped(g_markup_escape_text(reinterpret_cast<const char*>(value), -1));
         xml.append("<").append(element).append(">").append(escaped.get()).append("</").append(element).append(">");
     }
     return xml;
@@ -158,10 +159,10 @@ std::string elements(const char* element, FcStrList* values) {
 
 // The same folders and caches without the rules that keep fonts from programs.
 Owned<FcConfig> withoutRules(FcConfig& configuration) {
-    const std::string xml = "<fontconfig>" + elements("dir", FcConfigGetFontDirs(&configuration)) +
-                            elements("cachedir", FcConfigGetCacheDirs(&configuration)) + "</fontconfig>";
+    std::string xml = "<fontconfig>" + elements("dir", FcConfigGetFontDirs(&configuration)) +
+                      elements("cachedir", FcConfigGetCacheDirs(&configuration)) + "</fontconfig>";
     Owned<FcConfig> bare(FcConfigCreate());
-    const bool isRead = bare && FcConfigParseAndLoadFromMemory(bare.get(), bytes(xml), FcFalse);
+    bool isRead = bare && FcConfigParseAndLoadFromMemory(bare.get(), bytes(xml), FcFalse);
     return isRead && FcConfigBuildFonts(bare.get()) ? std::move(bare) : nullptr;
 }
 
@@ -174,10 +175,10 @@ std::vector<FontSet> readSets(const std::string& file, std::vector<FontSet> (*re
 }  // namespace
 
 std::vector<FontFace> LinuxFonts::listFaces(std::string_view language) {
-    const Owned<FcConfig> configuration(FcInitLoadConfigAndFonts());
+    Owned<FcConfig> configuration(FcInitLoadConfigAndFonts());
     if (!configuration) return {};
     std::vector<FontFace> faces = facesOf(*configuration, language);
-    const Owned<FcConfig> all = withoutRules(*configuration);
+    Owned<FcConfig> all = withoutRules(*configuration);
     if (!all) return faces;
     std::unordered_set<std::string> active;
     for (const FontFace& face : faces) active.insert(whereItIs(face));
@@ -190,7 +191,7 @@ std::vector<FontFace> LinuxFonts::listFaces(std::string_view language) {
 }
 
 std::vector<FontSet> LinuxFonts::listSets() {
-    const std::string folder = configurationFolder();
+    std::string folder = configurationFolder();
     std::vector<FontSet> sets = readSets(folder + "/font-manager/Collections.json", fontManagerCollections);
     std::ranges::move(readSets(folder + "/fontgroups.xml", kdeFontGroups), std::back_inserter(sets));
     return sets;

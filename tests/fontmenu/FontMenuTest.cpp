@@ -45,7 +45,7 @@ FontKind kindNamed(std::string_view name) {
 
 // "family | style | PostScript name | property=value property"
 FontFace faceIn(const std::string& line) {
-    const std::vector<std::string> parts = split(line, " | ");
+    std::vector<std::string> parts = split(line, " | ");
     FontFace face;
     face.family = face.listedFamily = parts[0];
     face.style = parts.at(1);
@@ -76,14 +76,14 @@ FontFace faceIn(const std::string& line) {
 // "name | owner's number | family, family", two blanks further in for a child of the set above.
 void addSet(std::vector<FontSet>& sets, const std::string& line) {
     if (line.starts_with("  ")) return addSet(sets.back().children, line.substr(2));
-    const std::vector<std::string> parts = split(line, " | ");
+    std::vector<std::string> parts = split(line, " | ");
     sets.push_back({parts[0], static_cast<SetOwner>(std::stoi(parts.at(1))), split(parts.at(2), ", "), {}});
 }
 
 PropertyList settingsIn(const std::string& text) {
     MutableDictionary settings;
     for (const std::string& pair : split(text, " "))
-        if (const auto parts = split(pair, "="); parts.size() == 2) settings.set(parts[0], std::stoi(parts[1]));
+        if (auto parts = split(pair, "="); parts.size() == 2) settings.set(parts[0], std::stoi(parts[1]));
     return std::move(settings).freeze();
 }
 
@@ -111,8 +111,8 @@ TEST(OptionsMakeMenusOfFaces) {
     int tried = 0;
     std::vector<std::string> lines = check::linesIn(check::readFile(TEST_DATA "/menus.txt"));
     for (std::size_t i = 0; i < lines.size();) {
-        const std::vector<std::string> head = split(lines[i++], " | ");
-        const std::size_t first = i;
+        std::vector<std::string> head = split(lines[i++], " | ");
+        std::size_t first = i;
         while (i < lines.size() && !lines[i].starts_with("== ")) ++i;
         std::vector<std::string> body(lines.begin() + static_cast<std::ptrdiff_t>(first),
                                       lines.begin() + static_cast<std::ptrdiff_t>(i));
@@ -125,7 +125,7 @@ TEST(OptionsMakeMenusOfFaces) {
         } else if (head[0].starts_with("== ")) {
             CONTEXT(head[0]);
             const Fonts& fonts = known.at(head.at(1));
-            const auto current = std::ranges::find(fonts.faces, head.size() > 3 ? head[3] : "none", &FontFace::file);
+            auto current = std::ranges::find(fonts.faces, head.size() > 3 ? head[3] : "none", &FontFace::file);
             std::optional<FaceNumber> place;
             if (current != fonts.faces.end()) place = static_cast<FaceNumber>(current - fonts.faces.begin());
             std::string expected;
@@ -138,9 +138,35 @@ TEST(OptionsMakeMenusOfFaces) {
     CHECK(tried > 30);
 }
 
+TEST(AFamilyIsDrawnInItsPlainestFace) {
+    struct Family {
+        std::vector<std::string> faces;
+        const char* plainest;
+    };
+    Family families[] = {
+        {{"Italic | slant=100", "Light | weight=300", "Bold | weight=700", "Regular | width=100"}, "Regular"},
+        {{"Italic | slant=100", "Bold | weight=700"}, "Bold"},
+        {{"Wide | width=125", "Light | weight=300"}, "Light"},
+        {{"Light | weight=250", "Black | weight=900", "Medium | weight=500"}, "Medium"},
+        {{"Regular | inactive", "Bold Italic | weight=700, slant=100"}, "Bold Italic"},
+    };
+    for (const Family& family : families) {
+        CONTEXT(family.plainest);
+        std::vector<FontFace> faces;
+        for (const std::string& face : family.faces) {
+            std::vector<std::string> parts = split(face, " | ");
+            faces.push_back(faceIn("F | " + parts[0] + " | F-" + parts[0] + " | " + parts[1]));
+        }
+        std::vector<FontSet> sets{{"All", SetOwner::KDE, {"F"}, {}}};
+        MenuOptions options = menuOptions(settingsIn("Enabled=1 ShowSets=1 HierarchicalMenu=1"));
+        Menu menu = menuOf(faces, sets, options, std::nullopt, words());
+        CHECK_EQ(faces[menu.items[0].children[0].face].style, std::string(family.plainest));
+    }
+}
+
 TEST(WhateverTheFacesTheMenuIsInOrder) {
     std::mt19937 random(20);
-    const auto below = [&](int end) { return static_cast<int>(random() % static_cast<unsigned>(end)); };
+    auto below = [&](int end) { return static_cast<int>(random() % static_cast<unsigned>(end)); };
     for (int round = 0; round < 400; ++round) {
         CONTEXT("round " + std::to_string(round));
         std::vector<FontFace> faces(static_cast<std::size_t>(below(40)));
@@ -167,11 +193,11 @@ TEST(WhateverTheFacesTheMenuIsInOrder) {
         MutableDictionary settings;
         for (const settings::Option& option : settings::options()) settings.set(option.key, below(3));
         settings.set("Enabled", below(9) != 0);
-        const MenuOptions options = menuOptions(std::move(settings).freeze());
-        const Menu menu = menuOf(faces, sets, options, 0, words());
+        MenuOptions options = menuOptions(std::move(settings).freeze());
+        Menu menu = menuOf(faces, sets, options, 0, words());
 
         std::set<std::string> reached;  // by what copies have in common
-        const auto font = [](const FontFace& face) {
+        auto font = [](const FontFace& face) {
             return face.postScriptName.empty() ? face.family + "\n" + face.style : face.postScriptName;
         };
         forEachItem(menu.items, [&](const std::vector<MenuItem>& items) {
@@ -180,7 +206,7 @@ TEST(WhateverTheFacesTheMenuIsInOrder) {
                 const MenuItem& item = items[i];
                 CHECK_EQ(item.children.empty(), item.kind != ItemKind::Submenu);
                 CHECK_EQ(item.title.empty(), item.kind == ItemKind::Separator);
-                const bool needsNext = item.kind == ItemKind::Separator || item.kind == ItemKind::Title;
+                bool needsNext = item.kind == ItemKind::Separator || item.kind == ItemKind::Title;
                 CHECK(!needsNext || (i + 1 < items.size() && items[i + 1].kind != item.kind));
                 CHECK(item.kind != ItemKind::Separator || i > 0);
                 if (item.kind != ItemKind::Face) continue;
@@ -208,7 +234,7 @@ TEST(NamesStandInTheOrderThatPeopleExpect) {
 }
 
 TEST(TheCatalogueNamesWhatItKnows) {
-    const PropertyList names = PropertyList::dictionary({
+    PropertyList names = PropertyList::dictionary({
         {"Listed", PropertyList::dictionary({{"FullName", " Times"}, {"RealFullName", " Times Bold "}})},
         {"Styled",
          PropertyList::dictionary({{"FullName", "Times"}, {"RealFullName", "Times X"}, {"StyleName", "Fett"}})},

@@ -8,7 +8,7 @@ import xml.etree.ElementTree as ET
 
 ROOT = pathlib.Path(sys.argv[1])
 LANGUAGES = ("de", "fr", "ja")
-CODE = ("entrylist", "pane", "settings", "TarnwickUpdater", "linux", "qt", "tools", "host", "reader")
+CODE = ("entrylist", "fontmenu", "pane", "settings", "TarnwickUpdater", "linux", "qt", "tools", "host", "reader")
 NO_TEXT = {"action", "shortcut", "searches", "image", "columnIdentifiers", "itemTags", "styleSheet"}
 LITERAL = r'"(?:[^"\\\n]|\\.)*"'
 LOOK_UP = re.compile(r"\b(?:localized|localizedString|localizedFormat|localizedText|localizable|refused|(?<![.>])text)\(\s*(?:\w+,\s*)?((?:%s\s*)+)" % LITERAL)
