@@ -1,0 +1,6 @@
+add_executable(bench_fontmenu FontMenuBench.cpp)
+target_link_libraries(bench_fontmenu PRIVATE fontmenu typeslate_bundle_code)
+if(TARGET linux_fonts)
+  target_link_libraries(bench_fontmenu PRIVATE linux_fonts)
+  target_compile_definitions(bench_fontmenu PRIVATE TYPESLATE_HAVE_FONTS)
+endif()
