@@ -27,7 +27,6 @@ constexpr std::array<ExactType, 3> kExactTypes{{{kIdentifierType, Reason::Identi
 constexpr std::array kFactOfKind{&Application::name, &Application::identifier, &Application::path};
 
 constexpr std::string_view kNoCreator = "????";
-constexpr std::int64_t kLargestFontSize = 255;
 constexpr std::int64_t kDupeWays = 3;
 
 std::uint32_t hashOf(Reason reason, std::string_view data) {
