@@ -1,5 +1,6 @@
 #include "host/HostPlatform.h"
 
+#include "host/FontLister.h"
 #include "host/WindowOwners.h"
 #include "linux/LinuxMachine.h"
 #include "linux/system/Network.h"
@@ -68,6 +69,7 @@ HostPlatform::HostPlatform() : parts_(new Parts) {
     parts_->machine.preferences.setLongestWait(kPatience);
     parts_->toolkit.setReach([](std::string_view url) { return linux::mayReach(url); });
     parts_->toolkit.setApplicationLister([&machine = parts_->machine] { return choosableApplications(machine); });
+    parts_->toolkit.setFontLister(fontLister());
 }
 
 // What the pane set without synchronising is kept, as it would be at the end of a session.

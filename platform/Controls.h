@@ -38,6 +38,7 @@ class TabView;
 class Panel;
 class ProgressIndicator;
 class TextView;
+class FontMenuView;
 
 // The owner of an interface file: the loader hands it every named object and tells it of every action.
 class InterfaceOwner {
@@ -69,6 +70,7 @@ public:
     virtual Panel* asPanel() { return nullptr; }
     virtual ProgressIndicator* asProgressIndicator() { return nullptr; }
     virtual TextView* asTextView() { return nullptr; }
+    virtual FontMenuView* asFontMenuView() { return nullptr; }
 
     virtual bool isEnabled() const { return false; }
     virtual void setEnabled(bool) {}

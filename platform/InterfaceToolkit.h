@@ -5,6 +5,7 @@
 
 #include "platform/Bundle.h"
 #include "platform/Controls.h"
+#include "platform/FontMenuView.h"
 #include "platform/ImportSheet.h"
 #include "propertylist/ASCII.h"
 
@@ -80,6 +81,11 @@ public:
     virtual void beep() {}
     // Text as searches compare it: without case and accents. By itself it makes ASCII letters small.
     virtual std::string searchKey(std::string_view text);
+    // As the user writes numbers, with marks between thousands.
+    virtual std::string numberText(std::size_t number) { return std::to_string(number); }
+    // Lists the fonts, beside what else is done, but not before the window has been painted. The handler is called
+    // later on the main thread; where fonts cannot be listed, never.
+    virtual void listFonts(std::function<void(ListedFonts fonts)> /*handler*/) {}
     // What the user has copied, in one form of our own; empty when there is nothing of that form. Setting replaces all
     // that was copied before.
     virtual std::string clipboard(std::string_view /*mediaType*/) { return {}; }

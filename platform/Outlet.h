@@ -3,6 +3,7 @@
 #pragma once
 
 #include "platform/Controls.h"
+#include "platform/FontMenuView.h"
 
 #include <type_traits>
 
@@ -41,6 +42,8 @@ private:
             return object.asProgressIndicator();
         else if constexpr (std::is_same_v<T, TextView>)
             return object.asTextView();
+        else if constexpr (std::is_same_v<T, FontMenuView>)
+            return object.asFontMenuView();
         else
             return &object;
     }

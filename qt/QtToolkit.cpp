@@ -47,7 +47,12 @@ ImageRef QtToolkit::genericApplicationIcon() {
 
 void QtToolkit::setWindow(QWidget* window) {
     window_ = window;
-    firstPaint_ = window ? std::make_unique<FirstPaint>(*window, [this] { showApplicationIcon(); }) : nullptr;
+    firstPaint_ = window ? std::make_unique<FirstPaint>(*window, [this] { windowWasPainted(); }) : nullptr;
+}
+
+void QtToolkit::windowWasPainted() {
+    showApplicationIcon();
+    if (listingDue_) std::exchange(listingDue_, nullptr)();
 }
 
 ImageRef QtToolkit::applicationIcon() {

@@ -40,6 +40,8 @@ public:
     platform::ImageRef genericApplicationIcon() override;
     platform::ImageRef applicationIcon() override;
     std::string searchKey(std::string_view text) override { return qt::searchKey(toQString(text)).toStdString(); }
+    std::string numberText(std::size_t number) override;
+    void listFonts(std::function<void(platform::ListedFonts fonts)> handler) override;
     std::string clipboard(std::string_view mediaType) override;
     void setClipboard(std::string_view mediaType, std::string_view content) override;
     void setApplicationIcon(const platform::ImageRef& image) override;
@@ -77,6 +79,10 @@ public:
     // What the chooser of applications offers; without it the chooser shows files only.
     using ApplicationLister = std::function<std::vector<ChoosableApplication>()>;
     void setApplicationLister(ApplicationLister lister) { listApplications_ = std::move(lister); }
+    // What lists the fonts, but for the family of the interface; without it they cannot be listed. It is called on
+    // another thread and may outlive this object.
+    using FontLister = std::function<platform::ListedFonts()>;
+    void setFontLister(FontLister lister) { fontLister_ = std::move(lister); }
 
 private:
     struct Kept {
@@ -93,9 +99,15 @@ private:
     void tellFailure(const std::string& text);
 
     void showApplicationIcon();
+    void windowWasPainted();
+    void stopListingFonts();
 
     IconNameFinder iconName_;
     ApplicationLister listApplications_;
+    FontLister fontLister_;
+    std::function<void()> listingDue_;  // when the window has been painted; null: none
+    struct FontReceiver;
+    std::shared_ptr<FontReceiver> fontReceiver_;  // of listings that are under way
     Reach reach_;
     FailureHandler tellFailure_;
     QHash<QString, QPointer<DocumentWindow>> documents_;  // by their folders

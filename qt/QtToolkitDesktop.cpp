@@ -89,7 +89,10 @@ std::string QtToolkit::localized(std::string_view english) const {
     return texts_ ? texts_->localizedString(english) : std::string(english);
 }
 
-QtToolkit::~QtToolkit() { qDeleteAll(documents_); }
+QtToolkit::~QtToolkit() {
+    stopListingFonts();
+    qDeleteAll(documents_);
+}
 
 void QtToolkit::openURL(std::string_view url, std::string_view copy) {
     if (reach_ && !reach_(url)) return showInstead(copy, localized("%@ cannot be reached from this computer."), url);

@@ -1,6 +1,7 @@
 #include "qt/controls/InterfaceLoader.h"
 
 #include "qt/controls/FittingScrollArea.h"
+#include "qt/controls/FittingSplitter.h"
 #include "qt/controls/MeasuredLabel.h"
 #include "qt/controls/PageKeys.h"
 #include "qt/controls/QtAction.h"
@@ -11,6 +12,7 @@
 #include "qt/controls/SearchField.h"
 #include "qt/controls/StatusText.h"
 #include "qt/controls/UserActions.h"
+#include "qt/fontmenu/QtFontMenuView.h"
 #include "qt/images/FileIcons.h"
 #include "qt/sheets/QtPanel.h"
 #include "qt/texts/InterfaceTexts.h"
@@ -32,7 +34,7 @@ std::string nameOf(const QWidget& widget) { return widget.objectName().toStdStri
 
 bool isSheet(const QWidget& widget) { return widget.property("sheet").toBool(); }
 
-std::unique_ptr<View> makeView(QWidget& widget, InterfaceOwner& owner) {
+std::unique_ptr<View> makeView(QWidget& widget, InterfaceOwner& owner, const Bundle& texts) {
     if (isSheet(widget)) return std::make_unique<QtPanel>(widget);
     if (auto* button = qobject_cast<QAbstractButton*>(&widget)) return std::make_unique<QtButton>(*button);
     if (auto* text = dynamic_cast<StatusText*>(&widget)) return std::make_unique<QtStatusText>(*text);
@@ -41,6 +43,7 @@ std::unique_ptr<View> makeView(QWidget& widget, InterfaceOwner& owner) {
     if (auto* box = qobject_cast<QSpinBox*>(&widget)) return std::make_unique<QtSpinBox>(*box);
     if (auto* menu = qobject_cast<QComboBox*>(&widget)) return std::make_unique<QtPopUpButton>(*menu);
     if (auto* table = qobject_cast<QTableView*>(&widget)) return std::make_unique<QtTableView>(*table, owner);
+    if (auto* tree = qobject_cast<QTreeView*>(&widget)) return std::make_unique<QtFontMenuView>(*tree, texts);
     if (auto* tabs = qobject_cast<QTabWidget*>(&widget)) return std::make_unique<QtTabView>(*tabs);
     if (auto* bar = qobject_cast<QProgressBar*>(&widget)) return std::make_unique<QtProgressIndicator>(*bar);
     if (auto* text = qobject_cast<QTextEdit*>(&widget)) return std::make_unique<QtTextView>(*text);
@@ -137,6 +140,7 @@ public:
 private:
     static QWidget* createOurs(const QString& className, QWidget* parent) {
         if (className == QStringLiteral("QScrollArea")) return new FittingScrollArea(parent);
+        if (className == QStringLiteral("QSplitter")) return new FittingSplitter(parent);
         if (className == QStringLiteral("QLabel")) return new MeasuredLabel(parent);
         if (className == QStringLiteral("QPlainTextEdit")) return new StatusText(parent);
         return nullptr;
@@ -190,7 +194,7 @@ private:
     void add(QWidget& widget) {
         showInUsersLanguage(widget, resources_);
         auto& view = result_->views_[nameOf(widget)];
-        view = makeView(widget, owner_);
+        view = makeView(widget, owner_, resources_);
         if (widget.property("searches").isValid())
             connectSearch(widget, *view, owner_, *result_->connections_);
         else
