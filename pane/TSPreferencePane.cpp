@@ -63,6 +63,7 @@ TSPreferencePane::TSPreferencePane(const Platform& platform)
                   [this](const Option& option) {
                       listCommands.useGlobals({&option, 1});
                   }),
+      menuPreview(platform_, *this),
       expressionPreview(platform_, regex, regexType),
       unreachable(platform_.expressions) {}
 
@@ -89,6 +90,7 @@ void TSPreferencePane::awakeFromNib() {
     enabledCheckbox->setState(isModuleOn());
 
     listSearch.start();
+    menuPreview.start();
     exTableView->setDataSource(this);
     exTableView->setSelectionObserver(
         [this](const InterfaceNotification& notification) { tableViewSelectionDidChange(notification); });
@@ -191,6 +193,7 @@ void TSPreferencePane::sheetEnded() {
 void TSPreferencePane::hostDidBecomeActive() {
     takeInChanges();
     listSearch.lookAgain();
+    menuPreview.lookAgain();
 }
 
 void TSPreferencePane::willUnselect() { platform_.toolkit.setApplicationIcon(mSystemPrefsIcon); }

@@ -18,6 +18,7 @@
 #include "entrylist/OptionMarks.h"
 #include "entrylist/Unreachable.h"
 #include "pane/EntryRows.h"
+#include "pane/MenuPreview.h"
 #include "pane/fontcatalog/AdobeNames.h"
 #include "platform/AliasClass.h"
 #include "platform/Outlet.h"
@@ -328,6 +329,7 @@ private:
     entrylist::ListSearch listSearch;
     entrylist::ExchangePanel exchangePanel;
     entrylist::OptionMarks optionMarks;
+    MenuPreview menuPreview;
     entrylist::ExpressionPreview expressionPreview;
     entrylist::UnreachableEntries unreachable;
     std::optional<EntryRows::Found> foundForIcon;  // of the row that is being painted

@@ -89,7 +89,8 @@ const TSPreferencePane::ActionEntry TSPreferencePane::kActions[] = {
 void TSPreferencePane::setOutlet(std::string_view name, View& object) {
     auto outlet = std::ranges::find(kOutlets, name, &OutletEntry::name);
     if (outlet != std::end(kOutlets)) return outlet->connect(*this, object);
-    if (!listCommands.setOutlet(name, object) && !listSearch.setOutlet(name, object))
+    if (!listCommands.setOutlet(name, object) && !listSearch.setOutlet(name, object) &&
+        !menuPreview.setOutlet(name, object))
         expressionPreview.setOutlet(name, object);
 }
 
@@ -101,6 +102,6 @@ void TSPreferencePane::performAction(std::string_view selector, View& sender) {
     auto entry = std::ranges::find(kActions, selector, &ActionEntry::selector);
     if (entry != std::end(kActions)) return (this->*entry->action)(sender);
     if (!listCommands.performAction(selector) && !exchangePanel.performAction(selector) &&
-        !listSearch.performAction(selector))
+        !listSearch.performAction(selector) && !menuPreview.performAction(selector))
         expressionPreview.performAction(selector);
 }

@@ -38,6 +38,7 @@ std::optional<std::vector<int>> TSPreferencePane::tableView_shownRows(TableView&
 void TSPreferencePane::showAroundList() {
     listCommands.showWhatCanBeDone();
     optionMarks.show();
+    menuPreview.show();
     exTableView->setNeedsDisplay();
 }
 

@@ -120,6 +120,7 @@ void TSPreferencePane::showModuleOn(bool isOn) {
     tabs->setControlTint(isOn ? ControlTint::Default : ControlTint::Clear);
     tabs->setNeedsDisplay();
     toggleAll();
+    menuPreview.show();
 }
 
 // The path as a person reads it: each component under its display name.

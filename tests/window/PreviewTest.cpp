@@ -1,0 +1,270 @@
+// The drawer with the preview: what each option changes in it, and what it remembers.
+#include "host/PaneWindow.h"
+#include "tests/qt/QtTest.h"
+
+#include <QAccessible>
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QPushButton>
+#include <QSpinBox>
+#include <QSplitter>
+#include <QTreeView>
+
+#include <filesystem>
+
+using namespace platform;
+using check::ScopedEnvironment;
+
+namespace {
+
+constexpr const char* kDomain = "com.tarnwick.typeslate";
+const std::string kFonts = "/usr/share/fonts/truetype/dejavu/";
+
+// A font of bitmaps with all that Hebrew cannot do without.
+std::string hebrewFont() {
+    std::string text =
+        "STARTFONT 2.1\nFONT -t-f-Medium-R-Normal--8-80-75-75-C-80-ISO10646-1\nSIZE 8 75 75\nFONTBOUNDINGBOX 8 1 0 0\n"
+        "STARTPROPERTIES 6\nFAMILY_NAME \"Bits\"\nWEIGHT_NAME \"Medium\"\nCHARSET_REGISTRY \"ISO10646\"\n"
+        "CHARSET_ENCODING \"1\"\nFONT_ASCENT 8\nFONT_DESCENT 0\nENDPROPERTIES\nCHARS 27\n";
+    for (int c = 0x5D0; c <= 0x5EA; ++c)
+        text += "STARTCHAR c" + std::to_string(c) + "\nENCODING " + std::to_string(c) +
+                "\nSWIDTH 500 0\nDWIDTH 8 0\nBBX 8 1 0 0\nBITMAP\nFF\nENDCHAR\n";
+    return text + "ENDFONT\n";
+}
+
+// A machine with a few fonts, one of them twice, one of them not active, and with one set.
+struct Preview {
+    Preview() {
+        namespace fs = std::filesystem;
+        useApplication();
+        QApplication::setFont(QFont(QStringLiteral("DejaVu Sans"), 10));
+        for (const char* name : {"DejaVuSans", "DejaVuSans-Bold", "DejaVuSansMono", "DejaVuSerif", "DejaVuMathTeXGyre"})
+            check::writeFile(home / ("fonts/" + std::string(name) + ".ttf"), check::readFile(kFonts + name + ".ttf"));
+        check::writeFile(home / "fonts/again/Mono.ttf", check::readFile(kFonts + "DejaVuSansMono.ttf"));
+        check::writeFile(home / "fonts/bits.bdf", hebrewFont());
+        check::writeFile(home / "fonts.conf",
+                         "<fontconfig><dir>" + home / "fonts" + "</dir><cachedir>" + home / "cache" +
+                             "</cachedir><selectfont><rejectfont><glob>*TeXGyre.ttf</glob></rejectfont></selectfont>"
+                             "</fontconfig>");
+        check::writeFile(home / ".config/font-manager/Collections.json",
+                         R"([{"name": "My Set", "families": ["DejaVu Serif", "DejaVu Math TeX Gyre"]}])");
+        fs::create_directories(home / "Library/Plinthworks");
+        fs::copy(BINARY_DIR "/Sample.plinth", home / "Library/Plinthworks/Typeslate.plinth",
+                 fs::copy_options::recursive);
+        platform.preferences().setValue("Added Default Exclusions", true, kDomain);
+        platform.preferences().setValue("Default Exclusions Version", 1000, kDomain);
+        platform.preferences().setValue("SUCheckForUpdates", false, kDomain);
+        setOptions({{"FontSize", 30}});
+        open();
+    }
+    // On and off as they are given; all others are off.
+    void setOptions(std::vector<std::pair<std::string, PropertyList>> given) {
+        MutableDictionary settings;
+        for (const char* key : {"Enabled", "CheckMenuItems", "ShowFontInFace", "ShowSets", "ChangeSize", "ShowIcons",
+                                "HierarchicalMenu", "AllFontsGroup", "ScriptSort", "DupeHandling", "ModifyFontPanel",
+                                "IncludeFAPSets", "IncludeFEXSets", "IncludeSuitcaseSets", "GenerateInactivePreview"})
+            settings.set(key, std::string_view(key) == "Enabled" ? 1 : 0);
+        for (const auto& [key, value] : given) settings.set(key, value);
+        platform.preferences().setValue(
+            "TheExcList",
+            PropertyList::array({PropertyList::dictionary({{"Type", "Global"},
+                                                           {"Name", "Global"},
+                                                           {"Change", ++changes},
+                                                           {"Settings", std::move(settings).freeze()}})}),
+            kDomain);
+        CHECK(platform.preferences().synchronize(kDomain));
+        if (!window) return;
+        const bool shows = menu().model()->rowCount() > 0;
+        bool isShown = false;
+        QObject context;
+        QObject::connect(menu().model(), &QAbstractItemModel::modelReset, &context, [&] { isShown = true; });
+        CHECK(waitFor([&] { return !shows || isShown; }));
+        settle();
+    }
+    void open() {
+        window = std::make_unique<host::PaneWindow>(platform);
+        platform.setWindow(window.get());
+        REQUIRE(window->load(BINARY_DIR "/Typeslate.prefPane").empty());
+        window->show();
+        settle();
+    }
+    template <typename Widget = QWidget>
+    Widget& in(const char* name) {
+        auto* found = window->findChild<Widget*>(QLatin1String(name));
+        REQUIRE(found != nullptr);
+        return *found;
+    }
+    QTreeView& menu() { return in<QTreeView>("previewMenu"); }
+    std::string counts() { return in<QLabel>("previewCounts").text().toStdString(); }
+    // Every line, as a screen reader says it.
+    std::string lines(const QModelIndex& parent = {}, const std::string& indent = "") {
+        std::string text;
+        const QAbstractItemModel& model = *menu().model();
+        for (int row = 0; row < model.rowCount(parent); ++row) {
+            const QModelIndex index = model.index(row, 0, parent);
+            text += indent + index.data(Qt::AccessibleTextRole).toString().toStdString() + "\n";
+            text += lines(index, indent + "  ");
+        }
+        return text;
+    }
+    // Of the upper rows, which are in sight however high the drawer is.
+    QImage picture() {
+        settle();
+        return menu().viewport()->grab(QRect(0, 0, menu().viewport()->width(), 110)).toImage();
+    }
+    void showDrawer() {
+        in<QPushButton>("previewButton").click();
+        REQUIRE(waitFor([&] { return menu().model()->rowCount() > 0; }));
+    }
+
+    check::TemporaryFolder home;
+    ScopedEnvironment homeVariable{"HOME", home.path().c_str()}, root{"TYPESLATE_ROOT", (home / "root").c_str()},
+        configuration{"XDG_CONFIG_HOME", nullptr}, applications{"XDG_DATA_DIRS", (home / "share").c_str()},
+        user{"TYPESLATE_UID", "1000"}, language{"LC_ALL", "C.UTF-8"}, wish{"LANGUAGE", nullptr},
+        fonts{"FONTCONFIG_FILE", (home / "fonts.conf").c_str()};
+    PrivateBus bus;
+    host::HostPlatform platform;
+    std::unique_ptr<host::PaneWindow> window;
+    int changes = 0;
+};
+
+// Changes the control as a user does, or does not, where it cannot be used.
+void change(QWidget& control, int value) {
+    if (!control.isEnabled()) return;
+    if (auto* box = qobject_cast<QAbstractButton*>(&control)) return box->click();
+    if (auto* number = qobject_cast<QSpinBox*>(&control)) return number->setValue(value);
+    auto* menu = qobject_cast<QComboBox*>(&control);
+    menu->setCurrentIndex(value);
+    Q_EMIT menu->activated(value);
+}
+
+enum Effect : unsigned { kNothing = 0, kLines = 1, kPicture = 2, kCounts = 4 };
+
+}  // namespace
+
+TEST(EachOptionChangesWhatThePreviewShows) {
+    Preview pane;
+    pane.showDrawer();
+    const std::string plain =
+        "Bits Regular\nDejaVu Sans\nDejaVu Sans Bold\nDejaVu Sans Mono, DejaVuSansMono.ttf\n"
+        "DejaVu Sans Mono, Mono.ttf\nDejaVu Serif\n";
+    struct Row {
+        const char* control;
+        int before, after;
+        unsigned effect;
+        const char* line;  // or part of one that is there afterwards only
+        std::vector<std::pair<std::string, PropertyList>> with = {};
+    };
+    const Row rows[] = {
+        {"perAppEnabled", 1, 0, kLines | kPicture | kCounts, "the menu is left as it is, with 6 lines"},
+        {"perAppHierarchicalMenu", 0, 1, kLines | kPicture | kCounts, "DejaVu Sans\n  Book\n  Bold\n"},
+        {"perAppShowAllSet", 0, 1, kLines | kPicture | kCounts, "All Fonts\n  Bits Regular\n"},
+        {"perAppSortByScript", 0, 1, kLines | kPicture | kCounts, "Hebrew\nBits Regular\nLatin\n"},
+        {"perAppCheckItems", 0, 1, kLines | kPicture, "DejaVu Sans, in use\n"},
+        {"perAppDupeHandling", 0, 1, kLines | kPicture | kCounts, "DejaVu Sans Mono\n"},
+        {"perAppDupeHandling", 1, 2, kLines | kPicture, "DejaVu Sans Mono, 2 copies\n", {{"DupeHandling", 1}}},
+        {"perAppShowFace", 0, 1, kPicture, ""},
+        {"perAppShowSize", 0, 1, kPicture, ""},
+        {"perAppFontSize", 30, 20, kPicture, "", {{"ChangeSize", 1}}},
+        {"perAppShowIcons", 0, 1, kLines | kPicture, "DejaVu Serif, TrueType\n"},
+        {"perAppModifyFontPanel", 0, 1, kCounts, "The font panel shows the same."},
+        {"perAppShowSets", 0, 1, kLines | kPicture | kCounts, "My Set\n  DejaVuMathTeXGyre-Regular, not active\n"},
+        // No set of these is found where they are not installed, and their boxes cannot be ticked.
+        {"perAppIncludeFAPSets", 0, 1, kNothing, "", {{"ShowSets", 1}}},
+        {"perAppIncludeFEXSets", 0, 1, kNothing, "", {{"ShowSets", 1}}},
+        {"perAppIncludeSuitcaseSets", 0, 1, kNothing, "", {{"ShowSets", 1}}},
+    };
+    for (const Row& row : rows) {
+        CONTEXT(row.control + std::string(" ") + std::to_string(row.after));
+        auto given = row.with;
+        given.emplace_back("FontSize", 30);
+        pane.setOptions(given);
+        if (row.with.empty()) CHECK_EQ(pane.lines(), plain);
+        const std::string lines = pane.lines(), counts = pane.counts();
+        const QImage picture = pane.picture();
+        auto changed = [&] {
+            return (pane.lines() != lines ? kLines : 0U) | (pane.picture() != picture ? kPicture : 0U) |
+                   (pane.counts() != counts ? kCounts : 0U);
+        };
+        change(pane.in(row.control), row.after);
+        CHECK(waitFor([&] { return changed() == row.effect; }));
+        CHECK_EQ(changed(), row.effect);
+        CHECK((pane.lines() + pane.counts()).find(row.line) != std::string::npos);
+        if (*row.line) CHECK((lines + counts).find(row.line) == std::string::npos);
+        change(pane.in(row.control), row.before);
+        CHECK(waitFor([&] { return changed() == kNothing; }));
+    }
+    // The one that is left needs an inactive font in sight, and cannot be ticked where no such set can be.
+    auto shown = [&](int drawsInactive) {
+        pane.setOptions({{"ShowSets", 1}, {"ShowFontInFace", 1}, {"GenerateInactivePreview", drawsInactive}});
+        REQUIRE(waitFor([&] { return pane.lines().starts_with("My Set"); }));
+        pane.menu().expandAll();
+        return pane.picture();
+    };
+    const QImage without = shown(0);
+    shown(1);
+    CHECK(waitFor([&] { return pane.picture() != without; }));
+}
+
+TEST(TheMasterSwitchLeavesTheMenuAsItIs) {
+    Preview pane;
+    pane.setOptions({{"HierarchicalMenu", 1}});
+    pane.showDrawer();
+    CHECK(pane.lines().find("  Book") != std::string::npos);
+    CHECK_EQ(pane.counts(), "6 faces, 4 families: 4 lines at the top instead of 6");
+    pane.in<QCheckBox>("enabledCheckbox").click();
+    CHECK_EQ(pane.counts(), "6 faces, 4 families: the menu is left as it is, with 6 lines");
+    CHECK(pane.lines().find("  Book") == std::string::npos);
+    pane.in<QCheckBox>("enabledCheckbox").click();
+    CHECK(pane.lines().find("  Book") != std::string::npos);
+    // What is unfolded stays so.
+    const QModelIndex family = pane.menu().model()->index(1, 0);
+    pane.menu().expand(family);
+    pane.in<QCheckBox>("perAppShowAllSet").click();
+    CHECK(pane.menu().isExpanded(pane.menu().model()->index(3, 0)) &&
+          !pane.menu().isExpanded(pane.menu().model()->index(0, 0)));
+}
+
+TEST(TheDrawerIsRememberedAndFits) {
+    Preview pane;
+    CHECK(pane.in("previewDrawer").isHidden() && !pane.menu().model()->rowCount());
+    pane.showDrawer();
+    CHECK(pane.in("previewDrawer").isVisible());
+    CHECK(pane.in<QPushButton>("previewButton").text() == QStringLiteral("Hide Preview"));
+    QAccessibleInterface& tree = *QAccessible::queryAccessibleInterface(&pane.menu());
+    CHECK(tree.role() == QAccessible::Tree && tree.childCount() >= 6);
+    CHECK(!tree.text(QAccessible::Name).isEmpty() && !tree.text(QAccessible::Description).isEmpty());
+    const QSize least = pane.window->minimumSizeHint();
+    CHECK(least.width() <= 690 && least.height() <= 540);
+    auto& columns = pane.in<QSplitter>("listSplitter");
+    CHECK(columns.orientation() == Qt::Vertical);
+    pane.window->resize(1300, 700);
+    settle();
+    CHECK(columns.orientation() == Qt::Horizontal && pane.menu().width() > 250);
+    pane.window->close();
+    pane.open();
+    CHECK(pane.in("previewDrawer").isVisible());
+    CHECK(waitFor([&] { return pane.menu().model()->rowCount() == 6; }));
+    pane.in<QPushButton>("previewButton").click();
+    CHECK(pane.in("previewDrawer").isHidden());
+    pane.window->close();
+    pane.open();
+    CHECK(pane.in("previewDrawer").isHidden());
+    CHECK(pane.in<QPushButton>("previewButton").text() == QStringLiteral("Show Preview"));
+    // Nobody is told of fonts that come when the window has gone.
+    pane.in<QPushButton>("previewButton").click();
+    pane.window.reset();
+    settle();
+}
+
+TEST(AComputerWithoutFontsIsToldOf) {
+    Preview pane;
+    check::writeFile(pane.home / "fonts.conf", "<fontconfig></fontconfig>");
+    pane.in<QPushButton>("previewButton").click();
+    auto& why = pane.in<QLabel>("qt_placeholder");
+    CHECK(why.isVisible() && why.text() == QStringLiteral("Listing the fonts…"));
+    CHECK(waitFor([&] { return why.text() == QStringLiteral("No fonts found"); }));
+    CHECK(pane.menu().accessibleDescription() == why.text());
+}
