@@ -12,6 +12,7 @@ using namespace platform;
 namespace entrylist {
 namespace {
 
+using Answer = Expression::Answer;
 using Subject = std::string_view (*)(const ApplicationFacts&);
 constexpr std::array<Subject, 3> kSubjects{
     [](const ApplicationFacts& facts) -> std::string_view { return facts.name; },
@@ -19,8 +20,10 @@ constexpr std::array<Subject, 3> kSubjects{
     [](const ApplicationFacts& facts) -> std::string_view { return facts.path; },
 };
 
-// Each search is charged to its expression at a least price, so one of them is not enough for any number.
+// The searches of one expression have one budget together, as those for one application have. So an expression that has
+// used it up is compiled anew: as often as ordinary ones need it for so many applications, and twice for costly ones.
 constexpr std::size_t kSearchesOfOne = 5'000;
+constexpr std::size_t kExtra = 2;
 
 constexpr double kPause = 0.01;             // seconds, for the sheet to come up first
 constexpr std::size_t kNamesInLine = 60;    // characters
@@ -32,21 +35,25 @@ constexpr std::size_t kMostInToolTip = 20;  // applications
 ExpressionMatches matchesOf(ExpressionServices& expressions, std::string_view text, int kind,
                             std::span<const ApplicationFacts> applications) {
     const bool isKnown = kind >= 0 && kind < static_cast<int>(kSubjects.size());
-    ExpressionMatches matches{{}, {}, nullptr, isKnown ? kSubjects[static_cast<std::size_t>(kind)] : nullptr};
+    ExpressionMatches matches{{}, {}, nullptr, false, isKnown ? kSubjects[static_cast<std::size_t>(kind)] : nullptr};
     ExpressionProblem problem;
     std::unique_ptr<Expression> expression = expressions.compile(text, problem);
     if (!expression) matches.problem = std::move(problem);
     if (!expression || !isKnown) return matches;
-    std::size_t searches = 0;
+    std::size_t renewals = kExtra + applications.size() / kSearchesOfOne;
     for (const ApplicationFacts& application : applications) {
         const std::string_view subject = matches.subject(application);
         if (subject.empty()) continue;
-        if (++searches % kSearchesOfOne == 0) expression = expressions.compile(text, problem);
-        const Expression::Answer answer = expression->search(subject);
-        if (answer == Expression::Answer::Yes) matches.found.push_back(&application);
-        if (answer != Expression::Answer::GivenUp) continue;
-        matches.costly = &application;
-        break;
+        Answer answer = expression->search(subject);
+        if (answer == Answer::GivenUp && renewals > 0) {
+            --renewals;
+            expression = expressions.compile(text, problem);
+            answer = expression->search(subject);
+            if (answer == Answer::GivenUp) matches.costly = &application;
+        }
+        matches.isCutShort = answer == Answer::GivenUp;
+        if (matches.isCutShort) break;
+        if (answer == Answer::Yes) matches.found.push_back(&application);
     }
     return matches;
 }
@@ -84,7 +91,7 @@ void ExpressionPreview::show() {
         matchesOf(platform_.expressions, expression, kind_->selectedRow(), *applications_);
     if (matches.problem)
         return say(problemInWords(*matches.problem, expression, [this](auto key) { return text(key); }));
-    say(inWords(matches), matches.costly ? std::string() : details(matches));
+    say(inWords(matches), matches.isCutShort ? std::string() : details(matches));
 }
 
 void ExpressionPreview::say(const std::string& line, const std::string& details) {
@@ -98,6 +105,7 @@ std::string ExpressionPreview::inWords(const ExpressionMatches& matches) const {
         return formatted(text("Given up as too costly, at “%@”. A program that gives up takes it for no match."),
                          {shortened(matches.costly->name, kNamesInLine / 2)});
     const std::size_t all = applications_->size();
+    if (matches.isCutShort) return formatted(text("Too costly to be tried on all %d applications"), {all});
     if (matches.found.empty()) return formatted(text("Matches none of %d applications"), {all});
     std::string names;
     std::size_t left = kNamesInLine;

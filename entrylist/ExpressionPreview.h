@@ -20,7 +20,8 @@ namespace entrylist {
 struct ExpressionMatches {
     std::optional<platform::ExpressionProblem> problem;    // it is none; nothing was searched
     std::vector<const platform::ApplicationFacts*> found;  // of those that were given
-    const platform::ApplicationFacts* costly = nullptr;    // where it was given up; those behind were not tried
+    const platform::ApplicationFacts* costly = nullptr;    // where programs would give it up, too
+    bool isCutShort = false;  // there, or as it had cost enough; those behind were not tried
     std::string_view (*subject)(const platform::ApplicationFacts&);  // what the kind compares; null: nothing
 };
 

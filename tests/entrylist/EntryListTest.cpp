@@ -46,6 +46,13 @@ TEST(AnExpressionIsTriedOnAnyNumberOfApplications) {
     applications[1].identifier.clear();
     const ExpressionMatches matches = matchesOf(expressions, "", 1, applications);
     CHECK(matches.found.size() == applications.size() - 1 && matches.found[1] == &applications[2] && !matches.costly);
+    CHECK(!matches.isCutShort);
+    // But only with so much effort.
+    expressions.most = 4000;
+    CHECK(matchesOf(expressions, "", 0, applications).isCutShort == false);
+    expressions.most = 2000;
+    const ExpressionMatches cut = matchesOf(expressions, "", 0, applications);
+    CHECK(cut.isCutShort && !cut.costly && cut.found.size() == 10'000);
     for (int kind : {-1, 3}) CHECK(matchesOf(expressions, "n", kind, applications).found.empty());
 }
 

@@ -324,28 +324,29 @@ private:
 };
 
 // Finds an expression as it stands. "?REASON" is none, at its end; a search of "$..." is given up where it would be
-// found, and any that comes after the 6,000th of one expression.
+// found, and any that comes after the most of one expression.
 struct Expressions final : ExpressionServices {
     struct Text final : Expression {
-        explicit Text(std::string_view text) : isCostly(text.starts_with('$')), sought(text.substr(isCostly)) {}
+        Text(std::string_view text, int most)
+            : isCostly(text.starts_with('$')), sought(text.substr(isCostly)), searchesLeft(most) {}
         Answer search(std::string_view subject) override {
             const bool isFound = subject.find(sought) != std::string_view::npos;
-            if (++searches > 6000 || (isFound && isCostly)) return Answer::GivenUp;
+            if (--searchesLeft < 0 || (isFound && isCostly)) return Answer::GivenUp;
             return isFound ? Answer::Yes : Answer::No;
         }
         const bool isCostly;
         const std::string sought;
-        int searches = 0;
+        int searchesLeft;
     };
     bool isAvailable() const override { return available; }
     std::unique_ptr<Expression> compile(std::string_view text, ExpressionProblem& problem) override {
         ++compiled;
-        if (!text.starts_with('?')) return std::make_unique<Text>(text);
+        if (!text.starts_with('?')) return std::make_unique<Text>(text, most);
         problem = {text.size(), std::string(text.substr(1))};
         return nullptr;
     }
     bool available = true;
-    int compiled = 0;
+    int compiled = 0, most = 6000;
 };
 
 struct System final : SystemServices {
