@@ -4,7 +4,7 @@
 The library through the Python example, the command line, and a second reading of the rules (reference.py) on cases.json
 and on random lists; and the C example, built as its first lines say.
 """
-import base64, json, os, pathlib, plistlib, random, re, subprocess, sys, tempfile, unittest
+import base64, ctypes, json, os, pathlib, plistlib, random, re, subprocess, sys, tempfile, unittest
 
 BUILD, CC = os.path.abspath(sys.argv[1]), sys.argv[2]
 ROOT = pathlib.Path(__file__).resolve().parents[2]
@@ -110,6 +110,64 @@ class CasesTest(Home):
             self.store({"TheExcList": [entry() for _ in range(chance.randrange(9))], "Disabled": chance.choice(values)})
             application = {key: chance.choice(words) for key in ("identifier", "creator", "path", "name")}
             self.assertEqual(self.read(application), reference.resolve(self.file, application), application)
+
+
+class Item(ctypes.Structure):
+    pass
+
+
+NUMBERS, TEXTS = ("is_marked", "is_active", "drawing", "size", "icon"), ("family", "style", "full_name", "postscript_name", "file")
+Item._fields_ = [("kind", ctypes.c_int), ("title", ctypes.c_char_p), ("detail", ctypes.c_char_p),
+                 *((name, ctypes.c_int) for name in NUMBERS), ("copies", ctypes.c_uint),
+                 *((name, ctypes.c_char_p) for name in TEXTS), ("index", ctypes.c_uint),
+                 *((name, ctypes.c_int) for name in ("weight", "width", "slant")),
+                 ("items", ctypes.POINTER(ctypes.POINTER(Item))), ("item_count", ctypes.c_size_t)]
+
+
+class Menu(ctypes.Structure):
+    _fields_ = [("is_arranged", ctypes.c_int), ("arranges_font_panel", ctypes.c_int),
+                *((name, ctypes.c_size_t) for name in ("faces", "families", "lines")),
+                ("items", ctypes.POINTER(ctypes.POINTER(Item))), ("item_count", ctypes.c_size_t)]
+
+
+class MenuTest(Home):
+    """The menu of the library is that of the command line."""
+
+    def of_library(self, items, count):
+        kinds, drawings = ("face", "submenu", "title", "separator"), ("plain", "inFace", "sampleBeside")
+        for item in (items[at].contents for at in range(count)):
+            value = {"kind": kinds[item.kind], "title": item.title.decode(), "marked": bool(item.is_marked),
+                     "drawing": drawings[item.drawing], "size": item.size, "copies": item.copies, "file": item.file.decode(),
+                     "index": item.index}
+            yield value | {"items": list(self.of_library(item.items, item.item_count))}
+
+    def of_command_line(self, items):
+        for item in items:
+            face = item.get("face", {})
+            yield {"kind": item["kind"], "title": item.get("title", ""), "marked": item.get("marked", False),
+                   "drawing": item.get("drawing", "plain"), "size": item.get("size", 0), "copies": item.get("copies", 1),
+                   "file": face.get("file", ""), "index": face.get("index", 0),
+                   "items": list(self.of_command_line(item.get("children", [])))}
+
+    def test_one_menu(self):
+        library = example["library"]
+        library.typeslate_menu_new.restype = ctypes.POINTER(Menu)
+        library.typeslate_menu_new.argtypes = [ctypes.c_void_p, ctypes.c_void_p, ctypes.c_char_p, ctypes.c_char_p, ctypes.c_void_p]
+        library.typeslate_menu_free.argtypes = [ctypes.c_void_p]
+        on = dict.fromkeys(("Enabled", "HierarchicalMenu", "AllFontsGroup", "CheckMenuItems", "ShowFontInFace", "ScriptSort"), True)
+        for settings in (on | {"DupeHandling": 2, "ChangeSize": True, "FontSize": 12}, {"Enabled": True, "ShowIcons": True}, {}):
+            self.store({"TheExcList": [{"Type": "Global", "Settings": settings}]})
+            said = json.loads(subprocess.run([f"{BUILD}/bin/typeslatectl", "menu", "0", "--json", "--font", "DejaVu Sans Bold"],
+                                             check=True, env=self.env, capture_output=True).stdout)
+            with example["Settings"]() as read:
+                entry = library.typeslate_resolve(read.handle, ctypes.byref(example["Application"]()))
+                menu = library.typeslate_menu_new(read.handle, entry, b"DejaVu Sans Bold", None, None)
+                self.assertTrue(menu)
+                got = list(self.of_library(menu.contents.items, menu.contents.item_count))
+                self.assertEqual((menu.contents.faces, menu.contents.lines), (said["faces"], said["lines"]))
+                library.typeslate_menu_free(menu)
+                library.typeslate_entry_free(entry)
+            self.assertEqual(got, list(self.of_command_line(said["menu"])))
 
 
 class LibraryTest(unittest.TestCase):
