@@ -53,6 +53,7 @@ TEST(AnExpressionIsTriedOnAnyNumberOfApplications) {
     expressions.most = 2000;
     const ExpressionMatches cut = matchesOf(expressions, "", 0, applications);
     CHECK(cut.isCutShort && !cut.costly && cut.found.size() == 10'000);
+    CHECK(matchesOf(expressions, "$n", 0, applications).costly == &applications[0]);
     for (int kind : {-1, 3}) CHECK(matchesOf(expressions, "n", kind, applications).found.empty());
 }
 
