@@ -15,6 +15,7 @@
 #include <iterator>
 #include <memory>
 #include <span>
+#include <string_view>
 #include <unordered_set>
 #include <utility>
 
@@ -24,6 +25,10 @@ using platform::FontSet;
 
 namespace linux {
 namespace {
+
+// They have pictures where fonts have Latin letters, and nothing in them says so.
+constexpr std::string_view kPicturesForLetters[] = {"D050000L", "Dingbats", "Standard Symbols PS",
+                                                    "Standard Symbols L"};
 
 constexpr std::uint32_t kFaceOfIndex = 0xFFFF;
 // Far more than the largest machines have.
@@ -98,7 +103,9 @@ void addCoverage(FcPattern* font, FontFace& face) {
     FcLangSet* languages = nullptr;
     FcPatternGetLangSet(font, FC_LANG, 0, &languages);
     face.writingSystems = coverageOf(*characters, languages);
-    face.isSymbolic = isTrue(font, FC_SYMBOL) || isSymbolic(*characters, face.writingSystems);
+    const bool hasPictures = std::ranges::find(kPicturesForLetters, face.family) != std::end(kPicturesForLetters);
+    if (hasPictures) face.writingSystems.reset();
+    face.isSymbolic = hasPictures || isTrue(font, FC_SYMBOL) || isSymbolic(*characters, face.writingSystems);
     face.canWriteItsName = hasAll(*characters, face.family);
 }
 
