@@ -247,7 +247,7 @@ TEST(TheDrawerIsRememberedAndFits) {
     pane.open();
     CHECK(pane.in("previewDrawer").isVisible());
     CHECK(waitFor([&] { return pane.menu().model()->rowCount() == 6; }));
-    pane.in<QPushButton>("previewButton").click();
+    QTest::keyClick(&pane.in("exTableView"), Qt::Key_F9);
     CHECK(pane.in("previewDrawer").isHidden());
     pane.window->close();
     pane.open();
