@@ -79,7 +79,7 @@ public:
     // What the chooser of applications offers; without it the chooser shows files only.
     using ApplicationLister = std::function<std::vector<ChoosableApplication>()>;
     void setApplicationLister(ApplicationLister lister) { listApplications_ = std::move(lister); }
-    // What lists the fonts, but for the family of the interface; without it they cannot be listed. It is called on
+    // What lists the fonts, but for the family of the interface; without it there are none. It is called on
     // another thread and may outlive this object.
     using FontLister = std::function<platform::ListedFonts()>;
     void setFontLister(FontLister lister) { fontLister_ = std::move(lister); }

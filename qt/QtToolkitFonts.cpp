@@ -36,12 +36,11 @@ std::string QtToolkit::numberText(std::size_t number) {
 }
 
 void QtToolkit::listFonts(std::function<void(ListedFonts fonts)> handler) {
-    if (!fontLister_) return;
     if (!fontReceiver_) fontReceiver_ = std::make_shared<FontReceiver>();
     auto start = [receiver = fontReceiver_, list = fontLister_, handler = std::move(handler)] {
         const std::string family = QFontInfo(QGuiApplication::font()).family().toStdString();
         auto work = [receiver, list, handler, family] {
-            auto fonts = std::make_shared<ListedFonts>(list());
+            auto fonts = std::make_shared<ListedFonts>(list ? list() : ListedFonts());
             fonts->interfaceFamily = family;
             receiver->tell([handler, fonts] { handler(std::move(*fonts)); });
         };

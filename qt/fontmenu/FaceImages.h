@@ -20,7 +20,7 @@ std::size_t qHash(const FaceText& text, std::size_t seed = 0);
 
 class FaceImages final : public QObject {
 public:
-    static constexpr int kMostBytes = 16 << 20;              // of pictures; those that were shown last are kept
+    static constexpr int kMostBytes = 32 << 20;              // of pictures; those that were shown last are kept
     static constexpr std::size_t kMostWaiting = 200;         // pictures; what was wished for before them is left
     static constexpr int kMostGivenUp = 4;                   // threads; while there are so many, nothing more is drawn
     static constexpr std::chrono::milliseconds kLimit{200};  // for one picture

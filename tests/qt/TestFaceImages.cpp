@@ -1,5 +1,6 @@
 // Names in their own faces: real fonts, files that are none, and faces that take too long.
 #include "qt/fontmenu/FaceImages.h"
+#include "qt/fontmenu/FontMenuSamples.h"
 #include "tests/qt/QtTest.h"
 
 #include <QElapsedTimer>
@@ -81,7 +82,23 @@ TEST(ANameIsDrawnInItsFaceInTheColourAndSizeAskedFor) {
     CHECK_EQ(drawFaceText(narrow).width(), 300);
     // Joined letters, from the right: the last one's tail is on the left.
     CHECK(inked(drawFaceText(wanted(kSans, "سلام"))).width() < inked(drawFaceText(wanted(kSans, "س ل ا م"))).width());
-    CHECK(!inked(drawFaceText(wanted(kSans, ""))).isEmpty());
+    CHECK(drawFaceText(wanted(kSans, "")) == drawFaceText(wanted(kSans, "℀℁ℂ℃℄")));
+}
+
+TEST(ASampleIsOfTheFontsOwnWriting) {
+    using platform::WritingSystem;
+    platform::FontFace face;
+    CHECK_EQ(sampleFor(face), "");
+    for (auto [system, sample] : {std::pair{WritingSystem::Latin, "Abcd"},
+                                  {WritingSystem::Yi, "ꆈꌠ"},
+                                  {WritingSystem::Thai, "กขค"},
+                                  {WritingSystem::Hebrew, "אבגד"},
+                                  {WritingSystem::Arabic, "أبجد"}}) {
+        face.writingSystems.set(static_cast<std::size_t>(system));
+        CHECK_EQ(sampleFor(face), sample);
+    }
+    face.isSymbolic = true;
+    CHECK_EQ(sampleFor(face), "");
 }
 
 TEST(WhatCannotBeDrawnIsLeftPlain) {

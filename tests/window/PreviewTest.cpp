@@ -267,4 +267,11 @@ TEST(AComputerWithoutFontsIsToldOf) {
     CHECK(why.isVisible() && why.text() == QStringLiteral("Listing the fonts…"));
     CHECK(waitFor([&] { return why.text() == QStringLiteral("No fonts found"); }));
     CHECK(pane.menu().accessibleDescription() == why.text());
+    // They may come while the user is elsewhere.
+    check::writeFile(pane.home / "fonts.conf", "<fontconfig><dir>" + pane.home / "fonts" + "</dir></fontconfig>");
+    Q_EMIT qApp->applicationStateChanged(Qt::ApplicationInactive);
+    QEvent activation(QEvent::WindowActivate);
+    QCoreApplication::sendEvent(pane.window.get(), &activation);
+    CHECK(waitFor([&] { return pane.menu().model()->rowCount() > 0; }));
+    CHECK(why.isHidden() && pane.menu().accessibleDescription() != why.text());
 }
