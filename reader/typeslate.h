@@ -195,24 +195,24 @@ enum {
 /* One item. Later versions may have more members behind these. */
 typedef struct typeslate_item {
     int kind;
-    const char *title;  /* empty for a separator */
-    const char *detail; /* what tells it from another of the same title; mostly empty */
+    const char* title;  /* empty for a separator */
+    const char* detail; /* what tells it from another of the same title; mostly empty */
     int is_marked;      /* it is the font in use, or leads to it */
     int is_active;      /* 0: the font is there, but kept from programs */
     int drawing;
-    int size;        /* points; 0: the menu's own */
+    int size; /* points; 0: the menu's own */
     int icon;
     unsigned copies; /* more than 1: it stands for so many, and is to be marked as such */
 
     /* The font that it chooses; of a family's submenu the one that its title is drawn in; else empty, and 0. */
     const char *family, *style, *full_name, *postscript_name;
-    const char *file;   /* any bytes */
-    unsigned index;     /* in the file, as FreeType takes it: the face in the lower 16 bits, the named style above */
-    int weight;         /* 1 to 1000 */
-    int width;          /* in per cent of the normal width */
-    int slant;          /* 0: upright */
+    const char* file; /* any bytes */
+    unsigned index;   /* in the file, as FreeType takes it: the face in the lower 16 bits, the named style above */
+    int weight;       /* 1 to 1000 */
+    int width;        /* in per cent of the normal width */
+    int slant;        /* 0: upright */
 
-    const struct typeslate_item *const *items; /* of a submenu, item_count of them, never none */
+    const struct typeslate_item* const* items; /* of a submenu, item_count of them, never none */
     size_t item_count;
 } typeslate_item;
 
@@ -221,22 +221,22 @@ typedef struct typeslate_menu {
     int arranges_font_panel; /* 1: a font panel shows the same */
     size_t faces, families;  /* that are active */
     size_t lines;            /* at the top, without separators */
-    const typeslate_item *const *items;
+    const typeslate_item* const* items;
     size_t item_count;
 } typeslate_menu;
 
 /* The font menu that an entry's options make of the fonts of this system and the sets of the user's font managers, with
- * names as the catalogue has them. The current font is named by its PostScript or full name; NULL: none. Fonts that have
- * names in several languages are called by those of `language` ("de"); NULL: by their English ones. Titles that are no
- * names of fonts or sets are English.
+ * names as the catalogue has them. The current font is named by its PostScript or full name; NULL: none. Fonts that
+ * have names in several languages are called by those of `language` ("de"); NULL: by their English ones. Titles that
+ * are no names of fonts or sets are English.
  *
  * Lists the fonts anew, which takes fontconfig some tens of milliseconds: a program may call it on a thread of its own.
  * It loads fontconfig, GLib and FreeType, which reading settings does not need. NULL where a part is missing
  * (TYPESLATE_ABSENT) or there is no memory; the status, if asked for, says so. The caller frees the menu, and with it
  * all items and texts. */
-TYPESLATE_API typeslate_menu *typeslate_menu_new(typeslate_settings *settings, const typeslate_entry *entry,
-                                                 const char *current_font, const char *language, int *status);
-TYPESLATE_API void typeslate_menu_free(typeslate_menu *menu);
+TYPESLATE_API typeslate_menu* typeslate_menu_new(typeslate_settings* settings, const typeslate_entry* entry,
+                                                 const char* current_font, const char* language, int* status);
+TYPESLATE_API void typeslate_menu_free(typeslate_menu* menu);
 
 #ifdef __cplusplus
 }
