@@ -72,13 +72,13 @@ struct Line {
         painter.drawText(take(std::min(metrics.horizontalAdvance(fitting) + 1, left.width())),
                          Qt::AlignVCenter | Qt::AlignAbsolute | Qt::AlignLeft | Qt::TextSingleLine | way, fitting);
     }
-    void show(const QImage& image) {
+    // Where it is too wide its end is cut off, which is on the left of what runs from right to left.
+    void show(const QImage& image, bool runsLeftward) {
         const int width = static_cast<int>(image.width() / image.devicePixelRatio()) + 1;
         const QRect place = take(std::min(width, left.width()));
         painter.save();
         painter.setClipRect(place);
-        painter.drawImage(
-            direction == Qt::RightToLeft ? QPoint(place.right() + 1 - width, place.top()) : place.topLeft(), image);
+        painter.drawImage(runsLeftward ? QPoint(place.right() + 1 - width, place.top()) : place.topLeft(), image);
         painter.restore();
     }
 };
@@ -168,14 +168,14 @@ void FontMenuDelegate::paint(QPainter* painter, const QStyleOptionViewItem& give
     }
     const QImage drawn = image(option, index, color);
     const bool isInFace = item.drawing == Drawing::InFace && !drawn.isNull();
-    isInFace ? line.show(drawn) : line.write(title, sized(option.font, item.size), color);
+    isInFace ? line.show(drawn, title.isRightToLeft()) : line.write(title, sized(option.font, item.size), color);
     if (!item.detail.empty()) {
         line.take(kGap);
         line.write(asOneLine(toQString(item.detail)), option.font, textColor(option, true));
     }
     if (!isInFace && !drawn.isNull()) {
         line.take(2 * kGap);
-        line.show(drawn);
+        line.show(drawn, false);
     }
     painter->restore();
 }
