@@ -56,7 +56,7 @@ class InstallTest(unittest.TestCase):
                                env={**os.environ, "PKG_CONFIG_PATH": str(pkg_config.parent),
                                     "PKG_CONFIG_SYSROOT_DIR": str(self.prefix)[:-len(PREFIX)]}).stdout.split()
         program = self.prefix / "reader"
-        subprocess.run([CC, self.prefix / "share/typeslate/examples/reader.c", *found, "-o", program], check=True)
+        subprocess.run([CC, self.prefix / "share/doc/libtypeslate/examples/reader.c", *found, "-o", program], check=True)
         said = subprocess.run([program], env=self.environment | {"LD_LIBRARY_PATH": str(pkg_config.parents[1])}, capture_output=True)
         self.assertEqual((said.returncode, said.stderr[:6]), (2, b"usage:"))
 
