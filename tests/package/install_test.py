@@ -56,7 +56,12 @@ class InstallTest(unittest.TestCase):
                                env={**os.environ, "PKG_CONFIG_PATH": str(pkg_config.parent),
                                     "PKG_CONFIG_SYSROOT_DIR": str(self.prefix)[:-len(PREFIX)]}).stdout.split()
         program = self.prefix / "reader"
-        subprocess.run([CC, self.prefix / "share/doc/libtypeslate/examples/reader.c", *found, "-o", program], check=True)
+        # A sanitizer must be in a program from its start.
+        loaded = subprocess.run(["readelf", "-d", next(self.prefix.rglob("libtypeslate.so.1"))], check=True,
+                                capture_output=True, text=True).stdout
+        sanitizers = [f"-fsanitize={name}" for short, name in (("asan", "address"), ("tsan", "thread")) if f"lib{short}." in loaded]
+        subprocess.run([CC, self.prefix / "share/doc/libtypeslate/examples/reader.c", *found, *sanitizers, "-o", program],
+                       check=True)
         said = subprocess.run([program], env=self.environment | {"LD_LIBRARY_PATH": str(pkg_config.parents[1])}, capture_output=True)
         self.assertEqual((said.returncode, said.stderr[:6]), (2, b"usage:"))
 
