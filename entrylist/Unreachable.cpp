@@ -2,6 +2,7 @@
 
 #include "propertylist/Format.h"
 #include "propertylist/Hash.h"
+#include "settings/ApplicationEntry.h"
 #include "settings/EntryList.h"
 
 #include <array>
@@ -18,7 +19,6 @@ namespace {
 using Reason = Unreachable::Reason;
 
 constexpr std::int64_t kKinds = 3;  // of expressions
-constexpr std::string_view kNoCreator = "????";
 
 // What an entry stands for, where it can stand for anything.
 struct Subject {

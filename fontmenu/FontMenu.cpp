@@ -243,4 +243,12 @@ Menu menuOf(std::span<const FontFace> faces, std::span<const FontSet> sets, cons
     return Builder(faces, options, current, words).menu(sets);
 }
 
+std::optional<FaceNumber> faceNamed(std::string_view name, std::span<const FontFace> faces) {
+    if (name.empty()) return std::nullopt;
+    for (auto member : {&FontFace::postScriptName, &FontFace::fullName})
+        if (auto found = std::ranges::find(faces, name, member); found != faces.end())
+            return static_cast<FaceNumber>(found - faces.begin());
+    return std::nullopt;
+}
+
 }  // namespace fontmenu

@@ -11,6 +11,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace fontmenu {
@@ -46,6 +47,9 @@ struct Menu {
     std::size_t lines() const;                      // at the top; separators do not count
     std::size_t ownLines() const { return faces; }  // of the application's own menu
 };
+
+// The first that has this PostScript name, else the first of this full name; nothing for an empty name.
+std::optional<FaceNumber> faceNamed(std::string_view name, std::span<const platform::FontFace> faces);
 
 // `current` is the place of the font in use. Every active face, or the one that stands for it, is somewhere in the
 // menu; one that is not active is only in sets. The menu is the same whatever the order of `faces`.

@@ -27,14 +27,6 @@ FontServices* fontServices() {
     return factory ? factory() : nullptr;
 }
 
-std::optional<FaceNumber> faceNamed(std::string_view name, std::span<const FontFace> faces) {
-    if (name.empty()) return std::nullopt;
-    for (auto member : {&FontFace::postScriptName, &FontFace::fullName})
-        for (std::size_t at = 0; at < faces.size(); ++at)
-            if (faces[at].*member == name) return static_cast<FaceNumber>(at);
-    return std::nullopt;
-}
-
 // The menu as C sees it, and what that points to.
 struct MenuAndItems : typeslate_menu {
     std::vector<FontFace> faceList;

@@ -1,5 +1,6 @@
 #include "reader/Rules.h"
 
+#include "settings/ApplicationEntry.h"
 #include "settings/EntryList.h"
 #include "settings/SettingsSchema.h"
 
@@ -26,7 +27,6 @@ constexpr std::array<ExactType, 3> kExactTypes{{{kIdentifierType, Reason::Identi
 // What an expression is held against, by its kind.
 constexpr std::array kFactOfKind{&Application::name, &Application::identifier, &Application::path};
 
-constexpr std::string_view kNoCreator = "????";
 constexpr std::int64_t kDupeWays = 3;
 
 std::uint32_t hashOf(Reason reason, std::string_view data) {

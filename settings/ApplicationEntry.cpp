@@ -10,8 +10,6 @@ using platform::PropertyList;
 namespace settings {
 namespace {
 
-constexpr std::string_view kNoCreator = "????";
-
 bool hasCreator(const ApplicationIdentity& application) {
     return !application.creator.empty() && application.creator != kNoCreator;
 }

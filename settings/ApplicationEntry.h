@@ -11,6 +11,9 @@
 
 namespace settings {
 
+// The creator code of what has none.
+inline constexpr std::string_view kNoCreator = "????";
+
 // The four bytes of a creator code as they lie in memory, up to the first zero byte. On a little-endian machine that is
 // the reverse of how the code is usually written; stored entries rely on it.
 std::string creatorText(std::uint32_t code);

@@ -66,10 +66,8 @@ MenuOptions optionsOf(linux::DiskPreferences& preferences, const Arguments& argu
     return options;
 }
 
-FaceNumber faceNamed(const std::string& name, std::span<const FontFace> faces) {
-    for (auto member : {&FontFace::postScriptName, &FontFace::fullName})
-        if (auto found = std::ranges::find(faces, name, member); found != faces.end())
-            return static_cast<FaceNumber>(found - faces.begin());
+FaceNumber requireFace(const std::string& name, std::span<const FontFace> faces) {
+    if (auto found = faceNamed(name, faces)) return *found;
     throw refused("there is no font \"%@\"", linux::displayText(name));
 }
 
@@ -92,7 +90,7 @@ void menu(const Arguments& arguments) {
     std::vector<FontFace> faces = listing.get();
     takeCatalogueNames(faces, names);
     std::optional<FaceNumber> current;
-    if (arguments.font) current = faceNamed(*arguments.font, faces);
+    if (arguments.font) current = requireFace(*arguments.font, faces);
     Menu tree = menuOf(faces, sets, options, current, menuWords(localized));
     if (arguments.json) {
         MutableDictionary value(menuValue(tree, faces));
