@@ -15,8 +15,8 @@ namespace entrylist {
 struct EntryAddress {
     enum class Kind { Row, Identifier, Path, Name };
     Kind kind = Kind::Row;
-    std::int64_t row = 0;  // of Row; it may be outside the list
-    std::string text;      // of the others
+    std::int64_t row = 0;   // of Row; it may be outside the list
+    std::string text = {};  // of the others
 };
 
 // "2", "id:org.example.Editor", "path:/opt/Editor.app" or "name:Editor"; what follows the colon is taken as it is.

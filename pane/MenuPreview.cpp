@@ -58,9 +58,7 @@ std::optional<FaceNumber> faceOf(const std::string& family, const std::vector<Fo
 bool MenuPreview::setOutlet(std::string_view name, View& object) {
     static constexpr entrylist::NamedOutlet<MenuPreview> kOutlets[] = {
         {"previewButton", [](MenuPreview& p, View& o) { p.button_.connect(o); }},
-        {"previewDrawer", [](MenuPreview& p, View& o) { p.drawer_.connect(o); }},
-        {"previewMenu", [](MenuPreview& p, View& o) { p.view_.connect(o); }},
-        {"previewCounts", [](MenuPreview& p, View& o) { p.counts_.connect(o); }},
+        {"entriesColumn", [](MenuPreview& p, View& o) { p.list_.connect(o); }},
     };
     return entrylist::connectNamed(*this, kOutlets, name, object);
 }
@@ -79,10 +77,11 @@ void MenuPreview::toggle() {
 }
 
 void MenuPreview::setOpen(bool isOpen) {
-    isOpen_ = isOpen;
-    drawer_->setHidden(!isOpen);
-    button_->setTitle(isOpen ? localized("Hide Preview") : localized("Show Preview"));
-    if (!isOpen) return;
+    if (isOpen && !drawer_) drawer_ = MenuDrawer::make(platform_, *list_);
+    isOpen_ = isOpen && drawer_;
+    if (drawer_) drawer_->setOpen(isOpen_);
+    button_->setTitle(isOpen_ ? localized("Hide Preview") : localized("Show Preview"));
+    if (!isOpen_) return;
     show();
     list();
 }
@@ -93,7 +92,7 @@ void MenuPreview::lookAgain() {
 
 void MenuPreview::list() {
     if (listing_) return;
-    if (!fonts_) view_->setPlaceholder(localized("Listing the fonts…"));
+    if (!fonts_) drawer_->menu().setPlaceholder(localized("Listing the fonts…"));
     listing_ = std::make_shared<MenuPreview*>(this);
     platform_.toolkit.listFonts([listing = std::weak_ptr(listing_)](ListedFonts fonts) {
         if (const auto preview = listing.lock()) (*preview)->take(std::move(fonts));
@@ -105,7 +104,7 @@ void MenuPreview::take(ListedFonts fonts) {
     takeCatalogueNames(fonts.faces,
                        platform_.preferences.copyValue(fontcatalog::kAllNamesKey, fontcatalog::kCacheDomain));
     current_ = faceOf(fonts.interfaceFamily, fonts.faces);
-    if (fonts.faces.empty()) view_->setPlaceholder(localized("No fonts found"));
+    if (fonts.faces.empty()) drawer_->menu().setPlaceholder(localized("No fonts found"));
     fonts_ = std::make_shared<const ListedFonts>(std::move(fonts));
     show();
 }
@@ -123,7 +122,7 @@ void MenuPreview::show() {
     const MenuWords words = menuWords([this](std::string_view english) { return localized(english); });
     Menu menu = menuOf(fonts_->faces, fonts_->sets, options(), current_, words);
     showCounts(menu);
-    view_->setMenu(fonts_, shownItems(std::move(menu.items)));
+    drawer_->menu().setMenu(fonts_, shownItems(std::move(menu.items)));
 }
 
 void MenuPreview::showCounts(const Menu& menu) {
@@ -137,5 +136,5 @@ void MenuPreview::showCounts(const Menu& menu) {
         text = formatted(localized("%@ faces, %@ families: the menu is left as it is, with %@ lines"),
                          {faces, families, own});
     if (menu.arrangesFontPanel) text += "\n" + localized("The font panel shows the same.");
-    counts_->setStringValue(text);
+    drawer_->counts().setStringValue(text);
 }

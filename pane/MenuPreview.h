@@ -5,6 +5,7 @@
 
 #include "entrylist/ListOwner.h"
 #include "fontmenu/FontMenu.h"
+#include "pane/MenuDrawer.h"
 #include "platform/Outlet.h"
 #include "platform/Platform.h"
 
@@ -44,7 +45,6 @@ private:
     std::optional<fontmenu::FaceNumber> current_;         // the font in use: the one of the window's texts
     std::shared_ptr<MenuPreview*> listing_;               // that is under way; null: none
     Outlet<platform::Button> button_;
-    Outlet<platform::View> drawer_;
-    Outlet<platform::FontMenuView> view_;
-    Outlet<platform::TextField> counts_;
+    Outlet<platform::View> list_;
+    std::unique_ptr<MenuDrawer> drawer_;  // null until it is opened first
 };

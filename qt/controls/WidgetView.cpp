@@ -2,8 +2,10 @@
 
 #include <QLabel>
 #include <QLayout>
+#include <QSplitter>
 
 #include <cmath>
+#include <utility>
 
 namespace qt {
 
@@ -22,6 +24,18 @@ int heightAround(const QWidget& widget) {
 
 int rounded(double points) { return static_cast<int>(std::lround(points)); }
 
+// For the Tab key, too, what is in one widget comes where what is in the other is.
+void takeTabPlace(QWidget& widget, QWidget& other) {
+    QWidget* last = nullptr;
+    QList<QWidget*> parts;
+    for (QWidget* next = widget.nextInFocusChain(); next != &widget; next = next->nextInFocusChain()) {
+        if (!(next->focusPolicy() & Qt::TabFocus)) continue;
+        if (widget.isAncestorOf(next)) last = next;
+        if (other.isAncestorOf(next)) parts << next;
+    }
+    for (QWidget* part : parts) QWidget::setTabOrder(std::exchange(last, part), part);
+}
+
 }  // namespace
 
 void setEnabledWithLabel(QWidget& widget, bool enabled) {
@@ -39,7 +53,12 @@ bool isHiddenItself(const QWidget& widget) {
 void replaceWidget(QWidget& widget, QWidget* other) {
     QWidget* parent = widget.parentWidget();
     if (!parent || !other) return;
-    other->setParent(parent);
+    const bool isFromElsewhere = other->window() != widget.window();
+    if (auto* splitter = qobject_cast<QSplitter*>(parent))
+        splitter->replaceWidget(splitter->indexOf(&widget), other);
+    else
+        other->setParent(parent);
+    if (isFromElsewhere) takeTabPlace(widget, *other);
     if (QLayout* layout = parent->layout()) delete layout->replaceWidget(&widget, other);
     widget.hide();
     other->show();

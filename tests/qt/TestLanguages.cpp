@@ -55,7 +55,7 @@ TEST(EveryLanguageIsShownAndFitsThePage) {
     check::ScopedEnvironment locale("LC_ALL", "C.UTF-8");
     std::set<std::string> titles;
     for (const char* language : {"en", "de", "fr", "ja"})
-        for (const char* name : {"TSPrefs", "UpdaterView"}) {
+        for (const char* name : {"TSPrefs", "MenuPreview", "UpdaterView"}) {
             CONTEXT(std::string(language) + " " + name);
             check::ScopedEnvironment wish("LANGUAGE", language);
             SampleInterface pane(BINARY_DIR "/Typeslate.prefPane", name);

@@ -75,7 +75,7 @@ struct Preview {
                                                            {"Settings", std::move(settings).freeze()}})}),
             kDomain);
         CHECK(platform.preferences().synchronize(kDomain));
-        if (!window) return;
+        if (!window || !isOpen()) return;
         const bool shows = menu().model()->rowCount() > 0;
         bool isShown = false;
         QObject context;
@@ -95,6 +95,10 @@ struct Preview {
         auto* found = window->findChild<Widget*>(QLatin1String(name));
         REQUIRE(found != nullptr);
         return *found;
+    }
+    bool isOpen() {
+        auto* drawer = window->findChild<QWidget*>(QStringLiteral("previewDrawer"));
+        return drawer && drawer->isVisible();
     }
     QTreeView& menu() { return in<QTreeView>("previewMenu"); }
     std::string counts() { return in<QLabel>("previewCounts").text().toStdString(); }
@@ -229,29 +233,40 @@ TEST(TheMasterSwitchLeavesTheMenuAsItIs) {
 
 TEST(TheDrawerIsRememberedAndFits) {
     Preview pane;
-    CHECK(pane.in("previewDrawer").isHidden() && !pane.menu().model()->rowCount());
+    CHECK(!pane.isOpen());
+    const QSize list = pane.in("exTableView").size();
     pane.showDrawer();
-    CHECK(pane.in("previewDrawer").isVisible());
+    CHECK(pane.isOpen());
     CHECK(pane.in<QPushButton>("previewButton").text() == QStringLiteral("Hide Preview"));
     QAccessibleInterface& tree = *QAccessible::queryAccessibleInterface(&pane.menu());
     CHECK(tree.role() == QAccessible::Tree && tree.childCount() >= 6);
     CHECK(!tree.text(QAccessible::Name).isEmpty() && !tree.text(QAccessible::Description).isEmpty());
     const QSize least = pane.window->minimumSizeHint();
     CHECK(least.width() <= 690 && least.height() <= 540);
-    auto& columns = pane.in<QSplitter>("listSplitter");
+    // It is between the list and the options also for those who use no mouse.
+    pane.in("regexAdd").setFocus();
+    QTest::keyClick(&pane.in("regexAdd"), Qt::Key_Tab);
+    CHECK_EQ(pane.window->focusWidget()->objectName().toStdString(), "previewMenu");
+    QTest::keyClick(&pane.menu(), Qt::Key_Tab);
+    CHECK(pane.in("optionsScroll").isAncestorOf(pane.window->focusWidget()));
+    pane.in<QPushButton>("previewButton").click();
+    settle();
+    CHECK(!pane.isOpen() && pane.in("exTableView").size() == list);
+    pane.in<QPushButton>("previewButton").click();
+    auto& columns = pane.in<QSplitter>("previewSplitter");
     CHECK(columns.orientation() == Qt::Vertical);
     pane.window->resize(1300, 700);
     settle();
     CHECK(columns.orientation() == Qt::Horizontal && pane.menu().width() > 250);
     pane.window->close();
     pane.open();
-    CHECK(pane.in("previewDrawer").isVisible());
+    CHECK(pane.isOpen());
     CHECK(waitFor([&] { return pane.menu().model()->rowCount() == 6; }));
     QTest::keyClick(&pane.in("exTableView"), Qt::Key_F9);
-    CHECK(pane.in("previewDrawer").isHidden());
+    CHECK(!pane.isOpen());
     pane.window->close();
     pane.open();
-    CHECK(pane.in("previewDrawer").isHidden());
+    CHECK(!pane.isOpen());
     CHECK(pane.in<QPushButton>("previewButton").text() == QStringLiteral("Show Preview"));
     // Nobody is told of fonts that come when the window has gone.
     pane.in<QPushButton>("previewButton").click();
