@@ -1,101 +1,47 @@
-// The preview of a font menu with as many faces as are told, 3,000 by default: what it takes from the menu's arrival
-// until its first rows are painted, a change of an option, and each frame of scrolling through it at a page a frame,
-// while a thread draws the faces. One of a hundred files is broken, one empty.
+// The preview in the settings window: from the click that opens it until its first rows are painted, listing the fonts
+// and loading the drawer included; the same for a click on an option; and each frame of scrolling while a thread draws
+// the faces.
+//   bench_preview BUNDLE, with a home, a session bus and fonts as the environment says
+#include "bench/FrameTimes.h"
+#include "host/HostPlatform.h"
+#include "host/PaneWindow.h"
+
+#include <QAbstractButton>
 #include <QApplication>
-#include <QElapsedTimer>
-#include <QScrollBar>
-#include <QTemporaryDir>
-
-#include <algorithm>
-#include <cstdio>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-
-#include "linux/system/FolderBundle.h"
-#include "qt/fontmenu/QtFontMenuView.h"
+#include <QTreeView>
 
 namespace {
 
-using namespace platform;
-
-constexpr const char* kFolder = "/usr/share/fonts/truetype/dejavu";
-
-std::shared_ptr<ListedFonts> generatedFonts(const std::filesystem::path& folder, std::size_t count) {
-    std::vector<std::filesystem::path> real;
-    for (const auto& file : std::filesystem::directory_iterator(kFolder)) real.push_back(file.path());
-    auto fonts = std::make_shared<ListedFonts>();
-    for (std::size_t i = 0; i < count; ++i) {
-        const std::filesystem::path path = folder / (std::to_string(i) + ".ttf");
-        if (i % 100 == 50)
-            std::ofstream(path) << "no font";
-        else if (i % 100 == 70)
-            std::ofstream{path};
-        else
-            std::filesystem::create_symlink(real[i % real.size()], path);
-        FontFace& face = fonts->faces.emplace_back();
-        face.family = "Generated family " + std::to_string(i);
-        face.file = path;
-        fonts->modified.push_back(1);
-    }
-    return fonts;
+QAbstractButton& button(QWidget& window, const char* name) {
+    return *window.findChild<QAbstractButton*>(QLatin1String(name));
 }
-
-std::vector<FontMenuItem> items(const ListedFonts& fonts, bool hasIcons) {
-    std::vector<FontMenuItem> all;
-    for (std::uint32_t i = 0; i < fonts.faces.size(); ++i)
-        all.push_back({.kind = FontMenuItem::Kind::Face,
-                       .title = fonts.faces[i].family,
-                       .detail = {},
-                       .face = i,
-                       .icon = hasIcons ? FontKind::TrueType : FontKind::Unknown,
-                       .drawing = FontMenuItem::Drawing::InFace,
-                       .children = {}});
-    return all;
-}
-
-double milliseconds(const QElapsedTimer& timer) { return timer.nsecsElapsed() / 1e6; }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication application(argc, argv);
-    const std::size_t count = argc > 1 ? std::strtoul(argv[1], nullptr, 10) : 3000;
-    const QTemporaryDir folder;
-    const auto fonts = generatedFonts(folder.path().toStdString(), count);
-    const std::unique_ptr<Bundle> texts = linux::LibraryBundle::load("libc.so.6", "");  // has no texts: English
-    QTreeView widget;
-    widget.resize(300, 500);
-    qt::QtFontMenuView view(widget, *texts);
-    widget.show();
-    QCoreApplication::processEvents();
-    widget.grab();
+    host::HostPlatform platform;
+    host::PaneWindow window(platform);
+    platform.setWindow(&window);
+    if (const std::string error = window.load(argc > 1 ? argv[1] : ""); !error.empty()) {
+        std::fprintf(stderr, "%s\n", error.c_str());
+        return 1;
+    }
+    window.resize(1100, 700);
+    window.show();
     QElapsedTimer timer;
-    for (const bool hasIcons : {false, true}) {
-        std::vector<FontMenuItem> menu = items(*fonts, hasIcons);
-        timer.start();
-        view.setMenu(fonts, std::move(menu));
-        widget.grab();
-        std::printf("%s with %zu faces: %.2f ms\n", hasIcons ? "an option changed" : "first rows", count,
-                    milliseconds(timer));
-    }
-    std::vector<double> frames;
-    QScrollBar& bar = *widget.verticalScrollBar();
-    while (bar.value() < bar.maximum()) {
-        timer.start();
-        bar.setValue(bar.value() + bar.pageStep());
-        widget.grab();
-        QCoreApplication::processEvents();
-        frames.push_back(milliseconds(timer));
-    }
-    std::ranges::sort(frames);
-    std::printf("scrolled by a page, %zu times: median %.2f ms, worst %.2f ms\n", frames.size(),
-                frames[frames.size() / 2], frames.back());
     timer.start();
-    while (timer.elapsed() < 3000) QCoreApplication::processEvents({}, 20);
+    while (timer.elapsed() < 500) QCoreApplication::processEvents({}, 20);
     timer.start();
-    widget.grab();
-    std::printf("the last page painted with its pictures: %.2f ms\n", milliseconds(timer));
+    button(window, "previewButton").click();
+    auto& list = *window.findChild<QTreeView*>(QStringLiteral("previewMenu"));
+    while (list.model()->rowCount() == 0) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    list.viewport()->repaint();
+    printMilliseconds("first rows", milliseconds(timer));
+    timer.start();
+    button(window, "perAppHierarchicalMenu").click();
+    list.viewport()->repaint();
+    printMilliseconds("an option", milliseconds(timer));
+    printScrolling(list);
     return 0;
 }

@@ -290,3 +290,32 @@ TEST(AComputerWithoutFontsIsToldOf) {
     CHECK(waitFor([&] { return pane.menu().model()->rowCount() > 0; }));
     CHECK(why.isHidden() && pane.menu().accessibleDescription() != why.text());
 }
+
+#ifdef MAKE_FONTS
+// One of them is cut off, one empty, one takes millions of steps to draw nothing, and one would like to be more than a
+// name.
+TEST(ThousandsOfFontsAreShownAndBadOnesHarmNothing) {
+    Preview pane;
+    const QStringList arguments{QStringLiteral(SOURCE_ROOT "/bench/make_fonts.py"),
+                                QString::fromStdString(pane.home / "many"), QStringLiteral("3000")};
+    REQUIRE(QProcess::execute(QStringLiteral(MAKE_FONTS), arguments) == 0);
+    check::writeFile(pane.home / "fonts.conf", check::readFile(pane.home / "many/fonts.conf"));
+    pane.setOptions({{"ShowFontInFace", 1}});
+    pane.showDrawer();
+    CHECK_EQ(pane.counts(), "2,999 faces, 2,999 families: 2,999 lines at the top instead of 2,999");
+    QTreeView& menu = pane.menu();
+    const QAbstractItemModel& model = *menu.model();
+    const QString hostile = model.index(0, 0).data(Qt::AccessibleTextRole).toString();
+    CHECK(hostile.startsWith(QStringLiteral("<b>&Bold</b> Evil WWW")) && hostile.size() < 500);
+    auto picture = [&](int row) {
+        menu.scrollTo(model.index(row, 0));
+        return menu.viewport()->grab(menu.visualRect(model.index(row, 0))).toImage();
+    };
+    const int last = model.rowCount() - 1;
+    CHECK_EQ(model.index(last, 0).data().toString().toStdString(), "Slow");
+    const QImage plainBefore = picture(last - 1), plainSlow = picture(last);
+    for (int row = 0; row < last; row += 20) picture(row);
+    CHECK(waitFor([&] { return picture(last - 1) != plainBefore; }));
+    CHECK(picture(last) == plainSlow);
+}
+#endif
