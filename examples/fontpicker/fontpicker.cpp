@@ -5,6 +5,7 @@
 #include <typeslate.h>
 
 #include <QApplication>
+#include <QFile>
 #include <QFontDatabase>
 #include <QLabel>
 #include <QMenu>
@@ -24,6 +25,8 @@ using Entry = std::unique_ptr<typeslate_entry, decltype(&typeslate_entry_free)>;
 QString text(const char* utf8) { return QString::fromUtf8(utf8); }
 
 QFont fontOf(const typeslate_item& item) {
+    // One that is kept from programs is known by its file only.
+    if (!item.is_active) QFontDatabase::addApplicationFont(QFile::decodeName(item.file));
     QFont font(text(item.family));
     font.setStyleName(text(item.style));
     return font;
@@ -116,7 +119,7 @@ private:
             QAction* action = menu.addAction(title);
             dress(*action, item);
             action->setProperty("face", text(item.full_name));
-            action->setProperty("font", fontOf(item));
+            action->setData(fontOf(item));
             action->setEnabled(item.is_active);
         }
     }
@@ -141,7 +144,7 @@ private:
 
     void choose(QAction* action) {
         current_ = action->property("face").toString().toUtf8();
-        QFont font = action->property("font").value<QFont>();
+        QFont font = action->data().value<QFont>();
         font.setPointSize(24);
         sample_.setFont(font);
         showMenu();

@@ -22,18 +22,6 @@ namespace {
 constexpr const char* kDomain = "com.tarnwick.typeslate";
 const std::string kFonts = "/usr/share/fonts/truetype/dejavu/";
 
-// A font of bitmaps with all that Hebrew cannot do without.
-std::string hebrewFont() {
-    std::string text =
-        "STARTFONT 2.1\nFONT -t-f-Medium-R-Normal--8-80-75-75-C-80-ISO10646-1\nSIZE 8 75 75\nFONTBOUNDINGBOX 8 1 0 0\n"
-        "STARTPROPERTIES 6\nFAMILY_NAME \"Bits\"\nWEIGHT_NAME \"Medium\"\nCHARSET_REGISTRY \"ISO10646\"\n"
-        "CHARSET_ENCODING \"1\"\nFONT_ASCENT 8\nFONT_DESCENT 0\nENDPROPERTIES\nCHARS 27\n";
-    for (int c = 0x5D0; c <= 0x5EA; ++c)
-        text += "STARTCHAR c" + std::to_string(c) + "\nENCODING " + std::to_string(c) +
-                "\nSWIDTH 500 0\nDWIDTH 8 0\nBBX 8 1 0 0\nBITMAP\nFF\nENDCHAR\n";
-    return text + "ENDFONT\n";
-}
-
 // A machine with a few fonts, one of them twice, one of them not active, and with one set.
 struct Preview {
     Preview() {
@@ -43,7 +31,7 @@ struct Preview {
         for (const char* name : {"DejaVuSans", "DejaVuSans-Bold", "DejaVuSansMono", "DejaVuSerif", "DejaVuMathTeXGyre"})
             check::writeFile(home / ("fonts/" + std::string(name) + ".ttf"), check::readFile(kFonts + name + ".ttf"));
         check::writeFile(home / "fonts/again/Mono.ttf", check::readFile(kFonts + "DejaVuSansMono.ttf"));
-        check::writeFile(home / "fonts/bits.bdf", hebrewFont());
+        check::writeFile(home / "fonts/hebrew.bdf", check::readFile(TEST_DATA "/hebrew.bdf"));
         check::writeFile(home / "fonts.conf",
                          "<fontconfig><dir>" + home / "fonts" + "</dir><cachedir>" + home / "cache" +
                              "</cachedir><selectfont><rejectfont><glob>*TeXGyre.ttf</glob></rejectfont></selectfont>"

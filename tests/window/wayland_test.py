@@ -5,11 +5,11 @@ a token is not seen here, and dropping files is seen by test_qt_toolkit only.
 """
 import os
 import subprocess
-import time
 
 import windowtest
 
 SIZE, TOP = (1000, 740), 150
+PART = f"{SIZE[0]}x{SIZE[1] - TOP}+0+{TOP}"  # in the upper part the compositor draws a pointer
 SETTINGS = """[shell]
 panel-position=none
 locking=false
@@ -19,24 +19,11 @@ close-animation=none
 """
 
 
-def picture(window):
-    """Without the upper part, in which the compositor draws a pointer."""
-    part = f"{SIZE[0]}x{SIZE[1] - TOP}+0+{TOP}"
-    return subprocess.check_output(["import", "-window", window, "-crop", part, "-depth", "8", "rgb:-"])
-
-
-def wait_for_picture(window, wanted):
-    end = time.monotonic() + windowtest.LIMIT
-    while not wanted(seen := picture(window)):
-        assert time.monotonic() < end, "the picture did not come"
-    return seen
-
-
 def picture_under_x(session):
     host = session.open_pane()
     session.xdotool("windowsize", "--sync", host.window, *SIZE)
     session.settle(host.window)
-    shown = picture(host.window)
+    shown = session.picture(host.window, PART)
     session.close(host)
     return shown
 
@@ -63,26 +50,26 @@ def test(session):
     under_x = picture_under_x(session)
 
     screen = start_compositor(session)
-    empty = picture(screen)
+    empty = session.picture(screen, PART)
     host = session.start(session.build + "/bin/panehost", stderr=subprocess.PIPE)
     host.messages = windowtest.Lines(host.stderr)
-    wait_for_picture(screen, lambda seen: seen != empty)
+    session.wait_for_picture(screen, lambda seen: seen != empty, PART)
     session.settle(screen)
     session.key("super+shift+f")  # the whole screen, without a frame
-    wait_for_picture(screen, lambda seen: seen == under_x)
+    session.wait_for_picture(screen, lambda seen: seen == under_x, PART)
 
     changes = session.watch()
     session.key("alt+a")
-    wait_for_picture(screen, lambda seen: seen != under_x)
+    session.wait_for_picture(screen, lambda seen: seen != under_x, PART)
     session.settle(screen)
     session.type("alp")
     session.key("Return")
     changes.until(windowtest.notified)
     assert session.entries()[-1]["Data"] == "org.test.Alpha", session.entries()
 
-    before = picture(screen)
+    before = session.picture(screen, PART)
     assert session.start(session.build + "/bin/panehost", "--tab", "Advanced").wait(windowtest.LIMIT) == 0
-    wait_for_picture(screen, lambda seen: seen != before)
+    session.wait_for_picture(screen, lambda seen: seen != before, PART)
     session.key("ctrl+w")
     session.wait_for_end(host)
 

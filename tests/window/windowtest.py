@@ -122,11 +122,21 @@ class Session:
     def focus(self, window):
         self.xdotool("windowfocus", "--sync", window)
 
-    def settle(self, window):
+    def picture(self, window, part="100%x100%+0+0"):
+        return subprocess.check_output(["import", "-window", window, "-crop", part, "-depth", "8", "rgb:-"])
+
+    def wait_for_picture(self, window, wanted, part="100%x100%+0+0"):
+        latest = time.monotonic() + LIMIT
+        while not wanted(seen := self.picture(window, part)):
+            assert time.monotonic() < latest, "the picture did not come"
+        return seen
+
+    def settle(self, window, part="100%x100%+0+0"):
         """Until the window's picture stays the same."""
         pictures = [b"", b" "]
         while pictures[-1] != pictures[-2]:
-            pictures.append(subprocess.check_output(["import", "-window", window, "png:-"]))
+            pictures.append(self.picture(window, part))
+        return pictures[-1]
 
     def key(self, *keys):
         self.xdotool("key", "--clearmodifiers", *keys)
