@@ -3,9 +3,9 @@
 #include "entrylist/ExpressionWords.h"
 #include "entrylist/Outlets.h"
 #include "propertylist/Format.h"
+#include "settings/EntryList.h"
 
 #include <algorithm>
-#include <array>
 
 using namespace platform;
 
@@ -13,12 +13,6 @@ namespace entrylist {
 namespace {
 
 using Answer = Expression::Answer;
-using Subject = std::string_view (*)(const ApplicationFacts&);
-constexpr std::array<Subject, 3> kSubjects{
-    [](const ApplicationFacts& facts) -> std::string_view { return facts.name; },
-    [](const ApplicationFacts& facts) -> std::string_view { return facts.identifier; },
-    [](const ApplicationFacts& facts) -> std::string_view { return facts.path; },
-};
 
 // The searches of one expression have one budget together, as those for one application have. So an expression that has
 // used it up is compiled anew: as often as ordinary ones need it for so many applications, and twice for costly ones.
@@ -34,15 +28,14 @@ constexpr std::size_t kMostInToolTip = 20;  // applications
 
 ExpressionMatches matchesOf(ExpressionServices& expressions, std::string_view text, int kind,
                             std::span<const ApplicationFacts> applications) {
-    const bool isKnown = kind >= 0 && kind < static_cast<int>(kSubjects.size());
-    ExpressionMatches matches{{}, {}, nullptr, false, isKnown ? kSubjects[static_cast<std::size_t>(kind)] : nullptr};
+    ExpressionMatches matches{{}, {}, nullptr, false, settings::factOfKind<ApplicationFacts>(kind)};
     ExpressionProblem problem;
     std::unique_ptr<Expression> expression = expressions.compile(text, problem);
     if (!expression) matches.problem = std::move(problem);
-    if (!expression || !isKnown) return matches;
+    if (!expression || !matches.fact) return matches;
     std::size_t renewals = kExtra + applications.size() / kSearchesOfOne;
     for (const ApplicationFacts& application : applications) {
-        const std::string_view subject = matches.subject(application);
+        const std::string_view subject = application.*matches.fact;
         if (subject.empty()) continue;
         Answer answer = expression->search(subject);
         if (answer == Answer::GivenUp && renewals > 0) {
@@ -100,7 +93,7 @@ void ExpressionPreview::say(const std::string& line, const std::string& details)
 }
 
 std::string ExpressionPreview::inWords(const ExpressionMatches& matches) const {
-    if (!matches.subject) return text("Matches nothing: the menu above says not what is compared.");
+    if (!matches.fact) return text("Matches nothing: the menu above says not what is compared.");
     if (matches.costly)
         return formatted(text("Given up as too costly, at “%@”. A program that gives up takes it for no match."),
                          {shortened(matches.costly->name, kNamesInLine / 2)});
@@ -128,7 +121,7 @@ std::string ExpressionPreview::details(const ExpressionMatches& matches) const {
     std::string lines;
     for (const ApplicationFacts* application :
          std::span(matches.found).first(std::min(matches.found.size(), kMostInToolTip))) {
-        const std::string_view subject = matches.subject(*application);
+        const std::string_view subject = application->*matches.fact;
         if (!lines.empty()) lines += "\n";
         lines += shortened(application->name, kNameInToolTip);
         if (subject != application->name) lines += formatted(" (%@)", {shortened(subject, kNameInToolTip)});

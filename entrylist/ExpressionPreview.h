@@ -22,7 +22,7 @@ struct ExpressionMatches {
     std::vector<const platform::ApplicationFacts*> found;  // of those that were given
     const platform::ApplicationFacts* costly = nullptr;    // where programs would give it up, too
     bool isCutShort = false;  // there, or as it had cost enough; those behind were not tried
-    std::string_view (*subject)(const platform::ApplicationFacts&);  // what the kind compares; null: nothing
+    const std::string platform::ApplicationFacts::*fact;  // what the kind compares; null: nothing
 };
 
 // The kinds are numbered as entries store them. A kind that is none matches nothing, and neither does an application

@@ -1,5 +1,6 @@
 #include "entrylist/Unreachable.h"
 
+#include "platform/Applications.h"
 #include "propertylist/Format.h"
 #include "propertylist/Hash.h"
 #include "settings/ApplicationEntry.h"
@@ -17,8 +18,6 @@ namespace entrylist {
 namespace {
 
 using Reason = Unreachable::Reason;
-
-constexpr std::int64_t kKinds = 3;  // of expressions
 
 // What an entry stands for, where it can stand for anything.
 struct Subject {
@@ -70,7 +69,7 @@ void UnreachableEntries::goThrough(const PropertyList& list) {
             what.reason = Reason::NamesNothing;
             continue;
         }
-        if (subject.kind < 0 || subject.kind >= kKinds) {
+        if (!factOfKind<ApplicationFacts>(subject.kind)) {
             what.reason = Reason::UnknownKind;
             continue;
         }

@@ -24,9 +24,6 @@ constexpr std::array<ExactType, 3> kExactTypes{{{kIdentifierType, Reason::Identi
                                                 {kCreatorType, Reason::Creator, &Application::creator},
                                                 {kPathType, Reason::Path, &Application::path}}};
 
-// What an expression is held against, by its kind.
-constexpr std::array kFactOfKind{&Application::name, &Application::identifier, &Application::path};
-
 constexpr std::int64_t kDupeWays = 3;
 
 std::uint32_t hashOf(Reason reason, std::string_view data) {
@@ -98,8 +95,9 @@ const Rules::Pattern* Rules::firstMatching(const Application& application) const
     Matching matching;
     for (std::size_t at = 0; at < expressions_.size(); ++at) {
         const Pattern& pattern = patterns_[at];
-        if (pattern.kind < 0 || pattern.kind >= std::ssize(kFactOfKind)) continue;
-        std::string_view subject = application.*kFactOfKind[static_cast<std::size_t>(pattern.kind)];
+        const auto fact = factOfKind<Application>(pattern.kind);
+        if (!fact) continue;
+        std::string_view subject = application.*fact;
         if (!subject.empty() && expressions_[at].search(subject, matching) == Expression::Answer::Yes) return &pattern;
     }
     return nullptr;

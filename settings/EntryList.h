@@ -3,6 +3,7 @@
 
 #include "platform/PlatformTypes.h"
 
+#include <array>
 #include <optional>
 #include <span>
 #include <string_view>
@@ -34,6 +35,14 @@ inline constexpr std::string_view kSettingsKey = "Settings";     // dictionary: 
 
 // The item of a pop-up menu that a stored number stands for; -1, which is no item, for what no menu can have.
 int menuItem(std::int64_t stored);
+
+// What an expression of a kind is held against: one of three texts that whatever stands for an application has. Null
+// for a number that is no kind.
+template <typename Application>
+constexpr auto factOfKind(std::int64_t kind) {
+    constexpr std::array kFacts{&Application::name, &Application::identifier, &Application::path};
+    return kind >= 0 && kind < std::ssize(kFacts) ? kFacts[static_cast<std::size_t>(kind)] : nullptr;
+}
 
 // Values of "Type".
 inline constexpr std::string_view kGlobalType = "Global";

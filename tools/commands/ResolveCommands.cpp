@@ -147,11 +147,6 @@ void resolve(const Arguments& arguments) {
     print(inWords(facts, resolution, isOn, applies));
 }
 
-std::string_view subjectOf(const ApplicationFacts& application, int kind) {
-    constexpr std::array kSubjects{&ApplicationFacts::name, &ApplicationFacts::identifier, &ApplicationFacts::path};
-    return application.*kSubjects[static_cast<std::size_t>(kind)];
-}
-
 std::size_t charactersBefore(std::size_t position, std::string_view text) {
     auto begins = [](char unit) { return (static_cast<unsigned char>(unit) & 0xC0) != 0x80; };
     return static_cast<std::size_t>(std::ranges::count_if(text.substr(0, position), begins));
@@ -168,7 +163,7 @@ void test(const Arguments& arguments) {
     std::vector<std::vector<std::string>> rows{{localized("NAME"), localized("IDENTIFIER"), localized("PATH")}};
     std::vector<PropertyList> matches;
     for (const ApplicationFacts& application : all) {
-        std::string_view subject = subjectOf(application, arguments.kind);
+        std::string_view subject = application.*factOfKind<ApplicationFacts>(arguments.kind);
         reader::Matching matching;
         reader::Expression::Answer answer = expression.search(subject, matching);
         if (answer == reader::Expression::Answer::GivenUp)
