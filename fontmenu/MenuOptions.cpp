@@ -2,8 +2,6 @@
 
 #include "settings/SettingsSchema.h"
 
-#include <algorithm>
-
 namespace fontmenu {
 namespace {
 
@@ -31,13 +29,11 @@ constexpr Switch kSwitches[] = {
 }  // namespace
 
 MenuOptions menuOptions(const platform::PropertyList& settings) {
-    auto value = [&](const char* key) { return settings::shownValue(settings, *settings::optionForKey(key)); };
+    auto value = [&](const char* key) { return settings::appliedValue(settings, *settings::optionForKey(key)); };
     MenuOptions options;
     for (const Switch& each : kSwitches) options.*each.option = value(each.key) != 0;
-    if (std::int64_t copies = value("DupeHandling"); copies == 1 || copies == 2)
-        options.copies = static_cast<Copies>(copies);
-    if (value(settings::kChangeSizeKey.data()) != 0)
-        options.size = static_cast<int>(std::clamp<std::int64_t>(value("FontSize"), 0, settings::kLargestFontSize));
+    options.copies = static_cast<Copies>(value("DupeHandling"));
+    if (value(settings::kChangeSizeKey.data()) != 0) options.size = value("FontSize");
     return options;
 }
 

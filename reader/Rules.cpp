@@ -4,7 +4,6 @@
 #include "settings/EntryList.h"
 #include "settings/SettingsSchema.h"
 
-#include <algorithm>
 #include <array>
 #include <limits>
 
@@ -23,8 +22,6 @@ struct ExactType {
 constexpr std::array<ExactType, 3> kExactTypes{{{kIdentifierType, Reason::Identifier, &Application::identifier},
                                                 {kCreatorType, Reason::Creator, &Application::creator},
                                                 {kPathType, Reason::Path, &Application::path}}};
-
-constexpr std::int64_t kDupeWays = 3;
 
 std::uint32_t hashOf(Reason reason, std::string_view data) {
     return propertylist::hashText(data) + static_cast<std::uint32_t>(reason);
@@ -115,18 +112,7 @@ Resolution Rules::resolve(const Application& application) const {
 }
 
 int optionValue(const PropertyList& entry, std::size_t option) {
-    if (option >= options().size()) return 0;
-    const Option& row = options()[option];
-    std::int64_t value = shownValue(entry[kSettingsKey], row);
-    switch (row.type) {
-        case OptionType::Boolean:
-            return value != 0;
-        case OptionType::Integer:
-            return static_cast<int>(std::clamp<std::int64_t>(value, 0, kLargestFontSize));
-        case OptionType::Choice:
-            return value < 0 || value >= kDupeWays ? 0 : static_cast<int>(value);
-    }
-    return 0;
+    return option < options().size() ? appliedValue(entry[kSettingsKey], options()[option]) : 0;
 }
 
 }  // namespace reader

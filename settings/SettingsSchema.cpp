@@ -38,6 +38,7 @@ constexpr std::array<Option, 16> kOptions{{
 // Tags of controls that choose one way of handling duplicates: the first stores 0, the next 1, and so on.
 constexpr int kFirstDupeTag = 8;
 constexpr int kLastDupeTag = 10;
+constexpr std::int64_t kDupeWays = kLastDupeTag - kFirstDupeTag + 1;
 
 PropertyList valueOfControl(const Option& option, const ControlValues& values) {
     switch (option.type) {
@@ -76,6 +77,19 @@ std::int64_t shownValue(const PropertyList& settings, const Option& option) {
     const PropertyList& stored = settings[option.key];
     if (!stored) return option.shownWhenMissing;
     return option.type == OptionType::Boolean ? stored.boolValue() : stored.integerValue();
+}
+
+int appliedValue(const PropertyList& settings, const Option& option) {
+    const std::int64_t value = shownValue(settings, option);
+    switch (option.type) {
+        case OptionType::Boolean:
+            return value != 0;
+        case OptionType::Integer:
+            return static_cast<int>(std::clamp<std::int64_t>(value, 0, kLargestFontSize));
+        case OptionType::Choice:
+            return value < 0 || value >= kDupeWays ? 0 : static_cast<int>(value);
+    }
+    return 0;
 }
 
 }  // namespace settings

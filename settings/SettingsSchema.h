@@ -67,6 +67,10 @@ std::optional<OptionChange> optionChangeForTag(int tag, const ControlValues& val
 // another type than a number or a boolean counts as 0.
 std::int64_t shownValue(const platform::PropertyList& settings, const Option& option);
 
+// The same as menus are arranged by it: a number is at least 0 and at most kLargestFontSize, and a choice that the menu
+// has not is its first.
+int appliedValue(const platform::PropertyList& settings, const Option& option);
+
 // The value as it is stored: a boolean (anything but 0 is true) or an integer, by the option's type.
 platform::PropertyList optionValue(const Option& option, std::int64_t value);
 
