@@ -2,6 +2,7 @@
 
 #include <QLabel>
 #include <QLayout>
+#include <QPointer>
 #include <QSplitter>
 
 #include <cmath>
@@ -17,6 +18,8 @@ QWidget* widgetOf(View* view) {
 }
 
 namespace {
+
+constexpr char kHadKeyboard[] = "hadKeyboard";
 
 int heightAround(const QWidget& widget) {
     return widget.parentWidget() && !widget.isWindow() ? widget.parentWidget()->height() : widget.height();
@@ -60,8 +63,14 @@ void replaceWidget(QWidget& widget, QWidget* other) {
         other->setParent(parent);
     if (isFromElsewhere) takeTabPlace(widget, *other);
     if (QLayout* layout = parent->layout()) delete layout->replaceWidget(&widget, other);
+    // Hidden, it loses the keyboard; it has it again when it comes back.
+    const QPointer<QWidget> keyboard = widget.window()->focusWidget();
+    if (keyboard && widget.isAncestorOf(keyboard)) widget.setProperty(kHadKeyboard, QVariant::fromValue(keyboard));
     widget.hide();
     other->show();
+    const auto hadKeyboard = other->property(kHadKeyboard).value<QPointer<QWidget>>();
+    other->setProperty(kHadKeyboard, {});
+    if (hadKeyboard) hadKeyboard->setFocus();
 }
 
 Rect frameOf(const QWidget& widget) {

@@ -223,7 +223,9 @@ TEST(TheDrawerIsRememberedAndFits) {
     Preview pane;
     CHECK(!pane.isOpen());
     const QSize list = pane.in("exTableView").size();
+    pane.in("exTableView").setFocus();
     pane.showDrawer();
+    CHECK_EQ(pane.window->focusWidget()->objectName().toStdString(), "exTableView");
     CHECK(pane.isOpen());
     CHECK(pane.in<QPushButton>("previewButton").text() == QStringLiteral("Hide Preview"));
     QAccessibleInterface& tree = *QAccessible::queryAccessibleInterface(&pane.menu());
