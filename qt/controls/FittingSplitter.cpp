@@ -24,8 +24,11 @@ QSize FittingSplitter::stacked(QSize (QWidget::*hint)() const) const {
 void FittingSplitter::resizeEvent(QResizeEvent* event) {
     constexpr int kRoom = 75;  // letters, for both side by side
     const bool isWide = event->size().width() >= kRoom * fontMetrics().averageCharWidth();
-    if (const auto wanted = isWide ? Qt::Horizontal : Qt::Vertical; wanted != orientation()) setOrientation(wanted);
+    const auto wanted = isWide ? Qt::Horizontal : Qt::Vertical;
+    if (wanted == orientation()) return QSplitter::resizeEvent(event);
+    setOrientation(wanted);
     QSplitter::resizeEvent(event);
+    setSizes({1, 1});  // what was their height says nothing about their width
 }
 
 }  // namespace qt

@@ -248,6 +248,7 @@ TEST(TheDrawerIsRememberedAndFits) {
     pane.window->resize(1300, 700);
     settle();
     CHECK(columns.orientation() == Qt::Horizontal && pane.menu().width() > 250);
+    CHECK(std::abs(columns.sizes()[0] - columns.sizes()[1]) < columns.handleWidth());
     pane.window->close();
     pane.open();
     CHECK(pane.isOpen());
