@@ -15,7 +15,7 @@ struct SignalArgument {
 // made from these.
 struct SignalForm {
     const char *path, *interface, *member, *signature;  // the signature is that of all arguments
-    std::span<const SignalArgument> arguments;
+    std::span<const SignalArgument> arguments = {};
 
     constexpr bool isSound() const {
         std::string_view rest = signature;
