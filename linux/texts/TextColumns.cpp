@@ -20,10 +20,14 @@ constexpr const char* kEncoding = "UTF-8";
 
 const std::uint8_t* bytesOf(std::string_view text) { return reinterpret_cast<const std::uint8_t*>(text.data()); }
 
-// For each byte one of unilbrk.h's marks: whether a line ends before it.
+// For each byte one of unilbrk.h's marks: whether a line ends before it. What is typed as one word stays one, which
+// some versions of the library would part after a colon.
 std::vector<char> lineBreaks(std::string_view text, std::size_t columns) {
-    std::vector<char> marks(text.size());
-    u8_width_linebreaks(bytesOf(text), text.size(), static_cast<int>(columns), 0, 0, nullptr, kEncoding, marks.data());
+    std::vector<char> marks(text.size()), wanted(text.size(), UC_BREAK_UNDEFINED);
+    for (std::size_t i = 1; i < text.size(); ++i)
+        if (text[i - 1] == ':' && text[i] != ' ') wanted[i] = UC_BREAK_PROHIBITED;
+    u8_width_linebreaks(bytesOf(text), text.size(), static_cast<int>(columns), 0, 0, wanted.data(), kEncoding,
+                        marks.data());
     return marks;
 }
 #endif
