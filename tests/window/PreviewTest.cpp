@@ -22,22 +22,32 @@ namespace {
 constexpr const char* kDomain = "com.tarnwick.typeslate";
 const std::string kFonts = "/usr/share/fonts/truetype/dejavu/";
 
+// A font with another family's name, in both encodings of a font's names.
+std::string ofAnotherFamily(std::string font) {
+    using namespace std::string_literals;
+    for (const std::string& name : {"Serif"s, "S\0e\0r\0i\0f"s})
+        for (auto at = font.find(name); at != std::string::npos; at = font.find(name, at)) font[at] = 'A';
+    return font;
+}
+
 // A machine with a few fonts, one of them twice, one of them not active, and with one set.
 struct Preview {
     Preview() {
         namespace fs = std::filesystem;
         useApplication();
         QApplication::setFont(QFont(QStringLiteral("DejaVu Sans"), 10));
-        for (const char* name : {"DejaVuSans", "DejaVuSans-Bold", "DejaVuSansMono", "DejaVuSerif", "DejaVuMathTeXGyre"})
+        for (const char* name : {"DejaVuSans", "DejaVuSans-Bold", "DejaVuSansMono", "DejaVuSerif"})
             check::writeFile(home / ("fonts/" + std::string(name) + ".ttf"), check::readFile(kFonts + name + ".ttf"));
         check::writeFile(home / "fonts/again/Mono.ttf", check::readFile(kFonts + "DejaVuSansMono.ttf"));
         check::writeFile(home / "fonts/hebrew.bdf", check::readFile(TEST_DATA "/hebrew.bdf"));
-        check::writeFile(home / "fonts.conf",
-                         "<fontconfig><dir>" + home / "fonts" + "</dir><cachedir>" + home / "cache" +
-                             "</cachedir><selectfont><rejectfont><glob>*TeXGyre.ttf</glob></rejectfont></selectfont>"
-                             "</fontconfig>");
+        check::writeFile(home / "fonts/inactive.ttf",
+                         ofAnotherFamily(check::readFile(kFonts + "DejaVuSerif-Bold.ttf")));
+        check::writeFile(home / "fonts.conf", "<fontconfig><dir>" + home / "fonts" + "</dir><cachedir>" +
+                                                  home / "cache" + "</cachedir><selectfont><rejectfont><glob>" +
+                                                  home / "fonts/inactive.ttf" +
+                                                  "</glob></rejectfont></selectfont></fontconfig>");
         check::writeFile(home / ".config/font-manager/Collections.json",
-                         R"([{"name": "My Set", "families": ["DejaVu Serif", "DejaVu Math TeX Gyre"]}])");
+                         R"([{"name": "My Set", "families": ["DejaVu Serif", "DejaVu Aerif"]}])");
         fs::create_directories(home / "Library/Plinthworks");
         fs::copy(BINARY_DIR "/Sample.plinth", home / "Library/Plinthworks/Typeslate.plinth",
                  fs::copy_options::recursive);
@@ -162,7 +172,7 @@ TEST(EachOptionChangesWhatThePreviewShows) {
         {"perAppFontSize", 30, 20, kPicture, "", {{"ChangeSize", 1}}},
         {"perAppShowIcons", 0, 1, kLines | kPicture, "DejaVu Serif, TrueType\n"},
         {"perAppModifyFontPanel", 0, 1, kCounts, "The font panel shows the same."},
-        {"perAppShowSets", 0, 1, kLines | kPicture | kCounts, "My Set\n  DejaVuMathTeXGyre-Regular, not active\n"},
+        {"perAppShowSets", 0, 1, kLines | kPicture | kCounts, "My Set\n  DejaVu Aerif Bold, not active\n"},
         // No set of these is found where they are not installed, and their boxes cannot be ticked.
         {"perAppIncludeFAPSets", 0, 1, kNothing, "", {{"ShowSets", 1}}},
         {"perAppIncludeFEXSets", 0, 1, kNothing, "", {{"ShowSets", 1}}},
