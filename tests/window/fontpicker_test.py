@@ -53,14 +53,19 @@ def prepare(session):
     fonts = session.home + "/fonts/"
     os.makedirs(fonts)
     shutil.copy(os.path.dirname(__file__) + "/hebrew.bdf", fonts)
-    for name in "DejaVuSans", "DejaVuSans-Bold", "DejaVuSansMono", "DejaVuSerif", "DejaVuMathTeXGyre":
+    for name in "DejaVuSans", "DejaVuSans-Bold", "DejaVuSansMono", "DejaVuSerif":
         shutil.copy(f"{FONTS}{name}.ttf", fonts)
     shutil.copy(f"{FONTS}DejaVuSansMono.ttf", fonts + "Mono.ttf")
+    with open(f"{FONTS}DejaVuSerif-Bold.ttf", "rb") as font, open(fonts + "inactive.ttf", "wb") as inactive:
+        own = font.read()
+        for encoding in "ascii", "utf-16-be":  # a font's names are in both
+            own = own.replace("Serif".encode(encoding), "Aerif".encode(encoding))
+        inactive.write(own)
     write(session.home + "/fonts.conf",
           f"<fontconfig><dir>{fonts}</dir><cachedir>{session.home}/cache</cachedir><selectfont><rejectfont>"
-          "<glob>*TeXGyre.ttf</glob></rejectfont></selectfont></fontconfig>")
+          f"<glob>{fonts}inactive.ttf</glob></rejectfont></selectfont></fontconfig>")
     write(session.home + "/.config/font-manager/Collections.json",
-          '[{"name": "My Set", "families": ["DejaVu Serif", "DejaVu Math TeX Gyre"]}]')
+          '[{"name": "My Set", "families": ["DejaVu Serif", "DejaVu Aerif"]}]')
     for name in MANAGERS:
         write(f"{session.home}/share/applications/{name}.desktop",
               f"[Desktop Entry]\nType=Application\nName={name}\nExec=/bin/true\n")
