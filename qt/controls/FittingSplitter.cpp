@@ -8,6 +8,7 @@ FittingSplitter::FittingSplitter(QWidget* parent) : QSplitter(Qt::Vertical, pare
     setHandleWidth(8);
     // What is on the right is put a point too far there.
     if (isRightToLeft()) setContentsMargins(0, 0, 1, 0);
+    connect(this, &QSplitter::splitterMoved, this, [this] { isUsers_ = true; });
 }
 
 QSize FittingSplitter::stacked(QSize (QWidget::*hint)() const) const {
@@ -24,11 +25,13 @@ QSize FittingSplitter::stacked(QSize (QWidget::*hint)() const) const {
 void FittingSplitter::resizeEvent(QResizeEvent* event) {
     constexpr int kRoom = 75;  // letters, for both side by side
     const bool isWide = event->size().width() >= kRoom * fontMetrics().averageCharWidth();
-    const auto wanted = isWide ? Qt::Horizontal : Qt::Vertical;
-    if (wanted == orientation()) return QSplitter::resizeEvent(event);
-    setOrientation(wanted);
+    if (const auto wanted = isWide ? Qt::Horizontal : Qt::Vertical; wanted != orientation()) {
+        setOrientation(wanted);
+        isUsers_ = false;  // what was a height says nothing about a width
+    }
     QSplitter::resizeEvent(event);
-    setSizes({1, 1});  // what was their height says nothing about their width
+    const int half = (isWide ? width() : height()) / 2;
+    if (!isUsers_) setSizes({half, half});
 }
 
 }  // namespace qt

@@ -1,5 +1,5 @@
-// A list and what unfolds beside it: side by side where there is room, else one above the other. It asks for no more
-// width than the widest of them needs.
+// A list and what unfolds beside it: side by side where there is room, else one above the other, half and half unless
+// the user moves the handle. It asks for no more width than the widest of them needs.
 #pragma once
 
 #include <QSplitter>
@@ -15,6 +15,8 @@ public:
 private:
     QSize stacked(QSize (QWidget::*hint)() const) const;
     void resizeEvent(QResizeEvent* event) override;
+
+    bool isUsers_ = false;  // he has chosen their sizes
 };
 
 }  // namespace qt

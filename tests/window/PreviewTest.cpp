@@ -259,6 +259,12 @@ TEST(TheDrawerIsRememberedAndFits) {
     settle();
     CHECK(columns.orientation() == Qt::Horizontal && pane.menu().width() > 250);
     CHECK(std::abs(columns.sizes()[0] - columns.sizes()[1]) < columns.handleWidth());
+    QTest::mousePress(columns.handle(1), Qt::LeftButton, {}, {4, 50});
+    QTest::mouseMove(columns.handle(1), {-76, 50});
+    QTest::mouseRelease(columns.handle(1), Qt::LeftButton, {}, {-76, 50});
+    pane.window->resize(1400, 700);
+    settle();
+    CHECK(columns.sizes()[1] - columns.sizes()[0] > 100);
     pane.window->close();
     pane.open();
     CHECK(pane.isOpen());

@@ -14,7 +14,7 @@ import windowtest
 IDENTIFIER = "org.example.FontPicker"
 FONTS = "/usr/share/fonts/truetype/dejavu/"
 MANAGERS = ["com.insidersoftware.fontagentpro.fontmanager", "com.linotype.FontExplorerX", "com.extensis.SuitcaseFusion"]
-SIZE, AWAY, TREE = (760, 960), (1279, 1023), "430x200+20+595"
+SIZE, AWAY, TREE = (760, 960), (1279, 1023), "430x300+20+520"
 
 # The keys that tick it in the window, and the option. What is ticked stays so: some need others to show something.
 CHANGES = [
