@@ -229,6 +229,13 @@ void QtTableView::showPostponedImages() {
     widget_.viewport()->update();
 }
 
+// The current row, if the viewport had it in sight at this size. How far it can be scrolled is known only afterwards.
+void QtTableView::keepInSight(QSize before) {
+    const QPersistentModelIndex current = widget_.currentIndex();
+    if (!QRect({}, before).intersects(widget_.visualRect(current))) return;
+    QMetaObject::invokeMethod(this, [this, current] { widget_.scrollTo(current); }, Qt::QueuedConnection);
+}
+
 bool QtTableView::eventFilter(QObject* object, QEvent* event) {
     bool onViewport = object == widget_.viewport();
     switch (event->type()) {
@@ -242,6 +249,7 @@ bool QtTableView::eventFilter(QObject* object, QEvent* event) {
             return showMenu(*static_cast<QContextMenuEvent*>(event));
         case QEvent::Resize:
             showPlaceholder();
+            if (onViewport) keepInSight(static_cast<QResizeEvent*>(event)->oldSize());
             return false;
         case QEvent::FontChange:
         case QEvent::StyleChange:

@@ -51,6 +51,7 @@ private:
     void showSelection();
     void tellOfSelection();
     void showPlaceholder();
+    void keepInSight(QSize before);
     void performDoubleAction();
     bool handleDrag(QEvent* event);
     bool handleKey(const QKeyEvent& event);

@@ -287,6 +287,20 @@ TEST(OnlyRowsOnScreenAreAsked) {
     stage.asked.clear();
     settle();
     CHECK(stage.asked.contains(2000) && !stage.asked.contains(3));
+    // Where it becomes lower, a selected row that was in sight stays there, and one that was not stays away.
+    auto& view = stage.widget<QTableView>("table");
+    auto isInSight = [&](int row) {
+        return view.viewport()->rect().contains(view.visualRect(view.model()->index(row, 1)));
+    };
+    for (int row : {2007, 3}) {
+        view.resize(view.width(), 600);
+        stage.table.scrollRowToVisible(2000);
+        stage.table.selectRow(row);
+        settle();
+        view.resize(view.width(), 150);
+        settle();
+        CHECK_EQ(isInSight(row), row == 2007);
+    }
 }
 
 TEST(LabelsShowTextAsItIsAndAlertsInRed) {
