@@ -229,11 +229,14 @@ void QtTableView::showPostponedImages() {
     widget_.viewport()->update();
 }
 
-// The current row, if the viewport had it in sight at this size. How far it can be scrolled is known only afterwards.
-void QtTableView::keepInSight(QSize before) {
+// The current row, if it was so at the size before; a view that was moved has no old size in its event. How far it can
+// be scrolled is known only afterwards.
+void QtTableView::keepInSight() {
+    const QSize before = std::exchange(sightSize_, widget_.viewport()->size());
     const QPersistentModelIndex current = widget_.currentIndex();
     if (!QRect({}, before).intersects(widget_.visualRect(current))) return;
-    QMetaObject::invokeMethod(this, [this, current] { widget_.scrollTo(current); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        this, [this, current] { widget_.scrollTo(current); }, Qt::QueuedConnection);
 }
 
 bool QtTableView::eventFilter(QObject* object, QEvent* event) {
@@ -249,7 +252,7 @@ bool QtTableView::eventFilter(QObject* object, QEvent* event) {
             return showMenu(*static_cast<QContextMenuEvent*>(event));
         case QEvent::Resize:
             showPlaceholder();
-            if (onViewport) keepInSight(static_cast<QResizeEvent*>(event)->oldSize());
+            if (onViewport) keepInSight();
             return false;
         case QEvent::FontChange:
         case QEvent::StyleChange:

@@ -51,7 +51,7 @@ private:
     void showSelection();
     void tellOfSelection();
     void showPlaceholder();
-    void keepInSight(QSize before);
+    void keepInSight();
     void performDoubleAction();
     bool handleDrag(QEvent* event);
     bool handleKey(const QKeyEvent& event);
@@ -67,6 +67,7 @@ private:
     std::string doubleAction_;
     int selectedRow_ = -1;  // of all rows, be it in sight or not
     int announcedRow_ = -1;
+    QSize sightSize_;  // of the viewport, when it was last told of
     QPointer<QLabel> placeholder_;
     bool needsRows_ = false;
     bool isLoading_ = false;
