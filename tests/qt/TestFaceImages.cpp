@@ -155,13 +155,15 @@ TEST(PicturesComeOnceAndTheNewestWishFirst) {
     for (std::size_t i = 0; i < FaceImages::kMostWaiting + 1; ++i) images.image(wanted("a", std::to_string(i)));
     images.image(wanted("a", "5"));
     drawing.mayEnd.count_down();
-    REQUIRE(waitFor([&] { return drawing.ended == int(FaceImages::kMostWaiting) + 1; }));
+    // However many come before the window is painted, it is painted once for them, or for the last once more.
+    while (drawing.ended <= int(FaceImages::kMostWaiting)) std::this_thread::yield();
     const auto order = drawing.takeBegun();
     REQUIRE(order.size() == FaceImages::kMostWaiting);
     CHECK(order[0] == "5" && order[1] == std::to_string(FaceImages::kMostWaiting) && order.back() == "1");
     CHECK(waitFor([&] { return !images.image(wanted("a", "1")).isNull(); }));
     CHECK(waitFor([&] { return changes > 0; }));
     settle();
+    CHECK(changes <= 2);
     CHECK_EQ(drawing.takeBegun().size(), 0U);
     // Each of these makes another picture.
     using Change = void (*)(FaceText&);
@@ -208,13 +210,12 @@ TEST(AFaceThatTakesTooLongIsGivenUpAndTheOthersAreDrawn) {
     drawing.takeBegun();
     images.image(slow(0));
     images.image(wanted("a", "too many hang"));
-    std::this_thread::sleep_for(5ms);
-    CHECK(drawing.takeBegun().empty());
     drawing.mayEnd.count_down();
-    CHECK(waitFor([&] { return !images.image(wanted("a", "later")).isNull(); }));
-    images.image(slow(0));
-    CHECK(waitFor([&] { return !images.image(wanted("a", "last")).isNull(); }));
-    CHECK(std::ranges::count(drawing.takeBegun(), "s") == 0);
+    for (const char* text : {"later", "later", "last"}) {
+        CHECK(waitFor([&] { return !images.image(wanted("a", text)).isNull(); }));
+        images.image(slow(0));
+    }
+    for (const std::string& text : drawing.takeBegun()) CHECK(text == "later" || text == "last");
     // A changed file has another chance.
     FaceText changed = slow(0);
     changed.modified = 5;

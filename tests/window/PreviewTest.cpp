@@ -198,6 +198,16 @@ TEST(EachOptionChangesWhatThePreviewShows) {
         change(pane.in(row.control), row.before);
         CHECK(waitFor([&] { return changed() == kNothing; }));
     }
+    // Where all are off, a name is all that is in its line.
+    pane.setOptions({});
+    const QImage picture = pane.picture().copy(pane.menu().visualRect(pane.menu().model()->index(1, 0)));
+    std::vector<int> inked;
+    for (int x = 0; x < picture.width(); ++x)
+        for (int y = 0; y < picture.height(); ++y)
+            if (picture.pixel(x, y) != picture.pixel(picture.width() - 1, 0)) inked.push_back(x);
+    REQUIRE(!inked.empty());
+    const int width = pane.menu().fontMetrics().horizontalAdvance(QStringLiteral("DejaVu Sans"));
+    CHECK(inked.front() < 10 && inked.back() < 10 + width);
     // The one that is left needs an inactive font in sight, and cannot be ticked where no such set can be.
     auto shown = [&](int drawsInactive) {
         pane.setOptions({{"ShowSets", 1}, {"ShowFontInFace", 1}, {"GenerateInactivePreview", drawsInactive}});
@@ -258,6 +268,7 @@ TEST(TheDrawerIsRememberedAndFits) {
     pane.window->resize(1300, 700);
     settle();
     CHECK(columns.orientation() == Qt::Horizontal && pane.menu().width() > 250);
+    CHECK_EQ(pane.window->minimumSizeHint().width(), least.width());
     CHECK(std::abs(columns.sizes()[0] - columns.sizes()[1]) < columns.handleWidth());
     QTest::mousePress(columns.handle(1), Qt::LeftButton, {}, {4, 50});
     QTest::mouseMove(columns.handle(1), {-76, 50});
@@ -275,9 +286,15 @@ TEST(TheDrawerIsRememberedAndFits) {
     pane.open();
     CHECK(!pane.isOpen());
     CHECK(pane.in<QPushButton>("previewButton").text() == QStringLiteral("Show Preview"));
-    // Nobody is told of fonts that come when the window has gone.
+    // Nobody is told of fonts that come when the window has gone, and the list does not go with the drawer.
     pane.in<QPushButton>("previewButton").click();
+    bool isListInside = true;
+    QObject::connect(&pane.in("previewSplitter"), &QObject::destroyed,
+                     [&isListInside, entries = &pane.in("entriesColumn")](QObject* splitter) {
+                         isListInside = static_cast<QWidget*>(splitter)->isAncestorOf(entries);
+                     });
     pane.window.reset();
+    CHECK(!isListInside);
     settle();
 }
 
