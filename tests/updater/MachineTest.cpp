@@ -125,9 +125,10 @@ TEST(AnUpdaterGetsThePathAndIsNobodysChild) {
     Updater updater;
     const std::string fifo = updater.folder / "answer";
     REQUIRE(::mkfifo(fifo.c_str(), 0600) == 0);
+    // The C library keeps two signals to itself, which what starts the test may have ignored and nobody can set back.
     updater.write(
         "#!/bin/sh\nstate=$(readlink /proc/$$/fd/0 /proc/$$/fd/1 /proc/$$/fd/2 /proc/$$/fd/9; grep SigIgn "
-        "/proc/$$/status)\n"
+        "/proc/$$/status | sed s/180000000$/000000000/)\n"
         "printf '%s|%s|%s|%s' \"$#\" \"$1\" \"$(cut -d' ' -f6 /proc/$$/stat)\" \"$state\" > '" +
         fifo + "'\n");
     std::signal(SIGUSR1, SIG_IGN);
