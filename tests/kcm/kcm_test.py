@@ -28,7 +28,10 @@ def test(session):
 
     shell = start(session, SHELL, MODULE, TITLE, "-reverse")
     toggle(session, changes)
+    session.key("F9")  # the preview, which is being made when the window closes
     session.close(shell)
+    assert json.loads(session.ctl("defaults", "read", "com.tarnwick.typeslate.Settings", "Show Preview"))
+    session.close(start(session, SHELL))
 
     # System Settings goes elsewhere and comes back: the page is made anew, and works as before.
     application = start(session, "systemsettings", OTHER, OTHER_TITLE)
