@@ -43,5 +43,6 @@ int main(int argc, char** argv) {
     list.viewport()->repaint();
     printMilliseconds("an option", milliseconds(timer));
     printScrolling(list);
+    button(window, "previewButton").click();  // is remembered, and the next run opens it again
     return 0;
 }

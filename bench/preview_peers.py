@@ -22,7 +22,8 @@ FIGURES = ["first rows", "an option", "page", "worst page"]
 
 
 def figures(command, environment):
-    printed = subprocess.run(command, env=environment, check=True, stdout=subprocess.PIPE, text=True, timeout=120).stdout
+    printed = subprocess.run(command, env=environment, check=True, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL,
+                             text=True, timeout=120).stdout
     return {name: float(value) for name, value in (line.split("\t") for line in printed.splitlines())}
 
 
