@@ -9,6 +9,7 @@ import subprocess
 import windowtest
 
 SIZE, TOP = (1000, 740), 150
+POINTER_ROOT = 1  # of X: no window in particular
 PART = f"{SIZE[0]}x{SIZE[1] - TOP}+0+{TOP}"  # in the upper part the compositor draws a pointer
 SETTINGS = """[shell]
 panel-position=none
@@ -42,11 +43,13 @@ def start_compositor(session):
 
 
 def fill_screen(session, screen, wanted):
-    """Without a frame. The compositor's key for it does nothing while no window has its keyboard: then once more."""
+    """Without a frame. The compositor misses at times that it has the keyboard: then it gets it once more."""
     framed = session.settle(screen, PART)
 
     def is_filled(seen):
         if seen == framed:
+            session.xdotool("windowfocus", POINTER_ROOT)
+            session.focus(screen)
             session.key("super+shift+f")
             session.settle(screen, PART)
         return seen == wanted
