@@ -50,7 +50,7 @@ def fill_screen(session, screen, wanted):
         if seen == framed:
             session.xdotool("windowfocus", POINTER_ROOT)
             session.focus(screen)
-            session.key("super+shift+f")
+            session.key("super+Tab", "super+shift+f")
             session.settle(screen, PART)
         return seen == wanted
 
