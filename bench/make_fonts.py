@@ -4,8 +4,8 @@
     make_fonts.py FOLDER COUNT
 
 FOLDER/fonts.conf is what FONTCONFIG_FILE may point at. Each font is a family of its own with the Latin letters of one
-of DejaVu's. Four are not as fonts should be: one file is cut off, one is empty, one lets whoever draws one of its letters
-count for long, and one has a name that would like to be something else.
+of DejaVu's. Four are not as fonts should be: one file is cut off, one is empty, one lets whoever draws one of its
+letters count for long, and one has a name that would like to be something else.
 """
 import io
 import pathlib
@@ -15,7 +15,6 @@ import sys
 from fontTools import subset
 from fontTools.fontBuilder import FontBuilder
 from fontTools.misc.psCharStrings import T2CharString
-from fontTools.ttLib import TTFont
 
 DEJAVU = pathlib.Path("/usr/share/fonts/truetype/dejavu")
 BASES = ["DejaVuSans", "DejaVuSans-Bold", "DejaVuSansMono", "DejaVuSerif"]
@@ -84,8 +83,9 @@ def make(folder, count):
         files[f"{number:05}.ttf"] = own
     for name, content in files.items():
         (fonts / name).write_bytes(content)
-    (folder / "fonts.conf").write_text(f"<fontconfig><dir>{fonts}</dir><cachedir>{folder}/cache</cachedir></fontconfig>")
-    return folder / "fonts.conf"
+    configuration = folder / "fonts.conf"
+    configuration.write_text(f"<fontconfig><dir>{fonts}</dir><cachedir>{folder}/cache</cachedir></fontconfig>")
+    return configuration
 
 
 if __name__ == "__main__":
