@@ -5,6 +5,7 @@
 #include <QPointer>
 #include <QSplitter>
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -29,12 +30,18 @@ int rounded(double points) { return static_cast<int>(std::lround(points)); }
 
 // For the Tab key, too, what is in one widget comes where what is in the other is.
 void takeTabPlace(QWidget& widget, QWidget& other) {
+    QList<QWidget*> stops;
+    for (QWidget* next = widget.nextInFocusChain(); next != &widget; next = next->nextInFocusChain())
+        if (next->focusPolicy() & Qt::TabFocus) stops << next;
+    // Qt releases differ in where a widget without the keyboard stands among those with it.
+    std::rotate(stops.begin(),
+                std::find_if_not(stops.begin(), stops.end(), [&](auto* s) { return widget.isAncestorOf(s); }),
+                stops.end());
     QWidget* last = nullptr;
     QList<QWidget*> parts;
-    for (QWidget* next = widget.nextInFocusChain(); next != &widget; next = next->nextInFocusChain()) {
-        if (!(next->focusPolicy() & Qt::TabFocus)) continue;
-        if (widget.isAncestorOf(next)) last = next;
-        if (other.isAncestorOf(next)) parts << next;
+    for (QWidget* stop : stops) {
+        if (widget.isAncestorOf(stop)) last = stop;
+        if (other.isAncestorOf(stop)) parts << stop;
     }
     for (QWidget* part : parts) QWidget::setTabOrder(std::exchange(last, part), part);
 }
