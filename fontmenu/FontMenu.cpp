@@ -201,7 +201,7 @@ private:
             if (auto found = listedFamilies_.find(family); found != listedFamilies_.end())
                 for (FaceNumber face : found->second) ranks.push_back(order_.rank[copies_.shownFor[face]]);
         std::ranges::sort(ranks);
-        ranks.erase(std::ranges::unique(ranks).begin(), ranks.end());
+        ranks.erase(std::unique(ranks.begin(), ranks.end()), ranks.end());
         Faces members;
         for (std::uint32_t rank : ranks) members.push_back(order_.faces[rank]);
         return members;

@@ -34,6 +34,7 @@ class FontMenuView : public View {
 public:
     FontMenuView* asFontMenuView() override { return this; }
     // What is unfolded and in sight stays so, where the new menu has it, too.
+    // NOLINTNEXTLINE(performance-unnecessary-value-param): for the implementation to keep
     virtual void setMenu(std::shared_ptr<const ListedFonts> /*fonts*/, std::vector<FontMenuItem> /*items*/) {}
     virtual void setPlaceholder(std::string_view) {}  // what is read where there is no menu
 };

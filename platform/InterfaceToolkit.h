@@ -112,6 +112,7 @@ public:
     // One of several; -1 when the user cancelled.
     virtual void beginChoice(const ChoiceRequest& /*request*/, std::function<void(int choice)> /*didEnd*/) {}
     // What an import would do, with mine kept in every conflict at the beginning; nothing when the user cancelled.
+    // NOLINTNEXTLINE(performance-unnecessary-value-param): for the implementation to keep
     virtual void beginImportSheet(ImportRequest /*request*/,
                                   std::function<void(const std::optional<ImportAnswer>& answer)> /*didEnd*/) {}
     // The shared font panel in front, at the pane with the given tag where it has several.

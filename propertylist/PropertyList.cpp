@@ -27,8 +27,7 @@ struct ContainerBlock : StorageOwner {
     ContainerBlock* nextToDispose = nullptr;
     ContainerHead head;  // last: the children follow
 };
-static_assert(sizeof(ContainerBlock) ==
-              sizeof(StorageOwner) + sizeof(Node) + sizeof(ContainerBlock*) + sizeof(ContainerHead));
+static_assert(sizeof(ContainerBlock) == sizeof(StorageOwner) + sizeof(Node) + sizeof(void*) + sizeof(ContainerHead));
 static_assert(sizeof(Entry) == 2 * sizeof(PropertyList));
 
 LeafBlock* makeLeaf(Type type, std::size_t trailing = 0) {

@@ -3,6 +3,7 @@
 
 namespace linux {
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the other one keeps the identifier.
 std::optional<ApplicationRecord> desktopEntryRecord(const std::string&, std::string, std::string_view,
                                                     const ApplicationEnvironment&) {
     return {};

@@ -33,7 +33,7 @@ std::optional<std::string> libraryFolder(FolderDomain domain) {
 
 std::string winePrefix() {
     std::string prefix = absolutePathIn("WINEPREFIX");
-    return prefix.empty() ? joined(homeFolder(), ".wine") : belowTestRoot(std::move(prefix));
+    return prefix.empty() ? joined(homeFolder(), ".wine") : belowTestRoot(prefix);
 }
 
 // In a prefix for 64 bits, programs of 32 have folders of their own. The one with something of Adobe's is taken.

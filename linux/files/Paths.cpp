@@ -69,7 +69,7 @@ std::string testRoot() {
     return root == "/" ? "" : root;
 }
 
-std::string belowTestRoot(std::string path) {
+std::string belowTestRoot(const std::string& path) {
     std::string root = testRoot(), home = homeFolder();
     bool staysWhereItIs = root.empty() || isBelow(path, root) || (home != "/" && isBelow(path, home));
     return staysWhereItIs ? path : root + path;

@@ -28,7 +28,7 @@ std::string userDataFolder();       // XDG_DATA_HOME, else ~/.local/share
 std::string runtimeFolder();
 
 // TYPESLATE_ROOT in front of an absolute path, unless that lies below the home folder or the root already.
-std::string belowTestRoot(std::string path);
+std::string belowTestRoot(const std::string& path);
 std::string testRoot();  // TYPESLATE_ROOT itself; empty without one
 
 }  // namespace linux

@@ -58,7 +58,7 @@ bool AutostartMirror::isNewWish(const Item& item, const OwnEntry* entry) {
     return !entry;
 }
 
-void AutostartMirror::remember(std::vector<PropertyList> served) {
+void AutostartMirror::remember(const std::vector<PropertyList>& served) {
     PropertyList before = reader_.copyValue(kServedItemsKey, kServedDomain), now = PropertyList::array(served);
     if (before == now || (!before && served.empty())) return;
     reader_.setValue(kServedItemsKey, now, kServedDomain);
@@ -122,7 +122,7 @@ void AutostartMirror::updateEntries() {
     for (const OwnEntry& entry : entries)
         if (int error = files_.remove(folder_.number(), entry.name.c_str()); error < 0)
             report(entry.name, {"remove the entry", -error});
-    remember(std::move(served));
+    remember(served);
 }
 
 std::vector<AutostartMirror::OwnEntry> AutostartMirror::ownEntries() {

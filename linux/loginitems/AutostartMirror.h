@@ -49,7 +49,7 @@ private:
     void updateEntries();
     std::vector<Item> storedItems();
     bool isNewWish(const Item& item, const OwnEntry* entry);
-    void remember(std::vector<platform::PropertyList> served);
+    void remember(const std::vector<platform::PropertyList>& served);
     bool takeFolder(bool make);
     std::vector<OwnEntry> ownEntries();
     bool updateEntry(const Item& item, const OwnEntry* entry, const ApplicationEnvironment& environment);

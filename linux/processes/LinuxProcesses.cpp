@@ -130,6 +130,7 @@ std::vector<ApplicationRecord> LinuxProcesses::runningApplications(const std::ve
     for (ProcessID process : runningProcesses())
         for (const ApplicationRecord& application : applicationsOf(process)) add(application, false);
     std::vector<ApplicationRecord> applications;
+    applications.reserve(running.size());
     for (auto& [path, application] : running) applications.push_back(std::move(application));
     return applications;
 }

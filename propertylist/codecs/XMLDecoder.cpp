@@ -59,9 +59,12 @@ bool XMLFile::convert(std::string_view bytes, ByteOrder order, DecodeProblem& pr
         return text_.size() == bytes.size();
     }
     auto text = utf8FromUTF16(bytes, order);
-    if (!text) problem = {mark_ + validUTF16Prefix(bytes, order), "invalid UTF-16"};
-    text_ = std::move(text).value_or("");
-    return text.has_value();
+    if (!text) {
+        problem = {mark_ + validUTF16Prefix(bytes, order), "invalid UTF-16"};
+        return false;
+    }
+    text_ = std::move(*text);
+    return true;
 }
 
 bool XMLFile::read(std::string_view bytes, DecodeProblem& problem) {
