@@ -5,8 +5,8 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 preset=release
 build=$root/build/$preset
 
-# A line of scripts/packages.txt is a package name; "test:" before it marks one that only ./check needs, "package:" one
-# that only ./package does; "?" after it one that not every release has.
+# A line of scripts/packages.txt is a package name; "test:" before it marks one that only ./check needs, "long:" one that
+# only ./check --long does, "package:" one that only ./package does; "?" after it one that not every release has.
 wanted_packages() { # kinds...
   local line
   while read -r line; do
