@@ -157,6 +157,7 @@ private:
                 order.emplace_back(i >= kOtherGroup, i >= kOtherGroup ? "" : orderKey(words_.groups[i]), i);
         std::ranges::sort(order);
         std::vector<std::pair<const std::string*, Faces>> groups;
+        groups.reserve(order.size());
         for (const auto& [isLast, key, i] : order) groups.emplace_back(&words_.groups[i], std::move(faces[i]));
         return groups;
     }

@@ -19,7 +19,7 @@ namespace linux {
 class EventLoop final : public platform::RunLoop {
 public:
     EventLoop();
-    ~EventLoop();
+    ~EventLoop() override;
     EventLoop(const EventLoop&) = delete;
     platform::Date now() const override;
     std::unique_ptr<platform::Timer> scheduleTimer(double seconds, bool repeats, std::function<void()> action) override;
