@@ -1,6 +1,7 @@
 #include "linux/texts/TextColumns.h"
 
 #include <algorithm>
+#include <cstdint>
 
 #ifdef TYPESLATE_HAVE_UNISTRING
 #include <unilbrk.h>
