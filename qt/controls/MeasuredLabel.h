@@ -5,6 +5,7 @@
 #include <QEvent>
 #include <QHash>
 #include <QLabel>
+#include <QVariant>
 
 #include <tuple>
 #include <utility>
