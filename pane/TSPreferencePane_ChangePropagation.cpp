@@ -56,6 +56,8 @@ bool TSPreferencePane::commit(std::function<void(List&)> change, const std::func
     return isSaved;
 }
 
+// What a caller took the identity from may change meanwhile.
+// NOLINTNEXTLINE(performance-unnecessary-value-param)
 bool TSPreferencePane::commitEntry(EntryIdentity target, EntryChange change,
                                    const std::function<void(std::size_t)>& showAnew) {
     auto row = std::make_shared<std::optional<std::size_t>>();  // where it stood when the change was last made

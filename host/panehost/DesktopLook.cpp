@@ -50,7 +50,8 @@ void readColor(QColor& color, const QVariant& value) {
     argument.endStructure();
     const bool isColor =
         std::all_of(std::begin(channels), std::end(channels), [](double c) { return c >= 0 && c <= 1; });
-    color = isColor ? QColor::fromRgbF(channels[0], channels[1], channels[2]) : QColor();
+    const auto part = [&](int i) { return static_cast<float>(channels[i]); };
+    color = isColor ? QColor::fromRgbF(part(0), part(1), part(2)) : QColor();
 }
 
 const std::map<std::string_view, void (*)(ColorWish&, const QVariant&)> kColorReaders = {
